@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "app/globals.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/settings.h"
+
+namespace tarvel {
+
+Settings GlobalSettings;
+
+PathBuffer FirstFilePath("first file");
+PathBuffer SecondFilePath("second file");
+PathBuffer ExecutablePath("executable");
+PathBuffer ProgramDir("program directory");
+
+void PathBuffer::Set(std::string_view path) {
+  if (path.size() > kMostBytes) {
+    std::fprintf(stderr, "tarvel: the path of the %s is %zu bytes long; %zu are the most\n",
+                 std::string(name_).c_str(), path.size(), kMostBytes);
+    std::abort();
+  }
+  path_ = path;
+}
+
+}  // namespace tarvel

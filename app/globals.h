@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tarvel {
+
+/// A path of at most 1000 bytes. An empty one means that no file was picked.
+class PathBuffer {
+ public:
+  static constexpr std::size_t kMostBytes = 1000;
+
+  explicit PathBuffer(std::string_view name) : name_(name) {}
+
+  /// Takes a copy of `path`. A longer path is never cut: a line on standard error says so and the
+  /// process is aborted.
+  void Set(std::string_view path);
+  const std::string& Get() const { return path_; }
+  bool Empty() const { return path_.empty(); }
+
+ private:
+  std::string_view name_;
+  std::string path_;
+};
+
+/// The first picked file: the LaTeX document for Extract, a library for everything else.
+extern PathBuffer FirstFilePath;
+/// The second picked file: Extract's library, Compare's second one, the user's own journal list.
+extern PathBuffer SecondFilePath;
+/// The running executable, filled by `GetProgramDirectory`.
+extern PathBuffer ExecutablePath;
+/// Its directory, without a final "/"; filled by `GetProgramDirectory`.
+extern PathBuffer ProgramDir;
+
+/// Where the configuration files stand below the program directory.
+inline constexpr std::string_view kStylesFile = "/JournalStyles/Journal_styles_linux.tvl";
+inline constexpr std::string_view kLaTeXCommandsFile = "/LaTeXCommands/LaTeXCommands_linux.tvl";
+inline constexpr std::string_view kJournalListFile = "/JournalStrings/JournalStrings.tvl";
+
+/// The systems whose line breaks are told apart, by their codes.
+inline constexpr int kLinuxSystem = 5555;    // lines end in LF
+inline constexpr int kWindowsSystem = 5556;  // CR LF
+inline constexpr int kMacSystem = 5557;      // CR
+
+/// The system that this build is for.
+inline constexpr int HostSystemCode = kLinuxSystem;
+
+}  // namespace tarvel

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "core/file_names.h"
+
+namespace tarvel {
+
+std::optional<std::string> ChangeExtension(std::string_view path, std::string_view suffix) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos || dot == 0) return std::nullopt;
+  return std::string(path.substr(0, dot)).append(suffix);
+}
+
+std::optional<std::string> InsertBeforeExtension(std::string_view path, std::string_view suffix) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return std::nullopt;
+  return std::string(path).insert(dot, suffix);
+}
+
+}  // namespace tarvel

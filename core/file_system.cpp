@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "core/file_system.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace tarvel {
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;  // what fopen asks for; the umask decides
+
+class FileSource final : public ByteSource {
+ public:
+  FileSource(int descriptor, std::size_t size) : descriptor_(descriptor), size_(size) {}
+  FileSource(const FileSource&) = delete;
+  FileSource& operator=(const FileSource&) = delete;
+  ~FileSource() override { close(descriptor_); }
+
+  std::ptrdiff_t Read(char* buffer, std::size_t size) override {
+    for (;;) {
+      const ssize_t got = read(descriptor_, buffer, size);
+      if (got >= 0 || errno != EINTR) return got;
+    }
+  }
+  std::size_t Size() const override { return size_; }
+
+ private:
+  int descriptor_;
+  std::size_t size_;
+};
+
+class FileSink final : public ByteSink {
+ public:
+  explicit FileSink(int descriptor) : descriptor_(descriptor) {}
+  FileSink(const FileSink&) = delete;
+  FileSink& operator=(const FileSink&) = delete;
+  ~FileSink() override {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+
+  std::string Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) return std::strerror(errno);
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+  }
+
+  std::string Close() override {
+    // Some file systems tell of a full disk only here. EINTR leaves the descriptor closed on Linux.
+    const int result = close(descriptor_);
+    descriptor_ = -1;
+    return result == 0 || errno == EINTR ? std::string() : std::strerror(errno);
+  }
+
+ private:
+  int descriptor_;
+};
+
+class PosixFileSystem final : public FileSystem {
+ public:
+  std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override {
+    const int flags = mode == ReadMode::kUpdate ? O_RDWR : O_RDONLY;
+    const int descriptor = open(path.c_str(), flags | O_CLOEXEC);
+    if (descriptor < 0) return nullptr;
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) {
+      close(descriptor);
+      return nullptr;
+    }
+    const bool sized = S_ISREG(status.st_mode) && status.st_size > 0;
+    return std::make_unique<FileSource>(descriptor,
+                                        sized ? static_cast<std::size_t>(status.st_size) : 0);
+  }
+
+  std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override {
+    const int flags = mode == CreateMode::kWriteRead ? O_RDWR : O_WRONLY;
+    const int descriptor = open(path.c_str(), flags | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+    if (descriptor < 0) return nullptr;
+    return std::make_unique<FileSink>(descriptor);
+  }
+
+  bool IsSameFile(const std::string& one, const std::string& other) override {
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+  }
+};
+
+}  // namespace
+
+std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMode mode) {
+  std::unique_ptr<ByteSource> source = OpenSource(path, mode);
+  if (!source) return std::nullopt;
+  LineStream lines(std::move(source));
+  if (!lines.LoadAll()) return std::nullopt;
+  return lines;
+}
+
+FileSystem& RealFileSystem() {
+  static PosixFileSystem files;
+  return files;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/line_stream.h"
+#include "core/output_file.h"
+
+namespace tarvel {
+
+/// stdio's modes for files that exist: "r" and "r+". "r+" means that the file must be writable,
+/// although nothing is ever written to it.
+enum class ReadMode { kRead, kUpdate };
+
+/// stdio's modes for new files: "w" and "w+". "w+" means that the file must be readable too.
+enum class CreateMode { kWrite, kWriteRead };
+
+/// The program's only door to the disk, so that a test can make any part of it fail.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+  /// Opens an existing file; null when that fails. A directory cannot be opened.
+  virtual std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) = 0;
+  /// Creates a file or empties an existing one; null when that fails.
+  virtual std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) = 0;
+  /// Whether both paths lead to the same file on disk, links followed. False when either does not
+  /// exist.
+  virtual bool IsSameFile(const std::string& one, const std::string& other) = 0;
+
+  /// Opens a file and reads it whole; nothing when either fails.
+  std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
+};
+
+/// The file system of the machine.
+FileSystem& RealFileSystem();
+
+}  // namespace tarvel

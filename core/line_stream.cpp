@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "core/line_stream.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::size_t kChunk = std::size_t{1} << 20;
+
+}  // namespace
+
+LineStream::LineStream(std::string_view bytes) {
+  Grow(bytes.size());
+  std::copy(bytes.begin(), bytes.end(), bytes_.get());
+  loaded_ = bytes.size();
+}
+
+LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
+  // Views into the buffer must stay valid, so it is made as large as the file at once. The system
+  // gives the pages only when they are written. A file of unknown size is read now instead.
+  const std::size_t size = source_->Size();
+  Grow(size);
+  if (size == 0) LoadAll();
+}
+
+void LineStream::Grow(std::size_t capacity) {
+  auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
+  std::copy_n(bytes_.get(), loaded_, larger.get());
+  bytes_ = std::move(larger);
+  capacity_ = capacity;
+}
+
+void LineStream::Fill(std::size_t wanted_end) {
+  while (source_ && loaded_ < wanted_end) {
+    if (loaded_ == capacity_) {
+      // A file that grew while it was read is taken as long as it was when it was opened.
+      if (source_->Size() != 0) {
+        source_.reset();
+        return;
+      }
+      Grow(capacity_ + std::max(capacity_, kChunk));
+    }
+    const std::size_t room = std::min(capacity_ - loaded_, kChunk);
+    const std::ptrdiff_t got = source_->Read(bytes_.get() + loaded_, room);
+    if (got <= 0) {
+      read_failed_ = got < 0;
+      source_.reset();
+      return;
+    }
+    loaded_ += static_cast<std::size_t>(got);
+  }
+}
+
+bool LineStream::LoadAll() {
+  Fill(static_cast<std::size_t>(-1));
+  return !read_failed_;
+}
+
+std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
+  const std::size_t room = limit - 1;
+  if (source_ && loaded_ - position_ < room) Fill(position_ + room);
+  const std::size_t left = std::min(loaded_ - position_, room);
+  if (left == 0) {
+    at_end_ = true;
+    return std::nullopt;
+  }
+  const char* start = bytes_.get() + position_;
+  const void* newline = std::memchr(start, '\n', left);
+  const std::size_t size =
+      newline ? static_cast<std::size_t>(static_cast<const char*>(newline) - start) + 1 : left;
+  at_end_ = !newline && left < room;
+  position_ += size;
+  return std::string_view(start, size);
+}
+
+void LineStream::SetPosition(std::size_t position) {
+  position_ = std::min(position, loaded_);
+  at_end_ = false;
+}
+
+std::string& Line::Edit() {
+  if (!is_copy_) {
+    copy_.assign(view_);
+    is_copy_ = true;
+  }
+  return copy_;
+}
+
+bool ReadLine(LineStream& stream, std::size_t limit, Line& line) {
+  const auto text = stream.ReadLine(limit);
+  if (!text) return false;
+  line.Set(*text);
+  return true;
+}
+
+}  // namespace tarvel

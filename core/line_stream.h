@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarvel {
+
+/// Line limits, as `fgets` takes them: one read gives at most `limit - 1` bytes.
+namespace limits {
+inline constexpr std::size_t kShortLine = 1000;      // Extract and Text, counting, checks
+inline constexpr std::size_t kPairLine = 5000;       // Compare, Clean doubles, Journals
+inline constexpr std::size_t kLongLine = 50000;      // Clean authors, characters and tags
+inline constexpr std::size_t kTagLine = 500000;      // the lines of an entry in Clean tags
+inline constexpr std::size_t kContinuation = 25000;  // a line that continues a value
+}  // namespace limits
+
+/// Where the bytes of a file come from. One of these per open file; closed by its destructor.
+class ByteSource {
+ public:
+  virtual ~ByteSource() = default;
+  /// Reads up to `size` bytes into `buffer`; gives their number, 0 at the end, -1 on an error.
+  virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
+  /// The file's size in bytes when it was opened; 0 when it is not known.
+  virtual std::size_t Size() const = 0;
+};
+
+/// A file held in memory that serves its lines exactly as stdio's `fgets` would: at most
+/// `limit - 1` bytes, up to and including a line feed. A longer line comes in pieces. All line
+/// reading of the program goes through this class.
+class LineStream {
+ public:
+  /// A stream over a copy of `bytes`.
+  explicit LineStream(std::string_view bytes);
+  /// A stream that reads `source` as its lines are asked for. A read error ends the lines; ask
+  /// `ReadFailed` for it.
+  explicit LineStream(std::unique_ptr<ByteSource> source);
+
+  /// The next line, or nothing at the end. The view lives as long as the stream.
+  std::optional<std::string_view> ReadLine(std::size_t limit);
+
+  /// Offset of the next byte to be read.
+  std::size_t Position() const { return position_; }
+  /// Goes to an offset that `Position` gave before; clears the end-of-file indicator.
+  void SetPosition(std::size_t position);
+  /// The end-of-file indicator: set by a read that met the end, not by one that merely took the
+  /// last byte.
+  bool AtEnd() const { return at_end_; }
+
+  /// Reads all that is not in memory yet; false on a read error.
+  bool LoadAll();
+  /// Whether reading the file failed at some point.
+  bool ReadFailed() const { return read_failed_; }
+  /// All bytes in memory so far: the whole file after `LoadAll`.
+  std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
+
+ private:
+  void Fill(std::size_t wanted_end);
+  void Grow(std::size_t capacity);
+
+  std::unique_ptr<ByteSource> source_;
+  std::unique_ptr<char[]> bytes_;
+  std::size_t capacity_ = 0;
+  std::size_t loaded_ = 0;
+  std::size_t position_ = 0;
+  bool at_end_ = false;
+  bool read_failed_ = false;
+};
+
+/// An operation's line buffer: a view into the file for as long as nothing changes the line, a
+/// copy of its own from then on. The stream that served the line must outlive it.
+class Line {
+ public:
+  Line() = default;
+  explicit Line(std::string_view text) : view_(text) {}
+
+  void Set(std::string_view text) {
+    view_ = text;
+    is_copy_ = false;
+  }
+  std::string_view Text() const { return is_copy_ ? std::string_view(copy_) : view_; }
+  /// The line as a string that may be changed; copies the bytes at the first call.
+  std::string& Edit();
+
+ private:
+  std::string_view view_;
+  std::string copy_;
+  bool is_copy_ = false;
+};
+
+/// Reads the next line into `line`; at the end of the file `line` stays and the result is false.
+bool ReadLine(LineStream& stream, std::size_t limit, Line& line);
+
+}  // namespace tarvel

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarvel {
+
+/// Where the bytes of a new file go. Closed by its destructor if `Close` was not called.
+class ByteSink {
+ public:
+  virtual ~ByteSink() = default;
+  /// Writes all of `bytes`; gives an empty text, or why it failed.
+  virtual std::string Write(std::string_view bytes) = 0;
+  /// Closes the file; gives an empty text, or why it failed.
+  virtual std::string Close() = 0;
+};
+
+/// A new file. Every write is checked: the first failure is kept and told by `Close`, and nothing
+/// is written after it.
+class OutputFile {
+ public:
+  OutputFile(std::unique_ptr<ByteSink> sink, std::string path);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  /// Writes out and closes what `Close` has not, as a process that ends in the middle would.
+  ~OutputFile();
+
+  void Write(std::string_view bytes);
+  void Write(std::initializer_list<std::string_view> parts);
+
+  /// Writes out what is still in memory and closes the file; true when every byte arrived.
+  bool Close();
+
+  const std::string& Path() const { return path_; }
+  /// Why a write or the closing failed; empty when nothing did.
+  const std::string& Error() const { return error_; }
+
+ private:
+  void Flush();
+
+  std::unique_ptr<ByteSink> sink_;
+  std::string path_;
+  std::string buffer_;
+  std::string error_;
+};
+
+}  // namespace tarvel

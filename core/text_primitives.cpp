@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "core/text_primitives.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarvel {
+
+namespace {
+
+// Only "@ELECTRONIC{" carries its brace; the others are prefixes of what they accept.
+constexpr std::array<std::string_view, 24> kEntryMarkers{
+    "@ARTICLE",          "@BOOK",       "@PHDTHESIS",  "@INCOLLECTION",
+    "@INPROCEEDINGS",    "@MISC",       "@OTHER",      "@PROCEEDINGS",
+    "@ELECTRONIC{",      "@BOOKLET",    "@INBOOK",     "@MASTERTHESIS",
+    "@CONFERENCE",       "@MANUAL",     "@TECHREPORT", "@UNPUBLISHED",
+    "@STANDARD",         "@PERIODICAL", "@PATENT",     "@MEETINGABSTRACT",
+    "@PROCEEDINGSPAPER", "@LETTER",     "@REVIEW",     "@EDITORIALMATERIAL"};
+
+/// Upper-cases the type words; false when an "@" without a "{" behind it ends the search.
+bool UpperCaseTypeWords(std::string& line) {
+  std::size_t at = line.find('@');
+  while (at != std::string::npos) {
+    if (at + 1 == line.size()) return false;
+    const std::size_t brace = line.find('{', at + 1);
+    if (brace == std::string::npos) return false;
+    for (std::size_t i = at + 1; i < brace; ++i) line[i] = ToUpper(line[i]);
+    at = line.find('@', brace);
+  }
+  return true;
+}
+
+bool HoldsEntryMarker(std::string_view line) {
+  for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
+    const std::string_view rest = line.substr(at);
+    for (const std::string_view marker : kEntryMarkers) {
+      if (rest.starts_with(marker)) return true;
+    }
+  }
+  return false;
+}
+
+std::size_t FindOrLineEnd(std::string_view line, char byte, std::size_t from) {
+  const char stops[] = {byte, '\n'};
+  return std::min(line.find_first_of(std::string_view(stops, 2), from), line.size());
+}
+
+/// How many bytes of `pattern` stand at the start of `text`.
+std::size_t CommonPrefix(std::string_view text, std::string_view pattern) {
+  const std::size_t most = std::min(text.size(), pattern.size());
+  std::size_t size = 0;
+  while (size < most && text[size] == pattern[size]) ++size;
+  return size;
+}
+
+}  // namespace
+
+bool IsKnownEntry(std::string& line) { return UpperCaseTypeWords(line) && HoldsEntryMarker(line); }
+
+bool IsKnownEntry(Line& line) {
+  if (line.Text().find('@') == std::string_view::npos) return false;
+  return IsKnownEntry(line.Edit());
+}
+
+int CountEntries(LineStream& stream) {
+  int count = 0;
+  for (Line line; ReadLine(stream, limits::kShortLine, line);) count += IsKnownEntry(line) ? 1 : 0;
+  return count;
+}
+
+bool ContainsNoCase(std::string_view text, std::string_view pattern) {
+  const auto same = [](char a, char b) { return ToUpper(a) == ToUpper(b); };
+  return std::search(text.begin(), text.end(), pattern.begin(), pattern.end(), same) !=
+             text.end() ||
+         pattern.empty();
+}
+
+void StringToUpper(std::string& text) {
+  for (char& byte : text) byte = ToUpper(byte);
+}
+
+void StripBraces(std::string& value) {
+  value.erase(0, std::min(value.find_first_not_of('{'), value.size()));
+  while (value.size() > 1 && value.back() == '}') value.pop_back();
+}
+
+std::string_view CopyUntilChar(std::string_view line, char stop) {
+  return line.substr(0, FindOrLineEnd(line, stop, 0));
+}
+
+std::string_view CopyUntilChar(std::string_view line, char start, char stop) {
+  const std::size_t begin = FindOrLineEnd(line, start, 0);
+  if (begin == line.size() || line[begin] != start) return {};
+  return CopyUntilChar(line.substr(begin + 1), stop);
+}
+
+void ReplaceBetween(std::string& line, std::string_view insertion, char start, char stop) {
+  const std::size_t begin = FindOrLineEnd(line, start, 0);
+  if (begin == line.size() || line[begin] != start) return;
+  const std::size_t end = FindOrLineEnd(line, stop, begin + 1);
+  line.replace(begin + 1, end - begin - 1, insertion);
+}
+
+std::string SplitAtComma(std::string& text) {
+  const std::size_t comma = std::min(text.find(','), text.size());
+  std::string head = text.substr(0, comma);
+  text.erase(0, comma + 1);
+  return head;
+}
+
+bool ReplaceString(std::string& line, std::string_view pattern, std::string_view replacement) {
+  if (pattern.empty() || line.find(pattern) == std::string::npos) return false;
+  const std::string_view source = line;
+  std::string result;
+  result.reserve(source.size());
+  std::size_t copied = 0;
+  std::size_t at = source.find(pattern.front());
+  while (at < source.size()) {
+    const std::size_t matched = CommonPrefix(source.substr(at), pattern);
+    if (matched == pattern.size()) {
+      result.append(source.substr(copied, at - copied)).append(replacement);
+      copied = at + matched;
+    }
+    // One byte further than the matched ones: after a whole match the next byte is passed over,
+    // after a partial one the byte that did not match.
+    at = source.find(pattern.front(), at + matched + 1);
+  }
+  result.append(source.substr(copied));
+  line = std::move(result);
+  return true;
+}
+
+bool CollapseDoubledChar(std::string& text, char byte) {
+  const std::size_t first = text.find(byte);
+  if (first == std::string::npos || first + 1 >= text.size() || text[first + 1] != byte) {
+    return false;
+  }
+  text.erase(first + 1, 1);
+  return true;
+}
+
+}  // namespace tarvel

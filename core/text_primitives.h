@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "core/line_stream.h"
+
+namespace tarvel {
+
+/// Upper-cases one byte as the POSIX locale does: 'a' to 'z' only, bytes above 127 stay.
+constexpr char ToUpper(char byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+}
+
+/// Whether the line starts an entry of one of the 24 known types. On the way every type word, the
+/// text between an "@" and the next "{", is upper-cased in the line itself, whatever the result.
+/// A line with an "@" that has no "{" behind it is never an entry and is left as it is from there.
+/// The marker need not stand at the start of the line, and most markers are prefixes: "@BOOK" also
+/// accepts "@BOOKLET" and "@BOOKS". "@MASTERSTHESIS" is not known; "@MASTERTHESIS" is.
+bool IsKnownEntry(std::string& line);
+/// The same for an operation's line buffer, which is copied only if a type word stands in it.
+bool IsKnownEntry(Line& line);
+
+/// Reads the stream to its end in lines of at most 999 bytes and counts those for which
+/// `IsKnownEntry` is true.
+int CountEntries(LineStream& stream);
+
+/// Whether `pattern` occurs in `text`, ASCII letter case ignored. An empty pattern always does.
+bool ContainsNoCase(std::string_view text, std::string_view pattern);
+
+/// Upper-cases every byte in place (`ToUpper`).
+void StringToUpper(std::string& text);
+
+/// Removes the leading run of "{" and then the trailing run of "}", but never the first byte that
+/// is left: "{{x}}" becomes "x", "{}" becomes "}".
+void StripBraces(std::string& value);
+
+/// The text of `line` from its first byte up to `stop`, a line feed or the end.
+std::string_view CopyUntilChar(std::string_view line, char stop);
+/// The text behind the first `start` up to `stop`, a line feed or the end; empty when `start` does
+/// not stand on the line.
+std::string_view CopyUntilChar(std::string_view line, char start, char stop);
+
+/// Replaces what stands between the first `start` and the next `stop` by `insertion`. Without a
+/// `stop` everything up to the line feed or the end is replaced. Without a `start` nothing is.
+void ReplaceBetween(std::string& line, std::string_view insertion, char start, char stop);
+
+/// Cuts `text` at its first comma: gives the part before it and leaves the part after it, blanks
+/// and all. Without a comma everything is the first part.
+std::string SplitAtComma(std::string& text);
+
+/// Replaces occurrences of `pattern`, left to right; gives whether it occurred at all. The byte
+/// after a replacement never starts a match, and a match that begins inside a partial match is
+/// missed: "aab" with the pattern "ab" stays, "abab" with "x" becomes "xab". What users' tables of
+/// replacements do is defined by this scan. An empty pattern does nothing and gives false.
+bool ReplaceString(std::string& line, std::string_view pattern, std::string_view replacement);
+
+/// Where the first occurrence of `byte` is followed by a second one, removes the second and gives
+/// true. Only the first occurrence is looked at.
+bool CollapseDoubledChar(std::string& text, char byte);
+
+}  // namespace tarvel

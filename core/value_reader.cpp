@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "core/value_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace tarvel {
+
+namespace {
+
+bool IsBlank(char byte) {
+  // The blank test is made on signed bytes, so everything from 128 on is negative and blank. A byte
+  // of zero is not.
+  const auto code = static_cast<signed char>(byte);
+  return code <= ' ' && code != 0;
+}
+
+std::size_t SkipBlanks(std::string_view text, std::size_t from) {
+  while (from < text.size() && IsBlank(text[from])) ++from;
+  return from;
+}
+
+/// Puts the next line of the stream in the place of everything from `at` on, and again while it is
+/// blank to its end; gives the place of its first byte that is not blank, or npos at the end of the
+/// file.
+std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::size_t limit) {
+  for (;; limit = limits::kShortLine) {
+    const auto next = stream.ReadLine(limit);
+    if (!next) return std::string_view::npos;
+    std::string& text = line.Edit();
+    text.resize(at);
+    text.append(*next);
+    const std::size_t start = SkipBlanks(text, at);
+    if (start < text.size()) return start;
+  }
+}
+
+/// The bytes at which copying a value has something to decide.
+constexpr std::array<bool, 256> kDecides = [] {
+  std::array<bool, 256> decides{};
+  for (const unsigned char byte : {'{', '}', '\n'}) decides[byte] = true;
+  return decides;
+}();
+
+std::size_t FindDecision(std::string_view text, std::size_t from) {
+  while (from < text.size() && !kDecides[static_cast<unsigned char>(text[from])]) ++from;
+  return from;
+}
+
+/// Copies the value that begins at `at`, `depth` braces deep.
+bool CopyValue(Line& line, LineStream& stream, std::size_t at, int depth, std::string& value) {
+  for (;;) {
+    const std::string_view text = line.Text();
+    const std::size_t end = FindDecision(text, at);
+    value.append(text.substr(at, end - at));
+    if (end == text.size()) return true;
+    if (text[end] == '\n') {
+      at = ContinueLine(line, stream, end, limits::kContinuation);
+      if (at == std::string_view::npos) return false;
+      value.push_back(' ');
+      continue;
+    }
+    if (text[end] == '}' && depth == 1) return true;
+    if (text[end] == '{') {
+      ++depth;
+    } else if (depth > 1) {
+      --depth;
+    }
+    value.push_back(text[end]);
+    at = end + 1;
+  }
+}
+
+}  // namespace
+
+bool ReadFieldValue(Line& line, LineStream& stream, ValueStart start, int depth,
+                    std::string& value) {
+  value.clear();
+  std::size_t at = 0;
+  if (start == ValueStart::kAfterBrace) {
+    const std::size_t brace = line.Text().find('{');
+    if (brace == std::string_view::npos) return false;
+    at = brace + 1;
+    ++depth;
+  }
+  if (start == ValueStart::kSkipBlanks) {
+    at = SkipBlanks(line.Text(), 0);
+  } else if (at == line.Text().size()) {
+    // The line ends where the value should begin: it begins on the next one.
+    at = ContinueLine(line, stream, at, limits::kShortLine);
+    if (at == std::string_view::npos) return false;
+  }
+  return CopyValue(line, stream, at, depth, value);
+}
+
+}  // namespace tarvel

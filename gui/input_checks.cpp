@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "gui/input_checks.h"
+
+#include <string_view>
+
+#include "app/globals.h"
+#include "app/operations.h"
+#include "app/settings.h"
+#include "core/file_system.h"
+#include "core/reports.h"
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+struct FileCheck {
+  const PathBuffer& path;
+  bool (*settles)(Line& line);  // whether a line shows that the file is of the right kind
+  std::string_view empty_caption, empty_message;
+  std::string_view other_caption, not_opened_message, wrong_kind_message;
+};
+
+bool Contains(Line& line, std::string_view marker) {
+  return line.Text().find(marker) != std::string_view::npos;
+}
+
+bool IsEntryLine(Line& line) { return IsKnownEntry(line); }
+
+bool IsDocumentLine(Line& line) {
+  return Contains(line, "begin{document}") || Contains(line, "end{document}");
+}
+
+bool IsJournalLine(Line& line) { return Contains(line, "******* Journal-start *******"); }
+
+const FileCheck kFirstLibrary{FirstFilePath,
+                              IsEntryLine,
+                              "Load BibTeX file",
+                              "Please, load a BibTeX file (first file)",
+                              "BibTeX file ?",
+                              "Could not open the BibTeX file (first file)!",
+                              "The first file does not seem to be a BibTeX file!"};
+const FileCheck kSecondLibrary{SecondFilePath,
+                               IsEntryLine,
+                               "Load BibTeX file",
+                               "Please, load a BibTeX file (second file)",
+                               "BibTeX file ?",
+                               "Could not open the BibTeX file (second file)!",
+                               "The second file does not seem to be a BibTeX file!"};
+const FileCheck kDocument{FirstFilePath,
+                          IsDocumentLine,
+                          "Load LaTeX file",
+                          "Please, load a LaTeX file (first file)",
+                          "LaTeX file ?",
+                          "Could not open the LaTeX file (first file)!",
+                          "The first file does not seem to be a LaTeX file!"};
+const FileCheck kJournalList{SecondFilePath,
+                             IsJournalLine,
+                             "Load Tarvel file",
+                             "Please, load a Tarvel file (second file)",
+                             "Tarvel file ?",
+                             "Could not open the Tarvel file (second file)!",
+                             "The second file does not seem to be a Tarvel file!"};
+
+bool Stop(std::string_view message, std::string_view caption) {
+  ShowBox(message, caption);
+  return false;
+}
+
+bool AnyLineSettles(LineStream& lines, bool (*settles)(Line&)) {
+  for (Line line; ReadLine(lines, limits::kShortLine, line);) {
+    if (settles(line)) return true;
+  }
+  return false;
+}
+
+bool Passes(const FileCheck& check) {
+  if (check.path.Empty()) return Stop(check.empty_message, check.empty_caption);
+  auto source = RealFileSystem().OpenSource(check.path.Get(), ReadMode::kRead);
+  if (!source) return Stop(check.not_opened_message, check.other_caption);
+  LineStream lines(std::move(source));
+  if (AnyLineSettles(lines, check.settles)) return true;
+  return Stop(check.wrong_kind_message, check.other_caption);
+}
+
+bool PassesAll(Needs needs) {
+  switch (needs) {
+    case Needs::kLibrary:
+      return Passes(kFirstLibrary);
+    case Needs::kTwoLibraries:
+      return Passes(kFirstLibrary) && Passes(kSecondLibrary);
+    case Needs::kDocumentAndLibrary:
+      return Passes(kDocument) && Passes(kSecondLibrary);
+    case Needs::kLibraryAndJournalList:
+      return Passes(kFirstLibrary) &&
+             (GlobalSettings.UseOwnJournalFile == 0 || Passes(kJournalList));
+  }
+  return true;
+}
+
+}  // namespace
+
+int CheckInputFiles(int code) {
+  const Operation* operation = FindOperation(code);
+  return !operation || PassesAll(operation->needs) ? 1 : 0;
+}
+
+}  // namespace tarvel

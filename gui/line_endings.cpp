@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "gui/line_endings.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/file_names.h"
+#include "core/file_system.h"
+#include "core/output_file.h"
+#include "core/reports.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::size_t kChunk = std::size_t{1} << 18;
+constexpr std::string_view kCopySuffix = "_linux";
+
+std::string_view SystemName(int system) {
+  switch (system) {
+    case kWindowsSystem:
+      return "Windows";
+    case kMacSystem:
+      return "Mac";
+    default:
+      return "Linux";
+  }
+}
+
+/// Hands a file to `take` piece by piece; false when it cannot be opened or read.
+template <typename Take>
+bool ReadPieces(ByteSource& source, const Take& take) {
+  const auto buffer = std::make_unique_for_overwrite<char[]>(kChunk);
+  for (;;) {
+    const std::ptrdiff_t got = source.Read(buffer.get(), kChunk);
+    if (got <= 0) return got == 0;
+    take(std::string_view(buffer.get(), static_cast<std::size_t>(got)));
+  }
+}
+
+std::uint64_t Count(std::string_view bytes, char wanted) {
+  std::uint64_t count = 0;
+  for (const char byte : bytes) count += byte == wanted ? 1 : 0;
+  return count;
+}
+
+/// Writes a piece of a Windows file: the CR of a CR LF pair goes, a lone CR stays. A CR at the end
+/// of a piece waits for what follows it.
+void ConvertWindows(std::string_view bytes, bool& waiting_cr, OutputFile& copy) {
+  while (!bytes.empty()) {
+    if (waiting_cr && bytes.front() != '\n') copy.Write("\r");
+    const std::size_t cr = bytes.find('\r');
+    waiting_cr = cr != std::string_view::npos;
+    copy.Write(bytes.substr(0, cr));
+    bytes.remove_prefix(waiting_cr ? cr + 1 : bytes.size());
+  }
+}
+
+/// Writes a piece of a Mac file: every CR becomes LF.
+void ConvertMac(std::string_view bytes, OutputFile& copy) {
+  std::string converted(bytes);
+  for (char& byte : converted) byte = byte == '\r' ? '\n' : byte;
+  copy.Write(converted);
+}
+
+bool WriteCopy(ByteSource& source, int system, OutputFile& copy) {
+  bool waiting_cr = false;
+  const bool read = ReadPieces(source, [&](std::string_view bytes) {
+    if (system == kWindowsSystem) {
+      ConvertWindows(bytes, waiting_cr, copy);
+    } else {
+      ConvertMac(bytes, copy);
+    }
+  });
+  if (waiting_cr) copy.Write("\r");
+  if (copy.Close() && read) return true;
+  PrintError("Could not write the file '" + copy.Path() +
+             "': " + (read ? copy.Error() : "the picked file could not be read"));
+  return false;
+}
+
+int Refuse(std::string_view message) {
+  ShowBox(message, "File ?");
+  return 0;
+}
+
+/// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
+std::optional<std::string> Convert(const std::string& picked, int system) {
+  FileSystem& files = RealFileSystem();
+  const auto new_path = InsertBeforeExtension(picked, kCopySuffix);
+  if (!new_path) {
+    Refuse("Could not open the file!");
+    return std::nullopt;
+  }
+  if (files.IsSameFile(*new_path, picked)) return std::nullopt;
+  auto source = files.OpenSource(picked, ReadMode::kRead);
+  auto sink = files.CreateSink(*new_path, CreateMode::kWrite);
+  if (!source || !sink) return std::nullopt;
+  OutputFile copy(std::move(sink), *new_path);
+  if (!WriteCopy(*source, system, copy)) return std::nullopt;
+  return new_path;
+}
+
+}  // namespace
+
+void CountLineBreaks(std::string_view bytes, char& last, LineBreaks& breaks) {
+  if (bytes.empty()) return;
+  std::uint64_t pairs = 0;
+  for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
+    pairs += (bytes[i] == '\r' && bytes[i + 1] == '\n') ? 1 : 0;
+  }
+  // A CR that ended the piece before was counted as a lone one; the subtraction takes that back.
+  if (last == '\r' && bytes.front() == '\n') ++pairs;
+  breaks.crlf += pairs;
+  breaks.lone_lf += Count(bytes, '\n') - pairs;
+  breaks.lone_cr += Count(bytes, '\r') - pairs;
+  last = bytes.back();
+}
+
+int SystemOf(const LineBreaks& breaks) {
+  if (breaks.crlf > breaks.lone_lf && breaks.crlf > breaks.lone_cr) return kWindowsSystem;
+  if (breaks.lone_lf > breaks.lone_cr && breaks.lone_lf > breaks.crlf) return kLinuxSystem;
+  return kMacSystem;
+}
+
+int ConvertLineEndings(PathBuffer& path) {
+  const std::string picked = path.Get();
+  if (picked.empty()) return Refuse("File ?");
+  auto source = RealFileSystem().OpenSource(picked, ReadMode::kRead);
+  if (!source) return Refuse("Could not open the file!");
+
+  LineBreaks breaks;
+  char last = 0;
+  bool empty = true;
+  const bool read = ReadPieces(*source, [&](std::string_view bytes) {
+    empty = false;
+    CountLineBreaks(bytes, last, breaks);
+  });
+  if (!read || empty) return 0;
+
+  const int system = SystemOf(breaks);
+  if (system == HostSystemCode) return 1;
+  const auto copy = Convert(picked, system);
+  if (!copy) return 0;
+  ShowBox(std::string("It seems that the file was created by a different operating system (")
+              .append(SystemName(system))
+              .append("). Tarvel created a new ")
+              .append(SystemName(HostSystemCode))
+              .append(" file for security."),
+          "File conversion");
+  path.Set(*copy);
+  return 1;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+// Clean tags: writes a library anew in which every entry keeps only the tags that are not marked
+// for removal, each in one normal form.
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "app/tags.h"
+#include "app/texts.h"
+#include "core/name_matcher.h"
+#include "core/text_primitives.h"
+#include "core/value_reader.h"
+#include "ops/operations.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kNoLibrary = "Function Clean_tags_1 => BibTeX file does not exist?";
+constexpr std::string_view kNotOpened = "Function Clean_tags_2 => Could not open the BibTeX file?";
+constexpr std::string_view kLibraryNotCreated =
+    "Function Clean_tags_3 => Could not create a new BibTeX file?";
+constexpr std::string_view kLogNotCreated =
+    "Function Clean_tags_4 => Could not create the log file?";
+
+constexpr std::string_view kJabRefMarker = "@comment{jabref";
+constexpr std::string_view kStringMarker = "@STRING{";
+
+constexpr std::array<std::string_view, kTagCount> kTagNames = [] {
+  std::array<std::string_view, kTagCount> names{};
+  for (std::size_t i = 0; i < kTagCount; ++i) names[i] = kTagRules[i].name;
+  return names;
+}();
+
+constexpr std::size_t kFilterSize = [] {
+  std::size_t size = 0;
+  for (const TagRule& rule : kTagRules) size += rule.in_line_filter ? 1 : 0;
+  return size;
+}();
+static_assert(kFilterSize == 33);
+
+constexpr std::array<std::string_view, kFilterSize> kFilterNames = [] {
+  std::array<std::string_view, kFilterSize> names{};
+  std::size_t next = 0;
+  for (const TagRule& rule : kTagRules) {
+    if (rule.in_line_filter) names[next++] = rule.name;
+  }
+  return names;
+}();
+
+struct Counters {
+  int modified_entries = 0;
+  int empty_entries = 0;
+  int removed_strings = 0;
+};
+
+enum class TagOutcome { kNothingRemoved = 1, kRemoved = 88 };
+enum class EntryLine { kInside, kNextHead, kEndOfFile };
+enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
+
+/// The files of one run and what walks them.
+class TagCleaner {
+ public:
+  TagCleaner(LineStream& input, OutputFile& library, OutputFile& log, const Settings& settings)
+      : input_(input), library_(library), log_(log), settings_(settings) {}
+
+  /// Walks the whole library; false when a kept @STRING block runs into the end of the file.
+  bool Walk(Counters& counters);
+
+ private:
+  StringOutcome HandleStringLine(Line& line);
+  bool CheckEmptyEntry(Line& line);
+  TagOutcome SortTags(Line& line);
+  void SortTag(Line& line);
+  EntryLine ReadEntryLine(Line& line);
+
+  LineStream& input_;
+  OutputFile& library_;
+  OutputFile& log_;
+  const Settings& settings_;
+  const NameMatcher filter_{kFilterNames};
+  const NameMatcher tags_{kTagNames};
+
+  // Of the entry that is being written.
+  std::string value_;
+  std::string name_;
+  std::string removed_;
+  bool wrote_tag_ = false;
+};
+
+/// Gives the text without every blank, tab, '.', ':' and ';'.
+void SqueezeTagName(std::string_view source, std::string& destination) {
+  destination.clear();
+  for (const char byte : source) {
+    if (std::string_view(" \t.:;").find(byte) == std::string_view::npos) destination += byte;
+  }
+}
+
+bool TagCleaner::Walk(Counters& counters) {
+  for (Line line; ReadLine(input_, limits::kLongLine, line);) {
+    if (line.Text().front() == '\n') continue;
+    const StringOutcome string = HandleStringLine(line);
+    if (string == StringOutcome::kReadFailed) return false;
+    if (string == StringOutcome::kRemoved) ++counters.removed_strings;
+    if (!CheckEmptyEntry(line)) {
+      ++counters.empty_entries;
+      continue;
+    }
+    if (SortTags(line) == TagOutcome::kRemoved) ++counters.modified_entries;
+  }
+  return true;
+}
+
+/// Removes a line that defines a string, or copies it and everything up to the next entry. In that
+/// case `line` holds the entry's head afterwards while the input stands behind the string's line:
+/// the caller goes on with both.
+StringOutcome TagCleaner::HandleStringLine(Line& line) {
+  if (line.Text().find(kStringMarker) == std::string_view::npos) {
+    return StringOutcome::kNoneOrCopied;
+  }
+  if (settings_.RemoveJournalStrings != 0) {
+    log_.Write({"The following @STRING has been removed:\n    ", line.Text(), "\n\n"});
+    return StringOutcome::kRemoved;
+  }
+  library_.Write({"...", line.Text()});
+  const std::size_t behind = input_.Position();
+  while (ReadLine(input_, limits::kLongLine, line)) {
+    if (IsKnownEntry(line)) {
+      input_.SetPosition(behind);
+      return StringOutcome::kNoneOrCopied;
+    }
+    library_.Write({"... ", line.Text()});
+  }
+  return StringOutcome::kReadFailed;
+}
+
+/// False when the entry whose head `line` is must be dropped: it has no key, or its first two lines
+/// are an owner line and a timestamp line, whatever follows them.
+bool TagCleaner::CheckEmptyEntry(Line& line) {
+  const std::size_t behind = input_.Position();
+  if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
+  if (CopyUntilChar(line.Text(), '{', ',').empty()) return false;
+  for (const std::string_view name : {"owner", "timestamp"}) {
+    const auto next = input_.ReadLine(limits::kLongLine);
+    if (!next) return false;
+    if (!ContainsNoCase(*next, name)) {
+      input_.SetPosition(behind);
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Reads the line after a head. The head test comes first and upper-cases the marker that JabRef
+/// writes in front of its own data, so the marker never ends an entry; this order is kept.
+EntryLine TagCleaner::ReadEntryLine(Line& line) {
+  if (!ReadLine(input_, limits::kTagLine, line)) return EntryLine::kEndOfFile;
+  const bool ends = IsKnownEntry(line) || line.Text().find(kJabRefMarker) != std::string_view::npos;
+  return ends ? EntryLine::kNextHead : EntryLine::kInside;
+}
+
+/// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
+TagOutcome TagCleaner::SortTags(Line& line) {
+  if (!IsKnownEntry(line)) return TagOutcome::kNothingRemoved;
+  removed_.clear();
+  wrote_tag_ = false;
+  std::string& head = line.Edit();
+  head.resize(head.size() - 2);  // the "," and the line break, in a library of the usual form
+  library_.Write(head);
+  const std::string key(CopyUntilChar(head, '{', ','));
+
+  const std::size_t behind = input_.Position();
+  EntryLine last = ReadEntryLine(line);
+  for (; last == EntryLine::kInside; last = ReadEntryLine(line)) SortTag(line);
+  const bool at_end = last == EntryLine::kEndOfFile;
+  library_.Write(wrote_tag_ || at_end ? "\n" : ",\n");
+  library_.Write("}\n\n");
+  if (!at_end) input_.SetPosition(behind);  // the caller passes over the entry's lines again
+
+  if (removed_.empty()) return TagOutcome::kNothingRemoved;
+  if (removed_.size() > 2) removed_.resize(removed_.size() - 2);
+  log_.Write(
+      {"The following tags have been removed from the entry '", key, "':\n", removed_, "\n\n"});
+  return TagOutcome::kRemoved;
+}
+
+/// Writes one line's tag, or notes it as removed, or passes over a line that is neither.
+void TagCleaner::SortTag(Line& line) {
+  if (!filter_.Any(line.Text())) return;
+  ReadFieldValue(line, input_, value_);
+  SqueezeTagName(CopyUntilChar(line.Text(), '='), name_);
+  const int tag = tags_.First(name_);
+  if (tag < 0) return;
+  const auto index = static_cast<std::size_t>(tag);
+  if (settings_.RemoveTag[index] != 0) {
+    removed_.append(name_).append(", ");
+    return;
+  }
+  const TagRule& rule = kTagRules[index];
+  const bool doubled = rule.doubles_braces && !value_.starts_with('{');
+  library_.Write({",\n  ", rule.name, doubled ? " = {{" : " = {", value_, doubled ? "}}" : "}"});
+  wrote_tag_ = true;
+}
+
+void WriteSummary(OutputFile& log, const Counters& counters, const std::string& input,
+                  const std::string& library) {
+  log.Write({"\n\n\nThe tag list of ", std::to_string(counters.modified_entries),
+             " BibTeX entries in the BibTeX file\n    '", input, "'\nwas modified. Furthermore ",
+             std::to_string(counters.empty_entries), " empty entries and ",
+             std::to_string(counters.removed_strings),
+             " '@STRING{' were removed. The path of the new BibTeX file is:\n    '", library,
+             "'\n\n"});
+}
+
+}  // namespace
+
+int RunCleanTags(const RunContext& run) {
+  if (run.first_path.empty()) return Fail(kNoLibrary);
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) return Fail(kNotOpened);
+
+  const auto library =
+      CreateOutput(run, OutputPath(run.first_path, Output::kTagLibrary), CreateMode::kWriteRead);
+  if (!library) return Fail(kLibraryNotCreated);
+  library->Write({BibFileHeader, "\n"});
+  const auto log =
+      CreateOutput(run, OutputPath(run.first_path, Output::kTagLog), CreateMode::kWrite);
+  if (!log) return Fail(kLogNotCreated);
+  log->Write({LogFileHeader, "\n"});
+
+  Counters counters;
+  if (!TagCleaner(*input, *library, *log, run.settings).Walk(counters)) {
+    CloseOutputs({library.get(), log.get()});
+    return kFailed;
+  }
+  WriteSummary(*log, counters, run.first_path, library->Path());
+  return CloseOutputs({library.get(), log.get()}) ? kSucceeded : kFailed;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/memory_files.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace tarvel::testing {
+
+namespace {
+
+class MemorySource final : public ByteSource {
+ public:
+  MemorySource(std::string bytes, bool fails) : bytes_(std::move(bytes)), fails_(fails) {}
+  std::ptrdiff_t Read(char* buffer, std::size_t size) override {
+    if (fails_) return -1;
+    const std::size_t got = std::min(size, bytes_.size() - at_);
+    std::memcpy(buffer, bytes_.data() + at_, got);
+    at_ += got;
+    return static_cast<std::ptrdiff_t>(got);
+  }
+  std::size_t Size() const override { return bytes_.size(); }
+
+ private:
+  std::string bytes_;
+  std::size_t at_ = 0;
+  bool fails_;
+};
+
+class MemorySink final : public ByteSink {
+ public:
+  MemorySink(std::string& file, std::size_t room, bool close_fails)
+      : file_(file), room_(room), close_fails_(close_fails) {}
+  std::string Write(std::string_view bytes) override {
+    const std::size_t fits = std::min(room_ - std::min(room_, file_.size()), bytes.size());
+    file_.append(bytes.substr(0, fits));
+    return fits == bytes.size() ? std::string() : "No space left on device";
+  }
+  std::string Close() override { return close_fails_ ? "Input/output error" : std::string(); }
+
+ private:
+  std::string& file_;
+  std::size_t room_;
+  bool close_fails_;
+};
+
+}  // namespace
+
+std::unique_ptr<ByteSource> MemoryFiles::OpenSource(const std::string& path, ReadMode mode) {
+  const auto found = files.find(path);
+  const bool opens = found != files.end() && !unreadable.contains(path) &&
+                     (mode == ReadMode::kRead || !read_only.contains(path));
+  if (!opens) return nullptr;
+  return std::make_unique<MemorySource>(found->second, read_fails.contains(path));
+}
+
+std::unique_ptr<ByteSink> MemoryFiles::CreateSink(const std::string& path, CreateMode /*mode*/) {
+  if (not_creatable.contains(path)) return nullptr;
+  std::string& file = files[path];
+  file.clear();
+  const auto limited = room.find(path);
+  return std::make_unique<MemorySink>(
+      file, limited == room.end() ? static_cast<std::size_t>(-1) : limited->second,
+      close_fails.contains(path));
+}
+
+bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {
+  if (!files.contains(one) || !files.contains(other)) return false;
+  return one == other || same_files.contains({one, other}) || same_files.contains({other, one});
+}
+
+RunContext MemoryRun(MemoryFiles& files, std::string_view first, std::string_view second) {
+  return {std::string(first), std::string(second), Settings(), files,
+          [] { return std::string("/program"); }};
+}
+
+TemporaryDirectory::TemporaryDirectory() {
+  std::string name = std::filesystem::temp_directory_path() / "tarvel-test-XXXXXX";
+  if (!mkdtemp(name.data())) std::abort();
+  path_ = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TemporaryDirectory::operator/(std::string_view name) const {
+  return path_ + "/" + std::string(name);
+}
+
+std::string ReadDiskFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteDiskFile(const std::string& path, std::string_view bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  EXPECT_TRUE(file.good()) << path;
+}
+
+}  // namespace tarvel::testing
