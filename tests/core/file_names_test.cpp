@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "core/file_names.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvel {
+namespace {
+
+TEST(ChangeExtension, ReplacesEverythingFromTheLastDot) {
+  EXPECT_EQ(ChangeExtension("/home/u/paper.tex", "_extract.bib"), "/home/u/paper_extract.bib");
+  EXPECT_EQ(ChangeExtension("/home/u.v/paper", "_extract.bib"), "/home/u_extract.bib")
+      << "a dot in a directory's name counts";
+  EXPECT_EQ(ChangeExtension("my.refs.bib", "_author.bib"), "my.refs_author.bib");
+  EXPECT_EQ(ChangeExtension("a.", "_x"), "a_x");
+  EXPECT_EQ(ChangeExtension("..", "_x"), "._x");
+  EXPECT_EQ(ChangeExtension(".bib", "_x"), std::nullopt) << "a dot in the first place does not";
+  EXPECT_EQ(ChangeExtension("nodot", "_x"), std::nullopt);
+  EXPECT_EQ(ChangeExtension("", "_x"), std::nullopt);
+}
+
+TEST(InsertBeforeExtension, PutsTheSuffixBeforeTheLastDot) {
+  EXPECT_EQ(InsertBeforeExtension("lit.bib", "_linux"), "lit_linux.bib");
+  EXPECT_EQ(InsertBeforeExtension("a.b/my.refs.bib", "_linux"), "a.b/my.refs_linux.bib");
+  EXPECT_EQ(InsertBeforeExtension(".bib", "_linux"), "_linux.bib");
+  EXPECT_EQ(InsertBeforeExtension("a.b/refs", "_linux"), "a_linux.b/refs");
+  EXPECT_EQ(InsertBeforeExtension("refs", "_linux"), std::nullopt);
+  EXPECT_EQ(InsertBeforeExtension("", "_linux"), std::nullopt);
+}
+
+TEST(OutputSuffixes, NameTheSeventeenFiles) {
+  const std::string_view expected[] = {
+      "_text.txt",    "_journal.log", "_journal.bib",      "_extract.tex",    "_extract.bib",
+      "_extract.txt", "_comp.log",    "_comp_missing.bib", "_comp_equal.bib", "_tag.log",
+      "_tag.bib",     "_double.log",  "_double.bib",       "_char.log",       "_char.bib",
+      "_author.log",  "_author.bib"};
+  ASSERT_EQ(OutputSuffixes.size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) EXPECT_EQ(OutputSuffixes[i], expected[i]);
+  EXPECT_EQ(SuffixOf(Output::kText), "_text.txt");
+  EXPECT_EQ(SuffixOf(Output::kCompareEqual), "_comp_equal.bib");
+  EXPECT_EQ(SuffixOf(Output::kAuthorLibrary), "_author.bib");
+}
+
+}  // namespace
+}  // namespace tarvel

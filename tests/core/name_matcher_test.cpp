@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "core/name_matcher.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+#include <string>
+
+#include "core/text_primitives.h"
+
+namespace tarvel {
+namespace {
+
+TEST(NameMatcher, FindsNamesAnywhereInAnyCase) {
+  constexpr std::array<std::string_view, 3> kNames{"title", "booktitle", "url"};
+  const NameMatcher matcher(kNames);
+  EXPECT_EQ(matcher.Find("  BookTitle = {x}"), 0b011U) << "a name inside another is found as well";
+  EXPECT_EQ(matcher.First("  BookTitle = {x}"), 0) << "the first of the list wins";
+  EXPECT_EQ(matcher.First("URL title"), 0) << "wherever it stands";
+  EXPECT_EQ(matcher.First("x"), -1);
+  EXPECT_EQ(matcher.First(""), -1);
+  EXPECT_TRUE(matcher.Any("CiteseerURL"));
+  EXPECT_FALSE(matcher.Any("titl e"));
+}
+
+TEST(NameMatcher, AgreesWithContainsNoCaseForEachName) {
+  std::mt19937 random(4);
+  const std::string_view alphabet = "abcAB\xe4";
+  for (int run = 0; run < 3000; ++run) {
+    std::vector<std::string> names(1 + random() % 5);
+    for (std::string& name : names) {
+      for (auto i = 1 + random() % 4; i > 0; --i) name += alphabet[random() % alphabet.size()];
+    }
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    const NameMatcher matcher(views);
+    for (int texts = 0; texts < 10; ++texts) {
+      std::string text;
+      for (auto i = random() % 12; i > 0; --i) text += alphabet[random() % alphabet.size()];
+      int first = -1;
+      for (std::size_t i = names.size(); i-- > 0;) {
+        const bool found = ContainsNoCase(text, names[i]);
+        if (found) first = static_cast<int>(i);
+        ASSERT_EQ((matcher.Find(text) >> i & 1) != 0, found) << text << " " << names[i];
+      }
+      ASSERT_EQ(matcher.First(text), first) << text;
+      ASSERT_EQ(matcher.Any(text), first >= 0) << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "core/value_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "tests/support/plain_primitives.h"
+
+namespace tarvel {
+namespace {
+
+struct Case {
+  std::string line;
+  std::string rest;  // what the stream still holds
+  bool whole;
+  std::string value;
+  std::string line_after;
+  std::string says;
+};
+
+TEST(ReadFieldValue, ReadsTheTextInTheOuterBraces) {
+  const Case cases[] = {
+      {"a = {A {B} D},\n", "", true, "A {B} D", "a = {A {B} D},\n", "inner braces are kept"},
+      {"a = {A\n", "  B\n\t C},\n", true, "A B C", "a = {A  B\t C},\n", "one blank at each join"},
+      {"author = Doe, J.\n", "x", false, "", "author = Doe, J.\n", "a bare value is not read"},
+      {"year = \"2001\",\n", "x", false, "", "year = \"2001\",\n", "nor is a quoted one"},
+      {"a = {},\n", "", true, "", "a = {},\n", "an empty value"},
+      {"a = {x", "y}", true, "x", "a = {x", "a line without a line feed ends the value"},
+      {"a = {", "  b}\n", true, "b", "a = {  b}\n", "the value begins on the next line"},
+      {"a = {", " \n\t\n b}\n", true, "b", "a = { b}\n", "blank lines before it are passed over"},
+      {"a = {", "", false, "", "a = {", "the file ends before the value begins"},
+      {"a = {", " \n", false, "", "a = { \n", "only blanks are left"},
+      {"a = {\n", "b}\n", true, " b", "a = {b}\n", "a line feed behind the brace is a blank"},
+      {"a = {b\n", "\n \n\nc}\n", true, "b c", "a = {bc}\n", "blank lines are passed over"},
+      {"a = {b\n", "", false, "b", "a = {b\n", "the file ends inside the value"},
+      {"a = {b\n", "c\n", false, "b c", "a = {bc\n", "and a line later"},
+      {"a = {b\n", "\n\n", false, "b", "a = {b\n", "only blank lines are left"},
+      {"a = {b\n", "\xc3\xa4 c}\n", true, "b c", "a = {b\xc3\xa4 c}\n",
+       "leading bytes above 127 count as blank"},
+      {"a = {b\n", std::string("\0 c}\n", 5), true, std::string("b \0 c", 5),
+       std::string("a = {b\0 c}\n", 11), "a zero does not"},
+      {"a = {b}} {c}\n", "", true, "b", "a = {b}} {c}\n", "the matching brace ends it"},
+      {"a = }{b}\n", "", true, "b", "a = }{b}\n", "it begins at the first opening brace"},
+      {"a = {b\n", "c", true, "b c", "a = {bc", "a last line without a line feed ends it"},
+      {"a = {\xc3\xa4\r\n", "b}\n", true, "\xc3\xa4\r b", "a = {\xc3\xa4\rb}\n",
+       "a CR before the line feed stays"},
+  };
+  for (const Case& c : cases) {
+    Line line(c.line);
+    LineStream stream(c.rest);
+    std::string value = "old";
+    EXPECT_EQ(ReadFieldValue(line, stream, value), c.whole) << c.says;
+    EXPECT_EQ(value, c.value) << c.says;
+    EXPECT_EQ(line.Text(), c.line_after) << c.says;
+  }
+}
+
+TEST(ReadFieldValue, StartsWhereItIsTold) {
+  struct Start {
+    ValueStart start;
+    int depth;
+    std::string line, rest;
+    bool whole;
+    std::string value;
+  };
+  const Start cases[] = {
+      {ValueStart::kLineStart, 1, "ab}c\n", "", true, "ab"},
+      {ValueStart::kLineStart, 0, "a}b", "", true, "a}b"},
+      {ValueStart::kLineStart, 0, "a{b}}c", "", true, "a{b"},
+      {ValueStart::kLineStart, 1, "", "  x}\n", true, "x"},
+      {ValueStart::kLineStart, 1, "", "", false, ""},
+      {ValueStart::kLineStart, 1, "  a}\n", "", true, "  a"},
+      {ValueStart::kSkipBlanks, 1, " \t a}\n", "", true, "a"},
+      {ValueStart::kAfterBrace, 1, "x{a}b}\n", "", true, "a}b"},
+  };
+  for (const Start& c : cases) {
+    Line line(c.line);
+    LineStream stream(c.rest);
+    std::string value;
+    EXPECT_EQ(ReadFieldValue(line, stream, c.start, c.depth, value), c.whole) << c.line;
+    EXPECT_EQ(value, c.value) << c.line;
+  }
+}
+
+TEST(ReadFieldValue, ContinuesInReadsOf24999Bytes) {
+  // A continuation line that is longer comes in pieces, and a piece has no line feed: the value
+  // ends with it.
+  const std::string longer(30000, 'x');
+  LineStream stream(longer + "}\n");
+  Line line("a = {b\n");
+  std::string value;
+  EXPECT_TRUE(ReadFieldValue(line, stream, value));
+  EXPECT_EQ(value, "b " + longer.substr(0, 24999));
+  EXPECT_EQ(stream.Position(), 24999U);
+
+  LineStream fits(std::string(24998, 'x') + "\ny}\n");
+  Line second("a = {b\n");
+  EXPECT_TRUE(ReadFieldValue(second, fits, value));
+  EXPECT_EQ(value, "b " + std::string(24998, 'x') + " y");
+}
+
+TEST(ReadFieldValue, ReplacesABlankLineInReadsOf999Bytes) {
+  LineStream stream("\n" + std::string(2000, 'x') + "}\n");
+  Line line("a = {b\n");
+  std::string value;
+  EXPECT_TRUE(ReadFieldValue(line, stream, value));
+  EXPECT_EQ(value, "b " + std::string(999, 'x'));
+
+  LineStream first(std::string(2000, 'y') + "}\n");
+  Line open("a = {");
+  EXPECT_TRUE(ReadFieldValue(open, first, value));
+  EXPECT_EQ(value, std::string(999, 'y')) << "as is the line on which the value begins";
+}
+
+TEST(ReadFieldValue, AgreesWithItsPlainTwin) {
+  std::mt19937 random(3);
+  const std::string_view alphabet = "@{}{},\nab \t\n\xe4";
+  for (int run = 0; run < 200000; ++run) {
+    std::string text;
+    for (auto i = random() % 30; i > 0; --i) text += alphabet[random() % alphabet.size()];
+    LineStream stream(text);
+    LineStream plain_stream(text);
+    const auto first = stream.ReadLine(1000);
+    if (!first) continue;
+    plain_stream.ReadLine(1000);
+    Line line(*first);
+    std::string plain_line(*first);
+    std::string value, plain_value;
+    ASSERT_EQ(ReadFieldValue(line, stream, value),
+              testing::PlainReadFieldValue(plain_line, plain_stream, plain_value))
+        << text;
+    ASSERT_EQ(value, plain_value) << text;
+    ASSERT_EQ(line.Text(), plain_line) << text;
+    ASSERT_EQ(stream.Position(), plain_stream.Position()) << text;
+  }
+}
+
+}  // namespace
+}  // namespace tarvel
