@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "app/process.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/globals.h"
+
+namespace tarvel {
+namespace {
+
+/// Runs `body` in a child process, as limits are not put back; gives its exit status.
+template <typename Body>
+int InChild(const Body& body) {
+  const pid_t child = fork();
+  if (child == 0) _exit(body());
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int RaisedFrom(rlim_t before, rlim_t expected) {
+  return InChild([=] {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) != 0) return 10;
+    const rlim_t hard = limit.rlim_max;
+    limit.rlim_cur = before;
+    if (setrlimit(RLIMIT_STACK, &limit) != 0) return 11;
+    if (RaiseStackLimit() != 0) return 12;
+    if (getrlimit(RLIMIT_STACK, &limit) != 0) return 13;
+    return limit.rlim_cur == expected && limit.rlim_max == hard ? 0 : 1;
+  });
+}
+
+TEST(RaiseStackLimit, RaisesALowerSoftLimitToExactly80MiB) {
+  EXPECT_EQ(RaisedFrom(8 << 20, 83886080), 0);
+  EXPECT_EQ(RaisedFrom(83886079, 83886080), 0);
+}
+
+TEST(RaiseStackLimit, LeavesAHigherOneAlone) {
+  EXPECT_EQ(RaisedFrom(83886080, 83886080), 0);
+  EXPECT_EQ(RaisedFrom(100 << 20, 100 << 20), 0);
+  EXPECT_EQ(RaisedFrom(RLIM_INFINITY, RLIM_INFINITY), 0);
+}
+
+[[noreturn]] void RaiseUnderALowHardLimit() {
+  const rlimit limit{8 << 20, 16 << 20};
+  setrlimit(RLIMIT_STACK, &limit);
+  std::exit(RaiseStackLimit());
+}
+
+TEST(RaiseStackLimitDeathTest, TellsOfALimitThatCannotBeSetAndGoesOn) {
+  EXPECT_EXIT(RaiseUnderALowHardLimit(), ::testing::ExitedWithCode(0),
+              "^setrlimit returned result = -1\n$");
+}
+
+TEST(GetProgramDirectory, FindsTheExecutable) {
+  PathBuffer directory("directory");
+  PathBuffer executable("executable");
+  EXPECT_EQ(GetProgramDirectory(directory, executable), 1);
+  EXPECT_EQ(executable.Get(), std::filesystem::read_symlink("/proc/self/exe").string());
+  EXPECT_EQ(directory.Get() + "/tarvel-tests", executable.Get());
+}
+
+TEST(DirectoryOf, CutsAtTheLastSlash) {
+  EXPECT_EQ(DirectoryOf("/usr/bin/tarvel"), "/usr/bin");
+  EXPECT_EQ(DirectoryOf("/tarvel"), "") << "an executable in the root directory";
+  EXPECT_EQ(DirectoryOf("tarvel"), "");
+  EXPECT_EQ(DirectoryOf(""), "");
+}
+
+TEST(PathBuffer, Takes1000Bytes) {
+  PathBuffer buffer("first file");
+  EXPECT_TRUE(buffer.Empty());
+  buffer.Set(std::string(1000, 'x'));
+  EXPECT_EQ(buffer.Get(), std::string(1000, 'x'));
+  buffer.Set("");
+  EXPECT_TRUE(buffer.Empty());
+}
+
+TEST(PathBufferDeathTest, EndsTheProcessOnALongerPath) {
+  PathBuffer buffer("first file");
+  EXPECT_EXIT(buffer.Set(std::string(1001, 'x')), ::testing::KilledBySignal(SIGABRT),
+              "the path of the first file is 1001 bytes long; 1000 are the most\n");
+}
+
+TEST(Globals, StartEmptyAndNameThisSystem) {
+  EXPECT_EQ(HostSystemCode, 5555);
+  EXPECT_EQ(kStylesFile, "/JournalStyles/Journal_styles_linux.tvl");
+  EXPECT_EQ(kLaTeXCommandsFile, "/LaTeXCommands/LaTeXCommands_linux.tvl");
+  EXPECT_EQ(kJournalListFile, "/JournalStrings/JournalStrings.tvl");
+}
+
+}  // namespace
+}  // namespace tarvel
