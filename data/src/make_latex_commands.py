@@ -92,12 +92,10 @@ SCRIPT_LENGTH = 4  # digits and signs of one script that become small ones
 
 # Nuclei whose mass number stands before the symbol: in ASCII "13C", not "^13C".
 NUCLEI = [
-    "1H", "2H", "3H", "3He", "4He", "6Li", "7Li", "10B", "11B", "12C", "13C",
-    "14C", "14N", "15N", "16O", "17O", "18O", "19F", "23Na", "27Al", "29Si",
-    "31P", "32S", "33S", "34S", "35Cl", "37Cl", "40Ar", "39Ar", "40Ca", "48Ca",
-    "51V", "57Fe", "59Co", "60Co", "77Se", "87Rb", "86Sr", "87Sr", "89Y",
-    "109Ag", "113Cd", "119Sn", "125Te", "129Xe", "131I", "137Cs", "195Pt",
-    "199Hg", "207Pb", "208Pb", "210Pb", "232Th", "235U", "238U", "239Pu",
+    "1H", "2H", "3H", "3He", "4He", "7Li", "11B", "13C", "14C", "14N", "15N",
+    "17O", "18O", "19F", "23Na", "27Al", "29Si", "31P", "34S", "35Cl", "51V",
+    "57Fe", "59Co", "60Co", "87Rb", "87Sr", "89Y", "113Cd", "119Sn", "125Te",
+    "129Xe", "131I", "137Cs", "195Pt", "199Hg", "207Pb", "235U", "238U", "239Pu",
 ]
 MICRO_UNITS = ["m", "s", "g", "l", "L", "M", "A", "W", "V", "J", "eV"]
 
@@ -108,7 +106,7 @@ STAND_INS = [
     (r"\asciitilde", "~", "~"), (r"\mdash", "—", "--"),
     (r"\backslash", "\\", "\\"),
     # What is left of "\ " after an abbreviation ("et al.\ in").
-    (".\\", ".", "."),
+    (".\\", ".", "."), ("…\\", "…", "..."),
 ]
 
 HEADER = """\
@@ -175,6 +173,17 @@ def accent_rows():
     return rows
 
 
+def stacked_accent_rows():
+    """Vietnamese letters with a second accent: "\\'{\\^e}" and "\\'{\\^{e}}"."""
+    rows = []
+    for accent in "`'~d":
+        mark = {**SYMBOL_ACCENTS, **LETTER_ACCENTS}[accent]
+        for base in "aeoAEO":
+            letter = accented(accented(base, SYMBOL_ACCENTS["^"]), mark)
+            rows += [(f"\\{accent}{{\\^{inner}}}", letter, base) for inner in (base, f"{{{base}}}")]
+    return rows
+
+
 def short_letter_rows():
     """Letters of their own whose command is too short to stand alone.
 
@@ -183,7 +192,13 @@ def short_letter_rows():
     rows, since a scan for "{\\o}" misses it in "{{\\o}...".
     """
     return [(f"\\{name}{end}", text + end, plain + end)
-            for name, text, plain in SHORT_LETTERS for end in "}{\\-"]
+            for name, text, plain in SHORT_LETTERS for end in "}{-"]
+
+
+def letter_before_command_rows():
+    """The same before another command ("\\L\\'od\\'z"): to be applied before it."""
+    return [(f"\\{name}\\", text + "\\", plain + "\\")
+            for name, text, plain in SHORT_LETTERS if name not in "ij"]
 
 
 def long_letter_rows():
@@ -212,7 +227,7 @@ def bar_rows():
 def table_rows():
     """Rows of latex_commands.tsv, its abbreviations written out."""
     utf8 = {"-": "", "SP": NO_BREAK_SPACE, "U+202F": "\u202f"}
-    plain = {"-": "", "SP": "~"}
+    plain = {"-": "", "SP": "~", "HYPHEN": "-"}
     rows = []
     lines = SOURCE.read_text(encoding="utf-8").splitlines()
     for number, line in enumerate(lines, 1):
@@ -224,10 +239,6 @@ def table_rows():
         command, text, ascii_text = fields
         if ascii_text == "=":
             ascii_text = text
-        if command == "--":
-            ascii_text = "-"  # a dash, which the file uses for "dropped"
-        if command == r"\textendash":
-            ascii_text = "-"
         rows.append((command, utf8.get(text, text), plain.get(ascii_text, ascii_text)))
     return rows
 
@@ -247,12 +258,13 @@ def utf8_script_rows():
     """Sub- and superscripts: "^{13}" goes to "¹^{3}", "¹³^{}" and "¹³"."""
     rows = []
     for mark, digits in (("^", SUPERSCRIPTS), ("_", SUBSCRIPTS)):
+        inner = {**digits, ".": ".", ",": ","}
         for _ in range(SCRIPT_LENGTH):
-            rows += [(f"{mark}{{{c}", f"{small}{mark}{{") for c, small in digits.items()]
+            rows += [(f"{mark}{{{c}", f"{small}{mark}{{") for c, small in inner.items()]
         rows.append((mark + "{}", ""))
         rows += [(f"{mark}{{{c}}}", small) for c, small in SCRIPT_LETTERS[mark].items()]
         # The rest of a script that is small only in part stands as it is.
-        rows += [(f"{small}{mark}{{", small) for small in digits.values()]
+        rows += [(f"{small}{mark}{{", small) for small in inner.values()]
         single = {**digits, **SCRIPT_LETTERS[mark]}
         rows += [(mark + c, small) for c, small in single.items()]
     return rows
@@ -313,12 +325,13 @@ def named_rows(name):
     accents = accent_rows()
     doubled = accents + long_letter_rows() + greek_rows()
     twice = {row[0] for row in doubled if name == UTF8 or can_repeat(row[0])}
-    others = short_letter_rows() + bar_rows() + table_rows()
+    others = stacked_accent_rows() + short_letter_rows() + bar_rows() + table_rows()
     rows = [(row[0], row[column]) for row in doubled + others]
     if name == ASCII:
         rows += ascii_only_rows()
     rows = [row for row in rows if row[0] != row[1]]
-    return [row for row in longest_first(rows) for _ in range(2 if row[0] in twice else 1)]
+    repeated = [row for row in longest_first(rows) for _ in range(2 if row[0] in twice else 1)]
+    return [(row[0], row[column]) for row in letter_before_command_rows()] + repeated
 
 
 def all_rows(name):
