@@ -325,6 +325,7 @@ def named_rows(name):
     accents = accent_rows()
     doubled = accents + long_letter_rows() + greek_rows()
     twice = {row[0] for row in doubled if name == UTF8 or can_repeat(row[0])}
+    twice.update("\\" + c for c in "&%$_#{}")
     others = stacked_accent_rows() + short_letter_rows() + bar_rows() + table_rows()
     rows = [(row[0], row[column]) for row in doubled + others]
     if name == ASCII:
