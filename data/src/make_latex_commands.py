@@ -92,9 +92,9 @@ SCRIPT_LENGTH = 4  # digits and signs of one script that become small ones
 
 # Nuclei whose mass number stands before the symbol: in ASCII "13C", not "^13C".
 NUCLEI = [
-    "1H", "2H", "3H", "3He", "4He", "7Li", "11B", "13C", "14C", "14N", "15N",
-    "17O", "18O", "19F", "23Na", "27Al", "29Si", "31P", "34S", "35Cl", "51V",
-    "57Fe", "59Co", "60Co", "87Rb", "87Sr", "89Y", "113Cd", "119Sn", "125Te",
+    "1H", "2H", "3H", "3He", "4He", "7Li", "11B", "13C", "14C", "15N",
+    "17O", "18O", "19F", "23Na", "27Al", "29Si", "31P", "35Cl", "51V",
+    "57Fe", "60Co", "87Rb", "87Sr", "89Y", "113Cd", "119Sn",
     "129Xe", "131I", "137Cs", "195Pt", "199Hg", "207Pb", "235U", "238U", "239Pu",
 ]
 MICRO_UNITS = ["m", "s", "g", "l", "L", "M", "A", "W", "V", "J", "eV"]
@@ -336,6 +336,8 @@ def named_rows(name):
 
 
 def all_rows(name):
+    """The whole table, block after block."""
+    column = {UTF8: 1, ASCII: 2}[name]
     rows = named_rows(name)
     if name == UTF8:
         rows += utf8_script_rows()
@@ -343,7 +345,7 @@ def all_rows(name):
         rows += ascii_script_rows()
         rows += raw_character_rows(accent_rows() + long_letter_rows() + greek_rows() + table_rows())
     rows += [(c, "") for c in "${}" for _ in range(3)]
-    rows += [(row[0], row[{UTF8: 1, ASCII: 2}[name]]) for row in STAND_INS]
+    rows += [(row[0], row[column]) for row in STAND_INS for _ in range(2)]
     return rows
 
 
