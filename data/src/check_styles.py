@@ -22,9 +22,7 @@ DEFINITIONS = 71
 MAX_ROWS = 2000
 COMMENT_MARK = b"; // "
 
-# How many values a reference gets, by style and kind. "skip" holds the places
-# (the label is 0) of values that a kind of entry never reads: a format must not
-# print what is left there from another entry.
+# How many values a reference gets, by style and kind.
 VALUES = {
     "ACS_": {"article_title": 7, "article": 6, "book": 6, "incol": 8, "inpro": 8, "phd": 4},
     "APS_": {"article_title": 7, "article": 6, "book": 6, "incol": 7, "inpro": 8, "phd": 4},
@@ -33,6 +31,8 @@ VALUES = {
     "WILEY_": {"article_title": 7, "article": 6, "book": 6, "incol": 8, "inpro": 7, "phd": 5},
     "SPRINGER_C_": {"article_title": 7, "article": 6, "book": 6, "incol": 8, "inpro": 8, "phd": 5},
 }
+# The places (the label is 0) of values that a kind of entry never reads: a format
+# must not print what is left there from another entry.
 LEFTOVERS = {
     "ACS_inpro": {4}, "APS_inpro": {4}, "WILEY_inpro": {4}, "SPRINGER_C_inpro": {6},
     "WILEY_phd": {2, 3}, "SPRINGER_C_phd": {4},
