@@ -1,0 +1,35 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Installs what the build, or with "tests" the tests as well, need and is missing. Debian 12.
+# A package is missing when the file that it brings is.
+set -eu
+
+wanted="
+/usr/bin/g++                      g++
+/usr/bin/cmake                    cmake
+/usr/bin/ninja                    ninja-build
+/usr/include/CLI/CLI.hpp          libcli11-dev
+/usr/bin/wx-config                libwxgtk3.2-dev
+"
+test_wanted="
+/usr/include/gtest/gtest.h        libgtest-dev
+/usr/bin/Xvfb                     xvfb
+/usr/bin/xauth                    xauth
+/usr/bin/openbox                  openbox
+/usr/bin/xdotool                  xdotool
+/usr/bin/xprop                    x11-utils
+/usr/bin/python3                  python3
+"
+[ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
+
+missing=$(echo "$wanted" | while read -r file package; do
+  [ -z "$file" ] || [ -e "$file" ] || echo "$package"
+done)
+[ -n "$missing" ] || exit 0
+
+echo "Installing:" $missing
+as_root=
+[ "$(id -u)" -eq 0 ] || as_root=sudo
+export DEBIAN_FRONTEND=noninteractive
+$as_root apt-get update -q >/dev/null
+$as_root apt-get install -q -y --no-install-recommends $missing >/dev/null
