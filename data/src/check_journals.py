@@ -28,7 +28,8 @@ ANY = "*"
 # Words that an abbreviated title leaves out.
 SILENT_WORDS = frozenset(
     "& a al am an and at aus da de dei del della den der des di die do dos du e et for from für"
-    " fur i il in into its la las le les los no of on og och per sur the to und v van von y zu".split()
+    " fur i il in into its la las le les los no of on og och per sur the to und v van von y"
+    " zu".split()
 )
 
 
@@ -278,14 +279,22 @@ def matching_exceptions(exceptions, word, short, title):
     }
 
 
-def odd_forms(forms):
-    """Yield (word, usual form, other form, row) for all but the commonest form of a word."""
-    for word, by_short in sorted(forms.items()):
-        counts = Counter({short: len(rows) for short, rows in by_short.items()})
-        usual = max(counts, key=lambda short: (counts[short], short))
-        for short, rows in by_short.items():
-            if short != usual:
-                yield from ((word, by_short[usual][0][1], row[1], row[0]) for row in rows)
+def judge_word(word, by_short, exceptions):
+    """Return the rows that write a word in another way than most, and the exceptions used.
+
+    Rows with an exception have no say in what the usual form is.
+    """
+    allowed = {
+        (short, journal): matching_exceptions(exceptions, word, short, journal.full)
+        for short, rows in by_short.items()
+        for journal, _ in rows
+    }
+    plain = [place for place, found in allowed.items() if not found]
+    counts = Counter(short for short, _ in plain)
+    usual = max(counts, key=lambda short: (counts[short], short)) if counts else None
+    odd = [(usual, short, journal) for short, journal in plain if short != usual]
+    used = {key for (short, _), found in allowed.items() if short != usual for key in found}
+    return odd, used
 
 
 def check_words(journals):
@@ -302,10 +311,10 @@ def check_words(journals):
                 f"{journal.place}: '{journal.abbreviation}' is no contraction of"
                 f" '{journal.full}'"
             )
-    for word, usual, short, journal in odd_forms(forms):
-        allowed = matching_exceptions(exceptions, word, short, journal.full)
-        used |= allowed
-        if not allowed:
+    for word, by_short in sorted(forms.items()):
+        odd, used_here = judge_word(word, by_short, exceptions)
+        used |= used_here
+        for usual, short, journal in odd:
             yield (
                 f"{journal.place}: {journal.full}: '{word}' is '{short}' here and"
                 f" '{usual}' elsewhere"
