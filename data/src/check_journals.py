@@ -18,7 +18,6 @@ from pathlib import Path
 import make_journals as tables
 
 MAX_NAME_BYTES = 500
-MAX_VARIATIONS = 20
 MARKERS = (tables.JOURNAL_START, tables.VARIATIONS, tables.JOURNAL_END)
 EXCEPTION_FILE = tables.SOURCE_DIR / "journal_word_exceptions.tsv"
 EXCEPTION_HEADER = "word\tabbreviation\ttitle\treason"
@@ -79,8 +78,8 @@ def check_row(journal):
     """Yield the problems of one row."""
     yield from check_name("full name", journal.full)
     yield from check_name("abbreviation", journal.abbreviation)
-    if len(journal.variations) > MAX_VARIATIONS:
-        yield f"{len(journal.variations)} variations, {MAX_VARIATIONS} at most"
+    if len(journal.variations) > tables.MAX_VARIATIONS:
+        yield f"{len(journal.variations)} variations, {tables.MAX_VARIATIONS} at most"
     own = {tables.squeeze(journal.full), tables.squeeze(journal.abbreviation)}
     for variation in journal.variations:
         yield from check_name("variation", variation)
@@ -168,10 +167,25 @@ def check_list(path, journals):
         yield f"{path.name}: the first line with {tables.LIST_START} is not that word alone"
     if text != tables.render(journals):
         yield f"{path.name}: not what make_journals.py writes from the tables"
-    wanted = [[tables.library_form(name) for _, name in names_of(j)] for j in journals]
+    wanted = [tables.list_names(journal) for journal in journals]
     found = [[full, abbreviation, *variations] for full, abbreviation, variations in blocks]
     if found != wanted:
         yield f"{path.name}: read back, it gives {len(found)} other blocks than the tables"
+    yield from check_blocks(path.name, found)
+
+
+def check_blocks(name, blocks):
+    """Yield blocks with too many spellings and keys that two blocks of the list share."""
+    owners = {}
+    for number, block in enumerate(blocks, start=1):
+        if len(block) - 2 > tables.MAX_VARIATIONS:
+            yield f"{name}: block {number} ({block[0]}) has {len(block) - 2} variations"
+        if not block[0] or not block[1]:
+            yield f"{name}: block {number} has an empty name, which ends the lookup"
+        for entry in block:
+            first = owners.setdefault(tables.squeeze(entry), number)
+            if first != number:
+                yield f"{name}: '{entry}' stands in the blocks {first} and {number}"
 
 
 # ---- words -------------------------------------------------------------------------------

@@ -32,6 +32,8 @@ OUTPUT_FILE = SOURCE_DIR.parent / "JournalStrings" / "JournalStrings.tvl"
 JOURNAL_START = "******* Journal-start *******"
 VARIATIONS = "******* Variations    *******"
 JOURNAL_END = "******* Journal-end   *******"
+# The program keeps twenty rows for the spellings of a journal.
+MAX_VARIATIONS = 20
 # Everything up to the first line that holds this word is preamble.
 LIST_START = "START"
 
@@ -104,17 +106,27 @@ def library_form(name):
     return re.sub(r"(?<!\\)&", r"\\&", name)
 
 
+def quoted_forms(journal):
+    """Return the names of a journal between double quotes, each once.
+
+    A value written journal = "Name" reaches the comparison with its quotes. It was cut
+    at its first comma before, so that a name with a comma is not met in this form.
+    """
+    names = dict.fromkeys([journal.full, journal.abbreviation])
+    return [f'"{name}"' for name in names if "," not in name]
+
+
+def list_names(journal):
+    """Return full name, abbreviation and other spellings as they stand in the list."""
+    names = [journal.full, journal.abbreviation, *journal.variations]
+    room = max(0, MAX_VARIATIONS - len(journal.variations))
+    return [library_form(name) for name in names + quoted_forms(journal)[:room]]
+
+
 def block_lines(journal):
     """Return the lines of one journal block."""
-    return [
-        JOURNAL_START,
-        library_form(journal.full),
-        library_form(journal.abbreviation),
-        VARIATIONS,
-        *map(library_form, journal.variations),
-        JOURNAL_END,
-        "",
-    ]
+    full, abbreviation, *variations = list_names(journal)
+    return [JOURNAL_START, full, abbreviation, VARIATIONS, *variations, JOURNAL_END, ""]
 
 
 def render(journals):
