@@ -17,8 +17,16 @@ from pathlib import Path
 
 import make_journals as tables
 
+# What the program's reader looks for and holds, stated here once more so that a slip in the
+# generator is seen.
+LIST_START = "START"
+JOURNAL_START = "******* Journal-start *******"
+VARIATIONS = "******* Variations    *******"
+JOURNAL_END = "******* Journal-end   *******"
+MARKERS = (JOURNAL_START, VARIATIONS, JOURNAL_END)
 MAX_NAME_BYTES = 500
-MARKERS = (tables.JOURNAL_START, tables.VARIATIONS, tables.JOURNAL_END)
+MAX_VARIATIONS = 20
+DROPPED_IN_KEYS = set(" \t.:;{}\\")
 EXCEPTION_FILE = tables.SOURCE_DIR / "journal_word_exceptions.tsv"
 EXCEPTION_HEADER = "word\tabbreviation\ttitle\treason"
 # A whole title, as the word of an exception; the end of the title of an exception that
@@ -30,6 +38,12 @@ SILENT_WORDS = frozenset(
     " fur i il in into its la las le les los no of on og och per sur the to und v van von y"
     " zu".split()
 )
+
+
+def squeeze(name):
+    """Return the key by which the program compares names: only ASCII letters lose case."""
+    kept = (c for c in name if c not in DROPPED_IN_KEYS)
+    return "".join(c.upper() if c.isascii() else c for c in kept)
 
 
 # ---- bytes of the files ------------------------------------------------------------------
@@ -57,7 +71,7 @@ def check_name(kind, name):
     """Yield what is wrong with one name, abbreviation or variation."""
     if not name:
         yield f"empty {kind}"
-    elif not tables.squeeze(name):
+    elif not squeeze(name):
         yield f"{kind} '{name}' has an empty key"
     if name != name.strip() or "  " in name:
         yield f"{kind} '{name}' has superfluous blanks"
@@ -78,12 +92,12 @@ def check_row(journal):
     """Yield the problems of one row."""
     yield from check_name("full name", journal.full)
     yield from check_name("abbreviation", journal.abbreviation)
-    if len(journal.variations) > tables.MAX_VARIATIONS:
-        yield f"{len(journal.variations)} variations, {tables.MAX_VARIATIONS} at most"
-    own = {tables.squeeze(journal.full), tables.squeeze(journal.abbreviation)}
+    if len(journal.variations) > MAX_VARIATIONS:
+        yield f"{len(journal.variations)} variations, {MAX_VARIATIONS} at most"
+    own = {squeeze(journal.full), squeeze(journal.abbreviation)}
     for variation in journal.variations:
         yield from check_name("variation", variation)
-        key = tables.squeeze(variation)
+        key = squeeze(variation)
         if key in own:
             yield f"variation '{variation}' is already covered by the row"
         own.add(key)
@@ -112,7 +126,7 @@ def check_keys(journals):
     owners = {}
     for journal in journals:
         for kind, name in names_of(journal):
-            key = tables.squeeze(name)
+            key = squeeze(name)
             first = owners.setdefault(key, (journal, kind))
             if first[0] is not journal:
                 other = first[0]
@@ -127,19 +141,19 @@ def check_keys(journals):
 
 def parse_list(lines):
     """Return the blocks of a list as the program reads it, and the line of START."""
-    start = next((n for n, line in enumerate(lines) if tables.LIST_START in line), None)
+    start = next((n for n, line in enumerate(lines) if LIST_START in line), None)
     blocks = []
     rest = iter(lines[start + 1 :] if start is not None else [])
     for line in rest:
-        if tables.JOURNAL_START not in line:
+        if JOURNAL_START not in line:
             continue
         full, abbreviation = next(rest, ""), next(rest, "")
         for line in rest:
-            if tables.VARIATIONS in line:
+            if VARIATIONS in line:
                 break
         variations = []
         for line in rest:
-            if tables.JOURNAL_END in line:
+            if JOURNAL_END in line:
                 break
             variations.append(line)
         blocks.append((full, abbreviation, variations))
@@ -163,8 +177,8 @@ def check_list(path, journals):
     lines = text.split("\n")
     yield from check_marker_lines(path.name, lines)
     blocks, start = parse_list(lines)
-    if start is None or lines[start] != tables.LIST_START:
-        yield f"{path.name}: the first line with {tables.LIST_START} is not that word alone"
+    if start is None or lines[start] != LIST_START:
+        yield f"{path.name}: the first line with {LIST_START} is not that word alone"
     if text != tables.render(journals):
         yield f"{path.name}: not what make_journals.py writes from the tables"
     wanted = [tables.list_names(journal) for journal in journals]
@@ -178,12 +192,14 @@ def check_blocks(name, blocks):
     """Yield blocks with too many spellings and keys that two blocks of the list share."""
     owners = {}
     for number, block in enumerate(blocks, start=1):
-        if len(block) - 2 > tables.MAX_VARIATIONS:
+        if len(block) - 2 > MAX_VARIATIONS:
             yield f"{name}: block {number} ({block[0]}) has {len(block) - 2} variations"
         if not block[0] or not block[1]:
             yield f"{name}: block {number} has an empty name, which ends the lookup"
         for entry in block:
-            first = owners.setdefault(tables.squeeze(entry), number)
+            if re.search(r"(?<!\\)&", entry):
+                yield f"{name}: '{entry}' has a bare &, which would stop LaTeX"
+            first = owners.setdefault(squeeze(entry), number)
             if first != number:
                 yield f"{name}: '{entry}' stands in the blocks {first} and {number}"
 

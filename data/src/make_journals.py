@@ -67,12 +67,6 @@ class Journal:
         self.place = place
 
 
-def squeeze(name):
-    """Return the key by which the program compares names."""
-    kept = re.sub(r"[ \t.:;{}\\]", "", name)
-    return "".join(c.upper() if c.isascii() else c for c in kept)
-
-
 def parse_row(line, place):
     """Return the journal of one table line."""
     cells = line.split("\t")
