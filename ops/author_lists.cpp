@@ -191,59 +191,61 @@ AuthorForm ArrangeNames(const std::string& old_list, std::string& new_list) {
 
 }  // namespace
 
+// What waits for its other half in the next three is empty when nothing does: no part is empty.
+
 bool ArrangeInitialsThenSurname(std::string_view list, std::string& result) {
   ArrangedNames names(result);
   if (!HoldsLooseInitials(list)) return false;
-  std::optional<std::string> initials;
+  std::string initials;
   NameParts parts(list);
   while (const auto part = parts.Next()) {
     const bool is_initials = Holds(*part, '.');
-    if (is_initials == initials.has_value()) return names.Reject();
+    if (is_initials != initials.empty()) return names.Reject();
     if (is_initials) {
-      initials.emplace(*part);
-      StringToUpper(*initials);
+      initials = *part;
+      StringToUpper(initials);
       continue;
     }
     if (!IsOneWord(*part)) return names.Reject();
-    names.AddAbbreviated(*part, *initials);
-    initials.reset();
+    names.AddAbbreviated(*part, initials);
+    initials.clear();
   }
-  return initials ? names.Reject() : names.Finish();
+  return initials.empty() ? names.Finish() : names.Reject();
 }
 
 bool ArrangeSurnameThenInitials(std::string_view list, std::string& result) {
   ArrangedNames names(result);
   if (!HoldsLooseInitials(list)) return false;
-  std::optional<std::string_view> surname;
+  std::string_view surname;
   NameParts parts(list);
   while (const auto part = parts.Next()) {
     const bool is_initials = Holds(*part, '.');
-    if (is_initials ? !surname : !IsOneWord(*part)) return names.Reject();
+    if (is_initials ? surname.empty() : !IsOneWord(*part)) return names.Reject();
     if (is_initials) {
-      names.AddAbbreviated(*surname, *part);
-      surname.reset();
-    } else if (!surname) {
-      surname = part;
+      names.AddAbbreviated(surname, *part);
+      surname = {};
+    } else if (surname.empty()) {
+      surname = *part;
     }
   }
-  return surname ? names.Reject() : names.Finish();
+  return surname.empty() ? names.Finish() : names.Reject();
 }
 
 bool ArrangeWordPairs(std::string_view list, std::string& result) {
   ArrangedNames names(result);
   if (Holds(list, ',') || Holds(list, '.') || !HoldsAnd(list)) return false;
-  std::optional<std::string_view> first_name;
+  std::string_view first_name;
   NameParts parts(list);
   while (const auto part = parts.Next()) {
     if (!IsOneWord(*part)) return names.Reject();
-    if (first_name) {
-      names.AddAbbreviated(*part, *first_name);
-      first_name.reset();
+    if (first_name.empty()) {
+      first_name = *part;
     } else {
-      first_name = part;
+      names.AddAbbreviated(*part, first_name);
+      first_name = {};
     }
   }
-  return first_name ? names.Reject() : names.Finish();
+  return first_name.empty() ? names.Finish() : names.Reject();
 }
 
 bool ArrangeCommaNames(std::string_view list, std::string& result) {
