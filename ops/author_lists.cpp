@@ -96,6 +96,16 @@ class ArrangedNames {
   std::string initials_;
 };
 
+/// Upper-cases all but the names of LaTeX commands: "{\v s}" becomes "{\v S}".
+void UpperCaseText(std::string& text) {
+  bool in_command = false;
+  for (char& byte : text) {
+    const char upper = ToUpper(byte);
+    in_command = byte == '\\' || (in_command && upper >= 'A' && upper <= 'Z');
+    if (!in_command) byte = upper;
+  }
+}
+
 bool HoldsLooseInitials(std::string_view list) {
   return !Holds(list, ',') && HoldsAnd(list) && Holds(list, '.');
 }
@@ -203,7 +213,7 @@ bool ArrangeInitialsThenSurname(std::string_view list, std::string& result) {
     if (is_initials != initials.empty()) return names.Reject();
     if (is_initials) {
       initials = *part;
-      StringToUpper(initials);
+      UpperCaseText(initials);
       continue;
     }
     if (!IsOneWord(*part)) return names.Reject();

@@ -118,10 +118,9 @@ void AuthorCleaner::LogChange(AuthorForm form) {
 void WriteSummary(OutputFile& log, int changed, const std::string& input,
                   const std::string& library) {
   log.Write({"\n\n\nThe author list of ", std::to_string(changed),
-             " BibTeX entries from the BibTeX file\n    '", input,
-             "'\nwere put into the correct BibTeX structure. The new BibTeX file is stored in\n"
-             "    '",
-             library, "'."});
+             " BibTeX entries from the BibTeX file\n    '", input, "'\n"});
+  log.Write("were put into the correct BibTeX structure. ");
+  log.Write({"The new BibTeX file is stored in\n    '", library, "'."});
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -183,6 +184,30 @@ TEST(CopyAccentedInitial, CopiesTheConstructAndItsLetter) {
     std::string result = "old";
     EXPECT_EQ(CopyAccentedInitial(row.text, result), row.accepted) << row.text << ": " << row.says;
     EXPECT_EQ(result, row.result) << row.text << ": " << row.says;
+  }
+}
+
+/// Whether every "}" closes a "{" before it and none stays open.
+bool IsBalanced(std::string_view text) {
+  int depth = 0;
+  for (const char byte : text) {
+    depth += byte == '{' ? 1 : byte == '}' ? -1 : 0;
+    if (depth < 0) return false;
+  }
+  return depth == 0;
+}
+
+TEST(AbbreviateFirstNames, GivesBalancedInitialsForAnyBytes) {
+  constexpr std::string_view kBytes = "{{}}\\\\'\"^vcoaEh  .-~\xC3\xA9";
+  std::mt19937 random(5102);
+  for (int i = 0; i < 20000; ++i) {
+    std::string names;
+    for (auto left = random() % 16; left > 0; --left) names += kBytes[random() % kBytes.size()];
+    std::string initials;
+    AbbreviateFirstNames(names, initials);
+    ASSERT_TRUE(IsBalanced(initials)) << names << " gives " << initials;
+    ASSERT_TRUE(initials.empty() || initials.ends_with(". ") || initials.ends_with(".-")) << names;
+    ASSERT_FALSE(initials.starts_with('.')) << names << " gives " << initials;
   }
 }
 
