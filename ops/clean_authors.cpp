@@ -1,8 +1,148 @@
 // SPDX-License-Identifier: MIT
+// Clean authors: writes a library anew with every author list in the normal form, and logs the
+// lists that changed.
+#include <string>
+#include <string_view>
+
+#include "app/texts.h"
+#include "core/reports.h"
+#include "core/text_primitives.h"
+#include "core/value_reader.h"
+#include "ops/author_lists.h"
 #include "ops/operations.h"
 
 namespace tarvel {
 
-int RunCleanAuthors(const RunContext& /*run*/) { return Fail("Clean authors is not built yet."); }
+namespace {
+
+constexpr std::string_view kNoLibrary =
+    "Function Clean_author()_1, initialization => BibTeX file does not exist?";
+constexpr std::string_view kNotOpened =
+    "Function Clean_author()_2, Could not open the BibTeX file!";
+constexpr std::string_view kLogNotCreated =
+    "Function Clean_author()_3, Could not open the log file!";
+constexpr std::string_view kLibraryNotCreated =
+    "Function Clean_author()_4, Could not open the new BibTeX file";  // the path and " !" follow
+
+constexpr std::string_view kAuthorTag = "AUTHOR=";
+
+/// Whether the first bytes of the line are the author tag and its "=", blanks, tabs and letter case
+/// aside. Nearly every line is turned down at its first byte that is no blank.
+bool IsAuthorLine(std::string_view line) {
+  std::size_t matched = 0;
+  for (const char byte : line) {
+    if (byte == ' ' || byte == '\t') continue;
+    if (ToUpper(byte) != kAuthorTag[matched]) return false;
+    if (++matched == kAuthorTag.size()) return true;
+  }
+  return false;
+}
+
+/// Puts a plain blank in the place of every "\ ".
+void ReplaceEscapedBlanks(std::string& text) {
+  std::size_t kept = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool escapes_blank = text[at] == '\\' && at + 1 < text.size() && text[at + 1] == ' ';
+    if (!escapes_blank) text[kept++] = text[at];
+  }
+  text.resize(kept);
+}
+
+/// The files of one run and what walks them.
+class AuthorCleaner {
+ public:
+  AuthorCleaner(LineStream& input, OutputFile& library, OutputFile& log)
+      : input_(input), library_(library), log_(log) {}
+
+  /// Walks the whole library; gives the number of author lists that changed.
+  int Walk();
+
+ private:
+  bool SkipHeader(Line& line);
+  bool RewriteAuthors(Line& line);
+  void LogChange(AuthorForm form);
+
+  LineStream& input_;
+  OutputFile& library_;
+  OutputFile& log_;
+  std::string key_;  // of the entry that is being read
+  std::string old_list_;
+  std::string new_list_;
+};
+
+int AuthorCleaner::Walk() {
+  int changed = 0;
+  Line line;
+  for (bool more = SkipHeader(line); more; more = ReadLine(input_, limits::kLongLine, line)) {
+    if (IsKnownEntry(line)) key_ = CopyUntilChar(line.Text(), '{', ',');
+    if (!IsAuthorLine(line.Text())) {
+      library_.Write(line.Text());
+    } else if (RewriteAuthors(line)) {
+      ++changed;
+    }
+  }
+  return changed;
+}
+
+/// Reads on to the first line without '#', past the first line of a header that this program wrote;
+/// false when there is none.
+bool AuthorCleaner::SkipHeader(Line& line) {
+  while (ReadLine(input_, limits::kLongLine, line)) {
+    if (line.Text().find('#') == std::string_view::npos) return true;
+  }
+  return false;
+}
+
+/// Writes the author line anew, whatever it looked like; true when the list changed. What follows
+/// the value on its line is dropped.
+bool AuthorCleaner::RewriteAuthors(Line& line) {
+  ReadFieldValue(line, input_, old_list_);
+  ReplaceEscapedBlanks(old_list_);
+  const AuthorForm form = ArrangeAuthorList(old_list_, new_list_);
+  const bool changed = new_list_ != old_list_;
+  if (changed) LogChange(form);
+  library_.Write({"  author = {", new_list_, "},\n"});
+  return changed;
+}
+
+void AuthorCleaner::LogChange(AuthorForm form) {
+  log_.Write("Function flags:");
+  for (int flag = 1; flag <= kAuthorForms; ++flag) {
+    log_.Write(flag == static_cast<int>(form) ? " 1" : " 0");
+  }
+  log_.Write({"\nAuthor names arrangened for entry '", key_, "':\n"});  // sic
+  log_.Write({"    Old author list: ", old_list_, "\n"});
+  log_.Write({"    New author list: ", new_list_, "\n\n"});
+}
+
+void WriteSummary(OutputFile& log, int changed, const std::string& input,
+                  const std::string& library) {
+  log.Write({"\n\n\nThe author list of ", std::to_string(changed),
+             " BibTeX entries from the BibTeX file\n    '", input, "'\n"});
+  log.Write("were put into the correct BibTeX structure. ");
+  log.Write({"The new BibTeX file is stored in\n    '", library, "'."});
+}
+
+}  // namespace
+
+int RunCleanAuthors(const RunContext& run) {
+  if (run.first_path.empty()) return Fail(kNoLibrary);
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) return Fail(kNotOpened, kInputNotOpened);
+
+  const auto log =
+      CreateOutput(run, OutputPath(run.first_path, Output::kAuthorLog), CreateMode::kWriteRead);
+  if (!log) return Fail(kLogNotCreated);
+  log->Write({LogFileHeader, "\n"});
+  const std::string path = OutputPath(run.first_path, Output::kAuthorLibrary);
+  Print(path + " " + run.first_path + "\n");
+  const auto library = CreateOutput(run, path, CreateMode::kWriteRead);
+  if (!library) return Fail(std::string(kLibraryNotCreated).append(path).append(" !"));
+  library->Write({BibFileHeader, "\n"});
+
+  const int changed = AuthorCleaner(*input, *library, *log).Walk();
+  WriteSummary(*log, changed, run.first_path, library->Path());
+  return CloseOutputs({library.get(), log.get()}) ? kSucceeded : kFailed;
+}
 
 }  // namespace tarvel
