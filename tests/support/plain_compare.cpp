@@ -128,10 +128,11 @@ bool ReadEntry(PlainFile& file, PlainEntry& entry) {
   entry.type = Between(line, '@', '{');
   entry.tags.clear();
   while (file.Gets(line, kLimit)) {
+    const std::string upper = Upper(line);
     std::string found;
     for (const char* name : {"JOURNAL", "YEAR", "PAGES", "VOLUME", "AUTHOR", "TITLE", "NOTE", "URL",
                              "NUMBER", "NATIONALITY", "COMMENT"}) {
-      if (found.empty() && Holds(Upper(line), name)) found = name;
+      if (found.empty() && Holds(upper, name)) found = name;
     }
     if (found.empty() && line[0] == '}') break;
     if (found.empty()) continue;
