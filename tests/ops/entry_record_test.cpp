@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
 #include <set>
 #include <string>
 #include <vector>
@@ -167,24 +167,21 @@ TEST(TagReader, ReadsValuesAsReadFieldValueDoes) {
   const TagReader reader(kTitleOnly);
   int joined = 0;
   for (int run = 0; run < 1000; ++run) {
-    const std::string library = libraries.Next();
+    const std::string library = "\n" + libraries.Next();
     LineStream stream(library);
     LineStream twin(library);
     EntryRecord record;
     for (EntryLineEnd end = EntryLineEnd::kInside;
          end == EntryLineEnd::kInside || end == EntryLineEnd::kClosed;) {
-      const std::size_t start = stream.Position();
       record.Start("");
       end = reader.ReadLine(stream, record);
       Line line;
       std::string value;
-      const bool read = ReadLine(twin, limits::kPairLine, line);
-      if (record[Field::kTitle].Place() == start && start != 0) {
+      ReadLine(twin, limits::kPairLine, line);
+      if (record[Field::kTitle].Place() != 0) {
         ReadFieldValue(line, twin, value);
         ASSERT_EQ(record[Field::kTitle].Text(), value) << library;
         joined += value.find(' ') != std::string::npos ? 1 : 0;
-      } else if (read && start == 0) {
-        twin.SetPosition(stream.Position());
       }
       ASSERT_EQ(stream.Position(), twin.Position()) << library;
     }
