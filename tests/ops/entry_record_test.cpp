@@ -167,7 +167,7 @@ TEST(TagReader, ReadsValuesAsReadFieldValueDoes) {
   const TagReader reader(kTitleOnly);
   int joined = 0;
   for (int run = 0; run < 1000; ++run) {
-    const std::string library = "\n" + libraries.Next();
+    const std::string library = std::string("\n").append(libraries.Next());
     LineStream stream(library);
     LineStream twin(library);
     EntryRecord record;
