@@ -537,6 +537,23 @@ TEST(CompareLibraries, WhatWasReadForTheEntryBeforeIsNotWhatTheNextOneHolds) {
                          std::string(kSecurity) + Summary(2, 1, 0));
 }
 
+TEST(CompareLibraries, AnEntryInsideAValueOfTheOneBeforeEndsOnItsOwn) {
+  // For `a` the head of `b` stands inside the url; for `b` the url's last brace is its own.
+  const std::string second =
+      "@misc{a,\nnote = {1\n}\nurl = {\n@misc{b},\nyear = {2\n}\n}\n"
+      "@misc{c,\nabstract = {long enough},\nnote = {3\n}\n@misc{d,\n}\n";
+  const std::string first =
+      Entry("misc", "a", {{"note", "x"}}) + Entry("misc", "c", {{"note", "x"}});
+  const Result got = Compared(first, second);
+  const auto conflict = [](const std::string& key) {
+    return "MISC - Same item (" + key + ") but not the same tag (note)\n     1.: Note: x\n" +
+           "     2.: Note: 3 \n" + std::string(kMarked) + "----    - Missing entry: " + key +
+           "\n\n";
+  };
+  EXPECT_EQ(got.log, conflict("A") + "----    - Missing entry: B}\n\n" + conflict("C") +
+                         "----    - Missing entry: D\n\n" + Summary(4, 0, 0));
+}
+
 TEST(CompareLibraries, AnEntryWithoutAClosingLineIsCopiedButNotCounted) {
   const std::string second = "@misc{k,\n note = {n}}";
   const Result got = Compared("", second);

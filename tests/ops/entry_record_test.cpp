@@ -142,6 +142,19 @@ TEST(TagReader, KeepsTheFirstPage) {
   EXPECT_EQ(ReadTags(title).record[Field::kTitle].Text(), "a-b") << "only pages are cut";
 }
 
+TEST(TagReader, AValueMayBeginOnThePieceBehindItsBrace) {
+  const std::string start = "note = {";
+  const std::string pad(4999 - start.size(), ' ');
+  LineStream stream(pad + start + "  abc},\n}\n");
+  EXPECT_EQ(ReadTags(stream).record[Field::kNote].Text(), "abc");
+  LineStream cut(pad + start.substr(1) + "a" + "b},\n}\n");
+  EXPECT_EQ(ReadTags(cut).record[Field::kNote].Text(), "") << "ote is no tag";
+  LineStream ended(pad + "note={a" + "b},\n}\n");
+  EXPECT_EQ(ReadTags(ended).record[Field::kNote].Text(), "ab") << "one byte short of the limit";
+  LineStream piece(pad + " note={" + "\n");
+  EXPECT_EQ(ReadTags(piece).record[Field::kNote].Text(), "");
+}
+
 TEST(TagReader, TellsWhereAValueWasRead) {
   LineStream stream("x\nnote = {a}\nurl = {b}\nnote = {c}\n}\n");
   const Read read = ReadTags(stream);
