@@ -247,8 +247,7 @@ class Run {
       if (a.tags[tag].empty() || b.tags[tag].empty()) return kNext;
       equal = equal && a.tags[tag] == b.tags[tag];
     }
-    const std::string details =
-        Detail(*group, a, "     1.: ") + Detail(*group, b, "     2.: ");
+    const std::string details = Detail(*group, a, "     1.: ") + Detail(*group, b, "     2.: ");
     if (same_key && equal) {
       out_.log += "Exactly the same : " + a.key + " and " + b.key + "\n" + details +
                   "     One BibTeX entry stays\n\n";
