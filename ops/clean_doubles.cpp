@@ -183,7 +183,7 @@ void DoubleCleaner::WriteCopy(std::size_t position) {
 /// Tells of every entry of which the copy will replace a byte; of each only once.
 void DoubleCleaner::TellOverwritten(std::size_t begin, std::size_t end) {
   const auto key_of = [](std::string_view text) {
-    return std::string(CopyUntilChar(text.substr(0, text.find('\n')), '{', ','));
+    return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
   };
   auto entry = written_.lower_bound(begin);
   if (entry != written_.begin() && std::prev(entry)->second > begin) --entry;

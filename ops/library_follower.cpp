@@ -54,20 +54,17 @@ void LibraryFollower::ReadAppended() {
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
-  for (;;) {
+  for (Step step = Step::kDone; step == Step::kDone;) {
     const std::size_t place = anew.next;
-    if (anew.phase == Phase::kBetweenEntries) {
-      const bool old = place < between_entries_.size() && between_entries_[place];
-      if (old && place >= end) return;
-      ForgetOld(place, place + 1);
-      MarkPlace(place);
+    const bool between = anew.phase == Phase::kBetweenEntries;
+    if (between && place >= end && place < between_entries_.size() && between_entries_[place]) {
+      return;
     }
-    const Step step = ReadOn(anew);
+    ForgetOld(place, place + 1);
+    if (between) MarkPlace(place);
+    step = ReadOn(anew);
     ForgetOld(place + 1, anew.next);
-    if (step == Step::kNeedsText) break;
   }
-  // The old reading may have looked for an entry at the very end, where this one is inside one.
-  if (anew.phase != Phase::kBetweenEntries) ForgetOld(anew.next, anew.next + 1);
   current_ = std::move(anew);
 }
 

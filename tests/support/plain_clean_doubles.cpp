@@ -20,17 +20,12 @@ struct File {
   bool at_end = false;
 
   bool Gets(std::string& line, std::size_t limit) {
-    std::string got;
-    while (got.size() + 1 < limit) {
-      if (position == bytes.size()) {
-        at_end = true;
-        break;
-      }
-      got += bytes[position++];
-      if (got.back() == '\n') break;
-    }
+    const std::string got = bytes.substr(position, limit - 1);
+    const std::size_t newline = got.find('\n');
+    if (newline == std::string::npos && got.size() < limit - 1) at_end = true;
     if (got.empty()) return false;
-    line = got;
+    line = got.substr(0, newline == std::string::npos ? newline : newline + 1);
+    position += line.size();
     return true;
   }
   void Seek(std::size_t to) {
@@ -274,19 +269,20 @@ class Run {
   void WriteEntry(const Entry& a, std::size_t start) {
     const std::size_t from = library_.position;
     std::size_t until = from;
-    std::string key = a.key;
+    std::string key;  // as it stands in the new library
     std::string line;
     input_.Seek(start);
     while (input_.Gets(line, 5000)) {
       const bool starts = StartsEntry(line);
       if (starts && rename_) {
-        key = a.key + "_" + static_cast<char>(letter_);
-        out_.log += "     New name for bibitem No.1: from " + a.key + " to " + key + "\n\n";
-        ReplaceBetween(line, key, '{', ',');
+        const std::string name = a.key + "_" + static_cast<char>(letter_);
+        out_.log += "     New name for bibitem No.1: from " + a.key + " to " + name + "\n\n";
+        ReplaceBetween(line, name, '{', ',');
         ++letter_;
         ++not_written_;
         rename_ = false;
       }
+      if (library_.position == from) key = CopyUntilChar(line.substr(0, 4999), '{', ',');
       library_.Put(line);
       until = library_.position;
       if (line[0] != '}') continue;
