@@ -87,13 +87,16 @@ TagReader::TagReader(std::span<const TagName> tags) : tags_(tags), matcher_(Name
 
 EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record) const {
   const bool met_end = stream.AtEnd();
+  const std::size_t place = stream.Position();
   const auto line = stream.ReadLine(limits::kPairLine);
   if (!line) return met_end ? EntryLineEnd::kFileEnded : EntryLineEnd::kReadFailed;
   const int tag = matcher_.First(*line);
   if (tag < 0) return line->front() == '}' ? EntryLineEnd::kClosed : EntryLineEnd::kInside;
   const Field field = tags_[static_cast<std::size_t>(tag)].field;
-  ReadValue(*line, stream, record[field]);
-  if (field == Field::kPages) KeepFirstPage(record[field]);
+  FieldValue& value = record[field];
+  ReadValue(*line, stream, value);
+  value.SetPlace(place);
+  if (field == Field::kPages) KeepFirstPage(value);
   return EntryLineEnd::kInside;
 }
 

@@ -80,7 +80,10 @@ class TextStore {
 /// A tag's value: a view into the file when it stands on one line, else its joined text.
 class FieldValue {
  public:
-  void Clear() { SetView({}); }
+  void Clear() {
+    SetView({});
+    place_ = 0;
+  }
   void SetView(std::string_view text) {
     view_ = text;
     is_joined_ = false;
@@ -92,6 +95,10 @@ class FieldValue {
   }
   /// Cuts the value behind its first `size` bytes.
   void Cut(std::size_t size);
+  /// Where in its file the line begins that the value was read from; 0 for a field that no line
+  /// filled, as an entry's first line is never a tag's.
+  std::size_t Place() const { return place_; }
+  void SetPlace(std::size_t place) { place_ = place; }
 
   std::string_view Text() const { return is_joined_ ? std::string_view(joined_) : view_; }
   /// The value as a view that lives as long as the file's bytes and `store`.
@@ -100,6 +107,7 @@ class FieldValue {
  private:
   std::string_view view_;
   std::string joined_;
+  std::size_t place_ = 0;
   bool is_joined_ = false;
 };
 

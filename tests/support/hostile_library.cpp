@@ -225,7 +225,10 @@ std::string HostileLibraries::Related(std::string_view other) {
   for (std::size_t i = 0; i < parts.size(); ++i) {
     if (Once(4)) library += Entry();
     if (Once(6)) continue;
-    library += Once(4) ? parts[Below(parts.size())] : parts[i];
+    std::string part = Once(4) ? parts[Below(parts.size())] : parts[i];
+    const std::size_t key = part.find('{');
+    if (Once(5) && key != std::string::npos) part.insert(key + 1, OneOf(kKeys));
+    library += part;
   }
   Spoil(library);
   return library;
