@@ -14,6 +14,7 @@
 #include "ops/kept_entries.h"
 #include "ops/library_follower.h"
 #include "ops/operations.h"
+#include "ops/overlapping_reader.h"
 
 namespace tarvel {
 
@@ -36,11 +37,18 @@ struct Decision {
   bool same_key = false;
 };
 
+/// The lines of an entry as they are written.
+struct EntryCopy {
+  std::string text;
+  bool closed = false;     // it ends with a line that begins with "}", not with the input
+  bool unchanged = false;  // all but its first line stands in the input as it does here
+};
+
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
   DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log)
-      : input_(input), library_(library), follower_(library), log_(log) {}
+      : input_(input), library_(library), follower_(library, input.Bytes().size()), log_(log) {}
 
   /// Walks the whole input; false when it ends inside an entry.
   bool Walk();
@@ -54,17 +62,16 @@ class DoubleCleaner {
   void TakeEntry(std::size_t start);
   void CopyEntry(std::size_t start, bool rename);
   void Rename(Line& head);
-  void WriteCopy(std::size_t position);
+  void AppendCopy();
+  void InsertCopy(std::size_t position);
   void TellOverwritten(std::size_t begin, std::size_t end);
 
   LineStream& input_;
   GrowingLibrary& library_;
   LibraryFollower follower_;
   OutputFile& log_;
-  const TagReader tags_{kDoublesTags};
-  EntryRecord entry_;
-  std::string copy_;            // of the entry that is being written
-  std::size_t blank_line_ = 0;  // how many bytes of it stand behind the entry's last line
+  OverlappingReader reader_{kDoublesTags};
+  EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
   int not_written_ = 0;
@@ -75,8 +82,7 @@ bool DoubleCleaner::Walk() {
   std::size_t start = 0;
   for (Line line; ReadLine(input_, limits::kPairLine, line); start = input_.Position()) {
     if (!IsKnownEntry(line)) continue;
-    entry_.Start(line.Text());
-    if (tags_.ReadEntry(input_, entry_) == EntryLineEnd::kReadFailed) return false;
+    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) return false;
     TakeEntry(start);
   }
   return true;
@@ -85,13 +91,14 @@ bool DoubleCleaner::Walk() {
 /// Leaves the entry out or writes it: at the end, or under a new key behind the entry that has the
 /// same one.
 void DoubleCleaner::TakeEntry(std::size_t start) {
-  const TypeRule<DoublesRule> rule = DoublesRuleFor(entry_.type);
-  const ComparedValues values = rule.rule ? Compared(rule.rule->group, entry_) : ComparedValues();
+  const TypeRule<DoublesRule> rule = DoublesRuleFor(reader_.Entry().type);
+  const ComparedValues values =
+      rule.rule ? Compared(rule.rule->group, reader_.Entry()) : ComparedValues();
   const Decision decision = Decide(rule, values);
   LogSameKeys(rule, decision.by);
   if (!decision.by) {
     CopyEntry(start, false);
-    WriteCopy(library_.Size());
+    AppendCopy();
     return;
   }
   const TypeGroup& group = rule.rule->group;
@@ -101,10 +108,10 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
     ++not_written_;
     return;
   }
-  WriteFormat(log_, kDoublesConflictHeadline, {entry_.key, decision.by->key});
+  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->key});
   WriteDetails(log_, group, values, earlier);
   CopyEntry(start, true);
-  WriteCopy(decision.by->end);
+  InsertCopy(decision.by->end);
 }
 
 /// Finds the first entry of the new library, in its order, that stops the search: one with the same
@@ -113,8 +120,8 @@ Decision DoubleCleaner::Decide(const TypeRule<DoublesRule>& rule,
                                const ComparedValues& values) const {
   if (!rule.rule || !values.Complete()) return {};
   const KeptEntry* equal = follower_.Entries().FirstEqual(rule, values);
-  if (entry_.key.empty()) return {equal, false};
-  const KeptEntry* same = follower_.Entries().FirstComplete(entry_.key, *rule.rule);
+  if (reader_.Entry().key.empty()) return {equal, false};
+  const KeptEntry* same = follower_.Entries().FirstComplete(reader_.Entry().key, *rule.rule);
   if (!same || (equal && equal->head < same->head)) return {equal, false};
   return {same, true};
 }
@@ -122,17 +129,19 @@ Decision DoubleCleaner::Decide(const TypeRule<DoublesRule>& rule,
 /// Logs what is said of every entry with the same key that is met in the search, up to the last.
 void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last) {
   const bool notes_key = rule.rule && !rule.rule->same_key_note.empty();
-  if (!entry_.key.empty() && !notes_key) return;
-  const EntryList* same = follower_.Entries().WithKey(entry_.key);
+  if (!reader_.Entry().key.empty() && !notes_key) return;
+  const EntryList* same = follower_.Entries().WithKey(reader_.Entry().key);
   if (!same) return;
-  const std::string_view format = entry_.key.empty() ? kEmptyKeys : rule.rule->same_key_note;
+  const std::string_view format =
+      reader_.Entry().key.empty() ? kEmptyKeys : rule.rule->same_key_note;
   const std::size_t count = last ? same->CountUpTo(*last) : same->Size();
-  for (std::size_t i = 0; i < count; ++i) WriteFormat(log_, format, {entry_.key, entry_.key});
+  for (std::size_t i = 0; i < count; ++i)
+    WriteFormat(log_, format, {reader_.Entry().key, reader_.Entry().key});
 }
 
 void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,
                               const Decision& decision) {
-  const std::string& key = entry_.key;
+  const std::string& key = reader_.Entry().key;
   const std::string& earlier = decision.by->key;
   WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
   WriteDetails(log_, rule.group, values, decision.by->Compared(rule.group));
@@ -148,36 +157,52 @@ void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& val
 /// Copies the entry's lines from the input, which is then read on behind them. An entry that was
 /// read up to a later "}" line is copied up to the first one all the same.
 void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
-  copy_.clear();
-  blank_line_ = 0;
+  copy_ = {std::move(copy_.text), false, true};
+  copy_.text.clear();
   input_.SetPosition(start);
-  for (Line line; ReadLine(input_, limits::kPairLine, line);) {
+  Line line;
+  while (!copy_.closed) {
+    const auto piece = input_.ReadLine(limits::kPairLine);
+    if (!piece) break;
+    line.Set(*piece);
     IsKnownEntry(line);  // upper-cases the type word
-    if (rename && copy_.empty()) Rename(line);
-    copy_.append(line.Text());
-    if (line.Text().front() != '}') continue;
-    copy_.push_back('\n');
-    blank_line_ = 1;
-    return;
+    if (copy_.text.empty()) {
+      if (rename) Rename(line);
+    } else if (line.Text().data() != piece->data()) {
+      copy_.unchanged = false;
+    }
+    copy_.text.append(line.Text());
+    copy_.closed = line.Text().front() == '}';
   }
 }
 
 /// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
 /// bytes.
 void DoubleCleaner::Rename(Line& head) {
-  const std::string key = entry_.key + "_" + rename_letter_;
-  WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n", {entry_.key, key});
+  const std::string key = reader_.Entry().key + "_" + rename_letter_;
+  WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n",
+              {reader_.Entry().key, key});
   ReplaceBetween(head.Edit(), key, '{', ',');
   rename_letter_ = static_cast<char>(static_cast<unsigned char>(rename_letter_) + 1);
   ++not_written_;
 }
 
-/// Writes the copy at `position`. Behind an entry in the middle it replaces what follows there.
-void DoubleCleaner::WriteCopy(std::size_t position) {
-  const std::size_t end = position + copy_.size();
-  if (position < library_.Size()) TellOverwritten(position, end);
-  follower_.Write(position, copy_);
-  written_.emplace_hint(written_.end(), position, end - blank_line_);
+void DoubleCleaner::AppendCopy() {
+  const std::size_t begin = library_.Size();
+  if (copy_.closed && copy_.unchanged && reader_.ClosedAt(input_.Position())) {
+    follower_.Append(copy_.text, reader_.Entry());
+  } else {
+    follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
+  }
+  written_.emplace_hint(written_.end(), begin, begin + copy_.text.size());
+}
+
+/// Writes the copy behind an entry. Where others follow, it replaces them byte by byte.
+void DoubleCleaner::InsertCopy(std::size_t position) {
+  const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
+  TellOverwritten(position, position + text.size());
+  follower_.Write(position, text);
+  written_.emplace(position, position + copy_.text.size());
 }
 
 /// Tells of every entry of which the copy will replace a byte; of each only once.
@@ -188,7 +213,7 @@ void DoubleCleaner::TellOverwritten(std::size_t begin, std::size_t end) {
   auto entry = written_.lower_bound(begin);
   if (entry != written_.begin() && std::prev(entry)->second > begin) --entry;
   while (entry != written_.end() && entry->first < end) {
-    Warn("the new entry '" + key_of(copy_) + "' was written over the kept entry '" +
+    Warn("the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" +
          key_of(library_.Bytes().substr(entry->first, entry->second - entry->first)) + "'");
     entry = written_.erase(entry);
   }

@@ -90,6 +90,12 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
   return nullptr;
 }
 
+KeptEntries::KeptEntries(std::size_t size) {
+  constexpr std::size_t kUsualEntry = 400;
+  by_key_.reserve(size / kUsualEntry);
+  by_content_.reserve(size / kUsualEntry);
+}
+
 void KeptEntries::Add(KeptEntry entry) {
   const std::size_t head = entry.head;
   AddToIndexes(entries_.emplace_hint(entries_.end(), head, std::move(entry))->second);

@@ -70,6 +70,9 @@ class EntryList {
 /// gives the first of the file that fits, without looking at those that do not.
 class KeptEntries {
  public:
+  /// Room for as many entries as a usual library of `size` bytes has.
+  explicit KeptEntries(std::size_t size);
+
   /// Adds an entry; there is none yet with the same head.
   void Add(KeptEntry entry);
   /// Removes all entries whose heads stand at `begin` or behind, but before `end`.

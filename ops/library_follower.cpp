@@ -29,7 +29,8 @@ std::size_t SkipBlanks(std::string_view line) {
 
 }  // namespace
 
-LibraryFollower::LibraryFollower(GrowingLibrary& library) : library_(library), tags_(TagNames()) {
+LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t expected_size)
+    : library_(library), tags_(TagNames()), entries_(expected_size) {
   ReadAppended();
 }
 
@@ -41,6 +42,18 @@ void LibraryFollower::Write(std::size_t position, std::string_view text) {
   } else {
     ReadOverwritten(position, position + text.size());
   }
+}
+
+void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
+  const std::size_t head = library_.Size();
+  library_.Write(head, text);
+  if (current_.phase == Phase::kBetweenEntries && current_.next == head) {
+    MarkPlace(head);
+    current_.next = library_.Size();
+    entries_.Add(KeptEntry(record, head, current_.next));
+  }
+  library_.Write(library_.Size(), "\n");
+  ReadAppended();
 }
 
 void LibraryFollower::ReadAppended() {

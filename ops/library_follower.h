@@ -20,12 +20,17 @@ namespace tarvel {
 /// changed: up to a place behind the written bytes where the old reading looked for an entry too.
 class LibraryFollower {
  public:
-  /// Follows `library`, which must outlive it; only its header may have been written.
-  explicit LibraryFollower(GrowingLibrary& library);
+  /// Follows `library`, which must outlive it; only its header may have been written. It is
+  /// expected to grow to `expected_size` bytes.
+  LibraryFollower(GrowingLibrary& library, std::size_t expected_size);
 
   /// Writes an entry's text at `position`: the end of the library or of one of its entries.
   /// References into `Entries` may be gone afterwards.
   void Write(std::size_t position, std::string_view text);
+
+  /// Appends an entry's text and an empty line, where `record` is what reading the text gives.
+  /// Saves reading it again, unless it stands inside another entry.
+  void Append(std::string_view text, const EntryRecord& record);
 
   /// The entries that have ended. The last one of the library is missing here while its end is.
   const KeptEntries& Entries() const { return entries_; }
