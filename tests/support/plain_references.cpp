@@ -71,6 +71,21 @@ std::string LastFirst(const std::string& name) {
   return behind_comma ? first + " " + last : name;
 }
 
+/// Every name of a format, and what a key is looked for in.
+std::vector<std::pair<std::string, std::string>> BuiltInNames() {
+  std::vector<std::pair<std::string, std::string>> names;
+  for (const char* prefix : {"ACS_", "APS_", "IOP_", "NATURE_", "WILEY_", "SPRINGER_C_"}) {
+    for (const char* word :
+         {"article_title", "article", "article_title_latex", "article_latex", "book_latex", "book",
+          "inpro_latex", "inpro", "phd_latex", "phd", "incol_latex", "incol"}) {
+      const std::string name = std::string(prefix) + word;
+      const bool no_blank = name == "ACS_phd" || name == "SPRINGER_C_phd";
+      names.emplace_back(name, no_blank ? name : name + " ");
+    }
+  }
+  return names;
+}
+
 }  // namespace
 
 int PlainReadValue(std::string& line, PlainFile& file, std::string& value) {
@@ -220,6 +235,7 @@ std::string PlainFormat(const std::string& format, const std::vector<std::string
 }
 
 int PlainReadStyles(const std::string& bytes, PlainStyles& styles, PlainOutcome& outcome) {
+  static const std::vector<std::pair<std::string, std::string>> kNames = BuiltInNames();
   PlainFile file{bytes};
   std::string line;
   int count = 0;
@@ -238,15 +254,8 @@ int PlainReadStyles(const std::string& bytes, PlainStyles& styles, PlainOutcome&
     for (std::size_t i = equals + 3; i + 1 < mark; i++) value += line[i];
     ReplaceString(value, "\\n", "\n");
     ReplaceString(value, "\\n", "\n");
-    for (const char* prefix : {"ACS_", "APS_", "IOP_", "NATURE_", "WILEY_", "SPRINGER_C_"}) {
-      for (const char* word :
-           {"article_title", "article", "article_title_latex", "article_latex", "book_latex",
-            "book", "inpro_latex", "inpro", "phd_latex", "phd", "incol_latex", "incol"}) {
-        const std::string name = std::string(prefix) + word;
-        std::string built_in = name + " ";
-        if (name == "ACS_phd" || name == "SPRINGER_C_phd") built_in = name;
-        if (built_in.find(key) != std::string::npos) styles[name] = value;
-      }
+    for (const auto& [name, built_in] : kNames) {
+      if (built_in.find(key) != std::string::npos) styles[name] = value;
     }
     count++;
   }
