@@ -26,8 +26,7 @@ constexpr std::string_view kLibraryNotCreated =
 
 // ORDER: JournalListFault. The list's old names ('.bs') and the doubled "file" stay: sic.
 constexpr std::array<std::string_view, 5> kListFaults{
-    "",
-    "Function JournalStrings()_5: There is no 'START' in the file '.bs' file!",
+    "", "Function JournalStrings()_5: There is no 'START' in the file '.bs' file!",
     "Function JournalStrings()_6: Cannot read journal name in the file 'JournalStrings.bs' file!",
     "Function JournalStrings()_7: Cannot read the abbreviation of the journal name in the file "
     "'JournalStrings.bs' file!",
