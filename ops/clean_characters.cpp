@@ -3,6 +3,7 @@
 // ASCII, a tab or part of a line break, and logs where those bytes stood.
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 

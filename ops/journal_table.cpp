@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ops/journal_table.h"
 
-#include <algorithm>
 #include <array>
-#include <utility>
 
 #include "core/text_primitives.h"
 

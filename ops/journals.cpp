@@ -2,8 +2,11 @@
 // Journals: writes a library anew in which every journal that a list knows has its full name or its
 // abbreviation.
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "app/globals.h"
 #include "app/texts.h"

@@ -6,8 +6,11 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "ops/operations.h"
+#include "tests/support/create_modes.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/plain_clean_characters.h"
 #include "tests/support/recording_reporter.h"
@@ -290,6 +293,18 @@ TEST(CleanCharacters, OpensItsLibraryForReadingOnly) {
   files.files["a.bib"] = "x";
   files.read_only.insert("a.bib");
   EXPECT_EQ(RunCleanCharacters(MemoryRun(files, "a.bib")), 1);
+}
+
+TEST(CleanCharacters, CreatesTheLogFirstAndBothForReadingToo) {
+  testing::RecordingReporter reporter;
+  MemoryFiles memory;
+  memory.files["a.bib"] = "x";
+  testing::CreateModes files(memory);
+  const RunContext run{"a.bib", "", Settings(), files, [] { return std::string(); }};
+  EXPECT_EQ(RunCleanCharacters(run), 1);
+  const std::vector<std::pair<std::string, CreateMode>> expected{
+      {"a_char.log", CreateMode::kWriteRead}, {"a_char.bib", CreateMode::kWriteRead}};
+  EXPECT_EQ(files.created, expected);
 }
 
 TEST(CleanCharacters, LeavesALogWithItsHeaderWhenTheLibraryCannotBeCreated) {

@@ -7,8 +7,11 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "ops/operations.h"
+#include "tests/support/create_modes.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/plain_journals.h"
 #include "tests/support/recording_reporter.h"
@@ -428,6 +431,19 @@ TEST(Journals, TakesTheUsersOwnListWhenToldSo) {
   EXPECT_EQ(RunJournals(run), 0) << "and falls back on none";
   EXPECT_EQ(reporter.printed,
             Printed("Function JournalStrings()_2: Could not open the '.tvl' file !\n"));
+}
+
+TEST(Journals, CreatesTheLogFirstAndTheLibraryForReadingToo) {
+  testing::RecordingReporter reporter;
+  MemoryFiles memory;
+  memory.files["a.bib"] = "x";
+  memory.files["/p/JournalStrings/JournalStrings.tvl"] = kList;
+  testing::CreateModes files(memory);
+  const RunContext run{"a.bib", "", Settings(), files, [] { return "/p"s; }};
+  EXPECT_EQ(RunJournals(run), 1);
+  const std::vector<std::pair<std::string, CreateMode>> expected{
+      {"a_journal.log", CreateMode::kWrite}, {"a_journal.bib", CreateMode::kWriteRead}};
+  EXPECT_EQ(files.created, expected);
 }
 
 TEST(Journals, FailsWithoutALibrary) {
