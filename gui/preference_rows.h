@@ -107,6 +107,17 @@ inline constexpr std::array<std::string_view, kTagCount> kTagsInDialog{
     "publisher", "address",  "edition",     "school",    "series",       "citeseerurl", "type",
     "booktitle", "chapter",  "nationality", "yearfiled", "organization", "institution"};
 
+static_assert(
+    [] {
+      std::array<int, kTagCount + 1> uses{};
+      for (const std::string_view tag : kTagsInDialog) ++uses[TagIndex(tag)];
+      for (std::size_t tag = 0; tag < kTagCount; ++tag) {
+        if (uses[tag] != 1) return false;
+      }
+      return true;
+    }(),
+    "every tag has one check box");
+
 namespace detail {
 
 constexpr std::array<CheckRow, kTagCount> MakeTagRows() {

@@ -56,10 +56,10 @@ void Tarvel_Dialog::EndProgram() {
 void Tarvel_Dialog::OnClose(wxCloseEvent&) { EndProgram(); }
 
 void Tarvel_Dialog::OnFirstFileChanged(wxFileDirPickerEvent&) {
-  PickFile(FirstFilePath, ToBytes(first_file_picker_->GetPath()));
+  PickFile(FirstFilePath, PathBytes(first_file_picker_->GetPath()));
 }
 void Tarvel_Dialog::OnSecondFileChanged(wxFileDirPickerEvent&) {
-  PickFile(SecondFilePath, ToBytes(second_file_picker_->GetPath()));
+  PickFile(SecondFilePath, PathBytes(second_file_picker_->GetPath()));
 }
 
 void Tarvel_Dialog::OnHelpExtract(wxCommandEvent&) { ShowHelp(kExtract); }

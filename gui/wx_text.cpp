@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/wx_text.h"
 
+#include <wx/strconv.h>
+
 namespace tarvel {
 
 wxString ToWx(std::string_view bytes) {
@@ -10,9 +12,12 @@ wxString ToWx(std::string_view bytes) {
   return text;
 }
 
-std::string ToBytes(const wxString& text) {
-  const auto bytes = text.utf8_str();
-  return {bytes.data(), bytes.length()};
+std::string PathBytes(const wxString& path) {
+  // The file dialog reads names with this conversion, and only it gives back what it has read.
+  const wxCharBuffer bytes = path.mb_str(*wxConvFileName);
+  if (bytes.length() > 0) return {bytes.data(), bytes.length()};
+  const auto utf8 = path.utf8_str();
+  return utf8.data();
 }
 
 }  // namespace tarvel

@@ -12,7 +12,8 @@ namespace tarvel {
 /// one by one as Latin-1, so that no text is ever lost.
 wxString ToWx(std::string_view bytes);
 
-/// A text of the toolkit as UTF-8 bytes.
-std::string ToBytes(const wxString& text);
+/// A path of the toolkit as the bytes that name the file: UTF-8, and any byte of the file's name
+/// that is not UTF-8 as it was.
+std::string PathBytes(const wxString& path);
 
 }  // namespace tarvel
