@@ -15,6 +15,7 @@ namespace {
 constexpr int kGap = 4;
 constexpr int kMargin = 12;
 constexpr int kColumnGap = 16;
+constexpr int kTitleBarRest = 140;  // what a title bar holds beside the title
 
 }  // namespace
 
@@ -84,6 +85,7 @@ void PrefDialog::AddButtons(std::initializer_list<wxButton*> buttons) {
   for (wxButton* button : buttons) line->Add(button, 0, wxRIGHT, kGap);
   line->Add(done_button_);
   lines_->Add(line, 0, wxEXPAND);
+  lines_->SetMinSize(GetTextExtent(GetTitle()).x + kTitleBarRest, -1);  // never a cut title
   GetSizer()->Fit(this);
 }
 

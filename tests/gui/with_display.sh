@@ -29,7 +29,7 @@ trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-Xvfb -displayfd 3 -screen 0 "$TARVEL_SCREEN" -nolisten tcp 3>"$work/display" 2>"$work/log" &
+Xvfb -displayfd 3 -screen 0 "$TARVEL_SCREEN" -nolisten tcp -noreset 3>"$work/display" 2>"$work/log" &
 server=$!
 tries=0
 until [ -s "$work/display" ]; do
