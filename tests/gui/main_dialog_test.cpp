@@ -12,6 +12,7 @@
 #include "app/operations.h"
 #include "app/settings.h"
 #include "core/file_names.h"
+#include "core/reports.h"
 #include "tests/gui/gui_support.h"
 #include "tests/gui/known_texts.h"
 
@@ -137,6 +138,13 @@ TEST_F(MainDialogTest, StandsInColumnsAndRows) {
     EXPECT_EQ(steps[i], steps[0]);
     EXPECT_GT(steps[3], steps[i]);
   }
+}
+
+TEST_F(MainDialogTest, HasASpacerOfTwentyPixelsAboveItsLastLine) {
+  Settle(100);
+  const wxRect operations = Find(*dialog, "label Remove tags").GetParent()->GetScreenRect();
+  const wxRect buttons = Find(*dialog, "button &Quit").GetParent()->GetScreenRect();
+  EXPECT_EQ(buttons.y - (operations.y + operations.height), 20);
 }
 
 TEST_F(MainDialogTest, NamesEveryControlOnce) {
@@ -433,6 +441,28 @@ TEST_F(MainDialogTest, NoBoxOfAnOperationStandsUnderTheBusyCursor) {
   PressButton(*dialog, "Clean doubles");
   ::testing::internal::GetCapturedStdout();
   EXPECT_EQ(recorder.busy, std::vector<bool>(3, false));
+  EXPECT_FALSE(wxIsBusy());
+}
+
+TEST_F(MainDialogTest, AnOperationRunsUnderTheBusyCursor) {
+  /// Looks at the cursor whenever the operation prints.
+  class CursorReporter final : public Reporter {
+   public:
+    CursorReporter() { InstallReporter(*this); }
+    int Print(std::string_view /*text*/) override {
+      busy.push_back(wxIsBusy());
+      return 0;
+    }
+    void Box(std::string_view /*message*/, std::string_view /*caption*/) override {}
+    void Warn(std::string_view /*text*/) override {}
+    std::vector<bool> busy;
+  };
+  static CursorReporter reporter;  // outlives the dialog
+  FirstFilePath.Set(NewFile("lit.bib", kLibrary));
+  std::filesystem::create_directory(directory / "lit_tag.bib");
+  std::filesystem::create_directory(directory / "lit_tag.log");
+  PressButton(*dialog, "Clean tags");
+  EXPECT_EQ(reporter.busy, std::vector<bool>{true});
   EXPECT_FALSE(wxIsBusy());
 }
 

@@ -17,7 +17,10 @@ if ! command -v Xvfb >/dev/null; then
 fi
 
 work=$(mktemp -d)
-server= manager= command=
+server=''
+manager=''
+command=''
+# shellcheck disable=SC2317 # called by the traps
 stop() {
   [ -n "$command" ] && kill "$command" 2>/dev/null
   [ -n "$manager" ] && kill "$manager" 2>/dev/null
@@ -29,7 +32,8 @@ trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-Xvfb -displayfd 3 -screen 0 "$TARVEL_SCREEN" -nolisten tcp -noreset 3>"$work/display" 2>"$work/log" &
+Xvfb -displayfd 3 -screen 0 "$TARVEL_SCREEN" -nolisten tcp -noreset \
+  3>"$work/display" 2>"$work/log" &
 server=$!
 tries=0
 until [ -s "$work/display" ]; do
@@ -52,5 +56,5 @@ fi
 command=$!
 wait "$command"
 status=$?
-command=
+command=''
 exit "$status"
