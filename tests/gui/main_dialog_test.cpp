@@ -216,6 +216,22 @@ TEST_F(MainDialogTest, PickersOpenExistingFilesAndHaveNoTextField) {
   }
 }
 
+TEST_F(MainDialogTest, PickersAskForAnyFile) {
+  /// Looks into the button of a picker.
+  struct Button : wxFileButton {
+    static std::string Message(const wxControl& control) {
+      return Utf8(dynamic_cast<const wxFileButton&>(control).*(&Button::m_message));
+    }
+    static std::string Wildcard(const wxControl& control) {
+      return Utf8(dynamic_cast<const wxFileButton&>(control).*(&Button::m_wildcard));
+    }
+  };
+  for (const char* name : {"Load first file", "Load second file"}) {
+    EXPECT_EQ(Button::Message(*Picker(name).GetPickerCtrl()), "Select a file");
+    EXPECT_EQ(Button::Wildcard(*Picker(name).GetPickerCtrl()), "*.*");
+  }
+}
+
 TEST_F(MainDialogTest, EachPickerFillsItsOwnPath) {
   const std::string first = NewFile("one.bib", kLibrary);
   const std::string second = NewFile("two.bib", kLibrary);

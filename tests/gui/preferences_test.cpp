@@ -419,6 +419,19 @@ TEST_F(PreferencesTest, TheEndOfTheOlderDialogLeavesTheNewerOneNamed) {
   EXPECT_EQ(CleanPrefDialog, newer);
 }
 
+TEST_F(PreferencesTest, UntouchedCleanTagsKeepsSixTags) {
+  std::string library = "@ARTICLE{a";
+  for (const auto& [label, tag] : kTagBoxes) library += std::string(",\n  ") + tag + " = {x}";
+  FirstFilePath.Set(NewFile("lit.bib", library + "\n}\n\n"));
+  PressButton(*dialog, "Clean tags");
+  const std::string cleaned = ReadDiskFile(directory / "lit_tag.bib");
+  const std::set<std::string> kept{"author", "title", "journal", "year", "volume", "pages"};
+  for (const auto& [label, tag] : kTagBoxes) {
+    const bool found = cleaned.find(std::string("  ") + tag + " = {") != std::string::npos;
+    EXPECT_EQ(found, kept.contains(tag)) << tag << "\n" << cleaned;
+  }
+}
+
 TEST_F(PreferencesTest, AfterUnselectAllCleanTagsRemovesNothing) {
   constexpr const char* library =
       "@STRING{jcp = {J. Chem. Phys.}}\n\n"
