@@ -110,7 +110,7 @@ inline constexpr std::array<FamilyName, 40> kFamilyNames{{
     {"Garcia",
      "Garc\xC3\xAD"
      "a"},
-    {"Novak", "Nov\xE1k"},
+    {"Novak", "Nov\xC3\xA1k"},
     {"Soerensen", "S\xC3\xB8rensen"},
 }};
 inline constexpr std::size_t kPlainFamilyNames = 36;
