@@ -77,6 +77,28 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
   return std::string_view(start, size);
 }
 
+/// The offset of the next `byte`, or the end of the file.
+std::size_t LineStream::FindAhead(char byte) {
+  std::size_t searched = position_;
+  for (;;) {
+    const std::size_t found = Bytes().find(byte, searched);
+    if (found != std::string_view::npos) return found;
+    searched = loaded_;
+    Fill(loaded_ + kChunk);
+    if (loaded_ == searched) return loaded_;
+  }
+}
+
+std::optional<std::string_view> LineStream::ReadLineWith(char byte, std::size_t limit) {
+  const std::size_t found = FindAhead(byte);
+  const std::string_view passed = Bytes().substr(position_, found - position_);
+  const std::size_t line_start = position_ + (passed.rfind('\n') + 1);  // npos + 1 is 0
+  // A line longer than the limit comes in pieces; the one with the byte is asked for.
+  const std::size_t pieces = (found - line_start) / (limit - 1);
+  position_ = found == loaded_ ? loaded_ : line_start + pieces * (limit - 1);
+  return ReadLine(limit);
+}
+
 void LineStream::SetPosition(std::size_t position) {
   position_ = std::min(position, loaded_);
   at_end_ = false;
@@ -92,6 +114,13 @@ std::string& Line::Edit() {
 
 bool ReadLine(LineStream& stream, std::size_t limit, Line& line) {
   const auto text = stream.ReadLine(limit);
+  if (!text) return false;
+  line.Set(*text);
+  return true;
+}
+
+bool ReadLineWith(LineStream& stream, char byte, std::size_t limit, Line& line) {
+  const auto text = stream.ReadLineWith(byte, limit);
   if (!text) return false;
   line.Set(*text);
   return true;

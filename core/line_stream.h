@@ -42,6 +42,10 @@ class LineStream {
   /// The next line, or nothing at the end. The view lives as long as the stream.
   std::optional<std::string_view> ReadLine(std::size_t limit);
 
+  /// The next line that holds `byte`, or nothing when none does: what reading line after line with
+  /// this limit would meet, without the cost of looking at each line.
+  std::optional<std::string_view> ReadLineWith(char byte, std::size_t limit);
+
   /// Offset of the next byte to be read.
   std::size_t Position() const { return position_; }
   /// Goes to an offset that `Position` gave before; clears the end-of-file indicator.
@@ -58,6 +62,7 @@ class LineStream {
   std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
 
  private:
+  std::size_t FindAhead(char byte);
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
 
@@ -93,5 +98,7 @@ class Line {
 
 /// Reads the next line into `line`; at the end of the file `line` stays and the result is false.
 bool ReadLine(LineStream& stream, std::size_t limit, Line& line);
+/// The same for the next line that holds `byte`.
+bool ReadLineWith(LineStream& stream, char byte, std::size_t limit, Line& line);
 
 }  // namespace tarvel
