@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_stream.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace tarvel {
@@ -10,8 +14,22 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
+constexpr std::size_t kLargePage = std::size_t{1} << 21;
+
+/// Memory for the bytes of a file. A large file gets large pages where the system has them: one
+/// page fault then does for 512.
+char* Allocate(std::size_t size) {
+  const std::size_t pages = (size + kLargePage - 1) / kLargePage * kLargePage;
+  const bool large = size >= 2 * kLargePage && pages >= size;
+  void* bytes = large ? std::aligned_alloc(kLargePage, pages) : std::malloc(size);
+  if (!bytes) throw std::bad_alloc();
+  if (large) madvise(bytes, pages, MADV_HUGEPAGE);  // advice: without it, small pages do
+  return static_cast<char*>(bytes);
+}
 
 }  // namespace
+
+void LineStream::Free::operator()(char* bytes) const { std::free(bytes); }
 
 LineStream::LineStream(std::string_view bytes) {
   Grow(bytes.size());
@@ -28,7 +46,7 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
 }
 
 void LineStream::Grow(std::size_t capacity) {
-  auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
+  std::unique_ptr<char, Free> larger(Allocate(std::max<std::size_t>(capacity, 1)));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
   capacity_ = capacity;

@@ -62,12 +62,16 @@ class LineStream {
   std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
 
  private:
+  struct Free {
+    void operator()(char* bytes) const;
+  };
+
   std::size_t FindAhead(char byte);
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
 
   std::unique_ptr<ByteSource> source_;
-  std::unique_ptr<char[]> bytes_;
+  std::unique_ptr<char, Free> bytes_;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;
