@@ -87,8 +87,7 @@ int Refuse(std::string_view message) {
 }
 
 /// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
-std::optional<std::string> Convert(const std::string& picked, int system) {
-  FileSystem& files = RealFileSystem();
+std::optional<std::string> Convert(FileSystem& files, const std::string& picked, int system) {
   const auto new_path = InsertBeforeExtension(picked, kCopySuffix);
   if (!new_path) {
     Refuse("Could not open the file!");
@@ -125,10 +124,12 @@ int SystemOf(const LineBreaks& breaks) {
   return kMacSystem;
 }
 
-int ConvertLineEndings(PathBuffer& path) {
+int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, RealFileSystem()); }
+
+int ConvertLineEndings(PathBuffer& path, FileSystem& files) {
   const std::string picked = path.Get();
   if (picked.empty()) return Refuse("File ?");
-  auto source = RealFileSystem().OpenSource(picked, ReadMode::kRead);
+  auto source = files.OpenSource(picked, ReadMode::kRead);
   if (!source) return Refuse("Could not open the file!");
 
   LineBreaks breaks;
@@ -142,7 +143,7 @@ int ConvertLineEndings(PathBuffer& path) {
 
   const int system = SystemOf(breaks);
   if (system == HostSystemCode) return 1;
-  const auto copy = Convert(picked, system);
+  const auto copy = Convert(files, picked, system);
   if (!copy) return 0;
   ShowBox(std::string("It seems that the file was created by a different operating system (")
               .append(SystemName(system))

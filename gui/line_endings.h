@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/globals.h"
+#include "core/file_system.h"
 
 namespace tarvel {
 
@@ -29,5 +30,7 @@ int SystemOf(const LineBreaks& breaks);
 /// failure, which leaves `path` as it is: no path, a file that cannot be opened or is empty, a path
 /// without a ".", a copy that cannot be created or written, or would be the picked file itself.
 int ConvertLineEndings(PathBuffer& path);
+/// The same on other files than those of the machine.
+int ConvertLineEndings(PathBuffer& path, FileSystem& files);
 
 }  // namespace tarvel

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/memory_files.h"
+#include "tests/support/disk_files.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel {
