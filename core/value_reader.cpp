@@ -40,7 +40,7 @@ std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::si
 /// The bytes at which copying a value has something to decide.
 constexpr std::array<bool, 256> kDecides = [] {
   std::array<bool, 256> decides{};
-  for (const unsigned char byte : {'{', '}', '\n'}) decides[byte] = true;
+  for (const char byte : {'{', '}', '\n'}) decides[static_cast<unsigned char>(byte)] = true;
   return decides;
 }();
 

@@ -15,6 +15,7 @@
 #include "batch/options.h"
 #include "core/reports.h"
 #include "gui/line_endings.h"
+#include "ops/journal_styles.h"
 #include "ops/operations.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/memory_files.h"
@@ -78,6 +79,7 @@ void HoldOutputs(const OperationRun& operation, const RunContext& run, const Fil
 void HoldRun(const OperationRun& operation, const RunContext& run, MemoryFiles& files,
              bool run_twice) {
   const CountingReporter& reports = Reports();
+  GlobalJournalStyles = {};  // formats of earlier inputs must not be needed to repeat a finding
   const Files inputs = files.files;
   const int result = operation.run(run);
   Promise(result == kSucceeded || result == kFailed || result == kInputNotOpened,
