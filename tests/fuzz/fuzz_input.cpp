@@ -11,8 +11,8 @@ namespace {
 
 /// Flags whose defaults a bit of the head's second byte turns round.
 constexpr std::array<Flag Settings::*, 8> kFlags{
-    &Settings::PagesRange,         &Settings::PrintTitle,          &Settings::PrintBibitem,
-    &Settings::UseLaTeXCode,       &Settings::RemoveEmptyEntries,  &Settings::RemoveJournalStrings,
+    &Settings::PagesRange,         &Settings::PrintTitle,           &Settings::PrintBibitem,
+    &Settings::UseLaTeXCode,       &Settings::RemoveEmptyEntries,   &Settings::RemoveJournalStrings,
     &Settings::JournalAbbreviated, &Settings::RemoveJabRefStructure};
 
 std::string Expand(std::string_view text, std::size_t& room) {

@@ -27,9 +27,9 @@ inline constexpr std::size_t kMostRepeated = 120000;
 /// A decoded input.
 struct FuzzInput {
   Settings settings;
-  bool own_list = false;       // the journal list is the picked one, not the program's
-  std::size_t piece = 0;       // how many bytes a read gives; 0 for all
-  bool run_twice = false;      // whether a second run must give the same
+  bool own_list = false;   // the journal list is the picked one, not the program's
+  std::size_t piece = 0;   // how many bytes a read gives; 0 for all
+  bool run_twice = false;  // whether a second run must give the same
   std::vector<std::string> files;
 
   /// The file of this index; empty when the input holds fewer.

@@ -61,9 +61,8 @@ std::unique_ptr<ByteSink> MemoryFiles::CreateSink(const std::string& path, Creat
   std::string& file = files[path];
   file.clear();
   const auto limited = room.find(path);
-  return std::make_unique<MemorySink>(
-      file, limited == room.end() ? static_cast<std::size_t>(-1) : limited->second,
-      close_fails.contains(path));
+  return std::make_unique<MemorySink>(file, limited == room.end() ? most_room : limited->second,
+                                      close_fails.contains(path));
 }
 
 bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {

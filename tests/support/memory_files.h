@@ -22,6 +22,7 @@ class MemoryFiles final : public FileSystem {
   std::set<std::string> unreadable;         // cannot be opened at all
   std::set<std::string> not_creatable;      // cannot be created
   std::map<std::string, std::size_t> room;  // how many bytes a new file takes before writes fail
+  std::size_t most_room = static_cast<std::size_t>(-1);  // the same for every new file
   std::set<std::string> close_fails;
   std::set<std::string> read_fails;                  // opens, but the first read fails
   std::size_t piece = static_cast<std::size_t>(-1);  // the most bytes that one read gives
