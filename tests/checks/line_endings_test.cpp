@@ -233,7 +233,7 @@ TEST_F(Conversion, TakesTheCopyThatIsPickedAlready) {
   EXPECT_EQ(buffer_.Get(), copy);
   EXPECT_EQ(reporter_.boxes.size(), 2U) << "the box tells of each conversion";
   EXPECT_EQ(std::filesystem::last_write_time(copy), time) << "but nothing is written again";
-  for (const std::string& longer : {"@misc{a,\n}\nx", "@misc{a,\n}", ""}) {
+  for (const std::string longer : {"@misc{a,\n}\nx", "@misc{a,\n}", ""}) {
     WriteDiskFile(copy, longer);
     FirstFilePath.Set(copy);
     EXPECT_EQ(Convert(path), 0) << "a longer or shorter one is another file";

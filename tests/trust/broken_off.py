@@ -19,7 +19,7 @@ import time
 import trial
 
 program = os.path.abspath(sys.argv[1])
-kills = int(sys.argv[2]) if len(sys.argv) > 2 else 6
+kills = int(sys.argv[2]) if len(sys.argv) > 2 else 3
 failures = trial.Failures()
 work = tempfile.mkdtemp(prefix="tarvel-broken-").encode()
 random.seed(7)
@@ -40,8 +40,8 @@ def world(operation, library):
     directory = os.path.join(work, operation.encode())
     shutil.rmtree(directory, ignore_errors=True)
     os.mkdir(directory)
-    contents = {b"lit.bib": library, b"more.bib": library[len(trial.LIBRARY):],
-                b"paper.tex": trial.DOCUMENT + b"\\cite{k1,k20,k300,k4000}\n"}
+    contents = {b"lit.bib": library, b"more.bib": library[library.index(b"@book"):],
+                b"paper.tex": trial.DOCUMENT + b"\\cite{k1,k20,k300,k4000,k7999}\n"}
     for name, data in contents.items():
         with open(directory + b"/" + name, "wb") as file:
             file.write(data)
@@ -104,11 +104,11 @@ def full_disks(operation, library_bytes, steps):
 
 try:
     killed = full = 0
-    large = large_library(30000)
+    large = large_library(8000)
     for name in trial.OPERATIONS:
         killed += kill_runs(name, large)
-        full += full_disks(name, trial.LIBRARY, 20)
-        full += full_disks(name, large, 4)
+        full += full_disks(name, trial.LIBRARY, 10)
+        full += full_disks(name, large, 2)
     failures.check(killed * 3 > kills * len(trial.OPERATIONS), "most kills met a running process")
 finally:
     shutil.rmtree(work, ignore_errors=True)
