@@ -126,7 +126,7 @@ std::unique_ptr<ByteSink> CreateCopy(FileSystem& files, const std::string& path)
 
 /// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
 std::optional<std::string> Convert(FileSystem& files, const std::string& picked, int system) {
-  const auto new_path = InsertBeforeExtension(picked, kCopySuffix);
+  auto new_path = InsertBeforeExtension(picked, kCopySuffix);
   if (!new_path) {
     Refuse("Could not open the file!");
     return std::nullopt;
@@ -147,7 +147,7 @@ void CountLineBreaks(std::string_view bytes, char& last, LineBreaks& breaks) {
   if (bytes.empty()) return;
   std::uint64_t pairs = 0;
   for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
-    pairs += (bytes[i] == '\r' && bytes[i + 1] == '\n') ? 1 : 0;
+    pairs += (bytes[i] == '\r' && bytes[i + 1] == '\n') ? 1U : 0U;
   }
   // A CR that ended the piece before was counted as a lone one; the subtraction takes that back.
   if (last == '\r' && bytes.front() == '\n') ++pairs;

@@ -124,6 +124,7 @@ def main():
 
     edits = read_edits(options.list, options.only)
     work = options.keep or pathlib.Path(tempfile.mkdtemp(prefix="tarvel-mutations-"))
+    work.mkdir(parents=True, exist_ok=True)
     for name in COPIED:
         if (ROOT / name).is_dir():
             shutil.copytree(ROOT / name, work / name, dirs_exist_ok=True)
