@@ -66,6 +66,7 @@ template <std::size_t N>
 void AddGroup(CLI::App& app, Settings& settings, const char* option, const char* help,
               const std::array<FlagWord, N>& words, const FlagGroup<N>& group) {
   std::vector<std::string> names;
+  names.reserve(N);
   for (const FlagWord& word : words) names.emplace_back(word.word);
   app.add_option_function<std::string>(
          option,

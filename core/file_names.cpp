@@ -12,7 +12,9 @@ std::optional<std::string> ChangeExtension(std::string_view path, std::string_vi
 std::optional<std::string> InsertBeforeExtension(std::string_view path, std::string_view suffix) {
   const std::size_t dot = path.rfind('.');
   if (dot == std::string_view::npos) return std::nullopt;
-  return std::string(path).insert(dot, suffix);
+  std::string changed(path);
+  changed.insert(dot, suffix);
+  return changed;
 }
 
 }  // namespace tarvel

@@ -22,15 +22,17 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
   /// Opens an existing file; null when that fails. A directory cannot be opened.
-  virtual std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) = 0;
+  [[nodiscard]] virtual std::unique_ptr<ByteSource> OpenSource(const std::string& path,
+                                                               ReadMode mode) = 0;
   /// Creates a file or empties an existing one; null when that fails.
-  virtual std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) = 0;
+  [[nodiscard]] virtual std::unique_ptr<ByteSink> CreateSink(const std::string& path,
+                                                             CreateMode mode) = 0;
   /// Whether both paths lead to the same file on disk, links followed. False when either does not
   /// exist.
   virtual bool IsSameFile(const std::string& one, const std::string& other) = 0;
 
   /// Opens a file and reads it whole; nothing when either fails.
-  std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
+  [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
 
 /// The file system of the machine.

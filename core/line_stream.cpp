@@ -42,7 +42,7 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
   // gives the pages only when they are written. A file of unknown size is read now instead.
   const std::size_t size = source_->Size();
   Grow(size);
-  if (size == 0) LoadAll();
+  if (size == 0) (void)LoadAll();  // `ReadFailed` keeps the answer
 }
 
 void LineStream::Grow(std::size_t capacity) {

@@ -23,7 +23,7 @@ class ByteSource {
  public:
   virtual ~ByteSource() = default;
   /// Reads up to `size` bytes into `buffer`; gives their number, 0 at the end, -1 on an error.
-  virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
+  [[nodiscard]] virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
   /// The file's size in bytes when it was opened; 0 when it is not known.
   virtual std::size_t Size() const = 0;
 };
@@ -55,7 +55,7 @@ class LineStream {
   bool AtEnd() const { return at_end_; }
 
   /// Reads all that is not in memory yet; false on a read error.
-  bool LoadAll();
+  [[nodiscard]] bool LoadAll();
   /// Whether reading the file failed at some point.
   bool ReadFailed() const { return read_failed_; }
   /// All bytes in memory so far: the whole file after `LoadAll`.

@@ -16,7 +16,9 @@ OutputFile::OutputFile(std::unique_ptr<ByteSink> sink, std::string path)
   buffer_.reserve(kBufferSize);
 }
 
-OutputFile::~OutputFile() { Close(); }
+OutputFile::~OutputFile() {
+  (void)Close();  // a run that matters has closed its files and told of what failed
+}
 
 void OutputFile::Flush() {
   if (error_.empty() && !buffer_.empty()) error_ = sink_->Write(buffer_);
@@ -24,6 +26,7 @@ void OutputFile::Flush() {
 }
 
 void OutputFile::Write(std::string_view bytes) {
+  if (!error_.empty()) return;  // a run on a full disk ends soon
   if (bytes.size() > kBufferSize - buffer_.size()) {
     Flush();
     if (bytes.size() >= kBufferSize) {

@@ -13,9 +13,9 @@ class ByteSink {
  public:
   virtual ~ByteSink() = default;
   /// Writes all of `bytes`; gives an empty text, or why it failed.
-  virtual std::string Write(std::string_view bytes) = 0;
+  [[nodiscard]] virtual std::string Write(std::string_view bytes) = 0;
   /// Closes the file; gives an empty text, or why it failed.
-  virtual std::string Close() = 0;
+  [[nodiscard]] virtual std::string Close() = 0;
 };
 
 /// A new file. Every write is checked: the first failure is kept and told by `Close`, and nothing
@@ -32,7 +32,7 @@ class OutputFile {
   void Write(std::initializer_list<std::string_view> parts);
 
   /// Writes out what is still in memory and closes the file; true when every byte arrived.
-  bool Close();
+  [[nodiscard]] bool Close();
 
   const std::string& Path() const { return path_; }
   /// Why a write or the closing failed; empty when nothing did.

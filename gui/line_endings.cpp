@@ -5,9 +5,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/file_names.h"
 #include "core/file_system.h"
+#include "core/line_stream.h"
 #include "core/output_file.h"
 #include "core/reports.h"
 
@@ -74,6 +76,28 @@ void ConvertMac(std::string_view bytes, OutputFile& copy) {
   copy.Write(converted);
 }
 
+/// Stands in for a new file: nothing is written, but what is there must be what would be written.
+class ComparingSink final : public ByteSink {
+ public:
+  explicit ComparingSink(std::unique_ptr<ByteSource> source) : lines_(std::move(source)) {
+    readable_ = lines_.LoadAll();
+  }
+  std::string Write(std::string_view bytes) override {
+    const bool same = readable_ && lines_.Bytes().substr(at_).starts_with(bytes);
+    at_ += same ? bytes.size() : 0;
+    return same ? std::string() : std::string(kDiffers);
+  }
+  std::string Close() override {
+    return at_ == lines_.Bytes().size() ? std::string() : std::string(kDiffers);
+  }
+
+ private:
+  static constexpr std::string_view kDiffers = "it is a picked file with other contents";
+  LineStream lines_;
+  bool readable_ = false;
+  std::size_t at_ = 0;
+};
+
 bool WriteCopy(ByteSource& source, int system, OutputFile& copy) {
   bool waiting_cr = false;
   const bool read = ReadPieces(source, [&](std::string_view bytes) {
@@ -95,18 +119,32 @@ int Refuse(std::string_view message) {
   return 0;
 }
 
+bool IsPicked(FileSystem& files, const std::string& path) {
+  return files.IsSameFile(path, FirstFilePath.Get()) ||
+         files.IsSameFile(path, SecondFilePath.Get());
+}
+
+/// The new file of a copy. Where that is the other picked file, as when the same file is picked
+/// twice, it is not written again.
+std::unique_ptr<ByteSink> CreateCopy(FileSystem& files, const std::string& path) {
+  if (!IsPicked(files, path)) return files.CreateSink(path, CreateMode::kWrite);
+  auto existing = files.OpenSource(path, ReadMode::kRead);
+  if (!existing) return nullptr;
+  return std::make_unique<ComparingSink>(std::move(existing));
+}
+
 /// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
-std::optional<std::string> Convert(const std::string& picked, int system) {
-  FileSystem& files = RealFileSystem();
-  const auto new_path = InsertBeforeExtension(picked, kCopySuffix);
+std::optional<std::string> Convert(FileSystem& files, const std::string& picked, int system) {
+  auto new_path = InsertBeforeExtension(picked, kCopySuffix);
   if (!new_path) {
     Refuse("Could not open the file!");
     return std::nullopt;
   }
   if (files.IsSameFile(*new_path, picked)) return std::nullopt;
   auto source = files.OpenSource(picked, ReadMode::kRead);
-  auto sink = files.CreateSink(*new_path, CreateMode::kWrite);
-  if (!source || !sink) return std::nullopt;
+  if (!source) return std::nullopt;
+  auto sink = CreateCopy(files, *new_path);
+  if (!sink) return std::nullopt;
   OutputFile copy(std::move(sink), *new_path);
   if (!WriteCopy(*source, system, copy)) return std::nullopt;
   return new_path;
@@ -136,10 +174,12 @@ int SystemOf(const LineBreaks& breaks) {
   return kMacSystem;
 }
 
-int ConvertLineEndings(PathBuffer& path) {
+int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, RealFileSystem()); }
+
+int ConvertLineEndings(PathBuffer& path, FileSystem& files) {
   const std::string picked = path.Get();
   if (picked.empty()) return Refuse("File ?");
-  auto source = RealFileSystem().OpenSource(picked, ReadMode::kRead);
+  auto source = files.OpenSource(picked, ReadMode::kRead);
   if (!source) return Refuse("Could not open the file!");
 
   LineBreaks breaks;
@@ -153,7 +193,7 @@ int ConvertLineEndings(PathBuffer& path) {
 
   const int system = SystemOf(breaks);
   if (system == HostSystemCode) return 1;
-  const auto copy = Convert(picked, system);
+  const auto copy = Convert(files, picked, system);
   if (!copy) return 0;
   ShowBox(std::string("It seems that the file was created by a different operating system (")
               .append(SystemName(system))

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/globals.h"
+#include "core/file_system.h"
 
 namespace tarvel {
 
@@ -27,7 +28,10 @@ int SystemOf(const LineBreaks& breaks);
 /// another kind, a converted copy is written beside it, with "_linux" before its extension, a box
 /// says so, and `path` becomes the copy's path. Gives 1 when the file may be used; 0 after a
 /// failure, which leaves `path` as it is: no path, a file that cannot be opened or is empty, a path
-/// without a ".", a copy that cannot be created or written, or would be the picked file itself.
+/// without a ".", a copy that cannot be created or written, or would be the picked file itself or
+/// replace the other picked file. (The other one may be this very copy, unchanged: it is then used.)
 int ConvertLineEndings(PathBuffer& path);
+/// The same on other files than those of the machine.
+int ConvertLineEndings(PathBuffer& path, FileSystem& files);
 
 }  // namespace tarvel

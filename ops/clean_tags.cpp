@@ -231,7 +231,7 @@ int RunCleanTags(const RunContext& run) {
 
   Counters counters;
   if (!TagCleaner(*input, *library, *log, run.settings).Walk(counters)) {
-    CloseOutputs({library.get(), log.get()});
+    (void)CloseOutputs({library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;
   }
   WriteSummary(*log, counters, run.first_path, library->Path());

@@ -8,7 +8,7 @@ namespace tarvel {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 // The names of the tags in the lines that show them. ORDER: `Field`.
 constexpr std::array<std::string_view, kFieldCount> kLabels{

@@ -77,7 +77,7 @@ int RunJournals(const RunContext& run) {
   const JournalListFault fault = journals.Read();
   if (fault != JournalListFault::kNone) {
     Fail(kListFaults[static_cast<std::size_t>(fault)]);
-    CloseOutputs({log.get(), library.get()});
+    (void)CloseOutputs({log.get(), library.get()});  // the run has failed, whatever arrives
     return kFailed;
   }
 

@@ -12,6 +12,7 @@ namespace {
 
 std::vector<std::string_view> TagNames() {
   std::vector<std::string_view> names;
+  names.reserve(kDoublesTags.size());
   for (const TagName& tag : kDoublesTags) names.push_back(tag.name);
   return names;
 }

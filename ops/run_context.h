@@ -35,12 +35,12 @@ std::string OutputPath(const std::string& library, Output output);
 
 /// Creates a new file. Null when that fails, when `path` is empty, or when it names one of the
 /// picked files, which are never opened for writing.
-std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& path,
-                                         CreateMode mode);
+[[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
+                                                       const std::string& path, CreateMode mode);
 
 /// Closes new files; false when a byte of any did not arrive, after a `PrintError` for each such
 /// file. An operation whose files did not all arrive has failed.
-bool CloseOutputs(std::initializer_list<OutputFile*> files);
+[[nodiscard]] bool CloseOutputs(std::initializer_list<OutputFile*> files);
 
 /// Prints a failure with `PrintError` and gives `result`, so that an operation can end with it.
 int Fail(std::string_view text, int result = 0);

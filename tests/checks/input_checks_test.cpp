@@ -8,7 +8,7 @@
 
 #include "app/globals.h"
 #include "app/settings.h"
-#include "tests/support/memory_files.h"
+#include "tests/support/disk_files.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel {

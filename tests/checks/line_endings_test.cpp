@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "tests/support/memory_files.h"
+#include "tests/support/disk_files.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel {
@@ -204,6 +205,47 @@ TEST_F(Conversion, NeverWritesOverThePickedFile) {
   EXPECT_EQ(buffer_.Get(), path);
   EXPECT_EQ(ReadDiskFile(path), "a\r\n");
   EXPECT_TRUE(reporter_.boxes.empty());
+}
+
+TEST_F(Conversion, NeverReplacesTheOtherPickedFile) {
+  const std::string bytes = "@misc{mine,\n}\n";
+  const std::string other = File("lit_linux.bib", bytes);
+  const std::string path = File("lit.bib", "@misc{a,\r\n}\r\n");
+  for (PathBuffer* picked : {&FirstFilePath, &SecondFilePath}) {
+    picked->Set(other);
+    reporter_.boxes.clear();
+    reporter_.printed.clear();
+    EXPECT_EQ(Convert(path), 0);
+    EXPECT_EQ(buffer_.Get(), path);
+    EXPECT_EQ(ReadDiskFile(other), bytes);
+    EXPECT_TRUE(reporter_.boxes.empty());
+    EXPECT_EQ(reporter_.printed, testing::Printed("Could not write the file '" + other +
+                                                  "': it is a picked file with other contents"));
+    picked->Set("");
+  }
+  EXPECT_EQ(Convert(path), 1) << "a file that is not picked is overwritten";
+  EXPECT_EQ(ReadDiskFile(other), "@misc{a,\n}\n");
+}
+
+TEST_F(Conversion, TakesTheCopyThatIsPickedAlready) {
+  const std::string path = File("lit.bib", "@misc{a,\r\n}\r\n");
+  EXPECT_EQ(Convert(path), 1);
+  const std::string copy = directory_ / "lit_linux.bib";
+  const auto time = std::filesystem::last_write_time(copy) - std::chrono::hours(1);
+  std::filesystem::last_write_time(copy, time);
+  FirstFilePath.Set(copy);
+  EXPECT_EQ(Convert(path), 1);
+  FirstFilePath.Set("");
+  EXPECT_EQ(buffer_.Get(), copy);
+  EXPECT_EQ(reporter_.boxes.size(), 2U) << "the box tells of each conversion";
+  EXPECT_EQ(std::filesystem::last_write_time(copy), time) << "but nothing is written again";
+  for (const std::string longer : {"@misc{a,\n}\nx", "@misc{a,\n}", ""}) {
+    WriteDiskFile(copy, longer);
+    FirstFilePath.Set(copy);
+    EXPECT_EQ(Convert(path), 0) << "a longer or shorter one is another file";
+    FirstFilePath.Set("");
+    EXPECT_EQ(ReadDiskFile(copy), longer);
+  }
 }
 
 TEST_F(Conversion, TellsOfAFullDisk) {

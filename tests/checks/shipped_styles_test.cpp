@@ -9,6 +9,7 @@
 #include "app/texts.h"
 #include "ops/latex_commands.h"
 #include "ops/operations.h"
+#include "tests/support/disk_files.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/reference_worlds.h"
 

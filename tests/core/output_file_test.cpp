@@ -10,6 +10,7 @@
 
 #include "core/file_system.h"
 #include "ops/run_context.h"
+#include "tests/support/disk_files.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_reporter.h"
 

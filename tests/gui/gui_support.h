@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "app/tarvel_app.h"
-#include "tests/support/memory_files.h"
+#include "tests/support/disk_files.h"
 
 namespace tarvel::testing {
 

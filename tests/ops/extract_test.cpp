@@ -96,7 +96,7 @@ Selection Select(const std::string& library, const Keys& keys) {
   OutputFile output(files.CreateSink("/new.bib", CreateMode::kWrite), "/new.bib");
   Selection selection;
   selection.found = SelectAndWriteBibTeXEntriesIntoNewFile(output, lines, keys);
-  output.Close();
+  EXPECT_TRUE(output.Close());
   selection.library = files.files["/new.bib"];
   selection.printed = reporter.printed;
   return selection;

@@ -18,7 +18,7 @@ std::string Written(Write write) {
   MemoryFiles files;
   OutputFile out(files.CreateSink("/log", CreateMode::kWrite), "/log");
   write(out);
-  out.Close();
+  EXPECT_TRUE(out.Close());
   return files.files["/log"];
 }
 

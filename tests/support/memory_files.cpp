@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/memory_files.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <utility>
 
 namespace tarvel::testing {
 
@@ -16,10 +11,11 @@ namespace {
 
 class MemorySource final : public ByteSource {
  public:
-  MemorySource(std::string bytes, bool fails) : bytes_(std::move(bytes)), fails_(fails) {}
+  MemorySource(std::string bytes, std::size_t piece, bool fails)
+      : bytes_(std::move(bytes)), piece_(piece), fails_(fails) {}
   std::ptrdiff_t Read(char* buffer, std::size_t size) override {
     if (fails_) return -1;
-    const std::size_t got = std::min(size, bytes_.size() - at_);
+    const std::size_t got = std::min({size, piece_, bytes_.size() - at_});
     std::memcpy(buffer, bytes_.data() + at_, got);
     at_ += got;
     return static_cast<std::ptrdiff_t>(got);
@@ -29,6 +25,7 @@ class MemorySource final : public ByteSource {
  private:
   std::string bytes_;
   std::size_t at_ = 0;
+  std::size_t piece_;
   bool fails_;
 };
 
@@ -56,7 +53,7 @@ std::unique_ptr<ByteSource> MemoryFiles::OpenSource(const std::string& path, Rea
   const bool opens = found != files.end() && !unreadable.contains(path) &&
                      (mode == ReadMode::kRead || !read_only.contains(path));
   if (!opens) return nullptr;
-  return std::make_unique<MemorySource>(found->second, read_fails.contains(path));
+  return std::make_unique<MemorySource>(found->second, piece, read_fails.contains(path));
 }
 
 std::unique_ptr<ByteSink> MemoryFiles::CreateSink(const std::string& path, CreateMode /*mode*/) {
@@ -64,9 +61,8 @@ std::unique_ptr<ByteSink> MemoryFiles::CreateSink(const std::string& path, Creat
   std::string& file = files[path];
   file.clear();
   const auto limited = room.find(path);
-  return std::make_unique<MemorySink>(
-      file, limited == room.end() ? static_cast<std::size_t>(-1) : limited->second,
-      close_fails.contains(path));
+  return std::make_unique<MemorySink>(file, limited == room.end() ? most_room : limited->second,
+                                      close_fails.contains(path));
 }
 
 bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {
@@ -77,33 +73,6 @@ bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {
 RunContext MemoryRun(MemoryFiles& files, std::string_view first, std::string_view second) {
   return {std::string(first), std::string(second), Settings(), files,
           [] { return std::string("/program"); }};
-}
-
-TemporaryDirectory::TemporaryDirectory() {
-  std::string name = std::filesystem::temp_directory_path() / "tarvel-test-XXXXXX";
-  if (!mkdtemp(name.data())) std::abort();
-  path_ = name;
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TemporaryDirectory::operator/(std::string_view name) const {
-  return path_ + "/" + std::string(name);
-}
-
-std::string ReadDiskFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file.is_open()) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void WriteDiskFile(const std::string& path, std::string_view bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  EXPECT_TRUE(file.good()) << path;
 }
 
 }  // namespace tarvel::testing

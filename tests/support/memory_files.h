@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/file_system.h"
 #include "ops/run_context.h"
@@ -20,8 +22,10 @@ class MemoryFiles final : public FileSystem {
   std::set<std::string> unreadable;         // cannot be opened at all
   std::set<std::string> not_creatable;      // cannot be created
   std::map<std::string, std::size_t> room;  // how many bytes a new file takes before writes fail
+  std::size_t most_room = static_cast<std::size_t>(-1);  // the same for every new file
   std::set<std::string> close_fails;
-  std::set<std::string> read_fails;  // opens, but the first read fails
+  std::set<std::string> read_fails;                  // opens, but the first read fails
+  std::size_t piece = static_cast<std::size_t>(-1);  // the most bytes that one read gives
   std::set<std::pair<std::string, std::string>> same_files;
 
   std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override;
@@ -31,23 +35,5 @@ class MemoryFiles final : public FileSystem {
 
 /// A run over files in memory; the program directory is "/program".
 RunContext MemoryRun(MemoryFiles& files, std::string_view first, std::string_view second = {});
-
-/// A directory of its own on disk, removed at the end.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-  ~TemporaryDirectory();
-  /// The path of `name` in it.
-  std::string operator/(std::string_view name) const;
-
- private:
-  std::string path_;
-};
-
-/// The whole file on disk; fails the test when it cannot be read.
-std::string ReadDiskFile(const std::string& path);
-void WriteDiskFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tarvel::testing
