@@ -1,10 +1,166 @@
 // SPDX-License-Identifier: MIT
+// Clean characters: writes a library anew in which '?' stands for every byte that is not printable
+// ASCII, a tab or part of a line break, and logs where those bytes stood.
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/texts.h"
+#include "core/reports.h"
+#include "core/text_primitives.h"
 #include "ops/operations.h"
 
 namespace tarvel {
 
-int RunCleanCharacters(const RunContext& /*run*/) {
-  return Fail("Clean characters is not built yet.");
+namespace {
+
+constexpr std::string_view kJabRefMarker = "@comment{jabref";
+
+// Lines with one of these tags are left out: paths, bookkeeping, identifiers. Upper case, and
+// without the "={" that must follow.
+constexpr std::array<std::string_view, 5> kExemptTags{"FILE", "OWNER", "TIMESTAMP", "DOI", "URL"};
+
+constexpr char kDelete = 127;
+
+/// Bytes are looked at as signed ones, so all from 128 on are negative and bad. Written without a
+/// branch, so that a loop over it becomes vector code.
+constexpr bool IsBad(char byte) {
+  const auto code = static_cast<signed char>(byte);
+  const bool breaks = (code == '\t') | (code == '\n') | (code == '\r');
+  return ((code < ' ') & !breaks) | (code == kDelete);
+}
+
+/// What the log says of a bad byte, behind "could be found.".
+std::string_view KindOf(signed char code) {
+  if (code == kDelete) return "";
+  return code < 0 ? " <- negative value (!)" : " <- command (!)";
+}
+
+bool HoldsBadByte(std::string_view line) {
+  unsigned char found = 0;
+  for (const char byte : line) found |= static_cast<unsigned char>(IsBad(byte));
+  return found != 0;
+}
+
+/// The end of `text` without its trailing blanks and tabs.
+std::string_view TrimEnd(std::string_view text) {
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  return text;
+}
+
+/// Whether the text ends with `word`, given in upper case, blanks and tabs passed over.
+bool EndsSqueezed(std::string_view text, std::string_view word) {
+  for (; !word.empty(); word.remove_suffix(1)) {
+    text = TrimEnd(text);
+    if (text.empty() || ToUpper(text.back()) != word.back()) return false;
+    text.remove_suffix(1);
+  }
+  return true;
+}
+
+/// Whether the line, its blanks and tabs taken out, contains an exempt tag and "={" behind it.
+bool HoldsExemptTag(std::string_view line) {
+  for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
+       brace = line.find('{', brace + 1)) {
+    std::string_view before = TrimEnd(line.substr(0, brace));
+    if (!before.ends_with('=')) continue;
+    before.remove_suffix(1);
+    for (const std::string_view tag : kExemptTags) {
+      if (EndsSqueezed(before, tag)) return true;
+    }
+  }
+  return false;
+}
+
+/// One pass over a library.
+class CharacterCleaner {
+ public:
+  CharacterCleaner(LineStream& input, OutputFile& library, OutputFile& log)
+      : input_(input), library_(library), log_(log) {}
+
+  void Walk();
+  int BadBytes() const { return bad_bytes_; }
+
+ private:
+  void ReplaceBadBytes(std::string_view line);
+  void LogBadByte(char byte, std::size_t column);
+
+  LineStream& input_;
+  OutputFile& library_;
+  OutputFile& log_;
+  std::string bibitem_;
+  int line_number_ = 0;
+  int bad_bytes_ = 0;
+};
+
+void CharacterCleaner::Walk() {
+  for (Line line; ReadLine(input_, limits::kLongLine, line);) {
+    ++line_number_;
+    if (HoldsExemptTag(line.Text())) continue;
+    if (line.Text().find('@') != std::string_view::npos &&
+        (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
+      bibitem_ = CopyUntilChar(line.Text(), '{', ',');
+    }
+    if (HoldsBadByte(line.Text())) {
+      ReplaceBadBytes(line.Text());
+    } else {
+      library_.Write(line.Text());
+    }
+  }
+}
+
+void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (!IsBad(line[i])) continue;
+    LogBadByte(line[i], i + 1);
+    library_.Write({line.substr(copied, i - copied), "?"});
+    copied = i + 1;
+  }
+  library_.Write(line.substr(copied));
+}
+
+void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
+  ++bad_bytes_;
+  const auto code = static_cast<signed char>(byte);
+  log_.Write({"In entry '", bibitem_, "', in line ", std::to_string(line_number_), " and row ",
+              std::to_string(column), "\n   character ", std::to_string(code), " (--",
+              std::string_view(&byte, 1), "--) could be found.", KindOf(code), "\n\n"});
+}
+
+int FailInBox(std::string_view message, std::string_view caption, int result) {
+  ShowBox(message, caption);
+  return result;
+}
+
+}  // namespace
+
+int RunCleanCharacters(const RunContext& run) {
+  if (run.first_path.empty()) return kInputNotOpened;
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) {
+    return FailInBox("Could not open the BibTeX file!", "BibTeX file?", kInputNotOpened);
+  }
+  const auto log =
+      CreateOutput(run, OutputPath(run.first_path, Output::kCharacterLog), CreateMode::kWriteRead);
+  if (!log) return FailInBox("Could not open the log file!", "Log file?", kFailed);
+  log->Write({LogFileHeader, "\n"});
+  const std::string new_path = OutputPath(run.first_path, Output::kCharacterLibrary);
+  const auto library = CreateOutput(run, new_path, CreateMode::kWriteRead);
+  if (!library) {
+    return FailInBox("Could not open " + new_path + " !", "New BibTeX file?", kFailed);
+  }
+  library->Write({BibFileHeader, "\n"});
+
+  CharacterCleaner cleaner(*input, *library, *log);
+  cleaner.Walk();
+  log->Write({"\n\n\nAbout ", std::to_string(cleaner.BadBytes()),
+              " bad characters in the BibTeX file\n    '", run.first_path,
+              "'\ncould be found. The new BibTeX file is stored in\n    '", new_path,
+              "'.\nThe bad characters were replaced by a '?'"});
+  return CloseOutputs({log.get(), library.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

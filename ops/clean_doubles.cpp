@@ -1,8 +1,256 @@
 // SPDX-License-Identifier: MIT
+// Clean doubles: writes a library anew in which every item stands once. An entry is compared with
+// those already written, and the log explains each that is left out or gets a new key.
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "app/texts.h"
+#include "core/reports.h"
+#include "core/text_primitives.h"
+#include "ops/entry_record.h"
+#include "ops/group_rules.h"
+#include "ops/growing_library.h"
+#include "ops/kept_entries.h"
+#include "ops/library_follower.h"
 #include "ops/operations.h"
+#include "ops/overlapping_reader.h"
 
 namespace tarvel {
 
-int RunCleanDoubles(const RunContext& /*run*/) { return Fail("Clean doubles is not built yet."); }
+namespace {
+
+constexpr std::string_view kNoLibrary =
+    "Function Clean_double()_1 => LaTeX file does not exist?";  // sic
+constexpr std::string_view kNotOpened =
+    "Function Clean_double()_2 => Could not open the BibTeX file?";
+constexpr std::string_view kLogNotCreated =
+    "Function Clean_double()_3 => Could not open the log file!";
+constexpr std::string_view kLibraryNotCreated =
+    "Function Clean_double()_4 => Could not create the new BibTeX file!";
+
+constexpr std::string_view kEmptyKeys = "There are empty bibitems!\n";
+
+/// The first earlier entry that decides about an entry, and whether it does by its key.
+struct Decision {
+  const KeptEntry* by = nullptr;
+  bool same_key = false;
+};
+
+/// The lines of an entry as they are written.
+struct EntryCopy {
+  std::string text;
+  bool closed = false;     // it ends with a line that begins with "}", not with the input
+  bool unchanged = false;  // all but its first line stands in the input as it does here
+};
+
+/// The files of one run and what walks them.
+class DoubleCleaner {
+ public:
+  DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log)
+      : input_(input), library_(library), follower_(library, input.Bytes().size()), log_(log) {}
+
+  /// Walks the whole input; false when it ends inside an entry.
+  bool Walk();
+  /// How many entries were left out or got a new key.
+  int NotWritten() const { return not_written_; }
+
+ private:
+  Decision Decide(const TypeRule<DoublesRule>& rule, const ComparedValues& values) const;
+  void LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last);
+  void LogDouble(const DoublesRule& rule, const ComparedValues& values, const Decision& decision);
+  void TakeEntry(std::size_t start);
+  void CopyEntry(std::size_t start, bool rename);
+  void Rename(Line& head);
+  void AppendCopy();
+  void InsertCopy(std::size_t position);
+  void TellOverwritten(std::size_t begin, std::size_t end);
+
+  LineStream& input_;
+  GrowingLibrary& library_;
+  LibraryFollower follower_;
+  OutputFile& log_;
+  OverlappingReader reader_{kDoublesTags};
+  EntryCopy copy_;
+  std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
+  char rename_letter_ = 'a';
+  int not_written_ = 0;
+};
+
+bool DoubleCleaner::Walk() {
+  // JabRef's "@comment{jabref" starts no entry: looking for one upper-cases the marker.
+  std::size_t start = 0;
+  for (Line line; ReadLine(input_, limits::kPairLine, line); start = input_.Position()) {
+    if (!IsKnownEntry(line)) continue;
+    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) return false;
+    TakeEntry(start);
+  }
+  return true;
+}
+
+/// Leaves the entry out or writes it: at the end, or under a new key behind the entry that has the
+/// same one.
+void DoubleCleaner::TakeEntry(std::size_t start) {
+  const TypeRule<DoublesRule> rule = DoublesRuleFor(reader_.Entry().type);
+  const ComparedValues values =
+      rule.rule ? Compared(rule.rule->group, reader_.Entry()) : ComparedValues();
+  const Decision decision = Decide(rule, values);
+  LogSameKeys(rule, decision.by);
+  if (!decision.by) {
+    CopyEntry(start, false);
+    AppendCopy();
+    return;
+  }
+  const TypeGroup& group = rule.rule->group;
+  const ComparedValues earlier = decision.by->Compared(group);
+  if (!decision.same_key || values == earlier) {
+    LogDouble(*rule.rule, values, decision);
+    ++not_written_;
+    return;
+  }
+  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->key});
+  WriteDetails(log_, group, values, earlier);
+  CopyEntry(start, true);
+  InsertCopy(decision.by->end);
+}
+
+/// Finds the first entry of the new library, in its order, that stops the search: one with the same
+/// key and all compared tags, or one of the same type with equal tags.
+Decision DoubleCleaner::Decide(const TypeRule<DoublesRule>& rule,
+                               const ComparedValues& values) const {
+  if (!rule.rule || !values.Complete()) return {};
+  const KeptEntry* equal = follower_.Entries().FirstEqual(rule, values);
+  if (reader_.Entry().key.empty()) return {equal, false};
+  const KeptEntry* same = follower_.Entries().FirstComplete(reader_.Entry().key, *rule.rule);
+  if (!same || (equal && equal->head < same->head)) return {equal, false};
+  return {same, true};
+}
+
+/// Logs what is said of every entry with the same key that is met in the search, up to the last.
+void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last) {
+  const bool notes_key = rule.rule && !rule.rule->same_key_note.empty();
+  if (!reader_.Entry().key.empty() && !notes_key) return;
+  const EntryList* same = follower_.Entries().WithKey(reader_.Entry().key);
+  if (!same) return;
+  const std::string_view format =
+      reader_.Entry().key.empty() ? kEmptyKeys : rule.rule->same_key_note;
+  const std::size_t count = last ? same->CountUpTo(*last) : same->Size();
+  for (std::size_t i = 0; i < count; ++i)
+    WriteFormat(log_, format, {reader_.Entry().key, reader_.Entry().key});
+}
+
+void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,
+                              const Decision& decision) {
+  const std::string& key = reader_.Entry().key;
+  const std::string& earlier = decision.by->key;
+  WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
+  WriteDetails(log_, rule.group, values, decision.by->Compared(rule.group));
+  if (decision.same_key || rule.closing_keys == ClosingKeys::kNone) {
+    log_.Write(kDoublesExactClosing);
+  } else if (rule.closing_keys == ClosingKeys::kLaterThenEarlier) {
+    WriteFormat(log_, rule.closing, {key, earlier});
+  } else {
+    WriteFormat(log_, rule.closing, {earlier, key});
+  }
+}
+
+/// Copies the entry's lines from the input, which is then read on behind them. An entry that was
+/// read up to a later "}" line is copied up to the first one all the same.
+void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
+  copy_ = {std::move(copy_.text), false, true};
+  copy_.text.clear();
+  input_.SetPosition(start);
+  Line line;
+  while (!copy_.closed) {
+    const auto piece = input_.ReadLine(limits::kPairLine);
+    if (!piece) break;
+    line.Set(*piece);
+    IsKnownEntry(line);  // upper-cases the type word
+    if (copy_.text.empty()) {
+      if (rename) Rename(line);
+    } else if (line.Text().data() != piece->data()) {
+      copy_.unchanged = false;
+    }
+    copy_.text.append(line.Text());
+    copy_.closed = line.Text().front() == '}';
+  }
+}
+
+/// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
+/// bytes.
+void DoubleCleaner::Rename(Line& head) {
+  const std::string key = reader_.Entry().key + "_" + rename_letter_;
+  WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n",
+              {reader_.Entry().key, key});
+  ReplaceBetween(head.Edit(), key, '{', ',');
+  rename_letter_ = static_cast<char>(static_cast<unsigned char>(rename_letter_) + 1);
+  ++not_written_;
+}
+
+void DoubleCleaner::AppendCopy() {
+  const std::size_t begin = library_.Size();
+  if (copy_.closed && copy_.unchanged && reader_.ClosedAt(input_.Position())) {
+    follower_.Append(copy_.text, reader_.Entry());
+  } else {
+    follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
+  }
+  written_.emplace_hint(written_.end(), begin, begin + copy_.text.size());
+}
+
+/// Writes the copy behind an entry. Where others follow, it replaces them byte by byte.
+void DoubleCleaner::InsertCopy(std::size_t position) {
+  const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
+  TellOverwritten(position, position + text.size());
+  follower_.Write(position, text);
+  written_.emplace(position, position + copy_.text.size());
+}
+
+/// Tells of every entry of which the copy will replace a byte; of each only once.
+void DoubleCleaner::TellOverwritten(std::size_t begin, std::size_t end) {
+  const auto key_of = [](std::string_view text) {
+    return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
+  };
+  auto entry = written_.lower_bound(begin);
+  if (entry != written_.begin() && std::prev(entry)->second > begin) --entry;
+  while (entry != written_.end() && entry->first < end) {
+    Warn("the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" +
+         key_of(library_.Bytes().substr(entry->first, entry->second - entry->first)) + "'");
+    entry = written_.erase(entry);
+  }
+}
+
+void WriteSummary(OutputFile& log, int not_written, const std::string& input,
+                  const std::string& library) {
+  log.Write({"\n\n\n", std::to_string(not_written), " BibTeX entries from the BibTeX file\n    '",
+             input, "'\nwere not written into the new BibTeX file\n    '", library, "'."});
+}
+
+}  // namespace
+
+int RunCleanDoubles(const RunContext& run) {
+  if (run.first_path.empty()) return Fail(kNoLibrary);
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) return Fail(kNotOpened);
+
+  const auto log =
+      CreateOutput(run, OutputPath(run.first_path, Output::kDoubleLog), CreateMode::kWrite);
+  if (!log) return Fail(kLogNotCreated);
+  log->Write({LogFileHeader, "\n"});
+  const auto file =
+      CreateOutput(run, OutputPath(run.first_path, Output::kDoubleLibrary), CreateMode::kWriteRead);
+  if (!file) return Fail(kLibraryNotCreated);
+
+  // An entry takes a byte more in the new library than in the old one, at most three.
+  constexpr std::size_t kSpare = 32;
+  const std::string header = BibFileHeader + "\n";
+  GrowingLibrary library(header,
+                         header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
+  DoubleCleaner cleaner(*input, library, *log);
+  const bool reached_end = cleaner.Walk();
+  if (reached_end) WriteSummary(*log, cleaner.NotWritten(), run.first_path, file->Path());
+  file->Write(library.Bytes());
+  const bool arrived = CloseOutputs({log.get(), file.get()});
+  return reached_end && arrived ? kSucceeded : kFailed;
+}
 
 }  // namespace tarvel

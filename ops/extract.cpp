@@ -1,8 +1,256 @@
 // SPDX-License-Identifier: MIT
+// Extract: the entries that a LaTeX document cites, as a list of keys, a library of their own and a
+// file of references.
+#include "ops/extract.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "app/texts.h"
+#include "core/reports.h"
+#include "core/text_primitives.h"
 #include "ops/operations.h"
+#include "ops/reference_walk.h"
 
 namespace tarvel {
 
-int RunExtract(const RunContext& /*run*/) { return Fail("Extract is not built yet."); }
+namespace {
+
+constexpr std::string_view kNoDocument =
+    "Function Extract()_1, initialization => LaTeX file does not exist?";
+constexpr std::string_view kNoLibrary =
+    "Function Extract()_2, initialization => BibTeX file does not exist?";
+constexpr std::string_view kDocumentNotOpened =
+    "Function Extract()_3 => Could not open the LaTeX file?";
+constexpr std::string_view kKeysNotCreated = "Function Extract()_4 => Could not create item file?";
+constexpr std::string_view kLibraryNotOpened =
+    "Function Extract()_5 => Could not open the BibTeX file?";
+constexpr std::string_view kLibraryNotCreated =
+    "Function Extract()_6 => Could not create a new BibTeX file?";
+constexpr std::string_view kNothingFound =
+    "Function Extract()_7 => 'Numentries' is zero? Is the BibTeX file probably empty (0 Byte)?";
+constexpr std::string_view kNewLibraryNotOpened =
+    "Function Extract()_8 => Could not open the new BibTeX file?";
+constexpr std::string_view kReferencesNotCreated =
+    "Function Extract()_9 => Could not open the bibitem file?";
+constexpr std::string_view kNoHeader =
+    "Function Extract()_10 => Could not read the new BibTeX file?";
+constexpr std::string_view kLibraryTooShort =
+    "Function Extract()_11 => Could not read the new BibTeX file?";
+constexpr std::string_view kLibraryEndsWithHead =
+    "Function 'SelectAndWriteBibTeXEntriesIntoNewFile', reading BibTeX file:\n"
+    "Very strange => After @ARTICLE end of file?";
+
+constexpr std::string_view kCite = "\\cite";
+constexpr std::string_view kCiteBrace = "\\cite{";
+constexpr std::string_view kJabRefMarker = "@comment{jabref";
+constexpr std::string_view kAdvice = "You have to enter the bibitem manually into this file. ";
+constexpr std::string_view kReferencesName = "_bibitems.tex";  // sic: the file ends in _extract.tex
+
+/// Where the entries of the cited keys begin in the library.
+class CitedEntries {
+ public:
+  explicit CitedEntries(const std::vector<std::string>& keys) : heads_(keys.size()) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      index_.emplace(keys[i], i);
+      longest_ = std::max(longest_, keys[i].size());
+    }
+  }
+
+  /// Reads the library until all keys are found, or to its end.
+  void Find(LineStream& library);
+  /// The offset of the head of key number `i`; nothing when the library has none.
+  std::optional<std::size_t> Head(std::size_t i) const { return heads_[i]; }
+
+ private:
+  void FindOnLine(std::string_view text, std::size_t position);
+
+  std::unordered_map<std::string_view, std::size_t> index_;
+  std::vector<std::optional<std::size_t>> heads_;
+  std::vector<std::size_t> on_line_;
+  std::size_t longest_ = 0;
+  std::size_t found_ = 0;
+};
+
+void CitedEntries::Find(LineStream& library) {
+  std::size_t position = library.Position();
+  while (found_ < heads_.size()) {
+    const auto text = library.ReadLine(limits::kShortLine);
+    if (!text) return;
+    if (text->find('@') != std::string_view::npos) FindOnLine(*text, position);
+    position = library.Position();
+  }
+}
+
+/// Notes the line as the head of every key that stands between a "{" and the next "," of it, if it
+/// is a head. The keys are looked for before that test, which upper-cases parts of the line.
+void CitedEntries::FindOnLine(std::string_view text, std::size_t position) {
+  on_line_.clear();
+  std::size_t comma = text.find(',');
+  for (std::size_t brace = text.find('{'); brace != std::string_view::npos;
+       brace = text.find('{', brace + 1)) {
+    if (comma < brace) comma = text.find(',', brace);
+    if (comma == std::string_view::npos) break;
+    if (comma - brace - 1 > longest_) continue;
+    const auto key = index_.find(text.substr(brace + 1, comma - brace - 1));
+    if (key != index_.end() && !heads_[key->second]) on_line_.push_back(key->second);
+  }
+  if (on_line_.empty()) return;
+  Line line(text);
+  if (!IsKnownEntry(line)) return;
+  for (const std::size_t key : on_line_) {
+    if (heads_[key]) continue;  // it stands on the line twice
+    heads_[key] = position;
+    ++found_;
+  }
+}
+
+/// Copies the entry at the stream's position; false when the library ends with its head.
+bool CopyEntry(OutputFile& output, LineStream& library) {
+  Line line;
+  ReadLine(library, limits::kShortLine, line);
+  IsKnownEntry(line);  // upper-cases the type word, as in every line that is copied
+  output.Write(line.Text());
+  if (!ReadLine(library, limits::kShortLine, line)) return false;
+  // The head test comes first and upper-cases the marker that JabRef writes in front of its own
+  // data, so the marker never ends an entry; this order is kept.
+  while (!IsKnownEntry(line) && line.Text().find(kJabRefMarker) == std::string_view::npos) {
+    output.Write(line.Text());
+    if (!ReadLine(library, limits::kShortLine, line)) break;
+  }
+  return true;
+}
+
+/// Tells, in a box and in the file of references, that keys have no entry.
+void TellMissing(OutputFile& references, std::size_t cited, int found) {
+  const std::string citations = std::to_string(cited);
+  const std::string entries = std::to_string(found);
+  ReportError(citations + " citations could be found in the LaTeX file. However, only " + entries +
+                  " corresponding entries were found in the BibTeX library! Did you choose the "
+                  "correct files?",
+              "Correct files?", kReportInBox);
+  references.Write({"   Note: ", citations,
+                    " citations could be found in the LaTeX file.\n   However, only ", entries,
+                    " corresponding entries could be found in the BibTeX library!\n   Did you "
+                    "choose the correct files?\n\n   Here are all entries cited in the LaTeX file "
+                    "that could be found also in the BibTeX library ... .\n\n\n"});
+}
+
+void PrintExtracted(OutputFile& references, const Settings& settings, const EntryKind& entry,
+                    EntryValues& values) {
+  const std::optional<JournalStyle> style = SelectedStyle(settings);
+  if (!style) return;
+  const bool springer = *style == JournalStyle::kSpringerCompSci;
+  ReferenceKind kind = entry.kind;
+  if (kind == ReferenceKind::kArticle) {
+    if (springer) ReplaceString(At(values, Value::kJournal), ".", "");
+    if (settings.PrintTitle != 0) kind = ReferenceKind::kArticleTitle;
+  }
+  if (kind == ReferenceKind::kIncol && springer) kind = ReferenceKind::kInpro;
+  PrintReference(references, GlobalJournalStyles.Format(*style, KeyOf(kind, true)),
+                 ValueOrder(kind, *style), values);
+}
+
+/// Writes the list of keys; 0 after a `PrintError` when that fails.
+int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
+  const auto list =
+      CreateOutput(run, OutputPath(run.second_path, Output::kExtractKeys), CreateMode::kWrite);
+  if (!list) return Fail(kKeysNotCreated);
+  list->Write({TextFileHeader, "\n"});
+  for (const std::string& key : keys) list->Write({key, "\n"});
+  return CloseOutputs({list.get()}) ? kSucceeded : kFailed;
+}
+
+/// Writes the library of the cited entries; gives their number, 0 after a `PrintError`.
+int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys) {
+  std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+  if (!library) return Fail(kLibraryNotOpened);
+  const auto output =
+      CreateOutput(run, OutputPath(run.second_path, Output::kExtractLibrary), CreateMode::kWrite);
+  if (!output) return Fail(kLibraryNotCreated);
+  output->Write({BibFileHeader, "\n"});
+  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys);
+  if (found == 0) PrintError(kNothingFound);
+  return CloseOutputs({output.get()}) ? found : 0;
+}
+
+/// Writes the references of the new library, which holds `found` entries for `cited` keys.
+int WriteReferences(const RunContext& run, std::size_t cited, int found) {
+  std::optional<LineStream> library =
+      run.files.OpenLines(OutputPath(run.second_path, Output::kExtractLibrary), ReadMode::kUpdate);
+  if (!library) return Fail(kNewLibraryNotOpened);
+  const auto references =
+      CreateOutput(run, OutputPath(run.second_path, Output::kExtractTex), CreateMode::kWrite);
+  if (!references) return Fail(kReferencesNotCreated);
+  references->Write({TexFileHeader, "\n"});
+  if (static_cast<std::size_t>(found) < cited) TellMissing(*references, cited, found);
+  if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
+
+  ReferenceWalk walk(
+      *library, *references, run.settings,
+      {limits::kLongLine, true, false, kAdvice,
+       [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
+       [&](const EntryKind& entry, EntryValues& values) {
+         PrintExtracted(*references, run.settings, entry, values);
+       }});
+  if (!walk.ReadNext()) return Fail(kNoHeader);
+  if (!walk.Run(found)) return Fail(kLibraryTooShort);
+  TellUnsupported(walk.Unsupported(), kReferencesName);
+  return CloseOutputs({references.get()}) ? kSucceeded : kFailed;
+}
+
+}  // namespace
+
+int ScanCitations(LineStream& document, std::vector<std::string>& keys) {
+  std::unordered_set<std::string> known(keys.begin(), keys.end());
+  const auto store = [&](const std::string& key) {
+    if (known.insert(key).second) keys.push_back(key);
+  };
+  while (const auto text = document.ReadLine(limits::kShortLine)) {
+    if (text->find(kCiteBrace) == std::string_view::npos) continue;
+    std::string line(*text);
+    while (line.find(kCiteBrace) != std::string::npos) {
+      line.erase(0, line.find(kCite));
+      std::string list(CopyUntilChar(line, '{', '}'));
+      ReplaceBetween(line, "done", '\\', '{');
+      while (list.find(',') != std::string::npos) store(SplitAtComma(list));
+      if (!list.empty()) store(list);
+    }
+  }
+  return static_cast<int>(keys.size());
+}
+
+int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
+                                           const std::vector<std::string>& keys) {
+  CitedEntries entries(keys);
+  entries.Find(library);
+  int found = 0;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const std::optional<std::size_t> head = entries.Head(i);
+    if (!head) continue;
+    library.SetPosition(*head);
+    if (!CopyEntry(output, library)) return Fail(kLibraryEndsWithHead);
+    ++found;
+  }
+  return found;
+}
+
+int RunExtract(const RunContext& run) {
+  if (run.first_path.empty()) return Fail(kNoDocument);
+  if (run.second_path.empty()) return Fail(kNoLibrary);
+  std::vector<std::string> keys;
+  {
+    std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+    if (!document) return Fail(kDocumentNotOpened);
+    ScanCitations(*document, keys);
+  }
+  if (WriteKeys(run, keys) != kSucceeded) return kFailed;
+  const int found = WriteLibrary(run, keys);
+  if (found == 0) return kFailed;
+  return WriteReferences(run, keys.size(), found);
+}
 
 }  // namespace tarvel

@@ -1,8 +1,92 @@
 // SPDX-License-Identifier: MIT
+// Journals: writes a library anew in which every journal that a list knows has its full name or its
+// abbreviation.
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "app/globals.h"
+#include "app/texts.h"
+#include "ops/journal_lines.h"
+#include "ops/journal_table.h"
 #include "ops/operations.h"
 
 namespace tarvel {
 
-int RunJournals(const RunContext& /*run*/) { return Fail("Journals is not built yet."); }
+namespace {
+
+constexpr std::string_view kNotOpened =
+    "Function JournalStrings()_1: Could not open the BibTeX file!";
+constexpr std::string_view kListNotOpened =
+    "Function JournalStrings()_2: Could not open the '.tvl' file !\n";
+constexpr std::string_view kLogNotCreated =
+    "Function JournalStrings()_3: Could not open the log file!";
+constexpr std::string_view kLibraryNotCreated =
+    "Function JournalStrings()_4: Could not create the BibTeX file!";
+
+// ORDER: JournalListFault. The list's old names ('.bs') and the doubled "file" stay: sic.
+constexpr std::array<std::string_view, 5> kListFaults{
+    "", "Function JournalStrings()_5: There is no 'START' in the file '.bs' file!",
+    "Function JournalStrings()_6: Cannot read journal name in the file 'JournalStrings.bs' file!",
+    "Function JournalStrings()_7: Cannot read the abbreviation of the journal name in the file "
+    "'JournalStrings.bs' file!",
+    "Function JournalStrings()_8: There is no 'variations' string in the file 'JournalStrings.bs' "
+    "file!"};
+
+constexpr std::size_t kNameColumn = 70;  // bytes, to which a name is filled up from the left
+
+std::string ListPath(const RunContext& run) {
+  if (run.settings.UseOwnJournalFile != 0) return run.second_path;
+  return run.program_directory().append(kJournalListFile);
+}
+
+void WriteJournalList(OutputFile& log, const JournalTable& journals) {
+  // One more than there are: readers of the log have always known this count so.
+  log.Write({"There are ", std::to_string(journals.Journals().size() + 1),
+             " journal names listed in the 'JournalStrings.bs' file:\n"});
+  for (const Journal& journal : journals.Journals()) {
+    const std::string_view name = journal.abbreviation;
+    const std::string fill(name.size() < kNameColumn ? kNameColumn - name.size() : 0, ' ');
+    log.Write({"Journal name: ", fill, name,
+               ", number of variations: ", std::to_string(journal.variations), "\n"});
+  }
+  log.Write("\n\n");
+}
+
+}  // namespace
+
+int RunJournals(const RunContext& run) {
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) return Fail(kNotOpened, kInputNotOpened);
+  std::optional<LineStream> list = run.files.OpenLines(ListPath(run), ReadMode::kRead);
+  if (!list) return Fail(kListNotOpened);
+
+  const auto log =
+      CreateOutput(run, OutputPath(run.first_path, Output::kJournalLog), CreateMode::kWrite);
+  if (!log) return Fail(kLogNotCreated);
+  log->Write({LogFileHeader, "\n"});
+  const auto library = CreateOutput(run, OutputPath(run.first_path, Output::kJournalLibrary),
+                                    CreateMode::kWriteRead);
+  if (!library) return Fail(kLibraryNotCreated);
+  library->Write({BibFileHeader, "\n"});
+
+  JournalTable journals(std::move(*list));
+  const JournalListFault fault = journals.Read();
+  if (fault != JournalListFault::kNone) {
+    Fail(kListFaults[static_cast<std::size_t>(fault)]);
+    CloseOutputs({log.get(), library.get()});
+    return kFailed;
+  }
+
+  log->Write("Here are all Journal names which have been renamed:\n\n\n");
+  RenameJournals(*input, *library, *log, journals, run.settings);
+  log->Write({"The changed journal names are stored in a new BibTeX library:\n", library->Path(),
+              "\n\n\n\n"});
+  WriteJournalList(*log, journals);
+  return CloseOutputs({log.get(), library.get()}) ? kSucceeded : kFailed;
+}
 
 }  // namespace tarvel

@@ -1,8 +1,111 @@
 // SPDX-License-Identifier: MIT
+// Text: the entries of a library as references of a journal style, in plain text or in LaTeX.
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/texts.h"
+#include "core/text_primitives.h"
+#include "ops/latex_commands.h"
 #include "ops/operations.h"
+#include "ops/reference_walk.h"
 
 namespace tarvel {
 
-int RunText(const RunContext& /*run*/) { return Fail("Text is not built yet."); }
+namespace {
+
+constexpr std::string_view kNoLibrary =
+    "Function CreateText()_1, initialization => BibTeX file does not exist?";
+constexpr std::string_view kNotOpened =
+    "Function CreateText()_2 => Could not open the BibTeX file?";
+constexpr std::string_view kNotReopened =
+    "Function CreateText()_3 => Could not open the BibTeX file? Very strange ... .";
+constexpr std::string_view kTextNotCreated =
+    "Function CreateText()_4 => Could not create a new text file?";
+constexpr std::string_view kLibraryTooShort =  // sic: the library is not a new one
+    "Function Text()_5 => Could not read the new BibTeX file?";
+
+constexpr std::string_view kAdvice = "You have to type the entry yourself. ";
+constexpr std::string_view kTextName = "_text.txt";
+
+constexpr std::array kArticleTexts{Value::kAuthor, Value::kTitle, Value::kJournal};
+constexpr std::array kBookTexts{Value::kAuthor, Value::kTitle, Value::kPublisher, Value::kAddress};
+constexpr std::array kIncolTexts{Value::kAuthor, Value::kTitle,     Value::kBooktitle,
+                                 Value::kEditor, Value::kPublisher, Value::kAddress};
+constexpr std::array kInproTexts{Value::kAuthor, Value::kTitle, Value::kBooktitle, Value::kEditor,
+                                 Value::kAddress};
+constexpr std::array kThesisTexts{Value::kAuthor, Value::kTitle, Value::kSchool};
+
+// The values of a kind of entry that may hold LaTeX commands. ORDER: ReferenceKind
+constexpr std::array<std::span<const Value>, 6> kTexts{kArticleTexts, kArticleTexts, kBookTexts,
+                                                       kIncolTexts,   kInproTexts,   kThesisTexts};
+
+std::string NameReference(const Settings& settings, std::string_view key) {
+  if (settings.PrintBibitem == 0) return {};
+  const bool latex = settings.UseLaTeXCode != 0;
+  return std::string(latex ? "\\bibitem{" : "[").append(key).append(latex ? "}" : "]");
+}
+
+/// Makes the values ready to be printed. They stay so: what an entry takes over from the one before
+/// it is treated once more.
+void TreatValues(const Settings& settings, const LaTeXCommands& commands, ReferenceKind kind,
+                 EntryValues& values) {
+  if (settings.UseLaTeXCode != 0) {
+    StripBraces(At(values, Value::kTitle));
+    StripBraces(At(values, Value::kBooktitle));
+    return;
+  }
+  for (const Value value : kTexts[static_cast<std::size_t>(kind)]) {
+    ApplyLaTeXCommands(At(values, value), commands);
+  }
+}
+
+void PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
+               const EntryValues& values) {
+  const std::optional<JournalStyle> style = SelectedStyle(settings);
+  if (!style) return;
+  if (kind == ReferenceKind::kArticle && settings.PrintTitle != 0) {
+    kind = ReferenceKind::kArticleTitle;
+  }
+  const StyleKey key = KeyOf(kind, settings.UseLaTeXCode != 0);
+  PrintReference(output, GlobalJournalStyles.Format(*style, key), ValueOrder(kind, *style), values);
+}
+
+/// The number of entries of the library; nothing when it cannot be opened.
+std::optional<int> CountLibrary(const RunContext& run) {
+  std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  if (!library) return std::nullopt;
+  return CountEntries(*library);
+}
+
+}  // namespace
+
+int RunText(const RunContext& run) {
+  if (run.first_path.empty()) return Fail(kNoLibrary);
+  const std::optional<int> entries = CountLibrary(run);
+  if (!entries) return Fail(kNotOpened);
+  std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  if (!library) return Fail(kNotReopened);
+  const auto output =
+      CreateOutput(run, OutputPath(run.first_path, Output::kText), CreateMode::kWrite);
+  if (!output) return Fail(kTextNotCreated);
+  output->Write({TextFileHeader, "\n"});
+
+  LaTeXCommands commands;
+  if (CreateText_LaTeXArray(run, commands) != kSucceeded) return kFailed;
+  if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
+
+  ReferenceWalk walk(*library, *output, run.settings,
+                     {limits::kShortLine, false, true, kAdvice,
+                      [&](std::string_view key) { return NameReference(run.settings, key); },
+                      [&](const EntryKind& entry, EntryValues& values) {
+                        TreatValues(run.settings, commands, entry.kind, values);
+                        PrintText(*output, run.settings, entry.kind, values);
+                      }});
+  if (!walk.Run(*entries)) return Fail(kLibraryTooShort);
+  TellUnsupported(walk.Unsupported(), kTextName);
+  return CloseOutputs({output.get()}) ? kSucceeded : kFailed;
+}
 
 }  // namespace tarvel

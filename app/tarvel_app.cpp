@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "app/tarvel_app.h"
+
+#include "app/process.h"
+#include "core/reports.h"
+#include "gui/tarvel_dialog.h"
+
+namespace tarvel {
+
+bool Tarvel_App::OnInit() {
+  // wxApp::OnInit is not called: it would parse the command line and refuse what it does not know.
+  InstallReporter(reporter_);
+  RaiseStackLimit();
+  auto* dialog = new Tarvel_Dialog(nullptr);
+  SetTopWindow(dialog);
+  dialog->Show(true);
+  return true;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/app.h>
+
+#include "gui/wx_reporter.h"
+
+namespace tarvel {
+
+/// The application object of the dialog.
+class Tarvel_App : public wxApp {
+ public:
+  /// Raises the stack limit and shows the main dialog; gives true. The command line is not looked
+  /// at.
+  bool OnInit() override;
+
+ private:
+  WxReporter reporter_;
+};
+
+}  // namespace tarvel

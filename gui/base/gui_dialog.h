@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/button.h>
+#include <wx/dialog.h>
+#include <wx/filepicker.h>
+#include <wx/panel.h>
+#include <wx/stattext.h>
+
+#include <array>
+
+#include "app/operations.h"
+
+namespace tarvel {
+
+/// The widgets of the main dialog, and a handler that does nothing for each of its events. The rows
+/// come from the operation table.
+class GUIDialog : public wxDialog {
+ public:
+  GUIDialog(wxWindow* parent, wxWindowID id, const wxString& title,
+            const wxPoint& position = wxDefaultPosition, const wxSize& size = wxDefaultSize,
+            long style = wxDEFAULT_DIALOG_STYLE);
+
+ protected:
+  struct Row {
+    wxStaticText* description = nullptr;
+    wxButton* help = nullptr;
+    wxButton* operation = nullptr;
+    wxButton* preferences = nullptr;  // null in rows without preferences
+  };
+
+  virtual void OnClose(wxCloseEvent& /*event*/) {}
+  virtual void OnInitialise(wxInitDialogEvent& event) { event.Skip(); }
+  virtual void OnFirstFileChanged(wxFileDirPickerEvent& /*event*/) {}
+  virtual void OnSecondFileChanged(wxFileDirPickerEvent& /*event*/) {}
+
+  virtual void OnHelpExtract(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpCompare(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpText(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpJournals(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpCleanDoubles(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpCleanAuthors(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpCleanCharacters(wxCommandEvent& /*event*/) {}
+  virtual void OnHelpCleanTags(wxCommandEvent& /*event*/) {}
+
+  virtual void OnExtract(wxCommandEvent& /*event*/) {}
+  virtual void OnCompare(wxCommandEvent& /*event*/) {}
+  virtual void OnText(wxCommandEvent& /*event*/) {}
+  virtual void OnJournals(wxCommandEvent& /*event*/) {}
+  virtual void OnCleanDoubles(wxCommandEvent& /*event*/) {}
+  virtual void OnCleanAuthors(wxCommandEvent& /*event*/) {}
+  virtual void OnCleanCharacters(wxCommandEvent& /*event*/) {}
+  virtual void OnCleanTags(wxCommandEvent& /*event*/) {}
+
+  virtual void OnPreferencesExtract(wxCommandEvent& /*event*/) {}
+  virtual void OnPreferencesText(wxCommandEvent& /*event*/) {}
+  virtual void OnPreferencesJournals(wxCommandEvent& /*event*/) {}
+  virtual void OnPreferencesCleanTags(wxCommandEvent& /*event*/) {}
+
+  virtual void OnAbout(wxCommandEvent& /*event*/) {}
+  virtual void OnQuit(wxCommandEvent& /*event*/) {}
+
+  wxPanel* files_panel_ = nullptr;
+  wxStaticText* first_file_label_ = nullptr;
+  wxFilePickerCtrl* first_file_picker_ = nullptr;
+  wxStaticText* second_file_label_ = nullptr;
+  wxFilePickerCtrl* second_file_picker_ = nullptr;
+
+  wxPanel* operations_panel_ = nullptr;
+  std::array<Row, 8> rows_;  // ORDER: Operations()
+
+  wxPanel* buttons_panel_ = nullptr;
+  wxButton* about_button_ = nullptr;
+  wxButton* quit_button_ = nullptr;
+
+ private:
+  wxPanel* BuildFiles();
+  wxPanel* BuildOperations();
+  Row BuildRow(const Operation& operation, wxSizer& grid);
+  wxPanel* BuildButtons();
+  void ConnectEvents();
+  wxStaticText* NewLabel(wxWindow* parent, std::string_view text);
+};
+
+}  // namespace tarvel

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "gui/base/pref_dialog.h"
+
+#include <wx/stattext.h>
+
+#include <algorithm>
+
+#include "gui/base/widgets.h"
+#include "gui/wx_text.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr int kGap = 4;
+constexpr int kMargin = 12;
+constexpr int kColumnGap = 16;
+constexpr int kTitleBarRest = 140;  // what a title bar holds beside the title
+
+}  // namespace
+
+PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
+                       const wxPoint& position, const wxSize& size, long style,
+                       std::span<const PreferenceSection> sections)
+    : wxDialog(parent, id, title, position, size, style), lines_(new wxBoxSizer(wxVERTICAL)) {
+  for (const PreferenceSection& section : sections) AddSection(section);
+  auto* border = new wxBoxSizer(wxVERTICAL);
+  border->Add(lines_, 1, wxEXPAND | wxALL, kMargin);
+  SetSizer(border);
+  Bind(wxEVT_CLOSE_WINDOW, &PrefDialog::OnClose, this);
+}
+
+void PrefDialog::AddSection(const PreferenceSection& section) {
+  auto* heading = new wxStaticText(this, wxID_ANY, ToWx(section.heading));
+  heading->SetFont(GetFont().Bold());
+  lines_->Add(heading, 0, wxBOTTOM, kGap);
+  if (!section.radios.empty()) AddRadios(section.radios);
+  if (!section.check_boxes.empty()) AddCheckBoxes(section);
+  lines_->AddSpacer(kMargin);
+}
+
+void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
+  // GTK keeps one button of a group on. A group whose flags are all off shows so because the button
+  // that is on, this one, is not shown.
+  auto* none =
+      new wxRadioButton(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, wxRB_GROUP);
+  none->SetValue(true);
+  none->Hide();
+  for (const RadioRow& row : rows) {
+    auto* radio = new wxRadioButton(this, wxID_ANY, ToWx(row.label));
+    radio->SetName(ToWx(row.label));
+    radio->Bind(wxEVT_RADIOBUTTON, [this, &row](wxCommandEvent&) { OnRadio(row); });
+    radios_.emplace_back(radio, row.flag);
+    lines_->Add(radio, 0, wxLEFT | wxBOTTOM, kGap);
+  }
+}
+
+void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
+  auto* columns = new wxBoxSizer(wxHORIZONTAL);
+  wxBoxSizer* column = nullptr;
+  for (std::size_t i = 0; i < section.check_boxes.size(); ++i) {
+    if (i % kColumnHeight == 0) {
+      column = new wxBoxSizer(wxVERTICAL);
+      columns->Add(column, 0, wxRIGHT, kColumnGap);
+    }
+    const CheckRow& row = section.check_boxes[i];
+    auto* box = new wxCheckBox(this, wxID_ANY, ToWx(row.label));
+    box->SetName(ToWx(row.label));
+    if (!section.description.empty()) {
+      Describe(*box, std::string(section.description).append(row.label));
+    }
+    box->Bind(wxEVT_CHECKBOX,
+              [this, &row](wxCommandEvent& event) { OnCheckBox(row, event.IsChecked()); });
+    check_boxes_.emplace_back(box, row.flag);
+    column->Add(box, 0, wxLEFT | wxBOTTOM, kGap);
+  }
+  lines_->Add(columns);
+}
+
+void PrefDialog::AddButtons(std::initializer_list<wxButton*> buttons) {
+  done_button_ = NewButton(this, "Done", {}, "Done");
+  done_button_->Bind(wxEVT_BUTTON, &PrefDialog::OnDone, this);
+  auto* line = new wxBoxSizer(wxHORIZONTAL);
+  line->AddStretchSpacer();
+  for (wxButton* button : buttons) line->Add(button, 0, wxRIGHT, kGap);
+  line->Add(done_button_);
+  lines_->Add(line, 0, wxEXPAND);
+  lines_->SetMinSize(GetTextExtent(GetTitle()).x + kTitleBarRest, -1);  // never a cut title
+  GetSizer()->Fit(this);
+}
+
+void PrefDialog::ShowFlags() {
+  for (const auto& [radio, flag] : radios_) {
+    if (flag.In(GlobalSettings) != 0) radio->SetValue(true);  // the group clears the others
+  }
+  for (const auto& [box, flag] : check_boxes_) box->SetValue(flag.In(GlobalSettings) != 0);
+}
+
+}  // namespace tarvel

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <wx/button.h>
+#include <wx/window.h>
+
+#include <string_view>
+
+namespace tarvel {
+
+/// Names a widget and shows the name as its tooltip, which is also the description that a screen
+/// reader reads: it tells one "Help" button from the other.
+void Describe(wxWindow& widget, std::string_view what);
+
+/// A button named `verb` and `object` together. A tooltip comes only with a verb: without one the
+/// label says it all.
+wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view verb,
+                    std::string_view object);
+
+}  // namespace tarvel

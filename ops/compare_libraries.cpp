@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "ops/compare_libraries.h"
+
+#include <functional>
+#include <utility>
+
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kJabRefMarker = "@COMMENT{JABREF";
+
+/// Of the places where lines begin only those this far apart are remembered, so that a library of
+/// short lines does not take more memory for its places than for its bytes.
+constexpr std::size_t kPlaceDistance = 16;
+
+/// Goes to the first line of a known entry, or to the end.
+void SkipToFirstEntry(LineStream& stream) {
+  Line line;
+  for (std::size_t start = 0; ReadLine(stream, limits::kPairLine, line);
+       start = stream.Position()) {
+    if (!IsKnownEntry(line)) continue;
+    stream.SetPosition(start);
+    return;
+  }
+}
+
+/// Reads lines up to the next that starts an entry, the block of data that JabRef appends included;
+/// gives where the line begins, and the line itself in capitals in `head`.
+std::optional<std::size_t> ReadHead(LineStream& stream, std::string& head) {
+  for (;;) {
+    const std::size_t start = stream.Position();
+    const auto line = stream.ReadLine(limits::kPairLine);
+    if (!line) return std::nullopt;
+    if (line->find('@') == std::string_view::npos) continue;
+    head.assign(*line);
+    StringToUpper(head);
+    if (IsKnownEntry(head) || head.find(kJabRefMarker) != std::string::npos) return start;
+  }
+}
+
+/// Copies lines from `start` on up to the first that begins with "}"; false when there is none.
+bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
+  stream.SetPosition(start);
+  bool closed = false;
+  while (!closed) {
+    const auto line = stream.ReadLine(limits::kPairLine);
+    if (!line) break;
+    closed = line->front() == '}';
+  }
+  out.Write(stream.Bytes().substr(start, stream.Position() - start));
+  return closed;
+}
+
+}  // namespace
+
+std::optional<Matches::Match> Matches::Next() {
+  if (!by_key_ && !by_content_) return std::nullopt;
+  const bool same_key = by_key_ && (!by_content_ || by_key_->start <= by_content_->start);
+  const KnownEntry* entry = same_key ? by_key_ : by_content_;
+  if (by_content_ == entry) by_content_ = by_content_->next_same_content;
+  if (same_key) by_key_ = by_key_->next_same_key;
+  return Match{entry, same_key};
+}
+
+std::size_t FirstLibrary::ContentHash::operator()(const KnownEntry* entry) const {
+  return HashOf(entry->compared) ^ std::hash<std::string_view>()(entry->type);
+}
+
+bool FirstLibrary::ContentEqual::operator()(const KnownEntry* one, const KnownEntry* other) const {
+  return one->type == other->type && one->compared == other->compared;
+}
+
+FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
+  const TagReader tags(kCompareTags);
+  SkipToFirstEntry(stream);
+  EntryRecord record;
+  std::string head;
+  while (const auto start = ReadHead(stream, head)) {
+    record.Start(head);
+    tags.ReadEntry(stream, record);
+    const TypeRule<CompareRule> found = CompareRuleFor(record.type);
+    if (!found.rule) continue;
+    entries_.push_back({found.rule, found.type, store_.Keep(record.key),
+                        KeepCompared(found.rule->group, record, store_), *start});
+  }
+  BuildIndexes();
+}
+
+void FirstLibrary::BuildIndexes() {
+  // From the last entry on, so that each chain leads through the file from the front.
+  for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
+    KnownEntry*& same_key = by_key_[entry->key];
+    entry->next_same_key = std::exchange(same_key, &*entry);
+    if (!entry->compared.Complete()) continue;
+    KnownEntry*& same_content = by_content_[&*entry];
+    entry->next_same_content = std::exchange(same_content, &*entry);
+  }
+}
+
+Matches FirstLibrary::Find(const EntryRecord& entry) const {
+  const auto by_key = by_key_.find(entry.key);
+  const KnownEntry* first_by_key = by_key == by_key_.end() ? nullptr : by_key->second;
+  const TypeRule<CompareRule> found = CompareRuleFor(entry.type);
+  if (!found.rule) return {first_by_key, nullptr};
+  // An entry that lacks a tag is found nowhere: only complete ones are in the index.
+  const KnownEntry wanted{found.rule, found.type, entry.key, Compared(found.rule->group, entry), 0};
+  const auto by_content = by_content_.find(&wanted);
+  return {first_by_key, by_content == by_content_.end() ? nullptr : by_content->second};
+}
+
+void FirstLibrary::Copy(const KnownEntry& entry, OutputFile& out) {
+  CopyLines(stream_, entry.start, out);
+}
+
+SecondLibrary::SecondLibrary(LineStream& stream) : stream_(stream) { SkipToFirstEntry(stream); }
+
+bool SecondLibrary::Next() {
+  const auto start = ReadHead(stream_, head_);
+  if (!start) return false;
+  start_ = *start;
+  next_.record.Start(head_);
+  next_.places.clear();
+  EntryLineEnd end = EntryLineEnd::kInside;
+  while (end == EntryLineEnd::kInside) {
+    const std::size_t place = stream_.Position();
+    if (MeetsLast(place)) {
+      TakeLastFrom(place);
+      return true;
+    }
+    if (next_.places.empty() || place - next_.places.back() >= kPlaceDistance) {
+      next_.places.push_back(place);
+    }
+    end = tags_.ReadLine(stream_, next_.record);
+  }
+  next_.end = stream_.Position();
+  last_.places.assign(next_.places.rbegin(), next_.places.rend());
+  std::swap(last_.record, next_.record);
+  last_.end = next_.end;
+  return true;
+}
+
+/// Whether the entry before was read from this place on as well. Places before it are forgotten:
+/// they can only be asked for in the order of the file.
+bool SecondLibrary::MeetsLast(std::size_t place) {
+  while (!last_.places.empty() && last_.places.back() < place) last_.places.pop_back();
+  return !last_.places.empty() && last_.places.back() == place;
+}
+
+/// Ends the entry as the one before ended: fields that it filled behind `place` are the same.
+void SecondLibrary::TakeLastFrom(std::size_t place) {
+  for (std::size_t i = 0; i < kFieldCount; ++i) {
+    FieldValue& last = last_.record.fields[i];
+    if (last.Place() < place) std::swap(last, next_.record.fields[i]);
+  }
+  std::swap(last_.record.key, next_.record.key);
+  std::swap(last_.record.type, next_.record.type);
+  last_.places.insert(last_.places.end(), next_.places.rbegin(), next_.places.rend());
+  stream_.SetPosition(last_.end);
+}
+
+bool SecondLibrary::Copy(OutputFile& out) { return CopyLines(stream_, start_, out); }
+
+}  // namespace tarvel

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entry_record.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "core/text_primitives.h"
+#include "core/value_reader.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{1} << 16;
+
+std::vector<std::string_view> NamesOf(std::span<const TagName> tags) {
+  std::vector<std::string_view> names;
+  for (const TagName& tag : tags) names.push_back(tag.name);
+  return names;
+}
+
+/// The value behind the first "{" of `line` if all of it stands on this line; nothing if it goes on
+/// behind a line break.
+std::optional<std::string_view> ValueOnLine(std::string_view line) {
+  const std::size_t brace = line.find('{');
+  if (brace == std::string_view::npos) return std::string_view();
+  const std::string_view rest = line.substr(brace + 1);
+  if (rest.empty()) return std::nullopt;
+  int depth = 1;
+  for (std::size_t i = 0; i < rest.size(); ++i) {
+    if (rest[i] == '\n') return std::nullopt;
+    if (rest[i] == '{') ++depth;
+    if (rest[i] == '}' && --depth == 0) return rest.substr(0, i);
+  }
+  return rest;  // the line ends without a line break, and the value with it
+}
+
+void ReadValue(std::string_view text, LineStream& stream, FieldValue& value) {
+  if (const auto on_line = ValueOnLine(text)) {
+    value.SetView(*on_line);
+    return;
+  }
+  Line line(text);
+  ReadFieldValue(line, stream, value.SetJoined());
+}
+
+/// Keeps the first page: "123-130" and "123--130" both become "123", "-130" becomes empty.
+void KeepFirstPage(FieldValue& pages) {
+  const std::size_t dash = pages.Text().find('-');
+  if (dash != std::string_view::npos) pages.Cut(dash);
+}
+
+}  // namespace
+
+std::string_view TextStore::Keep(std::string_view text) {
+  if (text.size() > room_) {
+    const std::size_t size = std::max(text.size(), kBlockSize);
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
+    if (size > kBlockSize) {
+      std::copy(text.begin(), text.end(), blocks_.back().get());
+      return {blocks_.back().get(), text.size()};
+    }
+    free_ = blocks_.back().get();
+    room_ = size;
+  }
+  char* copy = free_;
+  free_ = std::copy(text.begin(), text.end(), copy);
+  room_ -= text.size();
+  return {copy, text.size()};
+}
+
+void FieldValue::Cut(std::size_t size) {
+  if (is_joined_) {
+    joined_.resize(std::min(size, joined_.size()));
+  } else {
+    view_ = view_.substr(0, size);
+  }
+}
+
+void EntryRecord::Start(std::string_view head) {
+  key = CopyUntilChar(head, '{', ',');
+  type = CopyUntilChar(head, '@', '{');
+  for (FieldValue& field : fields) field.Clear();
+}
+
+TagReader::TagReader(std::span<const TagName> tags) : tags_(tags), matcher_(NamesOf(tags)) {}
+
+EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record) const {
+  const bool met_end = stream.AtEnd();
+  const std::size_t place = stream.Position();
+  const auto line = stream.ReadLine(limits::kPairLine);
+  if (!line) return met_end ? EntryLineEnd::kFileEnded : EntryLineEnd::kReadFailed;
+  const int tag = matcher_.First(*line);
+  if (tag < 0) return line->front() == '}' ? EntryLineEnd::kClosed : EntryLineEnd::kInside;
+  const Field field = tags_[static_cast<std::size_t>(tag)].field;
+  FieldValue& value = record[field];
+  ReadValue(*line, stream, value);
+  value.SetPlace(place);
+  if (field == Field::kPages) KeepFirstPage(value);
+  return EntryLineEnd::kInside;
+}
+
+EntryLineEnd TagReader::ReadEntry(LineStream& stream, EntryRecord& record) const {
+  EntryLineEnd end = EntryLineEnd::kInside;
+  while (end == EntryLineEnd::kInside) end = ReadLine(stream, record);
+  return end;
+}
+
+}  // namespace tarvel

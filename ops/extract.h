@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/line_stream.h"
+#include "core/output_file.h"
+
+namespace tarvel {
+
+/// Adds the keys that a LaTeX document cites with "\cite{" to `keys`, in the order of their first
+/// citation and each once; gives how many `keys` holds then. Lines are read with at most 999 bytes;
+/// a command that is cut by that limit is missed. Blanks belong to a key. The keys are taken from
+/// the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both.
+int ScanCitations(LineStream& document, std::vector<std::string>& keys);
+
+/// Copies the entries of the keys to `output`, in the order of the keys: for each the first entry
+/// of the library on whose head "{", the key and "," stand. Gives the number of keys that have one;
+/// 0 after a `PrintError` when the library ends with the head of such an entry.
+int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
+                                           const std::vector<std::string>& keys);
+
+}  // namespace tarvel

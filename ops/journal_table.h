@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "core/line_stream.h"
+
+namespace tarvel {
+
+/// What is wrong with a journal list: the place at which it ends too early.
+enum class JournalListFault { kNone, kNoStart, kNoName, kNoAbbreviation, kNoVariations };
+
+/// One journal of the list. The names may be empty.
+struct Journal {
+  std::string_view full_name;
+  std::string_view abbreviation;
+  int variations = 0;  // how many lines of variations its block holds
+};
+
+/// The name of the list that a value matched, and its journal's index.
+struct JournalMatch {
+  std::string_view text;
+  std::size_t index = 0;
+};
+
+/// Copies `source` without every blank, tab, '.', ':', ';', '{', '}' and backslash.
+void SqueezeJournalName(std::string_view source, std::string& destination);
+
+/// The journals of a list and the search for one by any of its names.
+class JournalTable {
+ public:
+  /// How many journals are read; the rest of a longer list is not looked at.
+  static constexpr std::size_t kMostJournals = 20000;
+  /// How many variations of one journal are searched: further ones are counted, but give way to
+  /// the next journal's.
+  static constexpr int kSearchedVariations = 20;
+
+  /// A table over the list `lines`; `most` is there for tests.
+  explicit JournalTable(LineStream lines, std::size_t most = kMostJournals)
+      : lines_(std::move(lines)), most_(most) {}
+
+  /// Reads the list in lines of at most 4,999 bytes. Names end one byte before their line does,
+  /// whatever that byte is. Call it once; after a fault the table is of no use.
+  JournalListFault Read();
+
+  /// The journals in the order of the list.
+  std::span<const Journal> Journals() const { return journals_; }
+
+  /// The journal of which one name equals `value`, letter case and the bytes that
+  /// `SqueezeJournalName` leaves out aside. Abbreviations go before full names, full names before
+  /// variations, and each from the first journal on. The first empty abbreviation ends the search
+  /// of all abbreviations; so do an empty full name and, for its journal, an empty variation. A
+  /// name of nothing but left-out bytes is not empty and matches a value of such bytes.
+  std::optional<JournalMatch> FindJournal(std::string_view value) const;
+
+ private:
+  JournalListFault ReadBlock();
+  void ReadVariations(Journal& journal);
+  void BuildIndex();
+  void Add(std::string_view text, std::size_t index);
+
+  LineStream lines_;  // all names are views into it
+  std::size_t most_;
+  std::vector<Journal> journals_;
+  std::vector<JournalMatch> variations_;  // those that are searched
+  std::unordered_map<std::string, JournalMatch> found_by_key_;
+};
+
+}  // namespace tarvel

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "ops/kept_entries.h"
+
+#include <iterator>
+#include <utility>
+
+namespace tarvel {
+
+namespace {
+
+std::size_t IndexOf(const DoublesRule& rule) {
+  return static_cast<std::size_t>(&rule - kDoublesRules.data());
+}
+
+/// Whether entries of this rule's types are told apart by their tags at all.
+bool ComparesTags(const DoublesRule* rule) { return rule && !rule->group.compared.empty(); }
+
+std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
+  return HashOf(values) ^ std::hash<std::string_view>()(type);
+}
+
+}  // namespace
+
+KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::size_t end_place)
+    : head(head_place), end(end_place), key(record.key), rule(DoublesRuleFor(record.type)) {
+  std::size_t size = 0;
+  for (const FieldValue& field : record.fields) size += field.Text().size();
+  values_.reserve(size);
+  bounds_[0] = 0;
+  for (std::size_t i = 0; i < kFieldCount; ++i) {
+    values_.append(record.fields[i].Text());
+    bounds_[i + 1] = values_.size();
+  }
+  for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
+    const TypeGroup& group = kDoublesRules[i].group;
+    if (!group.compared.empty() && Compared(group).Complete()) complete_ |= 1U << i;
+  }
+}
+
+ComparedValues KeptEntry::Compared(const TypeGroup& group) const {
+  ComparedValues compared;
+  for (const Field field : group.compared) {
+    const auto index = static_cast<std::size_t>(field);
+    const std::size_t begin = bounds_[index];
+    compared.values[compared.count++] =
+        std::string_view(values_).substr(begin, bounds_[index + 1] - begin);
+  }
+  return compared;
+}
+
+bool KeptEntry::IsComplete(const DoublesRule& by_rule) const {
+  return (complete_ >> IndexOf(by_rule) & 1U) != 0;
+}
+
+void EntryList::Add(const KeptEntry& entry) {
+  if (IsEmpty()) {
+    only_ = &entry;
+    return;
+  }
+  if (!several_) several_ = std::make_unique<Ordered>(Ordered{std::exchange(only_, nullptr)});
+  several_->insert(several_->end(), &entry);
+}
+
+void EntryList::Remove(const KeptEntry& entry) {
+  if (!several_) {
+    if (only_ == &entry) only_ = nullptr;
+    return;
+  }
+  several_->erase(&entry);
+  if (several_->size() > 1) return;
+  only_ = *several_->begin();
+  several_.reset();
+}
+
+std::size_t EntryList::Size() const { return several_ ? several_->size() : IsEmpty() ? 0 : 1; }
+
+std::size_t EntryList::CountUpTo(const KeptEntry& last) const {
+  if (!several_) return only_ && only_->head <= last.head ? 1 : 0;
+  const auto behind = several_->upper_bound(&last);
+  return static_cast<std::size_t>(std::distance(several_->begin(), behind));
+}
+
+const KeptEntry* EntryList::First() const { return several_ ? *several_->begin() : only_; }
+
+const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& test) const {
+  if (!several_) return only_ && test(*only_) ? only_ : nullptr;
+  for (const KeptEntry* entry : *several_) {
+    if (test(*entry)) return entry;
+  }
+  return nullptr;
+}
+
+KeptEntries::KeptEntries(std::size_t size) {
+  constexpr std::size_t kUsualEntry = 400;
+  by_key_.reserve(size / kUsualEntry);
+  by_content_.reserve(size / kUsualEntry);
+}
+
+void KeptEntries::Add(KeptEntry entry) {
+  const std::size_t head = entry.head;
+  AddToIndexes(entries_.emplace_hint(entries_.end(), head, std::move(entry))->second);
+}
+
+void KeptEntries::Remove(std::size_t begin, std::size_t end) {
+  const auto first = entries_.lower_bound(begin);
+  auto next = first;
+  for (; next != entries_.end() && next->first < end; ++next) RemoveFromIndexes(next->second);
+  entries_.erase(first, next);
+}
+
+void KeptEntries::AddToIndexes(const KeptEntry& entry) {
+  SameKey& same = by_key_[entry.key];
+  const auto add_complete = [&same](const KeptEntry& added) {
+    for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
+      if (added.IsComplete(kDoublesRules[i])) (*same.complete)[i].Add(added);
+    }
+  };
+  if (!same.all.IsEmpty() && !same.complete) {
+    same.complete = std::make_unique<std::array<EntryList, kDoublesRules.size()>>();
+    add_complete(*same.all.First());
+  }
+  same.all.Add(entry);
+  if (same.complete) add_complete(entry);
+
+  if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
+  by_content_[ContentHash(entry.rule.type, entry.Compared(entry.rule.rule->group))].Add(entry);
+}
+
+void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
+  const auto same = by_key_.find(entry.key);
+  same->second.all.Remove(entry);
+  if (same->second.all.IsEmpty()) {
+    by_key_.erase(same);
+  } else if (same->second.complete) {
+    for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
+      if (entry.IsComplete(kDoublesRules[i])) (*same->second.complete)[i].Remove(entry);
+    }
+  }
+
+  if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
+  const auto content =
+      by_content_.find(ContentHash(entry.rule.type, entry.Compared(entry.rule.rule->group)));
+  content->second.Remove(entry);
+  if (content->second.IsEmpty()) by_content_.erase(content);
+}
+
+const KeptEntry* KeptEntries::FirstComplete(const std::string& key, const DoublesRule& rule) const {
+  const auto same = by_key_.find(key);
+  if (same == by_key_.end()) return nullptr;
+  if (same->second.complete) return (*same->second.complete)[IndexOf(rule)].First();
+  const KeptEntry* only = same->second.all.First();
+  return only->IsComplete(rule) ? only : nullptr;
+}
+
+const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
+                                         const ComparedValues& values) const {
+  if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
+  const auto found = by_content_.find(ContentHash(rule.type, values));
+  if (found == by_content_.end()) return nullptr;
+  return found->second.First([&](const KeptEntry& entry) {
+    return entry.rule.type == rule.type && entry.Compared(rule.rule->group) == values;
+  });
+}
+
+const EntryList* KeptEntries::WithKey(const std::string& key) const {
+  const auto same = by_key_.find(key);
+  return same == by_key_.end() ? nullptr : &same->second.all;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "ops/entry_record.h"
+#include "ops/group_rules.h"
+
+namespace tarvel {
+
+/// An entry as it stands in the new library.
+struct KeptEntry {
+  /// Copies what `record` holds. `head` and `end` are the places of the entry's first line and of
+  /// the line behind its last.
+  KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end);
+
+  ComparedValues Compared(const TypeGroup& group) const;
+  /// Whether all the compared tags of `rule` are present.
+  bool IsComplete(const DoublesRule& rule) const;
+
+  std::size_t head;
+  std::size_t end;
+  std::string key;
+  TypeRule<DoublesRule> rule;
+
+ private:
+  // All values in one text, as most entries have few and there are many entries.
+  std::string values_;
+  std::array<std::size_t, kFieldCount + 1> bounds_;
+  std::uint32_t complete_ = 0;  // bit i: complete for kDoublesRules[i]
+};
+
+/// Entries that share something, in the order of the file. Nearly always it is just one.
+class EntryList {
+ public:
+  void Add(const KeptEntry& entry);
+  void Remove(const KeptEntry& entry);
+  bool IsEmpty() const { return !only_ && !several_; }
+  /// The number of entries.
+  std::size_t Size() const;
+  /// The number of entries that stand no later than `last`.
+  std::size_t CountUpTo(const KeptEntry& last) const;
+  /// The first entry, or null.
+  const KeptEntry* First() const;
+  /// The first entry for which `test` is true, or null.
+  const KeptEntry* First(const std::function<bool(const KeptEntry&)>& test) const;
+
+ private:
+  struct ByPlace {
+    bool operator()(const KeptEntry* one, const KeptEntry* other) const {
+      return one->head < other->head;
+    }
+  };
+  using Ordered = std::set<const KeptEntry*, ByPlace>;
+
+  const KeptEntry* only_ = nullptr;
+  std::unique_ptr<Ordered> several_;  // two or more; `only_` is then null
+};
+
+/// The entries of the new library, found by their keys and by their compared tags. Each search
+/// gives the first of the file that fits, without looking at those that do not.
+class KeptEntries {
+ public:
+  /// Room for as many entries as a usual library of `size` bytes has.
+  explicit KeptEntries(std::size_t size);
+
+  /// Adds an entry; there is none yet with the same head.
+  void Add(KeptEntry entry);
+  /// Removes all entries whose heads stand at `begin` or behind, but before `end`.
+  void Remove(std::size_t begin, std::size_t end);
+
+  /// The first entry with this key that has all tags that `rule` compares; null if there is none.
+  const KeptEntry* FirstComplete(const std::string& key, const DoublesRule& rule) const;
+  /// The first entry of this type with these values in the compared tags; null if there is none.
+  const KeptEntry* FirstEqual(const TypeRule<DoublesRule>& rule,
+                              const ComparedValues& values) const;
+  /// All entries with this key; null if there are none.
+  const EntryList* WithKey(const std::string& key) const;
+
+ private:
+  struct SameKey {
+    EntryList all;
+    // For each rule the entries that are complete for it. Made with the second entry.
+    std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete;
+  };
+
+  void AddToIndexes(const KeptEntry& entry);
+  void RemoveFromIndexes(const KeptEntry& entry);
+
+  std::map<std::size_t, KeptEntry> entries_;  // by head; the indexes point into it
+  std::unordered_map<std::string, SameKey> by_key_;
+  std::unordered_map<std::size_t, EntryList> by_content_;  // by a hash of type and values
+};
+
+}  // namespace tarvel

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ops/run_context.h"
+
+namespace tarvel {
+
+/// The table of LaTeX commands and what plain text has in their place, with an index that finds the
+/// rows that can change a text.
+class LaTeXCommands {
+ public:
+  struct Row {
+    std::string command;
+    std::string replacement;
+  };
+
+  LaTeXCommands() = default;
+  explicit LaTeXCommands(std::vector<Row> rows);
+
+  const std::vector<Row>& Rows() const { return rows_; }
+  /// The first row from `from` on that is applied and whose command occurs in `text`; the number of
+  /// rows when there is none. Rows without a command and rows that begin with "#" are not applied.
+  std::size_t FindRow(std::string_view text, std::size_t from) const;
+
+ private:
+  // The rows that are applied, sorted by their commands' bytes and then by their place in the
+  // table: those whose commands begin with the same bytes stand together.
+  struct Span {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+  template <typename Test>
+  std::size_t FirstNot(Span span, Test passes) const;
+  std::size_t FindRowAt(std::string_view text, std::size_t from) const;
+  std::string_view SortedCommand(std::size_t i) const { return rows_[sorted_[i]].command; }
+
+  std::vector<Row> rows_;
+  std::vector<std::size_t> sorted_;
+  std::array<Span, 256> by_first_byte_{};
+};
+
+/// Reads the table of LaTeX commands below the program directory; gives 1, or 0 after a
+/// `PrintError` when the file cannot be opened.
+///
+/// Every line (of at most 999 bytes) behind the first that contains "START" is a row: the command
+/// up to a tab or a blank, blanks and tabs, the replacement up to a blank. The last byte of a line
+/// is cut, whatever it is.
+int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands);
+
+/// Applies the rows to `value`, one after the other, each with `ReplaceString` to what those before
+/// it left.
+void ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands);
+
+}  // namespace tarvel

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "gui/wx_text.h"
+
+#include <gtest/gtest.h>
+#include <wx/strconv.h>
+
+namespace tarvel {
+
+TEST(ToWx, TakesUtf8) {
+  EXPECT_EQ(ToWx("caf\xC3\xA9"), wxString(L"caf\u00E9"));
+  EXPECT_EQ(ToWx(""), wxString());
+  EXPECT_EQ(ToWx(std::string_view("a\0b", 3)).length(), 3u);
+}
+
+TEST(ToWx, TakesBytesOneByOneWhenTheyAreNotUtf8) {
+  EXPECT_EQ(ToWx("caf\xE9.bib"), wxString(L"caf\u00E9.bib"));
+}
+
+TEST(PathBytes, GivesTheNameOnDisk) {
+  for (const char* name : {"/a/lit.bib", "/a/caf\xC3\xA9.bib", "/a/caf\xE9.bib", ""}) {
+    EXPECT_EQ(PathBytes(wxString(name, *wxConvFileName)), name);
+  }
+}
+
+}  // namespace tarvel
