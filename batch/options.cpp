@@ -98,7 +98,7 @@ void AddTags(CLI::App& app, Settings& settings, const char* option, const char* 
            for (const std::string& tag : tags) SetTag(settings, tag, value);
          },
          help)
-      ->type_name("TAG[,TAG]...")
+      ->type_name("TAG[,TAG]")
       ->allow_extra_args(false)
       ->delimiter(',')
       ->trigger_on_parse();

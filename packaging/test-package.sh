@@ -130,7 +130,8 @@ grep -Ev "$ignored" "$root/tmp/before" >"$root/tmp/before.kept"
 grep -Ev "$ignored" "$root/tmp/after" >"$root/tmp/after.kept"
 diff "$root/tmp/before.kept" "$root/tmp/after.kept" | grep '^>' && fail "files are left"
 databases 2>/dev/null | cmp - "$root/tmp/databases" || fail "a database of the desktop has changed"
-left=$(in_root grep -rlis tarvel /usr /etc /var/lib --exclude-dir=apt || true)
+# dpkg keeps its state of before as *-old.
+left=$(in_root grep -rlis --exclude="*-old" tarvel /usr /etc /var/lib --exclude-dir=apt || true)
 [ -z "$left" ] || fail "named in: $left"
 in_root dpkg -s tarvel >/dev/null 2>&1 && fail "dpkg still knows it"
 say "nothing left: passed"
