@@ -21,10 +21,19 @@ constexpr char kDescription[] =
     "dialog's file pickers take: for extract the LaTeX document and the library, for compare two\n"
     "libraries, for journals a library and, if wanted, an own journal list, else one library.";
 
-/// The help text's first lines; CLI11's own would not name the files apart.
+constexpr std::size_t kNameColumn = 28;  // that of CLI11's option texts, behind two blanks
+
+/// The help text up to the options; CLI11's own would not name the files apart.
 class HelpFormatter final : public CLI::Formatter {
+  std::string make_description(const CLI::App* /*app*/) const override { return {}; }
   std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
-    return kUsage;
+    std::string text = std::string(kUsage) + kDescription + "\n\nOperations:\n";
+    for (const Operation& operation : Operations()) {
+      std::string name(operation.batch_name);
+      name.resize(kNameColumn, ' ');
+      text.append("  ").append(name).append(operation.description).append("\n");
+    }
+    return text;
   }
 };
 
@@ -99,7 +108,7 @@ void AddTags(CLI::App& app, Settings& settings, const char* option, const char* 
            for (const std::string& tag : tags) SetTag(settings, tag, value);
          },
          help)
-      ->type_name("TAG[,TAG]...")
+      ->type_name("TAG[,TAG]")
       ->allow_extra_args(false)
       ->delimiter(',')
       ->trigger_on_parse();

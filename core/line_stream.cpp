@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_stream.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace tarvel {
@@ -10,8 +14,22 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
+constexpr std::size_t kLargePage = std::size_t{1} << 21;
+
+/// Memory for the bytes of a file. A large file gets large pages where the system has them: one
+/// page fault then does for 512.
+char* Allocate(std::size_t size) {
+  const std::size_t pages = (size + kLargePage - 1) / kLargePage * kLargePage;
+  const bool large = size >= 2 * kLargePage && pages >= size;
+  void* bytes = large ? std::aligned_alloc(kLargePage, pages) : std::malloc(size);
+  if (!bytes) throw std::bad_alloc();
+  if (large) madvise(bytes, pages, MADV_HUGEPAGE);  // advice: without it, small pages do
+  return static_cast<char*>(bytes);
+}
 
 }  // namespace
+
+void LineStream::Free::operator()(char* bytes) const { std::free(bytes); }
 
 LineStream::LineStream(std::string_view bytes) {
   Grow(bytes.size());
@@ -28,7 +46,7 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
 }
 
 void LineStream::Grow(std::size_t capacity) {
-  auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
+  std::unique_ptr<char, Free> larger(Allocate(std::max<std::size_t>(capacity, 1)));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
   capacity_ = capacity;
@@ -77,6 +95,28 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
   return std::string_view(start, size);
 }
 
+/// The offset of the next `byte`, or the end of the file.
+std::size_t LineStream::FindAhead(char byte) {
+  std::size_t searched = position_;
+  for (;;) {
+    const std::size_t found = Bytes().find(byte, searched);
+    if (found != std::string_view::npos) return found;
+    searched = loaded_;
+    Fill(loaded_ + kChunk);
+    if (loaded_ == searched) return loaded_;
+  }
+}
+
+std::optional<std::string_view> LineStream::ReadLineWith(char byte, std::size_t limit) {
+  const std::size_t found = FindAhead(byte);
+  const std::string_view passed = Bytes().substr(position_, found - position_);
+  const std::size_t line_start = position_ + (passed.rfind('\n') + 1);  // npos + 1 is 0
+  // A line longer than the limit comes in pieces; the one with the byte is asked for.
+  const std::size_t pieces = (found - line_start) / (limit - 1);
+  position_ = found == loaded_ ? loaded_ : line_start + pieces * (limit - 1);
+  return ReadLine(limit);
+}
+
 void LineStream::SetPosition(std::size_t position) {
   position_ = std::min(position, loaded_);
   at_end_ = false;
@@ -92,6 +132,13 @@ std::string& Line::Edit() {
 
 bool ReadLine(LineStream& stream, std::size_t limit, Line& line) {
   const auto text = stream.ReadLine(limit);
+  if (!text) return false;
+  line.Set(*text);
+  return true;
+}
+
+bool ReadLineWith(LineStream& stream, char byte, std::size_t limit, Line& line) {
+  const auto text = stream.ReadLineWith(byte, limit);
   if (!text) return false;
   line.Set(*text);
   return true;

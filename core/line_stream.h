@@ -42,6 +42,10 @@ class LineStream {
   /// The next line, or nothing at the end. The view lives as long as the stream.
   std::optional<std::string_view> ReadLine(std::size_t limit);
 
+  /// The next line that holds `byte`, or nothing when none does: what reading line after line with
+  /// this limit would meet, without the cost of looking at each line.
+  std::optional<std::string_view> ReadLineWith(char byte, std::size_t limit);
+
   /// Offset of the next byte to be read.
   std::size_t Position() const { return position_; }
   /// Goes to an offset that `Position` gave before; clears the end-of-file indicator.
@@ -58,11 +62,16 @@ class LineStream {
   std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
 
  private:
+  struct Free {
+    void operator()(char* bytes) const;
+  };
+
+  std::size_t FindAhead(char byte);
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
 
   std::unique_ptr<ByteSource> source_;
-  std::unique_ptr<char[]> bytes_;
+  std::unique_ptr<char, Free> bytes_;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;
@@ -93,5 +102,7 @@ class Line {
 
 /// Reads the next line into `line`; at the end of the file `line` stays and the result is false.
 bool ReadLine(LineStream& stream, std::size_t limit, Line& line);
+/// The same for the next line that holds `byte`.
+bool ReadLineWith(LineStream& stream, char byte, std::size_t limit, Line& line);
 
 }  // namespace tarvel

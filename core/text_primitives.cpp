@@ -41,8 +41,9 @@ bool HoldsEntryMarker(std::string_view line) {
 }
 
 std::size_t FindOrLineEnd(std::string_view line, char byte, std::size_t from) {
-  const char stops[] = {byte, '\n'};
-  return std::min(line.find_first_of(std::string_view(stops, 2), from), line.size());
+  // Two searches for one byte each are several times faster than one for either of two.
+  const std::size_t found = std::min(line.find(byte, from), line.size());
+  return std::min(line.substr(0, found).find('\n', from), found);
 }
 
 /// How many bytes of `pattern` stand at the start of `text`.
@@ -64,7 +65,9 @@ bool IsKnownEntry(Line& line) {
 
 int CountEntries(LineStream& stream) {
   int count = 0;
-  for (Line line; ReadLine(stream, limits::kShortLine, line);) count += IsKnownEntry(line) ? 1 : 0;
+  for (Line line; ReadLineWith(stream, '@', limits::kShortLine, line);) {
+    count += IsKnownEntry(line) ? 1 : 0;
+  }
   return count;
 }
 

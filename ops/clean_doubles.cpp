@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Clean doubles: writes a library anew in which every item stands once. An entry is compared with
 // those already written, and the log explains each that is left out or gets a new key.
+#include <iterator>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "app/texts.h"
 #include "core/reports.h"

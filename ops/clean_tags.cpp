@@ -97,8 +97,8 @@ void SqueezeTagName(std::string_view source, std::string& destination) {
 }
 
 bool TagCleaner::Walk(Counters& counters) {
-  for (Line line; ReadLine(input_, limits::kLongLine, line);) {
-    if (line.Text().front() == '\n') continue;
+  // What this walk looks for, strings and heads, has an "@" in its line.
+  for (Line line; ReadLineWith(input_, '@', limits::kLongLine, line);) {
     const StringOutcome string = HandleStringLine(line);
     if (string == StringOutcome::kReadFailed) return false;
     if (string == StringOutcome::kRemoved) ++counters.removed_strings;
@@ -155,6 +155,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
 /// writes in front of its own data, so the marker never ends an entry; this order is kept.
 EntryLine TagCleaner::ReadEntryLine(Line& line) {
   if (!ReadLine(input_, limits::kTagLine, line)) return EntryLine::kEndOfFile;
+  if (line.Text().find('@') == std::string_view::npos) return EntryLine::kInside;
   const bool ends = IsKnownEntry(line) || line.Text().find(kJabRefMarker) != std::string_view::npos;
   return ends ? EntryLine::kNextHead : EntryLine::kInside;
 }

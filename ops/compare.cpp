@@ -2,6 +2,8 @@
 // Compare: tells which entries of the second library the first has, and copies those that it lacks
 // and its counterparts of those that it has.
 #include <array>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 

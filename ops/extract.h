@@ -15,9 +15,9 @@ namespace tarvel {
 /// the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both.
 int ScanCitations(LineStream& document, std::vector<std::string>& keys);
 
-/// Copies the entries of the keys to `output`, in the order of the keys: for each the first entry
-/// of the library on whose head "{", the key and "," stand. Gives the number of keys that have one;
-/// 0 after a `PrintError` when the library ends with the head of such an entry.
+/// Copies the entries of the keys (each key once) to `output`, in their order: for each the first
+/// entry of the library on whose head "{", the key and "," stand. Gives the number of keys that
+/// have one; 0 after a `PrintError` when the library ends with the head of such an entry.
 int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
                                            const std::vector<std::string>& keys);
 

@@ -14,7 +14,6 @@ wanted="
 test_wanted="
 /usr/include/gtest/gtest.h        libgtest-dev
 /usr/bin/Xvfb                     xvfb
-/usr/bin/xauth                    xauth
 /usr/bin/openbox                  openbox
 /usr/bin/xdotool                  xdotool
 /usr/bin/xprop                    x11-utils

@@ -134,6 +134,8 @@ TEST(CommandLine, AnswersWithoutAnOperation) {
   EXPECT_EQ(list.exit_status, 0);
   const BatchRequest help = ParseCommandLine({"--help"});
   EXPECT_EQ(help.exit_status, 0);
+  EXPECT_EQ(help.text.find("Usage: tarvel-batch"), 0U);
+  EXPECT_NE(help.text.find("  clean-tags                  Remove tags\n"), std::string::npos);
   for (const auto* word :
        {"tarvel-batch [OPTION]... OPERATION FIRST-FILE [SECOND-FILE]", "--style", "--pages",
         "--title", "--no-title", "--bibitem", "--latex", "--journal-names", "--keep", "--remove",

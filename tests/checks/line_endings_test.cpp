@@ -47,6 +47,12 @@ TEST(SystemOf, NeedsAMajorityOverBothOthers) {
   for (const Case& c : cases) EXPECT_EQ(SystemOf(CountIn(c.bytes)), c.system) << c.says;
 }
 
+TEST(CountLineBreaks, CountsMoreThanAShortCounterHolds) {
+  const LineBreaks breaks = CountIn(std::string(1000, '\n') + std::string(700, 'a') + "\n\r");
+  EXPECT_EQ(breaks.lone_lf, 1001U);
+  EXPECT_EQ(breaks.lone_cr, 1U);
+}
+
 TEST(CountLineBreaks, DoesNotDependOnThePieces) {
   std::mt19937 random(5);
   for (int run = 0; run < 5000; ++run) {

@@ -140,6 +140,32 @@ TEST(LineStream, ReadsASourceAsItsLinesAreAskedFor) {
   }
 }
 
+TEST(LineStream, PassesOverLinesWithoutAByteAsReadingThemWould) {
+  std::mt19937 random(9);
+  for (int run = 0; run < 5000; ++run) {
+    std::string bytes;
+    for (auto i = random() % 60; i > 0; --i) bytes += "aaaabb\n@"[random() % 8];
+    const std::size_t limit = 2 + random() % 12;
+    LineStream plain(bytes);
+    LineStream whole(bytes);
+    LineStream dripping(std::make_unique<DrippingSource>(bytes, bytes.size(), kNever));
+    // Now and then a line is read in between, so that the search starts inside a long line, too.
+    for (int reads = 0; reads < 30; ++reads) {
+      const bool any_line = random() % 3 == 0;
+      auto expected = plain.ReadLine(limit);
+      while (!any_line && expected && expected->find('@') == std::string_view::npos) {
+        expected = plain.ReadLine(limit);
+      }
+      for (LineStream* stream : {&whole, &dripping}) {
+        const auto got = any_line ? stream->ReadLine(limit) : stream->ReadLineWith('@', limit);
+        ASSERT_EQ(got, expected) << bytes;
+        ASSERT_EQ(stream->Position(), plain.Position()) << bytes;
+        ASSERT_EQ(stream->AtEnd(), plain.AtEnd()) << bytes;
+      }
+    }
+  }
+}
+
 TEST(LineStream, TakesAFileThatShrankOrGrewMeanwhile) {
   LineStream shrunk(std::make_unique<DrippingSource>("abc", 10, kNever));
   EXPECT_TRUE(shrunk.LoadAll());

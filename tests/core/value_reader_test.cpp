@@ -137,5 +137,33 @@ TEST(ReadFieldValue, AgreesWithItsPlainTwin) {
   }
 }
 
+TEST(ReadFieldValue, SeesABraceOrALineFeedAtEveryPlaceOfALongStretch) {
+  // Bytes that differ from a brace or a line feed in one bit, or by one, must not end anything.
+  const std::string stretch =
+      "z|~\x0b\x09\xfb\xfd\x8a"
+      "aaaaaaaaaaaaaaaa";
+  for (std::size_t at = 0; at <= stretch.size(); ++at) {
+    const std::string_view before = std::string_view(stretch).substr(0, at);
+    const std::string_view behind = std::string_view(stretch).substr(at);
+    const auto join = [](std::initializer_list<std::string_view> parts) {
+      std::string joined;
+      for (const std::string_view part : parts) joined.append(part);
+      return joined;
+    };
+    const std::string whole = join({"a = {", before, "{x}", behind, "}\n"});
+    LineStream stream("");
+    Line line(whole);
+    std::string value;
+    EXPECT_TRUE(ReadFieldValue(line, stream, value));
+    EXPECT_EQ(value, join({before, "{x}", behind})) << at;
+
+    const std::string broken = join({"a = {", before, "\n"});
+    LineStream second(join({"b", behind, "}\n"}));
+    line.Set(broken);
+    EXPECT_TRUE(ReadFieldValue(line, second, value));
+    EXPECT_EQ(value, join({before, " b", behind})) << at;
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

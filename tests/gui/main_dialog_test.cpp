@@ -408,6 +408,13 @@ TEST_F(MainDialogTest, AFailedOperationShowsTheErrorBoxOfItsRow) {
     ::testing::internal::CaptureStdout();
     PressButton(*dialog, row.button);
     const std::string printed = ::testing::internal::GetCapturedStdout();
+    if (std::string_view(row.button) == "Clean characters") {  // tells its failures in boxes
+      EXPECT_EQ(printed, "");
+      EXPECT_EQ(recorder.boxes,
+                (std::vector<BoxRecorder::ShownBox>{{"Log file?", "Could not open the log file!"},
+                                                    {row.error_caption, kErrorHint}}));
+      continue;
+    }
     EXPECT_TRUE(printed.starts_with("Attention, an error occured!\nError: ")) << printed;
     EXPECT_EQ(recorder.boxes, NoteThen(row, {row.error_caption, kErrorHint})) << row.button;
   }

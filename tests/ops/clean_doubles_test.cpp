@@ -434,6 +434,31 @@ TEST(CleanDoubles, EveryEntryThatIsWrittenOverIsToldOnce) {
                               "the new entry 'k_c' was written over the kept entry 'k_b'"}));
 }
 
+TEST(CleanDoubles, AnEntryCanBeWrittenOverFromItsOwnMiddle) {
+  // The value's second line is read up to the limit of 24,999 bytes, which ends the value and makes
+  // a line of the rest. That line ends the entry where it is read, but not its copy, which is made
+  // in pieces of 4,999.
+  const std::string to_limit = "  note = {a\n" + std::string(24999, 'f');
+  const std::string rest = "} tail\n  year = {1}\n}\n";
+  const Outcome out = Clean("@MISC{k,\n" + to_limit + rest + Entry("MISC", "k", {{"note", "b"}}));
+  const std::string written = Entry("MISC", "k_a", {{"note", "b"}}) + "\n";
+  EXPECT_EQ(out.library, "@MISC{k,\n" + to_limit + "} tail\n" + written);
+  EXPECT_EQ(out.warnings,
+            std::vector<std::string>{"the new entry 'k_a' was written over the kept entry 'k'"});
+}
+
+TEST(CleanDoubles, AValueThatBeginsOnTheNextLineHasNoBlankBeforeIt) {
+  // The piece ends behind the brace, so the value begins with the next piece. The "@" has the copy
+  // read once more.
+  const std::string piece = "  note = " + std::string(4999 - 10, ' ') + "{";
+  const Outcome out = Clean("@MISC{k,\n  doi = {m@n},\n" + piece + "  n},\n}\n" +
+                            Entry("MISC", "k", {{"note", "n"}}));
+  EXPECT_EQ(out.log,
+            "Exactly the same : k and k\n     1.: Note: n \n     2.: Note: n \n"
+            "     One BibTeX entry stays\n\n" +
+                Summary(1));
+}
+
 TEST(CleanDoubles, WhatAnOverwrittenEntryLeavesIsReadAsWhatItIsThen) {
   const auto misc = [](const std::string& key, const std::string& note) {
     return Entry("MISC", key, {{"note", note}});

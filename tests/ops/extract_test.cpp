@@ -135,6 +135,11 @@ TEST(SelectAndWriteBibTeXEntriesIntoNewFile, CopiesTheFirstEntryOfEachKey) {
        2,
        "@ARTICLE{x, {a, z}\n}\n@ARTICLE{x, {a, z}\n}\n",
        "for each key of the head"},
+      {"@article{a, {a, z}\n}\n@book{b,\n}\n",
+       {"a", "b"},
+       2,
+       "@ARTICLE{a, {a, z}\n}\n@BOOK{b,\n}\n",
+       "a key that stands twice on its head counts once"},
       {"@article{a{b,\n}\n",
        {"a{b", "b"},
        2,
@@ -394,6 +399,47 @@ TEST(Extract, ReadsTheTagsOfEachType) {
   }
 }
 
+struct OrderCase {
+  const char* type;
+  Flag Settings::*style;           // prints all of the tags
+  std::vector<std::string> names;  // in the order in which they are tested
+};
+
+TEST(Extract, TestsTheTagsOfATypeInTheirOrder) {
+  const OrderCase cases[] = {
+      {"article", &Settings::StyleAPS, {"author", "journal", "year", "volume", "title", "pages"}},
+      {"book", &Settings::StyleACS, {"author", "publisher", "year", "address", "title"}},
+      {"incollection",
+       &Settings::StyleACS,
+       {"author", "publisher", "year", "address", "title", "booktitle", "editor"}},
+      {"incollection", &Settings::StyleWiley, {"booktitle", "editor", "pages"}},
+      {"inproceedings",
+       &Settings::StyleACS,
+       {"author", "booktitle", "year", "editor", "address", "pages"}},
+      {"inproceedings", &Settings::StyleSpringerCompSci, {"author", "title", "booktitle", "year"}},
+      {"phdthesis", &Settings::StyleACS, {"author", "year", "school"}},
+      {"masterthesis", &Settings::StyleSpringerCompSci, {"author", "year", "title"}},
+  };
+  // The second line of a value is seen by the tests behind that of the value's own tag.
+  for (const OrderCase& c : cases) {
+    for (std::size_t own = 0; own < c.names.size(); ++own) {
+      for (std::size_t other = 0; other < c.names.size(); ++other) {
+        if (own == other) continue;
+        PlainWorld world = World("\\cite{a}", "@" + std::string(c.type) + "{a,\n " + c.names[own] +
+                                                  " = {v\n" + c.names[other] + "},\n}\n");
+        Choose(world.settings, kStyleFlags, c.style);
+        const std::string references = References(world);
+        const std::size_t first = references.find("|v");
+        ASSERT_NE(first, std::string::npos) << references;
+        const bool twice = references.find("|v", first + 2) != std::string::npos;
+        EXPECT_EQ(twice, own < other)
+            << c.type << ": " << c.names[own] << " and " << c.names[other] << "\n"
+            << references;
+      }
+    }
+  }
+}
+
 /// References in the style of Springer_Comp_Sci, which prints titles and booktitles.
 std::string SpringerReferences(const std::string& library) {
   PlainWorld world = World("\\cite{a,b}", library);
@@ -442,12 +488,11 @@ TEST(Extract, PrintsPagesAndTitlesAsChosen) {
 }
 
 TEST(Extract, ReadsLinesOfTheNewLibraryWithAWiderLimit) {
-  // Pieces of 999 bytes in the library, one line in the new one.
-  const std::string filler(2000, 'x');
-  EXPECT_EQ(References(World("\\cite{a,b}", "@article{a,\n " + filler + " year = {2001},\n}\n" +
-                                                "@article{b,\n}\n")),
-            "<APS_article_title_latex>\\bibitem{a}||||||2001||\n"
-            "<APS_article_title_latex>\\bibitem{b}||||||2001||\n");
+  // The library is read in pieces of 999 bytes, which end between "ye" and "ar"; the new one is
+  // not.
+  const std::string filler(996, 'x');
+  EXPECT_EQ(References(World("\\cite{a}", "@article{a,\n " + filler + "year = {2001},\n}\n")),
+            "<APS_article_title_latex>\\bibitem{a}||||||2001||\n");
 }
 
 TEST(Extract, TakesAHeadThatIsGluedToALineForAHead) {

@@ -28,6 +28,11 @@ std::string Block(const std::string& full_name, const std::string& abbreviation,
   return block + kEnd;
 }
 
+/// `letter` and a number.
+std::string Numbered(char letter, int number) {
+  return std::string(1, letter).append(std::to_string(number));
+}
+
 JournalTable TableOf(std::string_view list) {
   JournalTable table{LineStream(list)};
   EXPECT_EQ(table.Read(), JournalListFault::kNone);
@@ -142,7 +147,7 @@ TEST(JournalTable, TellsWhereTheListEndsTooEarly) {
 
 TEST(JournalTable, Reads20000Journals) {
   std::string list = "START\n";
-  for (int i = 0; i < 20000; ++i) list += Block("F" + std::to_string(i), "A" + std::to_string(i));
+  for (int i = 0; i < 20000; ++i) list += Block(Numbered('F', i), Numbered('A', i));
   const std::string last = Block("last", "l", {"v"});
   // Behind the last journal nothing is looked at: not even a block that breaks off.
   const JournalTable table = TableOf(list + last + kStart + "broken");
@@ -205,7 +210,7 @@ TEST(JournalTable, SearchesInItsOrder) {
 
 TEST(JournalTable, SearchesTwentyVariationsOfAJournalAndCountsAll) {
   std::vector<std::string> many;
-  for (int i = 1; i <= 45; ++i) many.push_back("v" + std::to_string(i));
+  for (int i = 1; i <= 45; ++i) many.push_back(Numbered('v', i));
   // The rows behind the twentieth give way to the next journals', or are behind the last one.
   const JournalTable table =
       TableOf("START\n" + Block("a", "b", many) + Block("c", "d") + Block("e", "f", many));

@@ -90,10 +90,15 @@ std::string Record(std::string_view bibitem, std::string_view full_name, std::st
          "' in the BibTeX library,\nhas been renamed to: '" + std::string(name) + "'\n\n";
 }
 
+/// Where the log tells how many records it holds.
+std::string Total(int changes) {
+  return std::string("\n\n").append(std::to_string(changes)).append(" changes have been made");
+}
+
 /// The log of a run that wrote `records`, `changes` of them.
 std::string Log(const std::string& records, int changes, const std::string& listed) {
-  return std::string(kRenamed) + records + "\n\n" + std::to_string(changes) +
-         " changes have been made in total. The changed journal names are stored in a new BibTeX "
+  return std::string(kRenamed) + records + Total(changes) +
+         " in total. The changed journal names are stored in a new BibTeX "
          "library:\na_journal.bib\n\n\n\n" +
          listed + "\n\n";
 }
@@ -196,10 +201,8 @@ TEST(Journals, ChangesNothingButTheLinesOfKnownJournals) {
     const Outcome outcome = Rename(c.input);
     EXPECT_EQ(outcome.result, 1);
     EXPECT_EQ(outcome.library, c.library) << c.says;
-    EXPECT_NE(outcome.log.find("\n\n" + std::to_string(c.changes) + " changes have"),
-              std::string::npos)
-        << c.says << "\n"
-        << outcome.log;
+    EXPECT_NE(outcome.log.find(Total(c.changes)), std::string::npos) << c.says << "\n"
+                                                                     << outcome.log;
   }
 }
 
@@ -229,10 +232,8 @@ TEST(Journals, JoinsValuesOverSeveralLines) {
   for (const LineCase& c : cases) {
     const Outcome outcome = Rename(c.input);
     EXPECT_EQ(outcome.library, c.library) << c.says;
-    EXPECT_NE(outcome.log.find("\n\n" + std::to_string(c.changes) + " changes have"),
-              std::string::npos)
-        << c.says << "\n"
-        << outcome.log;
+    EXPECT_NE(outcome.log.find(Total(c.changes)), std::string::npos) << c.says << "\n"
+                                                                     << outcome.log;
   }
 }
 

@@ -149,6 +149,17 @@ TEST(Text, DiffersFromExtractInSpringersStyle) {
       << "the plain thesis has no format";
 }
 
+TEST(Text, TurnsAllTextsOfPartsOfBooksAndPapers) {
+  const std::string tags =
+      " author = {x},\n title = {x},\n booktitle = {x},\n editor = {x},\n publisher = {x},\n"
+      " address = {x},\n year = {x},\n}\n";
+  PlainWorld world = World("@incollection{a,\n" + tags, "x y\n", {});
+  Choose(world.settings, kStyleFlags, &Settings::StyleSpringerCompSci);
+  EXPECT_EQ(References(world), "<SPRINGER_C_incol>|y|x|y|y|y|y|y|\n");
+  world.library = "@inproceedings{a,\n" + tags;
+  EXPECT_EQ(References(world), "<SPRINGER_C_inpro>|y|x|y|y|y||y|\n") << "which has no publisher";
+}
+
 std::string Note(const std::string& key, const std::string& type) {
   return "\n\nAttention!\n==========\nThe entry type of the bibitem-key '" + key + "' is '@" +
          type + "', which is not supported, so far.\nYou have to type the entry yourself. \n\n\n\n";

@@ -53,10 +53,8 @@ bool SameJournal(const std::string& one, const std::string& other) {
 
 std::string Braced(const std::string& line) {
   if (line.find('{') != std::string::npos || line.find('}') != std::string::npos) return line;
-  std::string changed = line;
-  for (std::size_t i = 0; i < changed.size(); ++i) {
-    if (changed[i] == '=') changed.insert(i + 1, " {");
-  }
+  std::string changed;
+  for (const char byte : line) changed += byte == '=' ? "= {" : std::string(1, byte);
   if (changed.find(',') != std::string::npos) changed.erase(changed.find(','));
   return changed + "},\n";
 }
@@ -104,7 +102,8 @@ void Rename(const std::string& library, const PlainJournalTable& table, const Se
                   "', which is named '" + value +
                   "' in the BibTeX library,\nhas been renamed to: '" + name + "'\n\n";
   }
-  result.log += "\n\n" + std::to_string(count) + " changes have been made in total. ";
+  result.log.append("\n\n").append(std::to_string(count));
+  result.log.append(" changes have been made in total. ");
 }
 
 }  // namespace
@@ -168,8 +167,10 @@ PlainJournals PlainRunJournals(const std::string& library, std::string_view list
                 "\n\n\n\nThere are " + std::to_string(table.read + 1) +
                 " journal names listed in the 'JournalStrings.bs' file:\n";
   for (std::size_t i = 0; i < table.read; ++i) {
-    std::string name = table.abbreviations[i];
-    while (name.size() < 70) name.insert(0, " ");
+    const std::string& abbreviation = table.abbreviations[i];
+    std::string name;
+    while (name.size() + abbreviation.size() < 70) name += ' ';
+    name += abbreviation;
     result.log += "Journal name: " + name +
                   ", number of variations: " + std::to_string(table.counts[i]) + "\n";
   }

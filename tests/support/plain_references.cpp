@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_references.h"
 
-#include <regex>
-
 #include "core/text_primitives.h"
 
 namespace tarvel::testing {
@@ -206,31 +204,44 @@ std::string PlainAuthors(const std::string& list, const Settings& s) {
 }
 
 std::string PlainFormat(const std::string& format, const std::vector<std::string>& values) {
-  static const std::regex field("%([-+ #0']*)([0-9]*)(\\.([0-9]*))?s|%%");
   std::string out;
   std::size_t next = 0;
-  std::string::const_iterator from = format.begin();
-  for (std::sregex_iterator at(format.begin(), format.end(), field), end; at != end; ++at) {
-    const std::smatch& match = *at;
-    out.append(from, match[0].first);
-    from = match[0].second;
-    if (match.str() == "%%") {
-      out += "%";
+  const auto at = [&](std::size_t i) { return i < format.size() ? format[i] : '\0'; };
+  const auto digit = [&](std::size_t i) { return at(i) >= '0' && at(i) <= '9'; };
+  for (std::size_t i = 0; i < format.size(); i++) {
+    if (format[i] != '%') {
+      out += format[i];
       continue;
     }
+    if (at(i + 1) == '%') {
+      out += '%';
+      i++;
+      continue;
+    }
+    std::size_t end = i + 1;
+    bool left = false;
+    for (; at(end) == '-' || at(end) == '+' || at(end) == ' ' || at(end) == '#' || at(end) == '0' ||
+           at(end) == '\'';
+         end++) {
+      left = left || at(end) == '-';
+    }
+    std::string width = "0";
+    while (digit(end)) width += at(end++);
+    const bool has_precision = at(end) == '.';
+    std::string precision = "0";
+    if (has_precision) end++;
+    while (has_precision && digit(end)) precision += at(end++);
+    if (at(end) != 's') {
+      out += '%';
+      continue;
+    }
+    i = end;
     if (next == values.size()) continue;
     std::string value = values[next++];
-    if (match[3].matched) {
-      const std::string precision = match.str(4);
-      const std::size_t most = precision.empty() ? 0 : std::stoul(precision);
-      if (value.size() > most) value.resize(most);
-    }
-    const std::size_t width = match.str(2).empty() ? 0 : std::stoul(match.str(2));
-    const bool left = match.str(1).find('-') != std::string::npos;
-    while (value.size() < width) value = left ? value + " " : " " + value;
+    if (has_precision) value = value.substr(0, std::stoul(precision));
+    while (value.size() < std::stoul(width)) value = left ? value + " " : " " + value;
     out += value;
   }
-  out.append(from, format.end());
   return out;
 }
 

@@ -1,0 +1,137 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Installs a package in a clean Debian 12 below a temporary directory, as a user runs every
+# operation and opens the dialog, removes the package and looks for what it left.
+#
+#   packaging/test-package.sh [PACKAGE.deb]      (build/release/tarvel_*.deb)
+#
+# Needs root, debootstrap and a Debian mirror. TARVEL_BASE names a directory that debootstrap filled
+# before; it is copied, not changed.
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+
+# Mounts of a namespace of its own go away with it, however the script ends.
+if [ "${TARVEL_OWN_MOUNTS:-}" != yes ]; then
+  TARVEL_OWN_MOUNTS=yes exec unshare --mount --pid --fork --kill-child sh "$0" "$@"
+fi
+
+package=${1:-$(ls -t "$here"/../build/release/tarvel_*.deb | head -n 1)}
+root=$(mktemp -d)
+# Only this file system is cleared away: nothing behind a mount can be reached.
+trap 'umount "$root/proc" "$root/dev" 2>/dev/null || true; rm -rf --one-file-system "$root"' EXIT
+say() { echo "== $*"; }
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+in_root() {
+  env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+    chroot "$root" "$@"
+}
+as_user() { in_root su user -c "$1"; }
+
+say "a clean Debian 12"
+if [ -n "${TARVEL_BASE:-}" ]; then
+  cp -a "$TARVEL_BASE/." "$root"
+else
+  debootstrap --variant=minbase bookworm "$root" >/dev/null
+fi
+chmod 755 "$root"
+mount -t proc proc "$root/proc"
+mount --bind /dev "$root/dev"
+for file in /etc/resolv.conf /etc/hosts; do [ ! -f "$file" ] || cp -L "$file" "$root/etc/"; done
+for directory in /etc/apt/apt.conf.d /usr/local/share/ca-certificates /etc/ssl/certs; do
+  [ ! -d "$directory" ] || { mkdir -p "$root$directory" && cp -rL "$directory/." "$root$directory"; }
+done
+in_root useradd --create-home user
+
+say "what the package depends on, and a display"
+in_root apt-get update -q >/dev/null
+in_root apt-get satisfy -q -y --no-install-recommends \
+  "$(dpkg-deb -f "$package" Depends), xvfb, xdotool" >/dev/null 2>&1
+
+# The names of all files, and what the desktop's databases hold.
+list_files() { in_root find / -xdev -path /proc -prune -o -path /tmp -prune -o -print | sort; }
+databases() { in_root sh -c 'cat /usr/share/mime/globs2 /usr/share/applications/*.cache'; }
+list_files >"$root/tmp/before"
+databases >"$root/tmp/databases" 2>/dev/null || true
+
+say "install $(basename "$package")"
+cp "$package" "$root/tmp/tarvel.deb"
+in_root dpkg -i /tmp/tarvel.deb >/dev/null
+in_root dpkg --verify tarvel
+[ "$(in_root tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
+
+say "run every operation"
+as_user 'mkdir ~/work && cp /usr/share/doc/tarvel/examples/* ~/work'
+run() { # run ARGUMENTS... -- FILES-WRITTEN...
+  arguments=
+  while [ "$1" != -- ]; do
+    arguments="$arguments $1"
+    shift
+  done
+  shift
+  as_user "cd ~/work && tarvel-batch$arguments >out 2>&1" || {
+    cat "$root/home/user/work/out"
+    fail "tarvel-batch$arguments"
+  }
+  grep -q '^\[Done!\] Done!$' "$root/home/user/work/out" || fail "tarvel-batch$arguments: not done"
+  for file; do
+    [ -s "$root/home/user/work/$file" ] || fail "tarvel-batch$arguments: no $file"
+    echo "tarvel-batch$arguments: $file, $(wc -c <"$root/home/user/work/$file") bytes"
+  done
+}
+run extract paper.tex lit.bib -- lit_extract.bib lit_extract.txt lit_extract.tex
+run compare lit.bib more.bib -- lit_comp_missing.bib lit_comp_equal.bib lit_comp.log
+run text lit.bib -- lit_text.txt
+run journals more.bib -- more_journal.bib more_journal.log
+run clean-doubles more.bib -- more_double.bib more_double.log
+run clean-authors more.bib -- more_author.bib more_author.log
+run clean-characters more.bib -- more_char.bib more_char.log
+run clean-tags more.bib -- more_tag.bib more_tag.log
+# These need the files beside the program: the list of journals, the styles.
+! grep -q '^0 changes' "$root/home/user/work/more_journal.log" || fail "no journal was renamed"
+grep -q '^.bibitem{arden1998estuaries}' "$root/home/user/work/lit_extract.tex" || fail "no bibitem"
+
+say "open the dialog"
+cat >"$root/tmp/dialog.sh" <<'EOF'
+export GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1 GDK_BACKEND=x11
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>/tmp/display 2>/dev/null &
+server=$!
+for _ in $(seq 100); do [ -s /tmp/display ] && break; sleep 0.1; done
+export DISPLAY=:$(cat /tmp/display)
+tarvel 2>/tmp/dialog.err &
+program=$!
+found=
+for _ in $(seq 100); do
+  found=$(xdotool search --onlyvisible --name '^Tarvel 3.81' 2>/dev/null) && break
+  kill -0 $program 2>/dev/null || break
+  sleep 0.1
+done
+[ -n "$found" ] && xdotool getwindowname $found
+kill $program $server 2>/dev/null
+wait
+[ -n "$found" ]
+EOF
+as_user 'sh /tmp/dialog.sh' || fail "the dialog did not open: $(cat "$root/tmp/dialog.err")"
+
+say "its manual pages, its icon and its type of file"
+for page in man1/tarvel.1 man1/tarvel-batch.1 man5/tarvel-files.5; do
+  gzip -t "$root/usr/share/man/$page.gz" || fail "$page"
+done
+grep -q 'text/x-tarvel-list' "$root/usr/share/mime/globs2" || fail "the type of *.tvl"
+
+say "remove it"
+in_root dpkg -P tarvel >/dev/null
+in_root userdel --remove user 2>/dev/null
+list_files >"$root/tmp/after"
+ignored='^/home/user|^/var/log/|^/var/lib/dpkg/|^/var/cache/(apt|man)|^/var/mail|^/etc/.*-$|^/root/'
+grep -Ev "$ignored" "$root/tmp/before" >"$root/tmp/before.kept"
+grep -Ev "$ignored" "$root/tmp/after" >"$root/tmp/after.kept"
+diff "$root/tmp/before.kept" "$root/tmp/after.kept" | grep '^>' && fail "files are left"
+databases 2>/dev/null | cmp - "$root/tmp/databases" || fail "a database of the desktop has changed"
+# dpkg keeps its state of before as *-old.
+left=$(in_root grep -rlis --exclude="*-old" tarvel /usr /etc /var/lib --exclude-dir=apt || true)
+[ -z "$left" ] || fail "named in: $left"
+in_root dpkg -s tarvel >/dev/null 2>&1 && fail "dpkg still knows it"
+say "nothing left: passed"
