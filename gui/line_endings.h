@@ -29,7 +29,8 @@ int SystemOf(const LineBreaks& breaks);
 /// says so, and `path` becomes the copy's path. Gives 1 when the file may be used; 0 after a
 /// failure, which leaves `path` as it is: no path, a file that cannot be opened or is empty, a path
 /// without a ".", a copy that cannot be created or written, or would be the picked file itself or
-/// replace the other picked file. (The other one may be this very copy, unchanged: it is then used.)
+/// replace the other picked file. (The other one may be this very copy, unchanged: it is then
+/// used.)
 int ConvertLineEndings(PathBuffer& path);
 /// The same on other files than those of the machine.
 int ConvertLineEndings(PathBuffer& path, FileSystem& files);

@@ -19,7 +19,7 @@ test_wanted="
 /usr/bin/xprop                    x11-utils
 /usr/bin/python3                  python3
 /usr/bin/clang++                  clang
-/usr/share/doc/libclang-rt-14-dev libclang-rt-14-dev
+/usr/include/clang/14/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
 [ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
 
