@@ -8,7 +8,11 @@
 namespace tarvel {
 
 RunContext GlobalRun() {
-  return {FirstFilePath.Get(), SecondFilePath.Get(), GlobalSettings, RealFileSystem(), [] {
+  return {FirstFilePath.Get(),
+          SecondFilePath.Get(),
+          GlobalSettings,
+          RealFileSystem(),
+          [] {
             GetProgramDirectory(ProgramDir, ExecutablePath);
             return ProgramDir.Get();
           },
