@@ -224,12 +224,13 @@ void LibraryScan::ScanLines(std::size_t offset, std::size_t end) {
 }
 
 void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
+  const bool in_value = state_ == State::kInValue || state_ == State::kInQuotes;
   const bool head = line.find('@') != std::string_view::npos && TakeHead(line, offset);
   if (std::any_of(line.begin(), line.end(), IsHigh) && !IsUtf8(line)) {
     Tell(WarningKind::kBadBytes, offset,
          "the line holds bytes that are neither ASCII nor valid UTF-8");
   }
-  if (!head && line.starts_with('}')) closing_line_ = true;
+  if (!head && !in_value && line.starts_with('}')) closing_line_ = true;
   if (!head && state_ != State::kOutside) ReadEntryLine(line, offset);
 }
 
@@ -239,7 +240,7 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
   if (!IsKnownEntry(upper)) return TakeOtherHead(line, offset);
   const std::size_t at = line.find('@');
   if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
-  if (line.starts_with('}')) closing_line_ = true;
+  if (state_ == State::kOutside && line.starts_with('}')) closing_line_ = true;
   const std::string_view rest = line.substr(at);
   TakeKnownHead(CopyUntilChar(std::string_view(upper).substr(at), '@', '{'),
                 CopyUntilChar(rest, '{', ','), offset);
@@ -301,7 +302,7 @@ void LibraryScan::EndEntry(std::size_t next) {
   if (state_ == State::kInValue || state_ == State::kInQuotes) {
     Tell(WarningKind::kOpenValue, tag_place_,
          "the value of '" + tag_ + "' does not close before " + where);
-  } else if (state_ != State::kOutside && !closing_line_) {
+  } else if (state_ != State::kOutside) {
     Tell(WarningKind::kRunsOn, head_, "the entry has no closing brace before " + where);
   } else if (has_entry_ && rules_.needs_closing_line && !closing_line_ && !at_end) {
     Tell(WarningKind::kRunsOn, head_,

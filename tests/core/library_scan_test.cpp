@@ -92,6 +92,8 @@ TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
       {e + " year = {1,\n@book{m,\n}\n",
        {"open-value l:2 [k] the value of 'year' does not close before the next entry"}},
       {e + " year = {1,\n}\n",
+       {"runs-on l:1 [k] the entry has no closing brace before the end of the library"}},
+      {e + " year = {1,\n x\n",
        {"open-value l:2 [k] the value of 'year' does not close before the end of the library"}},
       {e + " year = {1,\n title = {T}},\n}\n@book{m,\n}\n", {}},
       {e + " note = {\xFC},\n title = {\xC3},\n}\n",
