@@ -15,6 +15,9 @@ PathBuffer SecondFilePath("second file");
 PathBuffer ExecutablePath("executable");
 PathBuffer ProgramDir("program directory");
 
+WarningOutputs GlobalWarningOutputs;
+Warnings* GlobalWarnings = nullptr;
+
 void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {
     std::fprintf(stderr, "tarvel: the path of the %s is %zu bytes long; %zu are the most\n",

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/warnings.h"
+
 namespace tarvel {
 
 /// A path of at most 1000 bytes. An empty one means that no file was picked.
@@ -33,6 +35,11 @@ extern PathBuffer SecondFilePath;
 extern PathBuffer ExecutablePath;
 /// Its directory, without a final "/"; filled by `GetProgramDirectory`.
 extern PathBuffer ProgramDir;
+
+/// Where a run that the user starts sends its warnings.
+extern WarningOutputs GlobalWarningOutputs;
+/// What takes the warnings of the run that is under way; null between runs and for none.
+extern Warnings* GlobalWarnings;
 
 /// Where the configuration files stand below the program directory.
 inline constexpr std::string_view kStylesFile = "/JournalStyles/Journal_styles_linux.tvl";

@@ -37,6 +37,22 @@ std::span<const Operation> Operations() {
   return kOperations;
 }
 
+namespace {
+
+/// Runs an operation and passes on what it warns of.
+int RunWithWarnings(const Operation& operation) {
+  const WarningOutputs& outputs = GlobalWarningOutputs;
+  if (outputs.quiet && !outputs.file && !outputs.key_map) return operation.run();
+  WarningReport report(outputs);
+  GlobalWarnings = &report;
+  const int result = operation.run();
+  GlobalWarnings = nullptr;
+  report.TellCounts();
+  return result;
+}
+
+}  // namespace
+
 const Operation* FindOperation(int code) {
   for (const Operation& operation : Operations()) {
     if (static_cast<int>(operation.code) == code) return &operation;
@@ -52,7 +68,7 @@ void PickFile(PathBuffer& buffer, std::string_view path) {
 int RunOperation(const Operation& operation) {
   if (CheckInputFiles(static_cast<int>(operation.code)) != 1) return 0;
   if (operation.note) ShowBox(*operation.note, NoteTitle);
-  const int result = operation.run();
+  const int result = RunWithWarnings(operation);
   if (result == 1) {
     ShowBox(DoneText, DoneText);
   } else {

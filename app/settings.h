@@ -41,6 +41,8 @@ struct Settings {
   Flag RemoveEmptyEntries = 1;
   Flag RemoveJournalStrings = 1;
   Flag RemoveJabRefStructure = 1;  // shown and kept in step; no operation reads it
+
+  Flag AppendRenamed = 0;  // of the batch program only
 };
 
 /// Flags of which at most one is set.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // tarvel-batch: the operations without the dialog, through the same code and in the same order.
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "app/process.h"
 #include "batch/options.h"
 #include "core/reports.h"
+#include "ops/run_context.h"
 
 namespace tarvel {
 namespace {
@@ -35,6 +38,39 @@ class BatchReporter final : public Reporter {
   }
 };
 
+/// Creates a file that is asked for on the command line; null, and told, when that fails or when it
+/// is one of the files that were named, of which a run may use a converted copy.
+std::unique_ptr<OutputFile> CreateAsked(const std::string& path, const BatchRequest& request) {
+  std::unique_ptr<OutputFile> file;
+  const bool named = std::any_of(
+      request.files.begin(), request.files.end(),
+      [&path](const std::string& input) { return RealFileSystem().IsSameFile(path, input); });
+  if (!named) file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
+  if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
+  return file;
+}
+
+/// Runs the operation with the files of warnings and keys that are asked for; gives the program's
+/// exit status.
+int RunRequest(const BatchRequest& request) {
+  std::unique_ptr<OutputFile> warnings;
+  std::unique_ptr<OutputFile> key_map;
+  if (!request.warnings_file.empty() && !(warnings = CreateAsked(request.warnings_file, request)))
+    return 1;
+  if (!request.key_map_file.empty() && !(key_map = CreateAsked(request.key_map_file, request)))
+    return 1;
+  GlobalWarningOutputs = {request.quiet, warnings.get(), key_map.get()};
+  bool good = RunOperation(*request.operation) == 1;
+  GlobalWarningOutputs = {};
+  for (OutputFile* file : {warnings.get(), key_map.get()}) {
+    if (!file || file->Close()) continue;
+    PrintOn(stderr, "tarvel-batch: could not write the file '" + file->Path() +
+                        "': " + file->Error() + "\n");
+    good = false;
+  }
+  return good ? 0 : 1;
+}
+
 int Main(const std::vector<std::string>& arguments) {
   const BatchRequest request = ParseCommandLine(arguments);
   if (!request.operation) {
@@ -48,7 +84,7 @@ int Main(const std::vector<std::string>& arguments) {
   GlobalSettings = request.settings;
   PickFile(FirstFilePath, request.files[0]);
   if (request.files.size() > 1) PickFile(SecondFilePath, request.files[1]);
-  return RunOperation(*request.operation) == 1 ? 0 : 1;
+  return RunRequest(request);
 }
 
 }  // namespace

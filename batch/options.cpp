@@ -60,7 +60,7 @@ struct FlagSwitch {
   Flag value;
 };
 
-constexpr std::array<FlagSwitch, 6> kSwitches{{
+constexpr std::array<FlagSwitch, 7> kSwitches{{
     {"--title", "print the titles of articles (the default)", &Settings::PrintTitle, 1},
     {"--no-title", "leave the titles of articles out", &Settings::PrintTitle, 0},
     {"--bibitem", "text: print the name of each bibitem", &Settings::PrintBibitem, 1},
@@ -68,6 +68,8 @@ constexpr std::array<FlagSwitch, 6> kSwitches{{
     {"--keep-empty-entries", "clean-tags: keep entries that hold only an owner and a timestamp",
      &Settings::RemoveEmptyEntries, 0},
     {"--keep-strings", "clean-tags: keep @STRING definitions", &Settings::RemoveJournalStrings, 0},
+    {"--append-renamed", "clean-doubles: write entries under new keys at the end, over none",
+     &Settings::AppendRenamed, 1},
 }};
 
 /// Adds an option that sets one flag of a group by its word.
@@ -114,6 +116,13 @@ void AddTags(CLI::App& app, Settings& settings, const char* option, const char* 
       ->trigger_on_parse();
 }
 
+void AddFile(CLI::App& app, std::string& path, const char* option, const char* help) {
+  app.add_option(option, path, help)
+      ->type_name("FILE")
+      ->check([](const std::string& name) { return name.empty() ? "no file is named" : ""; })
+      ->take_last();
+}
+
 std::size_t FilesNeeded(const Operation& operation) {
   const bool two =
       operation.needs == Needs::kTwoLibraries || operation.needs == Needs::kDocumentAndLibrary;
@@ -137,6 +146,9 @@ std::string TakeWords(std::vector<std::string> words, BatchRequest& request) {
   if (words.size() < needed) return "a file is missing for '" + name + "'";
   if (words.size() > needed + (takes_list ? 1 : 0)) return "one file too many for '" + name + "'";
   if (takes_list && words.size() == 2) request.settings.UseOwnJournalFile = 1;
+  if (!request.key_map_file.empty() && found->code != OperationCode::kCleanDoubles) {
+    return "'--key-map' is of no use for '" + name + "'";
+  }
   request.operation = &*found;
   request.files = std::move(words);
   return {};
@@ -180,6 +192,11 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   }
   AddTags(app, settings, "--keep", "clean-tags: keep these tags; 'all' for every one", 0);
   AddTags(app, settings, "--remove", "clean-tags: remove these tags; 'all' for every one", 1);
+  app.add_flag("--quiet", request.quiet, "print no warnings");
+  AddFile(app, request.warnings_file, "--warnings",
+          "write the warnings into FILE: kind, file, line, key, text, tabs between");
+  AddFile(app, request.key_map_file, "--key-map",
+          "clean-doubles: write the dropped and renamed keys into FILE: old key, tab, new key");
   app.add_option("OPERATION FILE", words, "the operation and its files")
       ->expected(0, -1)
       ->group("");  // the usage line shows them

@@ -14,6 +14,9 @@ struct BatchRequest {
   const Operation* operation = nullptr;  // null: print `text` and stop with `exit_status`
   std::vector<std::string> files;        // in the order of the file pickers
   Settings settings;
+  bool quiet = false;
+  std::string warnings_file;  // empty: none
+  std::string key_map_file;   // empty: none
   std::string text;  // for standard output, or the reason of a wrong usage for standard error
   int exit_status = 0;
 };

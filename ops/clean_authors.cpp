@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clean authors: writes a library anew with every author list in the normal form, and logs the
 // lists that changed.
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,7 @@
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/author_lists.h"
+#include "ops/author_reasons.h"
 #include "ops/operations.h"
 
 namespace tarvel {
@@ -51,8 +53,8 @@ void ReplaceEscapedBlanks(std::string& text) {
 /// The files of one run and what walks them.
 class AuthorCleaner {
  public:
-  AuthorCleaner(LineStream& input, OutputFile& library, OutputFile& log)
-      : input_(input), library_(library), log_(log) {}
+  AuthorCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
+      : input_(input), library_(library), log_(log), warnings_(warnings) {}
 
   /// Walks the whole library; gives the number of author lists that changed.
   int Walk();
@@ -61,10 +63,12 @@ class AuthorCleaner {
   bool SkipHeader(Line& line);
   bool RewriteAuthors(Line& line);
   void LogChange(AuthorForm form);
+  void TellAuthors(std::string_view line, std::size_t place, AuthorForm form);
 
   LineStream& input_;
   OutputFile& library_;
   OutputFile& log_;
+  FileWarnings& warnings_;
   std::string key_;  // of the entry that is being read
   std::string old_list_;
   std::string new_list_;
@@ -96,13 +100,28 @@ bool AuthorCleaner::SkipHeader(Line& line) {
 /// Writes the author line anew, whatever it looked like; true when the list changed. What follows
 /// the value on its line is dropped.
 bool AuthorCleaner::RewriteAuthors(Line& line) {
+  const std::size_t place = input_.Position() - 1;
   ReadFieldValue(line, input_, old_list_);
   ReplaceEscapedBlanks(old_list_);
   const AuthorForm form = ArrangeAuthorList(old_list_, new_list_);
   const bool changed = new_list_ != old_list_;
+  if (warnings_.Wanted()) TellAuthors(line.Text(), place, form);
   if (changed) LogChange(form);
   library_.Write({"  author = {", new_list_, "},\n"});
   return changed;
+}
+
+/// Tells of a list that is of no known form, and of what is lost behind it.
+void AuthorCleaner::TellAuthors(std::string_view line, std::size_t place, AuthorForm form) {
+  const std::string reason = form == AuthorForm::kOther ? WhyAsItWas(old_list_) : std::string();
+  if (!reason.empty()) {
+    warnings_.Report(WarningKind::kAuthorsAsTheyWere, place, key_,
+                     "the list of authors is of no known form: " + reason);
+  }
+  const std::string_view lost = TextBehindValue(line);
+  if (lost.empty()) return;
+  warnings_.Report(WarningKind::kTextLost, place, key_,
+                   std::string("what follows the authors was lost: '").append(lost).append("'"));
 }
 
 void AuthorCleaner::LogChange(AuthorForm form) {
@@ -140,7 +159,10 @@ int RunCleanAuthors(const RunContext& run) {
   if (!library) return Fail(std::string(kLibraryNotCreated).append(path).append(" !"));
   library->Write({BibFileHeader, "\n"});
 
-  const int changed = AuthorCleaner(*input, *library, *log).Walk();
+  FileWarnings warnings = WarningsOf(run, run.first_path, *input);
+  constexpr std::array kReadTags{std::string_view("author")};
+  ScanLibrary(input->Bytes(), {limits::kLongLine, kReadTags}, warnings);
+  const int changed = AuthorCleaner(*input, *library, *log, warnings).Walk();
   WriteSummary(*log, changed, run.first_path, library->Path());
   return CloseOutputs({library.get(), log.get()}) ? kSucceeded : kFailed;
 }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Clean characters: writes a library anew in which '?' stands for every byte that is not printable
 // ASCII, a tab or part of a line break, and logs where those bytes stood.
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,25 +63,49 @@ bool EndsSqueezed(std::string_view text, std::string_view word) {
   return true;
 }
 
-/// Whether the line, its blanks and tabs taken out, contains an exempt tag and "={" behind it.
-bool HoldsExemptTag(std::string_view line) {
+constexpr std::size_t kNoTag = kExemptTags.size();
+
+/// The index of the exempt tag that the line, its blanks and tabs taken out, contains with "={"
+/// behind it, or `kNoTag`.
+std::size_t FindExemptTag(std::string_view line) {
   for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
        brace = line.find('{', brace + 1)) {
     std::string_view before = TrimEnd(line.substr(0, brace));
     if (!before.ends_with('=')) continue;
     before.remove_suffix(1);
-    for (const std::string_view tag : kExemptTags) {
-      if (EndsSqueezed(before, tag)) return true;
+    for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
+      if (EndsSqueezed(before, kExemptTags[tag])) return tag;
     }
   }
-  return false;
+  return kNoTag;
+}
+
+/// How often something was found.
+struct Found {
+  std::size_t count = 0;
+  std::size_t place = 0;  // of the first
+};
+
+/// The code point of a valid UTF-8 character, as in "U+00FC".
+std::string CodePointOf(std::string_view character) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::array<unsigned, 5> kFirstByte{0, 0x7F, 0x1F, 0x0F, 0x07};
+  unsigned code = static_cast<unsigned char>(character.front()) & kFirstByte[character.size()];
+  for (const char byte : character.substr(1)) {
+    code = code << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
+  }
+  std::string text = "U+";
+  for (unsigned shift = code > 0xFFFF ? 20 : 12;; shift -= 4) {
+    text += kDigits[code >> shift & 0xFU];
+    if (shift == 0) return text;
+  }
 }
 
 /// One pass over a library.
 class CharacterCleaner {
  public:
-  CharacterCleaner(LineStream& input, OutputFile& library, OutputFile& log)
-      : input_(input), library_(library), log_(log) {}
+  CharacterCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
+      : input_(input), library_(library), log_(log), warnings_(warnings) {}
 
   void Walk();
   int BadBytes() const { return bad_bytes_; }
@@ -86,10 +113,18 @@ class CharacterCleaner {
  private:
   void ReplaceBadBytes(std::string_view line);
   void LogBadByte(char byte, std::size_t column);
+  void Count(Found& found) {
+    if (found.count++ == 0) found.place = input_.Position() - 1;
+  }
+  void CountCharacters(std::string_view line);
+  void TellFound();
 
   LineStream& input_;
   OutputFile& library_;
   OutputFile& log_;
+  FileWarnings& warnings_;
+  std::array<Found, kExemptTags.size()> left_out_;
+  std::map<std::string, Found, std::less<>> characters_;
   std::string bibitem_;
   int line_number_ = 0;
   int bad_bytes_ = 0;
@@ -98,7 +133,10 @@ class CharacterCleaner {
 void CharacterCleaner::Walk() {
   for (Line line; ReadLine(input_, limits::kLongLine, line);) {
     ++line_number_;
-    if (HoldsExemptTag(line.Text())) continue;
+    if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
+      Count(left_out_[tag]);
+      continue;
+    }
     if (line.Text().find('@') != std::string_view::npos &&
         (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
       bibitem_ = CopyUntilChar(line.Text(), '{', ',');
@@ -109,9 +147,11 @@ void CharacterCleaner::Walk() {
       library_.Write(line.Text());
     }
   }
+  TellFound();
 }
 
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
+  if (warnings_.Wanted()) CountCharacters(line);
   std::size_t copied = 0;
   for (std::size_t i = 0; i < line.size(); ++i) {
     if (!IsBad(line[i])) continue;
@@ -120,6 +160,34 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
     copied = i + 1;
   }
   library_.Write(line.substr(copied));
+}
+
+void CharacterCleaner::CountCharacters(std::string_view line) {
+  while (!line.empty()) {
+    const std::size_t size = Utf8CharacterSize(line);
+    const std::string_view character = line.substr(0, size);
+    line.remove_prefix(std::max<std::size_t>(size, 1));
+    if (size < 2) continue;  // not valid, or ASCII
+    const auto found = characters_.find(character);
+    Count(found == characters_.end() ? characters_[std::string(character)] : found->second);
+  }
+}
+
+void CharacterCleaner::TellFound() {
+  for (const auto& [character, found] : characters_) {
+    warnings_.Report(WarningKind::kCharacter, found.place, {},
+                     CodePointOf(character) + " " + character + " became '" +
+                         std::string(character.size(), '?') +
+                         "', times: " + std::to_string(found.count));
+  }
+  for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
+    if (left_out_[tag].count == 0) continue;
+    warnings_.Report(WarningKind::kLineLeftOut, left_out_[tag].place, {},
+                     std::string("lines with the tag ")
+                         .append(kExemptTags[tag])
+                         .append(" were left out, times: ")
+                         .append(std::to_string(left_out_[tag].count)));
+  }
 }
 
 void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
@@ -154,7 +222,9 @@ int RunCleanCharacters(const RunContext& run) {
   }
   library->Write({BibFileHeader, "\n"});
 
-  CharacterCleaner cleaner(*input, *library, *log);
+  FileWarnings warnings = WarningsOf(run, run.first_path, *input);
+  ScanLibrary(input->Bytes(), {limits::kLongLine}, warnings);
+  CharacterCleaner cleaner(*input, *library, *log, warnings);
   cleaner.Walk();
   log->Write({"\n\n\nAbout ", std::to_string(cleaner.BadBytes()),
               " bad characters in the BibTeX file\n    '", run.first_path,

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "app/texts.h"
-#include "core/reports.h"
 #include "core/text_primitives.h"
 #include "ops/entry_record.h"
 #include "ops/group_rules.h"
@@ -51,8 +50,16 @@ struct EntryCopy {
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
-  DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log)
-      : input_(input), library_(library), follower_(library, input.Bytes().size()), log_(log) {}
+  /// `append_renamed`: entries under new keys go to the end, not behind those with the same key.
+  DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log, Warnings* warnings,
+                FileWarnings& input_warnings, bool append_renamed)
+      : input_(input),
+        library_(library),
+        follower_(library, input.Bytes().size()),
+        log_(log),
+        warnings_(warnings),
+        input_warnings_(input_warnings),
+        append_renamed_(append_renamed) {}
 
   /// Walks the whole input; false when it ends inside an entry.
   bool Walk();
@@ -69,11 +76,16 @@ class DoubleCleaner {
   void AppendCopy();
   void InsertCopy(std::size_t position);
   void TellOverwritten(std::size_t begin, std::size_t end);
+  void MapKey(std::string_view old_key, std::string_view new_key);
 
   LineStream& input_;
   GrowingLibrary& library_;
   LibraryFollower follower_;
   OutputFile& log_;
+  Warnings* warnings_;
+  FileWarnings& input_warnings_;
+  const bool append_renamed_;
+  std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{kDoublesTags};
   EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
@@ -109,13 +121,14 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
   const ComparedValues earlier = decision.by->Compared(group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
+    MapKey(reader_.Entry().key, decision.by->key);
     ++not_written_;
     return;
   }
   WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->key});
   WriteDetails(log_, group, values, earlier);
   CopyEntry(start, true);
-  InsertCopy(decision.by->end);
+  InsertCopy(append_renamed_ ? library_.Size() : decision.by->end);
 }
 
 /// Finds the first entry of the new library, in its order, that stops the search: one with the same
@@ -163,6 +176,7 @@ void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& val
 void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
   copy_ = {std::move(copy_.text), false, true};
   copy_.text.clear();
+  head_ = start;
   input_.SetPosition(start);
   Line line;
   while (!copy_.closed) {
@@ -186,6 +200,7 @@ void DoubleCleaner::Rename(Line& head) {
   const std::string key = reader_.Entry().key + "_" + rename_letter_;
   WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n",
               {reader_.Entry().key, key});
+  MapKey(reader_.Entry().key, key);
   ReplaceBetween(head.Edit(), key, '{', ',');
   rename_letter_ = static_cast<char>(static_cast<unsigned char>(rename_letter_) + 1);
   ++not_written_;
@@ -217,10 +232,17 @@ void DoubleCleaner::TellOverwritten(std::size_t begin, std::size_t end) {
   auto entry = written_.lower_bound(begin);
   if (entry != written_.begin() && std::prev(entry)->second > begin) --entry;
   while (entry != written_.end() && entry->first < end) {
-    Warn("the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" +
-         key_of(library_.Bytes().substr(entry->first, entry->second - entry->first)) + "'");
+    const std::string kept =
+        key_of(library_.Bytes().substr(entry->first, entry->second - entry->first));
+    input_warnings_.Report(WarningKind::kOverwritten, head_, kept,
+                           "the new entry '" + key_of(copy_.text) +
+                               "' was written over the kept entry '" + kept + "'");
     entry = written_.erase(entry);
   }
+}
+
+void DoubleCleaner::MapKey(std::string_view old_key, std::string_view new_key) {
+  if (warnings_ && old_key != new_key) warnings_->MapKey(old_key, new_key);
 }
 
 void WriteSummary(OutputFile& log, int not_written, const std::string& input,
@@ -249,7 +271,10 @@ int RunCleanDoubles(const RunContext& run) {
   const std::string header = BibFileHeader + "\n";
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
-  DoubleCleaner cleaner(*input, library, *log);
+  FileWarnings warnings = WarningsOf(run, run.first_path, *input);
+  ScanLibrary(input->Bytes(), {limits::kPairLine, kDoublesTagNames, true}, warnings);
+  DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
+                        run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();
   if (reached_end) WriteSummary(*log, cleaner.NotWritten(), run.first_path, file->Path());
   file->Write(library.Bytes());

@@ -11,6 +11,7 @@
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/operations.h"
+#include "ops/tag_warnings.h"
 
 namespace tarvel {
 
@@ -61,8 +62,9 @@ enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
 /// The files of one run and what walks them.
 class TagCleaner {
  public:
-  TagCleaner(LineStream& input, OutputFile& library, OutputFile& log, const Settings& settings)
-      : input_(input), library_(library), log_(log), settings_(settings) {}
+  TagCleaner(LineStream& input, OutputFile& library, OutputFile& log, const Settings& settings,
+             TagWarnings& warnings)
+      : input_(input), library_(library), log_(log), settings_(settings), warnings_(warnings) {}
 
   /// Walks the whole library; false when a kept @STRING block runs into the end of the file.
   bool Walk(Counters& counters);
@@ -78,6 +80,7 @@ class TagCleaner {
   OutputFile& library_;
   OutputFile& log_;
   const Settings& settings_;
+  TagWarnings& warnings_;
   const NameMatcher filter_{kFilterNames};
   const NameMatcher tags_{kTagNames};
 
@@ -139,7 +142,11 @@ StringOutcome TagCleaner::HandleStringLine(Line& line) {
 bool TagCleaner::CheckEmptyEntry(Line& line) {
   const std::size_t behind = input_.Position();
   if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
-  if (CopyUntilChar(line.Text(), '{', ',').empty()) return false;
+  const std::string_view key = CopyUntilChar(line.Text(), '{', ',');
+  if (key.empty()) {
+    warnings_.DropWithoutKey(behind - 1);
+    return false;
+  }
   for (const std::string_view name : {"owner", "timestamp"}) {
     const auto next = input_.ReadLine(limits::kLongLine);
     if (!next) return false;
@@ -148,6 +155,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
       return true;
     }
   }
+  warnings_.DropAsEmpty(key, behind - 1, input_.Bytes().substr(input_.Position()));
   return false;
 }
 
@@ -162,7 +170,11 @@ EntryLine TagCleaner::ReadEntryLine(Line& line) {
 
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
-  if (!IsKnownEntry(line)) return TagOutcome::kNothingRemoved;
+  if (!IsKnownEntry(line)) {
+    warnings_.PassOutside(line.Text(), input_.Position() - 1);
+    return TagOutcome::kNothingRemoved;
+  }
+  warnings_.StartEntry(line.Text(), input_.Position() - 1);
   removed_.clear();
   wrote_tag_ = false;
   std::string& head = line.Edit();
@@ -187,11 +199,19 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 
 /// Writes one line's tag, or notes it as removed, or passes over a line that is neither.
 void TagCleaner::SortTag(Line& line) {
-  if (!filter_.Any(line.Text())) return;
+  const std::size_t place = input_.Position() - 1;
+  if (!filter_.Any(line.Text())) {
+    warnings_.Pass(line.Text(), place);
+    return;
+  }
   ReadFieldValue(line, input_, value_);
   SqueezeTagName(CopyUntilChar(line.Text(), '='), name_);
   const int tag = tags_.First(name_);
-  if (tag < 0) return;
+  if (tag < 0) {
+    warnings_.PassRead(line.Text(), place);
+    return;
+  }
+  warnings_.EndText();
   const auto index = static_cast<std::size_t>(tag);
   if (settings_.RemoveTag[index] != 0) {
     removed_.append(name_).append(", ");
@@ -229,8 +249,13 @@ int RunCleanTags(const RunContext& run) {
   if (!log) return Fail(kLogNotCreated);
   log->Write({LogFileHeader, "\n"});
 
+  FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
+  ScanLibrary(input->Bytes(), {limits::kLongLine, kFilterNames}, file_warnings);
+  TagWarnings warnings(file_warnings, BibFileHeader.size());
   Counters counters;
-  if (!TagCleaner(*input, *library, *log, run.settings).Walk(counters)) {
+  const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
+  warnings.TellTags();
+  if (!whole) {
     (void)CloseOutputs({library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;
   }

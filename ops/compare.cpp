@@ -6,8 +6,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "app/texts.h"
+#include "core/text_primitives.h"
 #include "ops/compare_libraries.h"
 #include "ops/group_rules.h"
 #include "ops/operations.h"
@@ -139,6 +141,30 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
+/// Warns of what is odd about one of the libraries.
+void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
+  FileWarnings warnings = WarningsOf(run, path, library);
+  if (!warnings.Wanted()) return;
+  std::unordered_map<std::string, std::size_t> heads;  // by key
+  LineNumbers numbers(library.Bytes());
+  std::string upper;
+  ScanRules rules{limits::kPairLine, kCompareTagNames, true};
+  rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
+    if (!CompareRuleFor(type).rule) {
+      warnings.Report(WarningKind::kNoGroup, offset, key,
+                      std::string("the type '").append(type).append("' is compared with none"));
+    }
+    upper = key;
+    StringToUpper(upper);
+    const auto [entry, is_new] = heads.try_emplace(upper, offset);
+    if (is_new) return;
+    warnings.Report(
+        WarningKind::kKeyTwice, offset, key,
+        "the key stands in line " + std::to_string(numbers.At(entry->second)) + " already");
+  };
+  ScanLibrary(library.Bytes(), rules, warnings);
+}
+
 std::unique_ptr<OutputFile> CreateBeside(const RunContext& run, Output output) {
   return CreateOutput(run, OutputPath(run.first_path, output), CreateMode::kWrite);
 }
@@ -163,6 +189,8 @@ int RunCompare(const RunContext& run) {
   missing->Write({BibFileHeader, "\n"});
   equal->Write({BibFileHeader, "\n"});
 
+  WarnOfLibrary(run, run.first_path, *first);
+  WarnOfLibrary(run, run.second_path, *second);
   const Counters counters = Comparison(*first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs({log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;

@@ -65,6 +65,16 @@ inline constexpr std::array<TagName, 10> kDoublesTags{{
     {"nationality", Field::kNationality},
 }};
 
+/// The names of a list of tags.
+template <std::size_t N>
+constexpr std::array<std::string_view, N> NamesOf(const std::array<TagName, N>& tags) {
+  std::array<std::string_view, N> names{};
+  for (std::size_t i = 0; i < N; ++i) names[i] = tags[i].name;
+  return names;
+}
+inline constexpr auto kCompareTagNames = NamesOf(kCompareTags);
+inline constexpr auto kDoublesTagNames = NamesOf(kDoublesTags);
+
 /// Owns texts that must outlive the buffers they were read into.
 class TextStore {
  public:

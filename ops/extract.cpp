@@ -12,6 +12,7 @@
 #include "app/texts.h"
 #include "core/reports.h"
 #include "core/text_primitives.h"
+#include "ops/citation_warnings.h"
 #include "ops/operations.h"
 #include "ops/reference_walk.h"
 
@@ -139,10 +140,10 @@ void TellMissing(OutputFile& references, std::size_t cited, int found) {
                     "that could be found also in the BibTeX library ... .\n\n\n"});
 }
 
-void PrintExtracted(OutputFile& references, const Settings& settings, const EntryKind& entry,
-                    EntryValues& values) {
+std::span<const Value> PrintExtracted(OutputFile& references, const Settings& settings,
+                                      const EntryKind& entry, EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(settings);
-  if (!style) return;
+  if (!style) return {};
   const bool springer = *style == JournalStyle::kSpringerCompSci;
   ReferenceKind kind = entry.kind;
   if (kind == ReferenceKind::kArticle) {
@@ -150,8 +151,8 @@ void PrintExtracted(OutputFile& references, const Settings& settings, const Entr
     if (settings.PrintTitle != 0) kind = ReferenceKind::kArticleTitle;
   }
   if (kind == ReferenceKind::kIncol && springer) kind = ReferenceKind::kInpro;
-  PrintReference(references, GlobalJournalStyles.Format(*style, KeyOf(kind, true)),
-                 ValueOrder(kind, *style), values);
+  return PrintReference(references, GlobalJournalStyles.Format(*style, KeyOf(kind, true)),
+                        ValueOrder(kind, *style), values);
 }
 
 /// Writes the list of keys; 0 after a `PrintError` when that fails.
@@ -165,22 +166,25 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
 }
 
 /// Writes the library of the cited entries; gives their number, 0 after a `PrintError`.
-int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys) {
+int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
+                 const std::function<void(std::size_t)>& tell_missing) {
   std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
   if (!library) return Fail(kLibraryNotOpened);
   const auto output =
       CreateOutput(run, OutputPath(run.second_path, Output::kExtractLibrary), CreateMode::kWrite);
   if (!output) return Fail(kLibraryNotCreated);
   output->Write({BibFileHeader, "\n"});
-  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys);
+  FileWarnings warnings = WarningsOf(run, run.second_path, *library);
+  ScanLibrary(library->Bytes(), {limits::kShortLine, kReferenceTags}, warnings);
+  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys, tell_missing);
   if (found == 0) PrintError(kNothingFound);
   return CloseOutputs({output.get()}) ? found : 0;
 }
 
 /// Writes the references of the new library, which holds `found` entries for `cited` keys.
 int WriteReferences(const RunContext& run, std::size_t cited, int found) {
-  std::optional<LineStream> library =
-      run.files.OpenLines(OutputPath(run.second_path, Output::kExtractLibrary), ReadMode::kUpdate);
+  const std::string source = OutputPath(run.second_path, Output::kExtractLibrary);
+  std::optional<LineStream> library = run.files.OpenLines(source, ReadMode::kUpdate);
   if (!library) return Fail(kNewLibraryNotOpened);
   const auto references =
       CreateOutput(run, OutputPath(run.second_path, Output::kExtractTex), CreateMode::kWrite);
@@ -189,13 +193,15 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
   if (static_cast<std::size_t>(found) < cited) TellMissing(*references, cited, found);
   if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
 
+  FileWarnings warnings = WarningsOf(run, source, *library);
   ReferenceWalk walk(
       *library, *references, run.settings,
       {limits::kLongLine, true, false, kAdvice,
        [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
        [&](const EntryKind& entry, EntryValues& values) {
-         PrintExtracted(*references, run.settings, entry, values);
-       }});
+         return PrintExtracted(*references, run.settings, entry, values);
+       }},
+      &warnings);
   if (!walk.ReadNext()) return Fail(kNoHeader);
   if (!walk.Run(found)) return Fail(kLibraryTooShort);
   TellUnsupported(walk.Unsupported(), kReferencesName);
@@ -204,10 +210,13 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
 
 }  // namespace
 
-int ScanCitations(LineStream& document, std::vector<std::string>& keys) {
+int ScanCitations(LineStream& document, std::vector<std::string>& keys,
+                  std::vector<std::size_t>* places) {
   std::unordered_set<std::string> known(keys.begin(), keys.end());
   const auto store = [&](const std::string& key) {
-    if (known.insert(key).second) keys.push_back(key);
+    if (!known.insert(key).second) return;
+    keys.push_back(key);
+    if (places) places->push_back(document.Position() - 1);
   };
   while (const auto text = document.ReadLine(limits::kShortLine)) {
     if (text->find(kCiteBrace) == std::string_view::npos) continue;
@@ -224,13 +233,17 @@ int ScanCitations(LineStream& document, std::vector<std::string>& keys) {
 }
 
 int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
-                                           const std::vector<std::string>& keys) {
+                                           const std::vector<std::string>& keys,
+                                           const std::function<void(std::size_t)>& tell_missing) {
   CitedEntries entries(keys);
   entries.Find(library);
   int found = 0;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::optional<std::size_t> head = entries.Head(i);
-    if (!head) continue;
+    if (!head) {
+      if (tell_missing) tell_missing(i);
+      continue;
+    }
     library.SetPosition(*head);
     if (!CopyEntry(output, library)) return Fail(kLibraryEndsWithHead);
     ++found;
@@ -241,14 +254,19 @@ int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& libra
 int RunExtract(const RunContext& run) {
   if (run.first_path.empty()) return Fail(kNoDocument);
   if (run.second_path.empty()) return Fail(kNoLibrary);
+  std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  if (!document) return Fail(kDocumentNotOpened);
+  FileWarnings warnings = WarningsOf(run, run.first_path, *document);
   std::vector<std::string> keys;
-  {
-    std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-    if (!document) return Fail(kDocumentNotOpened);
-    ScanCitations(*document, keys);
-  }
+  std::vector<std::size_t> places;
+  ScanCitations(*document, keys, &places);
+  WarnOfCitations(document->Bytes(), warnings);
+  WarnOfKeys(keys, places, warnings);
   if (WriteKeys(run, keys) != kSucceeded) return kFailed;
-  const int found = WriteLibrary(run, keys);
+  const int found = WriteLibrary(run, keys, [&](std::size_t key) {
+    warnings.Report(WarningKind::kMissingCitation, places[key], keys[key],
+                    "the cited key has no entry in the library");
+  });
   if (found == 0) return kFailed;
   return WriteReferences(run, keys.size(), found);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,13 +14,17 @@ namespace tarvel {
 /// Adds the keys that a LaTeX document cites with "\cite{" to `keys`, in the order of their first
 /// citation and each once; gives how many `keys` holds then. Lines are read with at most 999 bytes;
 /// a command that is cut by that limit is missed. Blanks belong to a key. The keys are taken from
-/// the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both.
-int ScanCitations(LineStream& document, std::vector<std::string>& keys);
+/// the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both. For each
+/// key that it adds it adds to `places` the offset of a byte of its line.
+int ScanCitations(LineStream& document, std::vector<std::string>& keys,
+                  std::vector<std::size_t>* places = nullptr);
 
 /// Copies the entries of the keys (each key once) to `output`, in their order: for each the first
 /// entry of the library on whose head "{", the key and "," stand. Gives the number of keys that
 /// have one; 0 after a `PrintError` when the library ends with the head of such an entry.
-int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
-                                           const std::vector<std::string>& keys);
+/// `tell_missing` is called with the number of each key that has none.
+int SelectAndWriteBibTeXEntriesIntoNewFile(
+    OutputFile& output, LineStream& library, const std::vector<std::string>& keys,
+    const std::function<void(std::size_t)>& tell_missing = {});
 
 }  // namespace tarvel

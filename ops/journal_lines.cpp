@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
@@ -23,17 +26,31 @@ bool BeginsSqueezed(std::string_view text, std::string_view letters) {
   return true;
 }
 
+/// A name that is not in the list.
+struct UnknownName {
+  std::size_t count = 0;
+  std::size_t place = 0;  // of its first line
+};
+
 /// One pass over a library.
 class JournalRenamer {
  public:
   JournalRenamer(LineStream& input, OutputFile& library, OutputFile& log,
-                 const JournalTable& journals, const Settings& settings)
-      : input_(input), library_(library), log_(log), journals_(journals), settings_(settings) {}
+                 const JournalTable& journals, const Settings& settings, FileWarnings& warnings)
+      : input_(input),
+        library_(library),
+        log_(log),
+        journals_(journals),
+        settings_(settings),
+        warnings_(warnings) {}
 
   void Walk();
 
  private:
   void HandleJournalLine(Line& line);
+  void TellCutLine(std::string_view line);
+  void CountUnknown(std::string_view line, std::size_t place);
+  void TellUnknown();
   void Rename(Line& line, const Journal& journal, std::string_view name);
 
   LineStream& input_;
@@ -41,6 +58,8 @@ class JournalRenamer {
   OutputFile& log_;
   const JournalTable& journals_;
   const Settings& settings_;
+  FileWarnings& warnings_;
+  std::unordered_map<std::string, UnknownName> unknown_;
   std::string bibitem_;
   std::string value_;
   int changes_ = 0;
@@ -55,14 +74,18 @@ void JournalRenamer::Walk() {
       library_.Write(line.Text());
     }
   }
+  TellUnknown();
   log_.Write({"\n\n", std::to_string(changes_), " changes have been made in total. "});
 }
 
 void JournalRenamer::HandleJournalLine(Line& line) {
+  const std::size_t place = input_.Position() - 1;
+  TellCutLine(line.Text());
   BraceJournalValue(line);
   ReadFieldValue(line, input_, value_);  // without a value, or a whole one, what there is counts
   const auto match = journals_.FindJournal(value_);
   if (!match) {
+    CountUnknown(line.Text(), place);
     library_.Write(line.Text());
     return;
   }
@@ -71,6 +94,42 @@ void JournalRenamer::HandleJournalLine(Line& line) {
     Rename(line, journal, journal.abbreviation);
   } else if (settings_.JournalFullNames == 1) {
     Rename(line, journal, journal.full_name);
+  }
+}
+
+/// Tells of a line without braces that is not "journal = value," alone: it is cut at its first ",".
+void JournalRenamer::TellCutLine(std::string_view line) {
+  if (!warnings_.Wanted() || line.find_first_of("{}") != std::string_view::npos) return;
+  const std::size_t comma = std::min(line.find(','), line.size());
+  const bool is_tag = MentionsJournal(line.substr(0, std::min(line.find('='), comma)));
+  const std::string_view lost = line.substr(std::min(comma + 1, line.size()));
+  const bool loses = lost.find_first_not_of(" \t\r\n") != std::string_view::npos;
+  if (is_tag && line.find('=') < comma && !loses) return;
+  warnings_.Report(WarningKind::kLineCut, input_.Position() - 1, bibitem_,
+                   std::string("a line that mentions a journal was cut and got a \"}\": '")
+                       .append(line.substr(0, line.find('\n')))
+                       .append("'"));
+}
+
+void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted() || value_.empty()) return;
+  if (!MentionsJournal(line.substr(0, line.find('=')))) return;
+  UnknownName& name = unknown_[value_];
+  if (name.count++ == 0) name.place = place;
+}
+
+void JournalRenamer::TellUnknown() {
+  std::vector<std::pair<std::string_view, UnknownName>> names(unknown_.begin(), unknown_.end());
+  std::sort(names.begin(), names.end(), [](const auto& one, const auto& other) {
+    return one.second.count != other.second.count ? one.second.count > other.second.count
+                                                  : one.second.place < other.second.place;
+  });
+  for (const auto& [name, found] : names) {
+    warnings_.Report(WarningKind::kUnknownJournal, found.place, {},
+                     std::string("the journal '")
+                         .append(name)
+                         .append("' is not in the list, times: ")
+                         .append(std::to_string(found.count)));
   }
 }
 
@@ -114,8 +173,9 @@ void BraceJournalValue(Line& line) {
 }
 
 void RenameJournals(LineStream& input, OutputFile& library, OutputFile& log,
-                    const JournalTable& journals, const Settings& settings) {
-  JournalRenamer(input, library, log, journals, settings).Walk();
+                    const JournalTable& journals, const Settings& settings,
+                    FileWarnings& warnings) {
+  JournalRenamer(input, library, log, journals, settings, warnings).Walk();
 }
 
 }  // namespace tarvel

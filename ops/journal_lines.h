@@ -6,6 +6,7 @@
 #include "app/settings.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
+#include "core/warnings.h"
 #include "ops/journal_table.h"
 
 namespace tarvel {
@@ -21,7 +22,8 @@ void BraceJournalValue(Line& line);
 /// Copies the library and renames the journals that the table knows, to their abbreviations or
 /// their full names as the settings say; logs every renaming and their number. With neither kind
 /// of name chosen the lines of known journals are left out. Lines of at most 4,999 bytes are read.
+/// Warns of names that are not in the table and of lines that are cut.
 void RenameJournals(LineStream& input, OutputFile& library, OutputFile& log,
-                    const JournalTable& journals, const Settings& settings);
+                    const JournalTable& journals, const Settings& settings, FileWarnings& warnings);
 
 }  // namespace tarvel

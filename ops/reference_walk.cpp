@@ -18,6 +18,15 @@ namespace {
 constexpr std::string_view kJabRefMarker = "@comment{jabref";
 constexpr std::string_view kBooktitle = "booktitle";
 
+constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+
+// ORDER: Value
+constexpr std::array<std::string_view, kValueCount> kValueNames{
+    "name",  "author",    "title",   "journal", "year",      "volume",
+    "pages", "publisher", "address", "editor",  "booktitle", "school"};
+
+std::string_view NameOf(Value value) { return kValueNames[static_cast<std::size_t>(value)]; }
+
 /// Where one of these stands on a head in upper case, its entry is not reported as unsupported. So
 /// "@BOOKLET" is not, although no reference is printed for it.
 constexpr std::array<std::string_view, 6> kSupportedMarkers{
@@ -104,13 +113,18 @@ const EntryKind* FindEntryKind(std::string_view type_word) {
   return nullptr;
 }
 
+const std::array<std::string_view, 11> kReferenceTags{
+    "author",    "journal", "year",      "volume", "title", "pages",
+    "publisher", "address", "booktitle", "editor", "school"};
+
 ReferenceWalk::ReferenceWalk(LineStream& library, OutputFile& output, const Settings& settings,
-                             WalkRules rules)
+                             WalkRules rules, FileWarnings* warnings)
     : library_(library),
       output_(output),
       settings_(settings),
       rules_(std::move(rules)),
-      style_(SelectedStyle(settings)) {}
+      style_(SelectedStyle(settings)),
+      warnings_(warnings && warnings->Wanted() ? warnings : nullptr) {}
 
 bool ReferenceWalk::Run(int entries) {
   for (int handled = 0; handled < entries; ++handled) {
@@ -128,18 +142,70 @@ bool ReferenceWalk::Run(int entries) {
 bool ReferenceWalk::HandleEntry() {
   const std::string type_word(CopyUntilChar(line_.Text(), '@', '{'));
   const std::string key(CopyUntilChar(line_.Text(), '{', ','));
+  head_ = library_.Position() - 1;
   StringToUpper(line_.Edit());
   if (!HoldsSupportedMarker(line_.Text())) {
     PassUnsupported(key, type_word);
     return true;
   }
-  if (!ReadNext()) return false;
+  if (!ReadNext()) {
+    TellNothing(key, "the library ends with its first line");
+    return false;
+  }
   const EntryKind* kind = FindEntryKind(type_word);
-  if (!kind) return true;
+  if (!kind) {
+    TellNothing(key, "its type is read as '" + type_word + "', which has no reference");
+    return true;
+  }
   At(values_, Value::kBibitem) = rules_.name_reference(key);
+  read_.fill(false);
   ReadTags(*kind);
-  rules_.print(*kind, values_);
+  const std::span<const Value> shown = rules_.print(*kind, values_);
+  if (shown.empty()) TellNothing(key, "the style has no format for it that fits its values");
+  TellCarriedOver(shown, key);
+  if (rules_.is_plain_text) TellCommands(shown, key);
   return true;
+}
+
+void ReferenceWalk::TellNothing(std::string_view key, std::string_view why) {
+  if (!warnings_) return;
+  warnings_->Report(WarningKind::kNothingPrinted, head_, key,
+                    std::string("no reference was printed: ").append(why));
+}
+
+/// Notes whose values were read, and tells of those shown that are of an earlier entry.
+void ReferenceWalk::TellCarriedOver(std::span<const Value> shown, std::string_view key) {
+  if (!warnings_) return;
+  for (std::size_t i = 0; i < kValueCount; ++i) {
+    if (read_[i]) owner_[i] = key;
+  }
+  for (const Value value : shown) {
+    const auto index = static_cast<std::size_t>(value);
+    if (value == Value::kBibitem || read_[index] || values_[index].empty()) continue;
+    warnings_->Report(WarningKind::kCarriedOver, head_, key,
+                      std::string("shows the ")
+                          .append(NameOf(value))
+                          .append(" of the earlier entry '")
+                          .append(owner_[index])
+                          .append("'"));
+  }
+}
+
+/// Tells of the first command in each value that is shown.
+void ReferenceWalk::TellCommands(std::span<const Value> shown, std::string_view key) {
+  if (!warnings_) return;
+  for (const Value value : shown) {
+    const std::string& text = At(values_, value);
+    const std::size_t at = text.find('\\');
+    if (value == Value::kBibitem || at == std::string::npos) continue;
+    const std::size_t letters = text.find_first_not_of(kLetters, at + 1);
+    const std::size_t end = std::max(std::min(letters, text.size()), std::min(at + 2, text.size()));
+    warnings_->Report(WarningKind::kCommandLeft, head_, key,
+                      std::string("'")
+                          .append(text, at, end - at)
+                          .append("' is left in the ")
+                          .append(NameOf(value)));
+  }
 }
 
 void ReferenceWalk::PassUnsupported(std::string_view key, std::string_view type_word) {
@@ -172,6 +238,7 @@ void ReferenceWalk::ReadTagsOfLine(const EntryKind& kind) {
     if ((found >> i & 1) == 0 || PassesOver(tag)) continue;
     const std::size_t behind_line = library_.Position();
     ReadFieldValue(line_, library_, At(values_, tag.value));
+    read_[static_cast<std::size_t>(tag.value)] = true;
     Treat(tag);
     // A value over several lines has made the current line longer: more tags may stand on it.
     if (library_.Position() != behind_line) found = kind.names.Find(line_.Text());
@@ -211,13 +278,15 @@ void ReferenceWalk::Treat(const TagRead& tag) {
   }
 }
 
-void PrintReference(OutputFile& output, const std::string& format, std::span<const Value> order,
-                    const EntryValues& values) {
+std::span<const Value> PrintReference(OutputFile& output, const std::string& format,
+                                      std::span<const Value> order, const EntryValues& values) {
   std::array<std::string_view, kValueCount> arguments;
   for (std::size_t i = 0; i < order.size(); ++i) {
     arguments[i] = values[static_cast<std::size_t>(order[i])];
   }
-  output.Write(FormatReference(format, std::span(arguments).first(order.size())));
+  const std::string reference = FormatReference(format, std::span(arguments).first(order.size()));
+  output.Write(reference);
+  return reference.empty() ? std::span<const Value>() : order;
 }
 
 void TellUnsupported(int unsupported, std::string_view file_name) {

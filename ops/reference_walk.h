@@ -13,6 +13,7 @@
 #include "core/line_stream.h"
 #include "core/name_matcher.h"
 #include "core/output_file.h"
+#include "core/warnings.h"
 #include "ops/journal_styles.h"
 
 namespace tarvel {
@@ -61,13 +62,17 @@ struct WalkRules {
   bool collapses_dashes;    // of ranges of pages
   std::string_view advice;  // closes the note on an entry of an unsupported type
   std::function<std::string(std::string_view key)> name_reference;
-  std::function<void(const EntryKind& kind, EntryValues& values)> print;
+  /// Prints a reference; gives the values that it shows, none when it printed nothing.
+  std::function<std::span<const Value>(const EntryKind& kind, EntryValues& values)> print;
+  bool is_plain_text = false;  // a command that is left in a reference is worth a warning
 };
 
 /// Walks a library and has a reference printed for each entry of a supported type.
 class ReferenceWalk {
  public:
-  ReferenceWalk(LineStream& library, OutputFile& output, const Settings& settings, WalkRules rules);
+  /// `warnings`, which may be null, are those of the library.
+  ReferenceWalk(LineStream& library, OutputFile& output, const Settings& settings, WalkRules rules,
+                FileWarnings* warnings = nullptr);
 
   /// Reads the next line of the library; false at its end, which leaves the current line.
   bool ReadNext() { return ReadLine(library_, rules_.line_limit, line_); }
@@ -87,6 +92,9 @@ class ReferenceWalk {
   bool PassesOver(const TagRead& tag) const;
   void Treat(const TagRead& tag);
   bool AtEntryEnd();
+  void TellNothing(std::string_view key, std::string_view why);
+  void TellCommands(std::span<const Value> shown, std::string_view key);
+  void TellCarriedOver(std::span<const Value> shown, std::string_view key);
 
   LineStream& library_;
   OutputFile& output_;
@@ -96,11 +104,20 @@ class ReferenceWalk {
   Line line_;
   EntryValues values_;
   int unsupported_ = 0;
+
+  FileWarnings* warnings_;
+  std::size_t head_ = 0;                        // the place of the entry that is being handled
+  std::array<bool, kValueCount> read_{};        // the values that it has
+  std::array<std::string, kValueCount> owner_;  // the entries that the values are of
 };
 
-/// Prints a reference with a format and the values that belong to it.
-void PrintReference(OutputFile& output, const std::string& format, std::span<const Value> order,
-                    const EntryValues& values);
+/// The names of all the tags that references are made of.
+extern const std::array<std::string_view, 11> kReferenceTags;
+
+/// Prints a reference with a format and the values that belong to it; gives those values, none when
+/// the format did not fit them and nothing was printed.
+std::span<const Value> PrintReference(OutputFile& output, const std::string& format,
+                                      std::span<const Value> order, const EntryValues& values);
 
 /// Shows the box that tells how many entries are not in the file; none when it is 0. `file_name` is
 /// what the text calls the file.

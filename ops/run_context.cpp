@@ -8,10 +8,15 @@
 namespace tarvel {
 
 RunContext GlobalRun() {
-  return {FirstFilePath.Get(), SecondFilePath.Get(), GlobalSettings, RealFileSystem(), [] {
+  return {FirstFilePath.Get(),
+          SecondFilePath.Get(),
+          GlobalSettings,
+          RealFileSystem(),
+          [] {
             GetProgramDirectory(ProgramDir, ExecutablePath);
             return ProgramDir.Get();
-          }};
+          },
+          GlobalWarnings};
 }
 
 std::string OutputPath(const std::string& library, Output output) {
@@ -37,6 +42,10 @@ bool CloseOutputs(std::initializer_list<OutputFile*> files) {
     PrintError("Could not write the file '" + file->Path() + "': " + file->Error());
   }
   return arrived;
+}
+
+FileWarnings WarningsOf(const RunContext& run, const std::string& path, const LineStream& input) {
+  return {run.warnings, path, input.Bytes()};
 }
 
 int Fail(std::string_view text, int result) {

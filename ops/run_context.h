@@ -11,7 +11,9 @@
 #include "app/settings.h"
 #include "core/file_names.h"
 #include "core/file_system.h"
+#include "core/library_scan.h"
 #include "core/output_file.h"
+#include "core/warnings.h"
 
 namespace tarvel {
 
@@ -24,6 +26,8 @@ struct RunContext {
   /// The directory of the program's configuration files, without a final "/". Asked for only by
   /// the loaders of such files.
   std::function<std::string()> program_directory;
+  /// Takes what the run passes over, drops or cannot use; null when nobody wants to know.
+  Warnings* warnings = nullptr;
 };
 
 /// The context of a run started by the user: the picked paths and the settings as they are now.
@@ -41,6 +45,9 @@ std::string OutputPath(const std::string& library, Output output);
 /// Closes new files; false when a byte of any did not arrive, after a `PrintError` for each such
 /// file. An operation whose files did not all arrive has failed.
 [[nodiscard]] bool CloseOutputs(std::initializer_list<OutputFile*> files);
+
+/// Where a run reports what the file at `path`, read whole into `input`, gives cause to.
+FileWarnings WarningsOf(const RunContext& run, const std::string& path, const LineStream& input);
 
 /// Prints a failure with `PrintError` and gives `result`, so that an operation can end with it.
 int Fail(std::string_view text, int result = 0);

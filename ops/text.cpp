@@ -61,15 +61,16 @@ void TreatValues(const Settings& settings, const LaTeXCommands& commands, Refere
   }
 }
 
-void PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
-               const EntryValues& values) {
+std::span<const Value> PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
+                                 const EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(settings);
-  if (!style) return;
+  if (!style) return {};
   if (kind == ReferenceKind::kArticle && settings.PrintTitle != 0) {
     kind = ReferenceKind::kArticleTitle;
   }
   const StyleKey key = KeyOf(kind, settings.UseLaTeXCode != 0);
-  PrintReference(output, GlobalJournalStyles.Format(*style, key), ValueOrder(kind, *style), values);
+  return PrintReference(output, GlobalJournalStyles.Format(*style, key), ValueOrder(kind, *style),
+                        values);
 }
 
 /// The number of entries of the library; nothing when it cannot be opened.
@@ -96,13 +97,17 @@ int RunText(const RunContext& run) {
   if (CreateText_LaTeXArray(run, commands) != kSucceeded) return kFailed;
   if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
 
+  FileWarnings warnings = WarningsOf(run, run.first_path, *library);
+  ScanLibrary(library->Bytes(), {limits::kShortLine, kReferenceTags}, warnings);
   ReferenceWalk walk(*library, *output, run.settings,
                      {limits::kShortLine, false, true, kAdvice,
                       [&](std::string_view key) { return NameReference(run.settings, key); },
                       [&](const EntryKind& entry, EntryValues& values) {
                         TreatValues(run.settings, commands, entry.kind, values);
-                        PrintText(*output, run.settings, entry.kind, values);
-                      }});
+                        return PrintText(*output, run.settings, entry.kind, values);
+                      },
+                      run.settings.UseLaTeXCode == 0},
+                     &warnings);
   if (!walk.Run(*entries)) return Fail(kLibraryTooShort);
   TellUnsupported(walk.Unsupported(), kTextName);
   return CloseOutputs({output.get()}) ? kSucceeded : kFailed;

@@ -19,7 +19,7 @@ test_wanted="
 /usr/bin/xprop                    x11-utils
 /usr/bin/python3                  python3
 /usr/bin/clang++                  clang
-/usr/include/clang/14/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
+/usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
 [ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
 

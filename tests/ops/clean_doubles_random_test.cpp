@@ -15,6 +15,7 @@
 #include "tests/support/memory_files.h"
 #include "tests/support/plain_clean_doubles.h"
 #include "tests/support/recording_reporter.h"
+#include "tests/support/recording_warnings.h"
 
 namespace tarvel {
 namespace {
@@ -27,10 +28,13 @@ DoublesOutcome Indexed(const std::string& input) {
   MemoryFiles files;
   files.files["/d/lit.bib"] = input;
   DoublesOutcome outcome;
-  outcome.result = RunCleanDoubles(MemoryRun(files, "/d/lit.bib"));
+  RecordingWarnings warnings;
+  RunContext run = MemoryRun(files, "/d/lit.bib");
+  run.warnings = &warnings;
+  outcome.result = RunCleanDoubles(run);
   outcome.log = files.files["/d/lit_double.log"];
   outcome.library = files.files["/d/lit_double.bib"];
-  outcome.warnings = reporter.warnings;
+  outcome.warnings = warnings.TextsOf(WarningKind::kOverwritten);
   EXPECT_EQ(reporter.printed, "");
   EXPECT_TRUE(reporter.boxes.empty());
   return outcome;

@@ -10,6 +10,7 @@
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_reporter.h"
+#include "tests/support/recording_warnings.h"
 
 namespace tarvel {
 namespace {
@@ -37,10 +38,13 @@ Outcome Clean(const std::string& library) {
   MemoryFiles files;
   files.files["/d/lit.bib"] = library;
   Outcome outcome;
-  outcome.result = RunCleanDoubles(MemoryRun(files, "/d/lit.bib"));
+  RecordingWarnings warnings;
+  RunContext run = MemoryRun(files, "/d/lit.bib");
+  run.warnings = &warnings;
+  outcome.result = RunCleanDoubles(run);
   outcome.log = WithoutHeader(files.files["/d/lit_double.log"], LogFileHeader);
   outcome.library = WithoutHeader(files.files["/d/lit_double.bib"], BibFileHeader);
-  outcome.warnings = reporter.warnings;
+  outcome.warnings = warnings.TextsOf(WarningKind::kOverwritten);
   outcome.printed = reporter.printed;
   EXPECT_EQ(files.files["/d/lit.bib"], library) << "the input is never changed";
   return outcome;

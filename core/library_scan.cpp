@@ -1,0 +1,435 @@
+// SPDX-License-Identifier: MIT
+#include "core/library_scan.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_set>
+
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+const std::unordered_set<std::string_view>& KnownTypes() {
+  static const std::unordered_set<std::string_view> types{
+      "ARTICLE"sv,          "BOOK"sv,       "PHDTHESIS"sv,  "INCOLLECTION"sv,
+      "INPROCEEDINGS"sv,    "MISC"sv,       "OTHER"sv,      "PROCEEDINGS"sv,
+      "ELECTRONIC"sv,       "BOOKLET"sv,    "INBOOK"sv,     "MASTERTHESIS"sv,
+      "CONFERENCE"sv,       "MANUAL"sv,     "TECHREPORT"sv, "UNPUBLISHED"sv,
+      "STANDARD"sv,         "PERIODICAL"sv, "PATENT"sv,     "MEETINGABSTRACT"sv,
+      "PROCEEDINGSPAPER"sv, "LETTER"sv,     "REVIEW"sv,     "EDITORIALMATERIAL"sv};
+  return types;
+}
+
+/// What stands behind an "@" and is no entry.
+constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+bool IsLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
+bool IsHigh(char byte) { return static_cast<signed char>(byte) < 0; }
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  StringToUpper(upper);
+  return upper;
+}
+
+std::string_view TrimEnd(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::size_t FindFrom(std::string_view text, std::string_view bytes, std::size_t from) {
+  return std::min(text.find_first_of(bytes, from), text.size());
+}
+
+std::size_t SkipBlanks(std::string_view text, std::size_t from) {
+  return std::min(text.find_first_not_of(kBlanks, from), text.size());
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t size = Utf8CharacterSize(text);
+    if (size == 0) return false;
+    text.remove_prefix(size);
+  }
+  return true;
+}
+
+/// Signs by which an entry of the usual form is told from one that needs a closer look. All are
+/// zero for "@type{key," with a line "  tag = {value}," for each tag and a line "}".
+struct Signs {
+  int open_braces = 0;      // "{" less "}"
+  int unbraced_values = 0;  // "=" less "={" and "= {"
+  int unended_values = 0;   // "={" and "= {" less "}" and "}," at the end of a line
+  bool high = false;        // a byte from 128 on
+
+  bool operator==(const Signs&) const = default;
+};
+
+/// Adds the signs of `kStep` bytes; two more can be read behind them. Without branches, so that it
+/// becomes vector code.
+constexpr std::size_t kStep = 64;
+void AddSigns(const char* text, Signs& signs) {
+  std::int8_t open = 0;
+  std::int8_t unbraced = 0;
+  std::int8_t unended = 0;
+  std::int8_t high = 0;
+  for (std::size_t i = 0; i < kStep; ++i) {
+    const char byte = text[i];
+    const char next = text[i + 1];
+    const char third = text[i + 2];
+    const bool value = (byte == '=') & ((next == '{') | ((next == ' ') & (third == '{')));
+    const bool end = (byte == '}') & ((next == '\n') | ((next == ',') & (third == '\n')));
+    open = static_cast<std::int8_t>(open + (byte == '{') - (byte == '}'));
+    unbraced = static_cast<std::int8_t>(unbraced + (byte == '=') - value);
+    unended = static_cast<std::int8_t>(unended + value - end);
+    high = static_cast<std::int8_t>(high | byte);
+  }
+  signs.open_braces += open;
+  signs.unbraced_values += unbraced;
+  signs.unended_values += unended;
+  signs.high |= high < 0;
+}
+
+Signs SignsOf(std::string_view text) {
+  Signs signs;
+  for (; text.size() >= kStep + 2; text.remove_prefix(kStep)) AddSigns(text.data(), signs);
+  while (!text.empty()) {
+    std::array<char, kStep + 2> rest{};
+    std::copy_n(text.data(), std::min(text.size(), rest.size()), rest.data());
+    if (text.size() > kStep) {
+      AddSigns(rest.data(), signs);
+      text.remove_prefix(kStep);
+      continue;
+    }
+    AddSigns(rest.data(), signs);
+    break;
+  }
+  return signs;
+}
+
+/// One pass over a library.
+class LibraryScan {
+ public:
+  LibraryScan(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings)
+      : bytes_(bytes), rules_(rules), warnings_(warnings) {}
+
+  void Run();
+
+ private:
+  enum class State { kOutside, kInEntry, kInValue, kInQuotes, kBeforeValue };
+
+  void FindLongLines();
+  bool IsUsual(std::string_view part, std::size_t offset);
+  void ScanLines(std::size_t offset, std::size_t end);
+  void ScanLine(std::string_view line, std::size_t offset);
+  bool TakeHead(std::string_view line, std::size_t offset);
+  void TakeKnownHead(std::string_view type, std::string_view key, std::size_t offset);
+  bool TakeOtherHead(std::string_view line, std::size_t offset);
+  void ReadEntryLine(std::string_view line, std::size_t offset);
+  std::size_t ReadTag(std::string_view line, std::size_t at, std::size_t offset);
+  std::size_t StartValue(std::string_view line, std::size_t at, std::size_t offset);
+  std::size_t ContinueValue(std::string_view line, std::size_t at);
+  void EndEntry(std::size_t next);
+  void Tell(WarningKind kind, std::size_t offset, std::string_view text) {
+    warnings_.Report(kind, offset, key_, text);
+  }
+  bool IsRead(std::string_view line) const;
+
+  std::string_view bytes_;
+  const ScanRules& rules_;
+  FileWarnings& warnings_;
+
+  State state_ = State::kOutside;
+  bool has_entry_ = false;     // an entry of a known type came, and is not yet done with
+  bool closing_line_ = false;  // a line that begins with "}" came since
+  std::string key_;
+  std::size_t head_ = 0;
+  std::string tag_;
+  std::size_t tag_place_ = 0;
+  int depth_ = 0;
+};
+
+void LibraryScan::Run() {
+  FindLongLines();
+  std::size_t start = 0;
+  while (start < bytes_.size()) {
+    std::size_t end = start;
+    do {
+      end = bytes_.find('@', end + 1);
+    } while (end != std::string_view::npos && bytes_[end - 1] != '\n');
+    end = std::min(end, bytes_.size());
+    if (!IsUsual(bytes_.substr(start, end - start), start)) ScanLines(start, end);
+    start = end;
+  }
+  EndEntry(bytes_.size());
+}
+
+/// Whether the text up to the next "@" at the start of a line is an entry of the usual form, after
+/// which nothing is open.
+bool LibraryScan::IsUsual(std::string_view part, std::size_t offset) {
+  if (state_ != State::kOutside || (has_entry_ && rules_.needs_closing_line && !closing_line_)) {
+    return false;
+  }
+  constexpr std::size_t kLongestType = 17;
+  const std::size_t brace = part.substr(0, kLongestType + 2).find('{');
+  if (!part.starts_with('@') || brace == std::string_view::npos) return false;
+  std::array<char, kLongestType + 1> letters{};
+  for (std::size_t i = 1; i < brace; ++i) letters[i - 1] = ToUpper(part[i]);
+  const std::string_view type(letters.data(), brace - 1);
+  if (!KnownTypes().contains(type)) return false;
+  // An "@" or a further line with "}" in the middle would hide a head or text behind the entry.
+  const std::string_view entry = TrimEnd(part);
+  if (!entry.ends_with("\n}") || part.find('@', 1) != std::string_view::npos) return false;
+  Signs usual;
+  usual.unended_values = -1;  // the brace of the entry itself
+  if (SignsOf(part) != usual) return false;
+  has_entry_ = false;
+  if (rules_.on_entry) rules_.on_entry(type, CopyUntilChar(part, '{', ','), offset);
+  return true;
+}
+
+/// Looks only where a line break must be if no line is too long: nearly always there is one.
+void LibraryScan::FindLongLines() {
+  const std::size_t most = rules_.line_limit - 1;
+  std::size_t start = 0;
+  while (bytes_.size() - start > most) {
+    const std::size_t last = bytes_.substr(start, most).rfind('\n');
+    if (last != std::string_view::npos) {
+      start += last + 1;
+      continue;
+    }
+    const std::size_t end = std::min(bytes_.find('\n', start), bytes_.size() - 1) + 1;
+    warnings_.Report(WarningKind::kLongLine, start, {},
+                     "a line of " + std::to_string(end - start) + " bytes is read in pieces of " +
+                         std::to_string(most));
+    start = end;
+  }
+}
+
+void LibraryScan::ScanLines(std::size_t offset, std::size_t end) {
+  while (offset < end) {
+    const std::size_t newline = bytes_.find('\n', offset);
+    const std::size_t next = newline == std::string_view::npos ? bytes_.size() : newline + 1;
+    ScanLine(bytes_.substr(offset, next - offset), offset);
+    offset = next;
+  }
+}
+
+void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
+  const bool in_value = state_ == State::kInValue || state_ == State::kInQuotes;
+  const bool head = line.find('@') != std::string_view::npos && TakeHead(line, offset);
+  if (std::any_of(line.begin(), line.end(), IsHigh) && !IsUtf8(line)) {
+    Tell(WarningKind::kBadBytes, offset,
+         "the line holds bytes that are neither ASCII nor valid UTF-8");
+  }
+  if (!head && !in_value && line.starts_with('}')) closing_line_ = true;
+  if (!head && state_ != State::kOutside) ReadEntryLine(line, offset);
+}
+
+/// Takes a line that starts something of its own; false when it does not.
+bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
+  std::string upper(line);
+  if (!IsKnownEntry(upper)) return TakeOtherHead(line, offset);
+  const std::size_t at = line.find('@');
+  if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
+  if (state_ == State::kOutside && line.starts_with('}')) closing_line_ = true;
+  const std::string_view rest = line.substr(at);
+  TakeKnownHead(CopyUntilChar(std::string_view(upper).substr(at), '@', '{'),
+                CopyUntilChar(rest, '{', ','), offset);
+  // What stands behind the key on the same line.
+  const std::size_t behind = rest.find_first_of(",}");
+  if (behind != std::string_view::npos) ReadEntryLine(rest.substr(behind), offset);
+  return true;
+}
+
+void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std::size_t offset) {
+  EndEntry(offset);
+  key_ = key;
+  state_ = State::kInEntry;
+  has_entry_ = true;
+  closing_line_ = false;
+  head_ = offset;
+  if (rules_.on_entry) rules_.on_entry(type, key, offset);
+  if (KnownTypes().contains(type)) return;
+  const std::string word(type);
+  const std::string_view trimmed = TrimEnd(type);
+  if (KnownTypes().contains(trimmed)) {
+    Tell(WarningKind::kBlankInType, offset,
+         "the type is read as '" + word + "', with the blank, and is no known one");
+  } else {
+    Tell(WarningKind::kUnknownType, offset, "'@" + word + "' is no known type");
+  }
+}
+
+/// Takes "@word" at the start of a line that is no entry of a known type.
+bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
+  const std::size_t at = SkipBlanks(line, 0);
+  if (at == line.size() || line[at] != '@' || state_ == State::kInValue) return false;
+  std::size_t end = at + 1;
+  while (end < line.size() && IsLetter(line[end])) ++end;
+  const std::size_t behind = SkipBlanks(line, end);
+  const bool opens = behind == line.size() || line[behind] == '{' || line[behind] == '(';
+  if (end == at + 1 || !opens) return false;
+  const std::string type = Upper(line.substr(at + 1, end - at - 1));
+  // Its lines are no concern of the entry before, which may still be open.
+  EndEntry(offset);
+  state_ = State::kOutside;
+  if (std::find(kNoEntries.begin(), kNoEntries.end(), type) != kNoEntries.end()) return true;
+  const bool braced = behind < line.size() && line[behind] == '{';
+  const std::string key(braced ? CopyUntilChar(line.substr(behind), '{', ',') : std::string_view());
+  const std::string word(line.substr(at, end - at));
+  const bool blank = behind != end && braced && KnownTypes().contains(type);
+  warnings_.Report(blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
+                   braced ? "'" + word +
+                                "' starts no entry: its lines belong to none, or to the "
+                                "entry before"
+                          : "'" + word + "' starts no entry, as no \"{\" follows on the line");
+  return true;
+}
+
+/// The entry before `next` has ended: tells what it lacks.
+void LibraryScan::EndEntry(std::size_t next) {
+  const bool at_end = next == bytes_.size();
+  const std::string where = at_end ? "the end of the library" : "the next entry";
+  if (state_ == State::kInValue || state_ == State::kInQuotes) {
+    Tell(WarningKind::kOpenValue, tag_place_,
+         "the value of '" + tag_ + "' does not close before " + where);
+  } else if (state_ != State::kOutside) {
+    Tell(WarningKind::kRunsOn, head_, "the entry has no closing brace before " + where);
+  } else if (has_entry_ && rules_.needs_closing_line && !closing_line_ && !at_end) {
+    Tell(WarningKind::kRunsOn, head_,
+         "no line that begins with \"}\" ends the entry before " + where);
+  }
+  has_entry_ = false;
+  state_ = State::kOutside;
+}
+
+void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
+  std::size_t at = 0;
+  while (at < line.size() && state_ != State::kOutside) {
+    if (state_ == State::kInValue || state_ == State::kInQuotes) {
+      at = ContinueValue(line, at);
+      continue;
+    }
+    at = std::min(line.find_first_not_of(" \t\r\n,", at), line.size());
+    if (at == line.size()) return;
+    if (state_ == State::kBeforeValue) {
+      at = StartValue(line, at, offset);
+    } else if (line[at] == '}') {
+      state_ = State::kOutside;
+    } else {
+      at = ReadTag(line, at, offset);
+    }
+  }
+}
+
+/// Reads "tag =", or passes over what is none; gives where to go on.
+std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::size_t offset) {
+  const std::size_t end = FindFrom(line, "=,{}\"", at);
+  if (end == line.size() || line[end] != '=') {
+    return end < line.size() && line[end] == '}' ? end : end + 1;
+  }
+  tag_ = TrimEnd(line.substr(at, end - at));
+  tag_place_ = offset;
+  const std::size_t value = SkipBlanks(line, end + 1);
+  state_ = State::kBeforeValue;
+  if (value < line.size()) return StartValue(line, value, offset);
+  if (IsRead(line)) {
+    Tell(WarningKind::kUnbracedValue, offset,
+         "the value of '" + tag_ + "' does not begin on the line of its name and is read as empty");
+  }
+  return line.size();
+}
+
+/// Reads the first byte of a value; gives where to go on.
+std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::size_t offset) {
+  depth_ = 0;
+  if (line[at] == '{') {
+    state_ = State::kInValue;
+    return at;
+  }
+  if (offset == tag_place_ && IsRead(line)) {
+    const bool brace = line.find('{', at) != std::string_view::npos;
+    Tell(WarningKind::kUnbracedValue, offset,
+         "the value of '" + tag_ + "' has no braces around it and is read " +
+             (brace ? "from the first brace on" : "as empty"));
+  }
+  if (line[at] == '"') {
+    state_ = State::kInQuotes;
+    return at + 1;
+  }
+  state_ = State::kInEntry;
+  return FindFrom(line, ",}", at);
+}
+
+/// Goes on through a value in braces or quotes; gives where it ends.
+std::size_t LibraryScan::ContinueValue(std::string_view line, std::size_t at) {
+  const bool quotes = state_ == State::kInQuotes;
+  for (; at < line.size(); ++at) {
+    const char byte = line[at];
+    if (byte == '{') ++depth_;
+    if (byte == '}' && depth_ > 0) --depth_;
+    const bool ends = quotes ? byte == '"' : byte == '}';
+    if (!ends || depth_ > 0) continue;
+    state_ = State::kInEntry;
+    return at + 1;
+  }
+  return at;
+}
+
+bool LibraryScan::IsRead(std::string_view line) const {
+  return std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
+                     [line](std::string_view tag) { return ContainsNoCase(line, tag); });
+}
+
+}  // namespace
+
+void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings) {
+  if (warnings.Wanted()) LibraryScan(bytes, rules, warnings).Run();
+}
+
+std::string_view TagNameOf(std::string_view line) {
+  const std::size_t begin = SkipBlanks(line, 0);
+  const std::size_t end = FindFrom(line, "=,{}\"@", begin);
+  if (end == line.size() || line[end] != '=') return {};
+  return TrimEnd(line.substr(begin, end - begin));
+}
+
+std::size_t Utf8CharacterSize(std::string_view text) {
+  struct Form {
+    unsigned char low, high;  // the first byte
+    unsigned char from, to;   // the second byte
+    std::size_t size;
+  };
+  // Leaves out what could be written shorter, the surrogates and what is beyond U+10FFFF.
+  static constexpr std::array<Form, 8> kForms{{{0xC2, 0xDF, 0x80, 0xBF, 2},
+                                               {0xE0, 0xE0, 0xA0, 0xBF, 3},
+                                               {0xE1, 0xEC, 0x80, 0xBF, 3},
+                                               {0xED, 0xED, 0x80, 0x9F, 3},
+                                               {0xEE, 0xEF, 0x80, 0xBF, 3},
+                                               {0xF0, 0xF0, 0x90, 0xBF, 4},
+                                               {0xF1, 0xF3, 0x80, 0xBF, 4},
+                                               {0xF4, 0xF4, 0x80, 0x8F, 4}}};
+  if (text.empty()) return 0;
+  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  if (byte(0) < 0x80) return 1;
+  for (const Form& form : kForms) {
+    if (byte(0) < form.low || byte(0) > form.high) continue;
+    if (text.size() < form.size || byte(1) < form.from || byte(1) > form.to) return 0;
+    for (std::size_t i = 2; i < form.size; ++i) {
+      if ((byte(i) & 0xC0U) != 0x80) return 0;
+    }
+    return form.size;
+  }
+  return 0;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <string_view>
+
+#include "core/warnings.h"
+
+namespace tarvel {
+
+/// What an operation asks of a library that it is about to read.
+struct ScanRules {
+  /// Its line limit, as `LineStream::ReadLine` takes it.
+  std::size_t line_limit = 0;
+  /// The tags whose values it reads; others may stand without braces.
+  std::span<const std::string_view> read_tags = {};
+  /// Whether only a line that begins with "}" ends an entry for it.
+  bool needs_closing_line = false;
+  /// Called for each entry of a known type: its type word in capitals, its key, where it begins.
+  std::function<void(std::string_view type, std::string_view key, std::size_t offset)> on_entry =
+      {};
+};
+
+/// Looks through the bytes of a library and reports what will be read otherwise than its author
+/// meant. One pass; entries of the usual form are only tallied. Does nothing when `warnings` are
+/// not wanted.
+void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings);
+
+/// The name of the tag that the line begins with, blanks around it left out; empty when it begins
+/// with none.
+std::string_view TagNameOf(std::string_view line);
+
+/// The size of the UTF-8 character at the start of `text`, or 0 when there is no valid one. ASCII
+/// counts as a character of one byte.
+std::size_t Utf8CharacterSize(std::string_view text);
+
+}  // namespace tarvel

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/output_file.h"
+
+namespace tarvel {
+
+/// What a run can tell of besides its files. ORDER: `kWarningKinds`.
+enum class WarningKind : std::uint8_t {
+  kUnbracedValue,
+  kUnknownType,
+  kBlankInType,
+  kRunsOn,
+  kOpenValue,
+  kLongLine,
+  kBadBytes,
+  kMissingCitation,
+  kOtherCitation,
+  kKeyWithBlank,
+  kCarriedOver,
+  kNothingPrinted,
+  kCommandLeft,
+  kNoGroup,
+  kKeyTwice,
+  kOverwritten,
+  kAuthorsAsTheyWere,
+  kTextLost,
+  kUnknownJournal,
+  kLineCut,
+  kCharacter,
+  kLineLeftOut,
+  kUnknownTag,
+  kEntryDropped,
+  kTextNotCopied,
+};
+
+/// One kind of warning, as people see it.
+struct WarningRow {
+  std::string_view name;     // in the file of warnings and in the manual
+  std::string_view summary;  // what was found, in the plural
+};
+
+inline constexpr std::array<WarningRow, 25> kWarningKinds{{
+    {"unbraced-value", "values that do not stand in braces"},
+    {"unknown-type", "entries of an unknown type"},
+    {"blank-in-type", "blanks between an entry's type and its brace"},
+    {"runs-on", "entries that run on for want of a closing brace"},
+    {"open-value", "values that never close"},
+    {"long-line", "lines that are too long to be read at once"},
+    {"bad-bytes", "lines with bytes that are neither ASCII nor valid UTF-8"},
+    {"missing-citation", "cited keys without an entry"},
+    {"other-citation", "citations that were passed over or read out of a comment"},
+    {"key-with-blank", "cited keys with blanks"},
+    {"carried-over", "references that show a value of an earlier entry"},
+    {"nothing-printed", "entries that printed nothing"},
+    {"command-left", "LaTeX commands left in the plain text"},
+    {"no-group", "entries that are compared to none"},
+    {"key-twice", "keys that occur again in a library"},
+    {"overwritten", "entries that were written over"},
+    {"authors-as-they-were", "author lists of no known form"},
+    {"text-lost", "texts that were lost at the end of a line"},
+    {"unknown-journal", "journal names that are not in the list"},
+    {"line-cut", "lines that were cut because they mention a journal"},
+    {"character", "kinds of characters that became question marks"},
+    {"line-left-out", "kinds of tags whose lines were left out"},
+    {"unknown-tag", "unknown tags that were dropped"},
+    {"entry-dropped", "entries that were dropped with more in them"},
+    {"text-not-copied", "texts outside entries that were not copied"},
+}};
+
+constexpr const WarningRow& RowOf(WarningKind kind) {
+  return kWarningKinds[static_cast<std::size_t>(kind)];
+}
+
+/// Something that a run passed over, dropped or could not use.
+struct Warning {
+  WarningKind kind;
+  std::string_view file;
+  std::size_t line = 0;  // from 1; 0 when it is of no line
+  std::string_view key;  // of the entry; empty when it is of none
+  std::string_view text;
+};
+
+/// Takes what operations report; what becomes of it is the program's business.
+class Warnings {
+ public:
+  virtual ~Warnings() = default;
+  virtual void Take(const Warning& warning) = 0;
+  /// Takes that documents that cite `old_key` must cite `new_key` in the new library.
+  virtual void MapKey(std::string_view /*old_key*/, std::string_view /*new_key*/) {}
+};
+
+/// Tells in which line a byte stands. Asking in the order of the bytes counts each line break once;
+/// going back costs a count from a mark that is at most 64 KiB away.
+class LineNumbers {
+ public:
+  /// The lines of `bytes`, which must outlive this.
+  explicit LineNumbers(std::string_view bytes) : bytes_(bytes) {}
+  /// The number, from 1, of the line that holds the byte at `offset`.
+  std::size_t At(std::size_t offset);
+
+ private:
+  std::string_view bytes_;
+  std::vector<std::size_t> breaks_before_;  // each mark
+  std::size_t last_offset_ = 0;
+  std::size_t last_breaks_ = 0;
+};
+
+/// Reports what one file gives cause to. Without anyone to take it, nothing is done.
+class FileWarnings {
+ public:
+  /// `to` may be null; `bytes`, the file's, must outlive this.
+  FileWarnings(Warnings* to, std::string_view path, std::string_view bytes)
+      : to_(to), path_(path), numbers_(bytes) {}
+
+  /// Whether anyone takes what is reported: texts need not be made up for nobody.
+  bool Wanted() const { return to_ != nullptr; }
+  /// Reports something about the line that holds the byte at `offset`.
+  void Report(WarningKind kind, std::size_t offset, std::string_view key, std::string_view text);
+
+ private:
+  Warnings* to_;
+  std::string path_;
+  LineNumbers numbers_;
+};
+
+/// The text with every control character and DEL written as "\n", "\t", "\r" or "\xNN".
+std::string EscapeControls(std::string_view text);
+
+/// Where warnings go, besides the reporter.
+struct WarningOutputs {
+  bool quiet = false;             // the reporter is told nothing
+  OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
+  OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between
+};
+
+/// Passes warnings on: to the reporter the first of each kind and at the end the number of each
+/// kind, to a file all of them. In the file controls are escaped and a backslash is doubled.
+class WarningReport final : public Warnings {
+ public:
+  /// How many of each kind the reporter is told.
+  static constexpr std::size_t kMostTold = 20;
+
+  explicit WarningReport(const WarningOutputs& outputs) : outputs_(outputs) {}
+  void Take(const Warning& warning) override;
+  void MapKey(std::string_view old_key, std::string_view new_key) override;
+  /// Tells the reporter how many there were of each kind.
+  void TellCounts() const;
+
+ private:
+  WarningOutputs outputs_;
+  std::array<std::size_t, kWarningKinds.size()> counts_{};
+};
+
+}  // namespace tarvel

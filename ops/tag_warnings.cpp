@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "ops/tag_warnings.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "core/library_scan.h"
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kStringMarker = "@STRING{";
+
+int OpenBraces(std::string_view text) {
+  return static_cast<int>(std::count(text.begin(), text.end(), '{') -
+                          std::count(text.begin(), text.end(), '}'));
+}
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+}  // namespace
+
+void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
+  in_entries_ = true;
+  in_text_ = false;
+  depth_ = 0;
+  if (!warnings_.Wanted()) return;
+  key_ = CopyUntilChar(head, '{', ',');
+  if (head.ends_with(",\n")) return;
+  warnings_.Report(WarningKind::kTextLost, place, key_,
+                   "the first line does not end with a comma and a line break: its last two bytes "
+                   "were cut");
+}
+
+void TagWarnings::DropWithoutKey(std::size_t place) {
+  in_entries_ = true;
+  warnings_.Report(WarningKind::kEntryDropped, place, {}, "an entry without a key was dropped");
+}
+
+void TagWarnings::DropAsEmpty(std::string_view key, std::size_t place, std::string_view rest) {
+  in_entries_ = true;
+  if (!warnings_.Wanted()) return;
+  const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
+  if (tag.empty()) return;
+  warnings_.Report(
+      WarningKind::kEntryDropped, place, key,
+      std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
+}
+
+void TagWarnings::PassOutside(std::string_view line, std::size_t place) {
+  if (in_entries_ || !warnings_.Wanted() || place < header_size_) return;
+  if (line.find(kStringMarker) == std::string_view::npos) TellText(line, place);
+}
+
+void TagWarnings::Pass(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted()) return;
+  if (depth_ > 0) {
+    depth_ += OpenBraces(line);
+  } else if (CountTag(line, place)) {
+    depth_ = OpenBraces(line);
+  } else {
+    TellText(line, place);
+  }
+}
+
+void TagWarnings::PassRead(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted() || depth_ > 0) return;
+  if (!CountTag(line, place)) TellText(line, place);
+}
+
+bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
+  const std::string_view name = TagNameOf(line);
+  if (name.empty()) return false;
+  in_text_ = false;
+  Dropped& dropped = tags_[std::string(name)];
+  if (dropped.count++ == 0) dropped.place = place;
+  return true;
+}
+
+/// Tells of the first line of a text.
+void TagWarnings::TellText(std::string_view line, std::size_t place) {
+  const std::string_view text = Trim(line);
+  const bool says_nothing = text.empty() || text == "}" || text == "},";
+  if (!says_nothing && !in_text_) {
+    warnings_.Report(
+        WarningKind::kTextNotCopied, place, key_,
+        std::string("text that is of no tag was not copied: '").append(text).append("'"));
+  }
+  in_text_ = !says_nothing;
+}
+
+void TagWarnings::TellTags() {
+  std::vector<std::pair<std::string_view, Dropped>> tags(tags_.begin(), tags_.end());
+  std::sort(tags.begin(), tags.end(), [](const auto& one, const auto& other) {
+    return one.second.count != other.second.count ? one.second.count > other.second.count
+                                                  : one.second.place < other.second.place;
+  });
+  for (const auto& [name, dropped] : tags) {
+    warnings_.Report(WarningKind::kUnknownTag, dropped.place, {},
+                     std::string("the tag '")
+                         .append(name)
+                         .append("' is unknown and was dropped, times: ")
+                         .append(std::to_string(dropped.count)));
+  }
+}
+
+}  // namespace tarvel

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "core/warnings.h"
+
+namespace tarvel {
+
+/// Tells what Clean tags leaves out without a line in its log. Places are offsets into the library.
+class TagWarnings {
+ public:
+  /// `header_size`: that many bytes at the start of a library may be a header of this program's,
+  /// of which nothing is told.
+  TagWarnings(FileWarnings& warnings, std::size_t header_size)
+      : warnings_(warnings), header_size_(header_size) {}
+
+  /// An entry begins, with this head line.
+  void StartEntry(std::string_view head, std::size_t place);
+  /// An entry without a key is dropped.
+  void DropWithoutKey(std::size_t place);
+  /// An entry is dropped for its first two tags; `rest` is what stands behind them.
+  void DropAsEmpty(std::string_view key, std::size_t place, std::string_view rest);
+  /// A line is passed over in front of the first entry.
+  void PassOutside(std::string_view line, std::size_t place);
+  /// A line is passed over behind an entry's head.
+  void Pass(std::string_view line, std::size_t place);
+  /// A value was read, and its tag is none that is known.
+  void PassRead(std::string_view line, std::size_t place);
+  /// A tag was taken: text behind it is another one.
+  void EndText() { in_text_ = false; }
+  /// Tells of each unknown tag how often it was dropped.
+  void TellTags();
+
+ private:
+  struct Dropped {
+    std::size_t count = 0;
+    std::size_t place = 0;
+  };
+
+  bool CountTag(std::string_view line, std::size_t place);
+  void TellText(std::string_view line, std::size_t place);
+
+  FileWarnings& warnings_;
+  std::size_t header_size_;
+  std::string key_;
+  bool in_entries_ = false;
+  bool in_text_ = false;
+  int depth_ = 0;  // of the braces of a dropped value that goes on
+  std::unordered_map<std::string, Dropped> tags_;
+};
+
+}  // namespace tarvel
