@@ -118,13 +118,11 @@ void FirstLibrary::BuildIndexes() {
 
 Matches FirstLibrary::Find(const EntryRecord& entry) const {
   const TypeRule<CompareRule> type = CompareRuleFor(entry.type);
-  const ComparedValues values =
-      type.rule ? Compared(type.rule->group, entry) : ComparedValues();
+  const ComparedValues values = type.rule ? Compared(type.rule->group, entry) : ComparedValues();
   const std::size_t content_hash = HashOfContent(type.type, values);
   by_content_.Prefetch(content_hash);
-  const auto by_key = by_key_.Find(HashOfKey(entry.key), [&](std::size_t number) {
-    return entries_[number].key == entry.key;
-  });
+  const auto by_key = by_key_.Find(
+      HashOfKey(entry.key), [&](std::size_t number) { return entries_[number].key == entry.key; });
   const KnownEntry* first_by_key = by_key ? &entries_[*by_key] : nullptr;
   // An entry that lacks a tag is found nowhere: only complete ones are in the index.
   if (!type.rule || !values.Complete()) return {first_by_key, nullptr};
