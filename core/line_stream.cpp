@@ -1,29 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_stream.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
 
+#include "core/large_memory.h"
+
 namespace tarvel {
 
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
-constexpr std::size_t kLargePage = std::size_t{1} << 21;
 
-/// Memory for the bytes of a file. A large file gets large pages where the system has them: one
-/// page fault then does for 512.
+/// Memory for the bytes of a file. A large file gets large pages where the system has them.
 char* Allocate(std::size_t size) {
   const std::size_t pages = (size + kLargePage - 1) / kLargePage * kLargePage;
   const bool large = size >= 2 * kLargePage && pages >= size;
   void* bytes = large ? std::aligned_alloc(kLargePage, pages) : std::malloc(size);
   if (!bytes) throw std::bad_alloc();
-  if (large) madvise(bytes, pages, MADV_HUGEPAGE);  // advice: without it, small pages do
+  if (large) AskForLargePages(bytes, pages);
   return static_cast<char*>(bytes);
 }
 

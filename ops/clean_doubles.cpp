@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -88,7 +89,9 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{kDoublesTags};
   EntryCopy copy_;
-  std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
+  std::pmr::monotonic_buffer_resource nodes_;  // of `written_`, to which most only adds
+  std::pmr::map<std::size_t, std::size_t> written_{
+      &nodes_};  // begin and end of every entry still whole
   char rename_letter_ = 'a';
   int not_written_ = 0;
 };
@@ -159,7 +162,7 @@ void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEnt
 void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,
                               const Decision& decision) {
   const std::string& key = reader_.Entry().key;
-  const std::string& earlier = decision.by->key;
+  const std::string_view earlier = decision.by->key;
   WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
   WriteDetails(log_, rule.group, values, decision.by->Compared(rule.group));
   if (decision.same_key || rule.closing_keys == ClosingKeys::kNone) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <utility>
 
+#include "core/large_memory.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -15,6 +16,9 @@ constexpr std::string_view kJabRefMarker = "@COMMENT{JABREF";
 /// Of the places where lines begin only those this far apart are remembered, so that a library of
 /// short lines does not take more memory for its places than for its bytes.
 constexpr std::size_t kPlaceDistance = 16;
+
+/// The bytes of an entry in a usual library, on the small side.
+constexpr std::size_t kUsualEntry = 400;
 
 /// Goes to the first line of a known entry, or to the end.
 void SkipToFirstEntry(LineStream& stream) {
@@ -54,6 +58,16 @@ bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
   return closed;
 }
 
+std::size_t HashOfKey(std::string_view key) { return std::hash<std::string_view>()(key); }
+
+std::size_t HashOfContent(std::string_view type, const ComparedValues& values) {
+  return HashOf(values) ^ std::hash<std::string_view>()(type);
+}
+
+bool HasContent(const KnownEntry& entry, std::string_view type, const ComparedValues& values) {
+  return entry.type == type && entry.compared == values;
+}
+
 }  // namespace
 
 std::optional<Matches::Match> Matches::Next() {
@@ -65,16 +79,10 @@ std::optional<Matches::Match> Matches::Next() {
   return Match{entry, same_key};
 }
 
-std::size_t FirstLibrary::ContentHash::operator()(const KnownEntry* entry) const {
-  return HashOf(entry->compared) ^ std::hash<std::string_view>()(entry->type);
-}
-
-bool FirstLibrary::ContentEqual::operator()(const KnownEntry* one, const KnownEntry* other) const {
-  return one->type == other->type && one->compared == other->compared;
-}
-
 FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
   const TagReader tags(kCompareTags);
+  entries_.reserve(stream.Bytes().size() / kUsualEntry);
+  AskForLargePages(entries_.data(), entries_.capacity() * sizeof(KnownEntry));
   SkipToFirstEntry(stream);
   EntryRecord record;
   std::string head;
@@ -83,32 +91,45 @@ FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
     tags.ReadEntry(stream, record);
     const TypeRule<CompareRule> found = CompareRuleFor(record.type);
     if (!found.rule) continue;
-    entries_.push_back({found.rule, found.type, store_.Keep(record.key),
-                        KeepCompared(found.rule->group, record, store_), *start});
+    const ComparedValues compared = KeepCompared(found.rule->group, record, store_);
+    entries_.push_back({found.rule, found.type, store_.Keep(record.key), compared, *start,
+                        HashOfKey(record.key), HashOfContent(found.type, compared)});
   }
   BuildIndexes();
 }
 
 void FirstLibrary::BuildIndexes() {
+  by_key_ = HashIndex(entries_.size());
+  by_content_ = HashIndex(entries_.size());
   // From the last entry on, so that each chain leads through the file from the front.
-  for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
-    KnownEntry*& same_key = by_key_[entry->key];
-    entry->next_same_key = std::exchange(same_key, &*entry);
-    if (!entry->compared.Complete()) continue;
-    KnownEntry*& same_content = by_content_[&*entry];
-    entry->next_same_content = std::exchange(same_content, &*entry);
+  for (std::size_t number = entries_.size(); number-- > 0;) {
+    KnownEntry& entry = entries_[number];
+    const auto key = by_key_.Put(entry.key_hash, number, [&](std::size_t other) {
+      return entries_[other].key == entry.key;
+    });
+    if (key) entry.next_same_key = &entries_[*key];
+    if (!entry.compared.Complete()) continue;
+    const auto content = by_content_.Put(entry.content_hash, number, [&](std::size_t other) {
+      return HasContent(entries_[other], entry.type, entry.compared);
+    });
+    if (content) entry.next_same_content = &entries_[*content];
   }
 }
 
 Matches FirstLibrary::Find(const EntryRecord& entry) const {
-  const auto by_key = by_key_.find(entry.key);
-  const KnownEntry* first_by_key = by_key == by_key_.end() ? nullptr : by_key->second;
-  const TypeRule<CompareRule> found = CompareRuleFor(entry.type);
-  if (!found.rule) return {first_by_key, nullptr};
+  const TypeRule<CompareRule> type = CompareRuleFor(entry.type);
+  const ComparedValues values = type.rule ? Compared(type.rule->group, entry) : ComparedValues();
+  const std::size_t content_hash = HashOfContent(type.type, values);
+  by_content_.Prefetch(content_hash);
+  const auto by_key = by_key_.Find(
+      HashOfKey(entry.key), [&](std::size_t number) { return entries_[number].key == entry.key; });
+  const KnownEntry* first_by_key = by_key ? &entries_[*by_key] : nullptr;
   // An entry that lacks a tag is found nowhere: only complete ones are in the index.
-  const KnownEntry wanted{found.rule, found.type, entry.key, Compared(found.rule->group, entry), 0};
-  const auto by_content = by_content_.find(&wanted);
-  return {first_by_key, by_content == by_content_.end() ? nullptr : by_content->second};
+  if (!type.rule || !values.Complete()) return {first_by_key, nullptr};
+  const auto by_content = by_content_.Find(content_hash, [&](std::size_t number) {
+    return HasContent(entries_[number], type.type, values);
+  });
+  return {first_by_key, by_content ? &entries_[*by_content] : nullptr};
 }
 
 void FirstLibrary::Copy(const KnownEntry& entry, OutputFile& out) {

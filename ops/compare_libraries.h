@@ -2,13 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "core/hash_index.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
 #include "ops/entry_record.h"
@@ -23,6 +22,8 @@ struct KnownEntry {
   std::string_view key;  // upper-cased
   ComparedValues compared;
   std::size_t start;  // where its first line begins
+  std::size_t key_hash;
+  std::size_t content_hash;  // of type and compared tags
   KnownEntry* next_same_key = nullptr;
   KnownEntry* next_same_content = nullptr;
 };
@@ -60,21 +61,14 @@ class FirstLibrary {
   void Copy(const KnownEntry& entry, OutputFile& out);
 
  private:
-  struct ContentHash {
-    std::size_t operator()(const KnownEntry* entry) const;
-  };
-  struct ContentEqual {
-    bool operator()(const KnownEntry* one, const KnownEntry* other) const;
-  };
-
   void BuildIndexes();
 
   LineStream& stream_;
   TextStore store_;
-  std::deque<KnownEntry> entries_;
+  std::vector<KnownEntry> entries_;
   // Each leads to the first of a chain in the order of the file.
-  std::unordered_map<std::string_view, KnownEntry*> by_key_;
-  std::unordered_map<const KnownEntry*, KnownEntry*, ContentHash, ContentEqual> by_content_;
+  HashIndex by_key_;
+  HashIndex by_content_;
 };
 
 /// The second library, read entry by entry.

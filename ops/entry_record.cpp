@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
@@ -52,21 +53,28 @@ void KeepFirstPage(FieldValue& pages) {
 
 }  // namespace
 
-std::string_view TextStore::Keep(std::string_view text) {
-  if (text.size() > room_) {
-    const std::size_t size = std::max(text.size(), kBlockSize);
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
-    if (size > kBlockSize) {
-      std::copy(text.begin(), text.end(), blocks_.back().get());
-      return {blocks_.back().get(), text.size()};
-    }
+/// Memory for `size` bytes: of the last block, of a new one, or a block of its own.
+char* TextStore::Take(std::size_t size) {
+  if (size > room_) {
+    const std::size_t block = std::max(size, kBlockSize);
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(block));
+    if (block > kBlockSize) return blocks_.back().get();
     free_ = blocks_.back().get();
-    room_ = size;
+    room_ = block;
   }
-  char* copy = free_;
-  free_ = std::copy(text.begin(), text.end(), copy);
-  room_ -= text.size();
-  return {copy, text.size()};
+  room_ -= size;
+  return std::exchange(free_, free_ + size);
+}
+
+std::string_view TextStore::Keep(std::string_view text) { return Keep(std::span(&text, 1)); }
+
+std::string_view TextStore::Keep(std::span<const std::string_view> texts) {
+  std::size_t size = 0;
+  for (const std::string_view text : texts) size += text.size();
+  char* const copy = Take(size);
+  char* end = copy;
+  for (const std::string_view text : texts) end = std::copy(text.begin(), text.end(), end);
+  return {copy, size};
 }
 
 void FieldValue::Cut(std::size_t size) {

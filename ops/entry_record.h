@@ -80,8 +80,12 @@ class TextStore {
  public:
   /// A copy of `text` that lives as long as the store.
   std::string_view Keep(std::string_view text);
+  /// The same for texts that are to stand behind each other.
+  std::string_view Keep(std::span<const std::string_view> texts);
 
  private:
+  char* Take(std::size_t size);
+
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* free_ = nullptr;
   std::size_t room_ = 0;

@@ -21,19 +21,25 @@ std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
 
 }  // namespace
 
-KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::size_t end_place)
-    : head(head_place), end(end_place), key(record.key), rule(DoublesRuleFor(record.type)) {
-  std::size_t size = 0;
-  for (const FieldValue& field : record.fields) size += field.Text().size();
-  values_.reserve(size);
+KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::size_t end_place,
+                     TextStore& store)
+    : head(head_place),
+      end(end_place),
+      key(store.Keep(record.key)),
+      rule(DoublesRuleFor(record.type)) {
+  std::array<std::string_view, kFieldCount> texts;
   bounds_[0] = 0;
   for (std::size_t i = 0; i < kFieldCount; ++i) {
-    values_.append(record.fields[i].Text());
-    bounds_[i + 1] = values_.size();
+    texts[i] = record.fields[i].Text();
+    bounds_[i + 1] = bounds_[i] + texts[i].size();
   }
+  values_ = store.Keep(texts);
   for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
     const TypeGroup& group = kDoublesRules[i].group;
     if (!group.compared.empty() && Compared(group).Complete()) complete_ |= 1U << i;
+  }
+  if (rule.rule && IsComplete(*rule.rule)) {
+    content_hash = ContentHash(rule.type, Compared(rule.rule->group));
   }
 }
 
@@ -42,8 +48,7 @@ ComparedValues KeptEntry::Compared(const TypeGroup& group) const {
   for (const Field field : group.compared) {
     const auto index = static_cast<std::size_t>(field);
     const std::size_t begin = bounds_[index];
-    compared.values[compared.count++] =
-        std::string_view(values_).substr(begin, bounds_[index + 1] - begin);
+    compared.values[compared.count++] = values_.substr(begin, bounds_[index + 1] - begin);
   }
   return compared;
 }
@@ -96,9 +101,10 @@ KeptEntries::KeptEntries(std::size_t size) {
   by_content_.reserve(size / kUsualEntry);
 }
 
-void KeptEntries::Add(KeptEntry entry) {
-  const std::size_t head = entry.head;
-  AddToIndexes(entries_.emplace_hint(entries_.end(), head, std::move(entry))->second);
+void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
+  const auto added =
+      entries_.emplace_hint(entries_.end(), head, KeptEntry(record, head, end, texts_));
+  AddToIndexes(added->second);
 }
 
 void KeptEntries::Remove(std::size_t begin, std::size_t end) {
@@ -123,7 +129,7 @@ void KeptEntries::AddToIndexes(const KeptEntry& entry) {
   if (same.complete) add_complete(entry);
 
   if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  by_content_[ContentHash(entry.rule.type, entry.Compared(entry.rule.rule->group))].Add(entry);
+  by_content_[entry.content_hash].Add(entry);
 }
 
 void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
@@ -138,13 +144,12 @@ void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
   }
 
   if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  const auto content =
-      by_content_.find(ContentHash(entry.rule.type, entry.Compared(entry.rule.rule->group)));
+  const auto content = by_content_.find(entry.content_hash);
   content->second.Remove(entry);
   if (content->second.IsEmpty()) by_content_.erase(content);
 }
 
-const KeptEntry* KeptEntries::FirstComplete(const std::string& key, const DoublesRule& rule) const {
+const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesRule& rule) const {
   const auto same = by_key_.find(key);
   if (same == by_key_.end()) return nullptr;
   if (same->second.complete) return (*same->second.complete)[IndexOf(rule)].First();
@@ -162,7 +167,7 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   });
 }
 
-const EntryList* KeptEntries::WithKey(const std::string& key) const {
+const EntryList* KeptEntries::WithKey(std::string_view key) const {
   const auto same = by_key_.find(key);
   return same == by_key_.end() ? nullptr : &same->second.all;
 }

@@ -7,8 +7,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <set>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -19,9 +19,9 @@ namespace tarvel {
 
 /// An entry as it stands in the new library.
 struct KeptEntry {
-  /// Copies what `record` holds. `head` and `end` are the places of the entry's first line and of
-  /// the line behind its last.
-  KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end);
+  /// Keeps what `record` holds in `store`, which must outlive the entry. `head` and `end` are the
+  /// places of the entry's first line and of the line behind its last.
+  KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end, TextStore& store);
 
   ComparedValues Compared(const TypeGroup& group) const;
   /// Whether all the compared tags of `rule` are present.
@@ -29,12 +29,13 @@ struct KeptEntry {
 
   std::size_t head;
   std::size_t end;
-  std::string key;
+  std::string_view key;
   TypeRule<DoublesRule> rule;
+  std::size_t content_hash = 0;  // of the type and its compared values, if they are complete
 
  private:
   // All values in one text, as most entries have few and there are many entries.
-  std::string values_;
+  std::string_view values_;
   std::array<std::size_t, kFieldCount + 1> bounds_;
   std::uint32_t complete_ = 0;  // bit i: complete for kDoublesRules[i]
 };
@@ -73,18 +74,18 @@ class KeptEntries {
   /// Room for as many entries as a usual library of `size` bytes has.
   explicit KeptEntries(std::size_t size);
 
-  /// Adds an entry; there is none yet with the same head.
-  void Add(KeptEntry entry);
+  /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
+  void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or behind, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.
-  const KeptEntry* FirstComplete(const std::string& key, const DoublesRule& rule) const;
+  const KeptEntry* FirstComplete(std::string_view key, const DoublesRule& rule) const;
   /// The first entry of this type with these values in the compared tags; null if there is none.
   const KeptEntry* FirstEqual(const TypeRule<DoublesRule>& rule,
                               const ComparedValues& values) const;
   /// All entries with this key; null if there are none.
-  const EntryList* WithKey(const std::string& key) const;
+  const EntryList* WithKey(std::string_view key) const;
 
  private:
   struct SameKey {
@@ -93,12 +94,19 @@ class KeptEntries {
     std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete;
   };
 
+  static constexpr std::size_t kNodeBlock = std::size_t{1} << 16;
+
   void AddToIndexes(const KeptEntry& entry);
   void RemoveFromIndexes(const KeptEntry& entry);
 
-  std::map<std::size_t, KeptEntry> entries_;  // by head; the indexes point into it
-  std::unordered_map<std::string, SameKey> by_key_;
-  std::unordered_map<std::size_t, EntryList> by_content_;  // by a hash of type and values
+  // Texts and nodes come from large blocks and stay until the end, also those of entries that were
+  // removed: few are, and this way neither the keys of `by_key_` nor the pointers of the indexes
+  // depend on which entries are left.
+  TextStore texts_;
+  std::pmr::monotonic_buffer_resource nodes_{kNodeBlock};
+  std::pmr::map<std::size_t, KeptEntry> entries_{&nodes_};  // by head; the indexes point into it
+  std::pmr::unordered_map<std::string_view, SameKey> by_key_{&nodes_};
+  std::pmr::unordered_map<std::size_t, EntryList> by_content_{&nodes_};  // by `content_hash`
 };
 
 }  // namespace tarvel

@@ -51,7 +51,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
   if (current_.phase == Phase::kBetweenEntries && current_.next == head) {
     MarkPlace(head);
     current_.next = library_.Size();
-    entries_.Add(KeptEntry(record, head, current_.next));
+    entries_.Add(record, head, current_.next);
   }
   library_.Write(library_.Size(), "\n");
   ReadAppended();
@@ -127,7 +127,7 @@ LibraryFollower::Step LibraryFollower::ReadEntryLine(Reading& reading) {
   if (tag < 0) {
     if (text->front() != '}') return Step::kDone;
     reading.phase = Phase::kBetweenEntries;
-    entries_.Add(KeptEntry(reading.record, reading.head, reading.next));
+    entries_.Add(reading.record, reading.head, reading.next);
     return Step::kDone;
   }
   reading.field = kDoublesTags[static_cast<std::size_t>(tag)].field;
