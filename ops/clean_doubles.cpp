@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clean doubles: writes a library anew in which every item stands once. An entry is compared with
 // those already written, and the log explains each that is left out or gets a new key.
+#include <algorithm>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -49,11 +50,21 @@ struct EntryCopy {
   bool unchanged = false;  // all but its first line stands in the input as it does here
 };
 
+/// How many entries to make room for. Where more "@" stand than this, few of them start an entry.
+std::size_t ExpectedEntries(std::string_view input) {
+  constexpr std::size_t kShortEntry = 32;
+  const auto count = static_cast<std::size_t>(std::count(input.begin(), input.end(), '@'));
+  return std::min(count, input.size() / kShortEntry);
+}
+
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
   DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log)
-      : input_(input), library_(library), follower_(library, input.Bytes().size()), log_(log) {}
+      : input_(input),
+        library_(library),
+        follower_(library, ExpectedEntries(input.Bytes())),
+        log_(log) {}
 
   /// Walks the whole input; false when it ends inside an entry.
   bool Walk();
