@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clean doubles: writes a library anew in which every item stands once. An entry is compared with
 // those already written, and the log explains each that is left out or gets a new key.
+#include <algorithm>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -48,6 +49,13 @@ struct EntryCopy {
   bool unchanged = false;  // all but its first line stands in the input as it does here
 };
 
+/// How many entries to make room for. Where more "@" stand than this, few of them start an entry.
+std::size_t ExpectedEntries(std::string_view input) {
+  constexpr std::size_t kShortEntry = 32;
+  const auto count = static_cast<std::size_t>(std::count(input.begin(), input.end(), '@'));
+  return std::min(count, input.size() / kShortEntry);
+}
+
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
@@ -56,7 +64,7 @@ class DoubleCleaner {
                 FileWarnings& input_warnings, bool append_renamed)
       : input_(input),
         library_(library),
-        follower_(library, input.Bytes().size()),
+        follower_(library, ExpectedEntries(input.Bytes())),
         log_(log),
         warnings_(warnings),
         input_warnings_(input_warnings),

@@ -95,10 +95,9 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
   return nullptr;
 }
 
-KeptEntries::KeptEntries(std::size_t size) {
-  constexpr std::size_t kUsualEntry = 400;
-  by_key_.reserve(size / kUsualEntry);
-  by_content_.reserve(size / kUsualEntry);
+KeptEntries::KeptEntries(std::size_t expected) {
+  by_key_.reserve(expected);
+  by_content_.reserve(expected);
 }
 
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {

@@ -71,8 +71,8 @@ class EntryList {
 /// gives the first of the file that fits, without looking at those that do not.
 class KeptEntries {
  public:
-  /// Room for as many entries as a usual library of `size` bytes has.
-  explicit KeptEntries(std::size_t size);
+  /// Room for `expected` entries; more are fine.
+  explicit KeptEntries(std::size_t expected);
 
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);

@@ -30,8 +30,8 @@ std::size_t SkipBlanks(std::string_view line) {
 
 }  // namespace
 
-LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t expected_size)
-    : library_(library), tags_(TagNames()), entries_(expected_size) {
+LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t expected)
+    : library_(library), tags_(TagNames()), entries_(expected) {
   ReadAppended();
 }
 

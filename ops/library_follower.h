@@ -21,8 +21,8 @@ namespace tarvel {
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written. It is
-  /// expected to grow to `expected_size` bytes.
-  LibraryFollower(GrowingLibrary& library, std::size_t expected_size);
+  /// expected to get `expected` entries.
+  LibraryFollower(GrowingLibrary& library, std::size_t expected);
 
   /// Writes an entry's text at `position`: the end of the library or of one of its entries.
   /// References into `Entries` may be gone afterwards.

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -210,6 +211,20 @@ TEST(TextStore, KeepsTextsOfAnySize) {
     kept.emplace_back(store.Keep(text), text);
   }
   for (const auto& [view, text] : kept) EXPECT_EQ(view, text);
+}
+
+TEST(TextStore, KeepsSeveralTextsBehindEachOther) {
+  TextStore store;
+  const std::string large(70000, 'x');
+  const std::array<std::string_view, 4> few{"ab", "", "c", "de"};
+  const std::array<std::string_view, 2> many{large, "y"};
+  const std::string_view first = store.Keep(few);
+  const std::string_view second = store.Keep(many);
+  const std::string_view third = store.Keep("z");
+  EXPECT_EQ(first, "abcde");
+  EXPECT_EQ(second, large + "y");
+  EXPECT_EQ(third, "z");
+  EXPECT_EQ(store.Keep(std::span<const std::string_view>()), "");
 }
 
 }  // namespace tarvel::testing
