@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/disk_files.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_reporter.h"
 #include "tests/support/recording_warnings.h"
