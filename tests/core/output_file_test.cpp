@@ -121,6 +121,12 @@ TEST(RealFileSystem, DoesNotOpenWhatItShouldNot) {
   EXPECT_EQ(files.OpenLines(directory / "file", ReadMode::kUpdate).has_value(), geteuid() == 0);
 }
 
+TEST(RealFileSystem, OpensForUpdatingOnlyWhatCouldBeWritten) {
+  // A program that runs cannot be written, not even by root, whom permissions do not stop.
+  EXPECT_NE(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kRead), nullptr);
+  EXPECT_EQ(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kUpdate), nullptr);
+}
+
 TEST(RealFileSystem, ReadsFilesThatDoNotTellTheirSize) {
   const auto lines = RealFileSystem().OpenLines("/proc/self/status", ReadMode::kRead);
   ASSERT_TRUE(lines);

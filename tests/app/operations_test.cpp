@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "app/operations.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/globals.h"
+#include "app/texts.h"
+#include "tests/support/disk_files.h"
+#include "tests/support/recording_reporter.h"
+
+namespace tarvel {
+namespace {
+
+using Box = testing::RecordingReporter::ShownBox;
+
+/// How often the operation of a test ran, and what it gives.
+int runs = 0;
+int outcome = 1;
+
+class RunningAnOperation : public ::testing::TestWithParam<Operation> {
+ protected:
+  RunningAnOperation() {
+    testing::WriteDiskFile(directory_ / "lit.bib", "@misc{a,\n}\n");
+    testing::WriteDiskFile(directory_ / "paper.tex", "\\begin{document}\n");
+    runs = 0;
+    outcome = 1;
+  }
+  ~RunningAnOperation() override {
+    FirstFilePath.Set("");
+    SecondFilePath.Set("");
+  }
+
+  int Run() {
+    Operation row = GetParam();
+    row.run = [] {
+      ++runs;
+      return outcome;
+    };
+    return RunOperation(row);
+  }
+
+  void PickWhatItNeeds() {
+    const bool document = GetParam().needs == Needs::kDocumentAndLibrary;
+    FirstFilePath.Set(directory_ / (document ? "paper.tex" : "lit.bib"));
+    SecondFilePath.Set(directory_ / "lit.bib");
+  }
+
+  /// The boxes of a run whose last one is `end`.
+  std::vector<Box> Boxes(const Box& end) const {
+    std::vector<Box> boxes;
+    if (GetParam().note) boxes.push_back({*GetParam().note, NoteTitle});
+    boxes.push_back(end);
+    return boxes;
+  }
+
+  testing::TemporaryDirectory directory_;
+  testing::RecordingReporter reporter_;
+};
+
+TEST_P(RunningAnOperation, StopsWhenTheChecksDo) {
+  EXPECT_EQ(Run(), 0) << "no file is picked";
+  testing::WriteDiskFile(directory_ / "other", "text\n");
+  FirstFilePath.Set(directory_ / "other");
+  SecondFilePath.Set(directory_ / "other");
+  EXPECT_EQ(Run(), 0) << "the files are of another kind";
+  EXPECT_EQ(runs, 0);
+  EXPECT_EQ(reporter_.boxes.size(), 2U) << "the box of the check, no note, and no other";
+  EXPECT_EQ(reporter_.printed, "");
+}
+
+TEST_P(RunningAnOperation, EndsWithDoneOnlyForOne) {
+  PickWhatItNeeds();
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(runs, 1);
+  EXPECT_EQ(reporter_.boxes, Boxes({"Done!", "Done!"}));
+  for (const int failure : {0, 2999, 2, -1}) {
+    reporter_.boxes.clear();
+    outcome = failure;
+    EXPECT_EQ(Run(), failure);
+    EXPECT_EQ(reporter_.boxes,
+              Boxes({"An error in the function occured! Analyse the error output in a terminal.",
+                     std::string(GetParam().error_caption)}));
+  }
+  EXPECT_EQ(reporter_.printed, "") << "the terminal is the operation's";
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RunningAnOperation,
+                         ::testing::ValuesIn(Operations().begin(), Operations().end()),
+                         [](const auto& row) {
+                           std::string name(row.param.batch_name);
+                           std::erase(name, '-');
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace tarvel
