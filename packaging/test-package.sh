@@ -41,7 +41,9 @@ mount -t proc proc "$root/proc"
 mount --bind /dev "$root/dev"
 for file in /etc/resolv.conf /etc/hosts; do [ ! -f "$file" ] || cp -L "$file" "$root/etc/"; done
 for directory in /etc/apt/apt.conf.d /usr/local/share/ca-certificates /etc/ssl/certs; do
-  [ ! -d "$directory" ] || { mkdir -p "$root$directory" && cp -rL "$directory/." "$root$directory"; }
+  [ -d "$directory" ] || continue
+  mkdir -p "$root$directory"
+  cp -rL "$directory/." "$root$directory"
 done
 in_root useradd --create-home user
 
@@ -63,7 +65,7 @@ in_root dpkg --verify tarvel
 [ "$(in_root tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
 
 say "run every operation"
-as_user 'mkdir ~/work && cp /usr/share/doc/tarvel/examples/* ~/work'
+as_user 'mkdir ~/trial && cp /usr/share/doc/tarvel/examples/* ~/trial'
 run() { # run ARGUMENTS... -- FILES-WRITTEN...
   arguments=
   while [ "$1" != -- ]; do
@@ -71,14 +73,14 @@ run() { # run ARGUMENTS... -- FILES-WRITTEN...
     shift
   done
   shift
-  as_user "cd ~/work && tarvel-batch$arguments >out 2>&1" || {
-    cat "$root/home/user/work/out"
+  as_user "cd ~/trial && tarvel-batch$arguments >out 2>&1" || {
+    cat "$root/home/user/trial/out"
     fail "tarvel-batch$arguments"
   }
-  grep -q '^\[Done!\] Done!$' "$root/home/user/work/out" || fail "tarvel-batch$arguments: not done"
+  grep -q '^\[Done!\] Done!$' "$root/home/user/trial/out" || fail "tarvel-batch$arguments: not done"
   for file; do
-    [ -s "$root/home/user/work/$file" ] || fail "tarvel-batch$arguments: no $file"
-    echo "tarvel-batch$arguments: $file, $(wc -c <"$root/home/user/work/$file") bytes"
+    [ -s "$root/home/user/trial/$file" ] || fail "tarvel-batch$arguments: no $file"
+    echo "tarvel-batch$arguments: $file, $(wc -c <"$root/home/user/trial/$file") bytes"
   done
 }
 run extract paper.tex lit.bib -- lit_extract.bib lit_extract.txt lit_extract.tex
@@ -90,8 +92,8 @@ run clean-authors more.bib -- more_author.bib more_author.log
 run clean-characters more.bib -- more_char.bib more_char.log
 run clean-tags more.bib -- more_tag.bib more_tag.log
 # These need the files beside the program: the list of journals, the styles.
-! grep -q '^0 changes' "$root/home/user/work/more_journal.log" || fail "no journal was renamed"
-grep -q '^.bibitem{arden1998estuaries}' "$root/home/user/work/lit_extract.tex" || fail "no bibitem"
+! grep -q '^0 changes' "$root/home/user/trial/more_journal.log" || fail "no journal was renamed"
+grep -q '^.bibitem{arden1998estuaries}' "$root/home/user/trial/lit_extract.tex" || fail "no bibitem"
 
 say "open the dialog"
 cat >"$root/tmp/dialog.sh" <<'EOF'

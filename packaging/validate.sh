@@ -5,8 +5,8 @@
 # Exit status 77: a tool is missing. They are in the packages desktop-file-utils, appstream,
 # shared-mime-info, man-db, mandoc and lintian.
 set -u
+package=${1:+$(realpath "$1")}
 cd "$(dirname "$0")" || exit 1
-package=${1:-}
 
 tools="desktop-file-validate appstreamcli update-mime-database man mandoc"
 [ -n "$package" ] && tools="$tools lintian"

@@ -134,7 +134,8 @@ def main(arguments):
             print(f"FAILED: {page_path.name}:{line}: {wanted}")
         elif not accept:
             failures.append(line)
-            print(f"FAILED: {page_path.name}:{line}\n--- the page\n{wanted}--- the program\n{got}---")
+            print(f"FAILED: {page_path.name}:{line}")
+            print(f"--- the page\n{wanted}--- the program\n{got}---")
 
     with tempfile.TemporaryDirectory() as directory:
         os.chdir(directory)
