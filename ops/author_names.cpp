@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::string_view kWordSeparators = " -~.";
 constexpr std::string_view kAccentBytes = "'\"^~";
+// Symbols that put an accent on the letter behind them when a backslash stands before.
+constexpr std::string_view kAccentSymbols = "'`\"^~=.";
 // Control words of one letter that put an accent on the letter behind them.
 constexpr std::string_view kAccentCommands = "vrcHukdbt";
 
@@ -85,41 +87,21 @@ bool IsAccentCommand(std::string_view name) {
   return name.size() == 1 && IsOneOf(name.front(), kAccentCommands);
 }
 
-/// Whether the braces at `at` hold an accent or a LaTeX letter: they are part of one character.
-bool IsLatexCharacter(std::string_view text, std::size_t at) {
-  if (at + 2 >= text.size() || text[at + 1] != '\\') return false;
-  const std::string_view name = ControlWord(text, at + 1);
-  return name.empty() || IsAccentCommand(name) || FindLetterCommand(name);
-}
-
-/// The first byte behind the braces that open at `at`.
-std::size_t GroupEnd(std::string_view text, std::size_t at) {
-  int depth = 0;
-  for (; at < text.size(); ++at) {
-    if (text[at] == '{') ++depth;
-    if (text[at] == '}' && --depth == 0) return at + 1;
-  }
-  return at;
-}
-
 /// The first byte behind the LaTeX command at `at`; blanks behind an accent belong to it.
 std::size_t CommandEnd(std::string_view text, std::size_t at) {
   const std::string_view name = ControlWord(text, at);
   std::size_t end = at + 1 + name.size();
-  if (name.empty()) return end < text.size() && text[end] != ' ' ? end + 1 : end;
-  if (IsAccentCommand(name)) end = std::min(text.find_first_not_of(' ', end), text.size());
-  return end;
+  bool accent = IsAccentCommand(name);
+  if (name.empty() && end < text.size() && text[end] != ' ') {
+    accent = IsOneOf(text[end], kAccentSymbols);
+    ++end;
+  }
+  return accent ? std::min(text.find_first_not_of(' ', end), text.size()) : end;
 }
 
 std::size_t WordEnd(std::string_view text, std::size_t at) {
   while (at < text.size() && !IsOneOf(text[at], kWordSeparators)) {
-    if (text[at] == '\\') {
-      at = CommandEnd(text, at);
-    } else if (text[at] == '{' && IsLatexCharacter(text, at)) {
-      at = GroupEnd(text, at);
-    } else {
-      ++at;
-    }
+    at = text[at] == '\\' ? CommandEnd(text, at) : at + 1;
   }
   return at;
 }
