@@ -140,8 +140,8 @@ void TellMissing(OutputFile& references, std::size_t cited, int found) {
                     "that could be found also in the BibTeX library ... .\n\n\n"});
 }
 
-std::span<const Value> PrintExtracted(OutputFile& references, const Settings& settings,
-                                      const EntryKind& entry, EntryValues& values) {
+std::vector<Value> PrintExtracted(OutputFile& references, const Settings& settings,
+                                  const EntryKind& entry, EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(settings);
   if (!style) return {};
   const bool springer = *style == JournalStyle::kSpringerCompSci;

@@ -60,7 +60,8 @@ void AppendField(std::string& result, const Placeholder& placeholder, std::strin
 
 }  // namespace
 
-std::string FormatReference(std::string_view format, std::span<const std::string_view> values) {
+std::string FormatReference(std::string_view format, std::span<const std::string_view> values,
+                            std::uint64_t* shown) {
   std::string result;
   std::size_t next = 0;
   while (!format.empty()) {
@@ -72,7 +73,10 @@ std::string FormatReference(std::string_view format, std::span<const std::string
       result.push_back('%');
       format.remove_prefix(2);
     } else if (const auto placeholder = ReadPlaceholder(format)) {
-      if (next < values.size()) AppendField(result, *placeholder, values[next]);
+      if (next < values.size()) {
+        AppendField(result, *placeholder, values[next]);
+        if (shown && placeholder->precision != 0) *shown |= std::uint64_t{1} << next;
+      }
       ++next;
       format.remove_prefix(placeholder->size);
     } else {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +16,10 @@ inline constexpr std::size_t kWidestField = 1'000'000;
 /// have flags, a width and a precision, which count bytes, and does with them what `printf` does.
 /// One beyond the values prints nothing. Any other "%" is a byte like any other: formats come from
 /// a file that users edit, so none of it ever reaches `printf`.
-std::string FormatReference(std::string_view format, std::span<const std::string_view> values);
+///
+/// Bit i of `shown` is set when a placeholder shows the i-th value; one with the precision 0 passes
+/// a value over. Of at most 64 values.
+std::string FormatReference(std::string_view format, std::span<const std::string_view> values,
+                            std::uint64_t* shown = nullptr);
 
 }  // namespace tarvel

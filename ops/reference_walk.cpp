@@ -160,7 +160,7 @@ bool ReferenceWalk::HandleEntry() {
   At(values_, Value::kBibitem) = rules_.name_reference(key);
   read_.fill(false);
   ReadTags(*kind);
-  const std::span<const Value> shown = rules_.print(*kind, values_);
+  const std::vector<Value> shown = rules_.print(*kind, values_);
   if (shown.empty()) TellNothing(key, "the style has no format for it that fits its values");
   TellCarriedOver(shown, key);
   if (rules_.is_plain_text) TellCommands(shown, key);
@@ -278,15 +278,19 @@ void ReferenceWalk::Treat(const TagRead& tag) {
   }
 }
 
-std::span<const Value> PrintReference(OutputFile& output, const std::string& format,
-                                      std::span<const Value> order, const EntryValues& values) {
+std::vector<Value> PrintReference(OutputFile& output, const std::string& format,
+                                  std::span<const Value> order, const EntryValues& values) {
   std::array<std::string_view, kValueCount> arguments;
   for (std::size_t i = 0; i < order.size(); ++i) {
     arguments[i] = values[static_cast<std::size_t>(order[i])];
   }
-  const std::string reference = FormatReference(format, std::span(arguments).first(order.size()));
-  output.Write(reference);
-  return reference.empty() ? std::span<const Value>() : order;
+  std::uint64_t used = 0;
+  output.Write(FormatReference(format, std::span(arguments).first(order.size()), &used));
+  std::vector<Value> shown;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if ((used >> i & 1) != 0) shown.push_back(order[i]);
+  }
+  return shown;
 }
 
 void TellUnsupported(int unsupported, std::string_view file_name) {

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/settings.h"
 #include "core/line_stream.h"
@@ -63,7 +64,7 @@ struct WalkRules {
   std::string_view advice;  // closes the note on an entry of an unsupported type
   std::function<std::string(std::string_view key)> name_reference;
   /// Prints a reference; gives the values that it shows, none when it printed nothing.
-  std::function<std::span<const Value>(const EntryKind& kind, EntryValues& values)> print;
+  std::function<std::vector<Value>(const EntryKind& kind, EntryValues& values)> print;
   bool is_plain_text = false;  // a command that is left in a reference is worth a warning
 };
 
@@ -114,10 +115,10 @@ class ReferenceWalk {
 /// The names of all the tags that references are made of.
 extern const std::array<std::string_view, 11> kReferenceTags;
 
-/// Prints a reference with a format and the values that belong to it; gives those values, none when
-/// the format did not fit them and nothing was printed.
-std::span<const Value> PrintReference(OutputFile& output, const std::string& format,
-                                      std::span<const Value> order, const EntryValues& values);
+/// Prints a reference with a format and the values that belong to it; gives those values that the
+/// format shows, none when nothing was printed.
+std::vector<Value> PrintReference(OutputFile& output, const std::string& format,
+                                  std::span<const Value> order, const EntryValues& values);
 
 /// Shows the box that tells how many entries are not in the file; none when it is 0. `file_name` is
 /// what the text calls the file.

@@ -61,8 +61,8 @@ void TreatValues(const Settings& settings, const LaTeXCommands& commands, Refere
   }
 }
 
-std::span<const Value> PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
-                                 const EntryValues& values) {
+std::vector<Value> PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
+                             const EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(settings);
   if (!style) return {};
   if (kind == ReferenceKind::kArticle && settings.PrintTitle != 0) {

@@ -93,5 +93,12 @@ TEST(FormatReference, AgreesWithPrintfOnRandomPlaceholders) {
   }
 }
 
+TEST(FormatReference, TellsWhichValuesItShows) {
+  const std::array<std::string_view, 4> values{"a", "", "c", "d"};
+  std::uint64_t shown = 0;
+  EXPECT_EQ(FormatReference("%s%s%.0s %.1s %s %%", values, &shown), "a d  %");
+  EXPECT_EQ(shown, 0b1011U) << "a precision of 0 passes a value over";
+}
+
 }  // namespace
 }  // namespace tarvel
