@@ -6,7 +6,7 @@
 #   with_display.sh click_through.sh PROGRAM
 set -u
 program=$1
-seconds=5 # the longest wait for one window
+seconds=20 # the longest wait for one window
 
 for tool in openbox prlimit xdotool xprop; do
   if ! command -v $tool >/dev/null; then
@@ -58,7 +58,18 @@ expect_no_window() {
 }
 
 press() { xdotool key --delay 30 "$@"; }
-raise() { xdotool search --onlyvisible --pid "$process" --name "$1" windowactivate; }
+
+# Makes the main window the active one. The window manager may be busy with the one that has just
+# opened and lose the request, so it is asked until it has done it.
+raise_main() {
+  tries=$((seconds * 4))
+  until [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$main" ]; do
+    tries=$((tries - 1))
+    [ "$tries" -gt 0 ] || fail "the main window cannot be raised"
+    xdotool search --onlyvisible --pid "$process" --name '^Tarvel 3.81' windowactivate 2>/dev/null
+    sleep 0.25
+  done
+}
 
 start() {
   # A low soft limit, to see that the program raises it.
@@ -126,7 +137,7 @@ grep -q doi "$work/lit_linux_tag.bib" && fail "the doi is still there"
 expect_window "$main"
 press Tab space
 expect_window "Preferences for Clean tags'"
-raise "^Tarvel 3.81"
+raise_main
 expect_window "$main"
 press alt+q
 expect_end
