@@ -75,7 +75,7 @@ def run_case(program, name, work):
     with open(library, "wb") as file:
         CASES[name](file)
     with open(document, "wb") as file:
-        file.write(b"\\begin{document}\n")
+        file.write(b"\\begin{document}\n\\cite{key1,value,tags,line}\n")
         for number in range(0, 1_000_000, 10):
             file.write(b"\\cite{key%d}\n" % number)
     size = os.path.getsize(library)
