@@ -12,15 +12,8 @@ namespace tarvel {
 namespace {
 
 bool IsBlank(char byte) {
-  // The blank test is made on signed bytes, so everything from 128 on is negative and blank. A byte
-  // of zero is not.
   const auto code = static_cast<signed char>(byte);
   return code <= ' ' && code != 0;
-}
-
-std::size_t SkipBlanks(std::string_view text, std::size_t from) {
-  while (from < text.size() && IsBlank(text[from])) ++from;
-  return from;
 }
 
 /// Puts the next line of the stream in the place of everything from `at` on, and again while it is
@@ -88,6 +81,11 @@ bool CopyValue(Line& line, LineStream& stream, std::size_t at, int depth, std::s
 }
 
 }  // namespace
+
+std::size_t SkipBlanks(std::string_view text, std::size_t from) {
+  while (from < text.size() && IsBlank(text[from])) ++from;
+  return from;
+}
 
 bool ReadFieldValue(Line& line, LineStream& stream, ValueStart start, int depth,
                     std::string& value) {

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "core/line_stream.h"
 
 namespace tarvel {
+
+/// The place of the first byte from `from` on that is not blank, or the end of the text. The test
+/// is made on signed bytes, so everything from 128 on is negative and blank; a byte of zero is not.
+std::size_t SkipBlanks(std::string_view text, std::size_t from);
 
 /// Where `ReadFieldValue` starts to read.
 enum class ValueStart {

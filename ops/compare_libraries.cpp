@@ -2,7 +2,6 @@
 #include "ops/compare_libraries.h"
 
 #include <functional>
-#include <utility>
 
 #include "core/large_memory.h"
 #include "core/text_primitives.h"
@@ -12,10 +11,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::string_view kJabRefMarker = "@COMMENT{JABREF";
-
-/// Of the places where lines begin only those this far apart are remembered, so that a library of
-/// short lines does not take more memory for its places than for its bytes.
-constexpr std::size_t kPlaceDistance = 16;
 
 /// The bytes of an entry in a usual library, on the small side.
 constexpr std::size_t kUsualEntry = 400;
@@ -142,44 +137,8 @@ bool SecondLibrary::Next() {
   const auto start = ReadHead(stream_, head_);
   if (!start) return false;
   start_ = *start;
-  next_.record.Start(head_);
-  next_.places.clear();
-  EntryLineEnd end = EntryLineEnd::kInside;
-  while (end == EntryLineEnd::kInside) {
-    const std::size_t place = stream_.Position();
-    if (MeetsLast(place)) {
-      TakeLastFrom(place);
-      return true;
-    }
-    if (next_.places.empty() || place - next_.places.back() >= kPlaceDistance) {
-      next_.places.push_back(place);
-    }
-    end = tags_.ReadLine(stream_, next_.record);
-  }
-  next_.end = stream_.Position();
-  last_.places.assign(next_.places.rbegin(), next_.places.rend());
-  std::swap(last_.record, next_.record);
-  last_.end = next_.end;
+  reader_.Read(stream_, head_);
   return true;
-}
-
-/// Whether the entry before was read from this place on as well. Places before it are forgotten:
-/// they can only be asked for in the order of the file.
-bool SecondLibrary::MeetsLast(std::size_t place) {
-  while (!last_.places.empty() && last_.places.back() < place) last_.places.pop_back();
-  return !last_.places.empty() && last_.places.back() == place;
-}
-
-/// Ends the entry as the one before ended: fields that it filled behind `place` are the same.
-void SecondLibrary::TakeLastFrom(std::size_t place) {
-  for (std::size_t i = 0; i < kFieldCount; ++i) {
-    FieldValue& last = last_.record.fields[i];
-    if (last.Place() < place) std::swap(last, next_.record.fields[i]);
-  }
-  std::swap(last_.record.key, next_.record.key);
-  std::swap(last_.record.type, next_.record.type);
-  last_.places.insert(last_.places.end(), next_.places.rbegin(), next_.places.rend());
-  stream_.SetPosition(last_.end);
 }
 
 bool SecondLibrary::Copy(OutputFile& out) { return CopyLines(stream_, start_, out); }

@@ -12,6 +12,7 @@
 #include "core/output_file.h"
 #include "ops/entry_record.h"
 #include "ops/group_rules.h"
+#include "ops/overlapping_reader.h"
 
 namespace tarvel {
 
@@ -71,13 +72,8 @@ class FirstLibrary {
   HashIndex by_content_;
 };
 
-/// The second library, read entry by entry.
-///
-/// After an entry that was copied, reading goes on behind the copy, and that is often before the
-/// end of what was read for the entry: an entry without a closing line of its own goes on through
-/// the lines of those behind it. So that such lines are not read again for each of them, what was
-/// read last is remembered with the places where its lines begin. Reading from one of these places
-/// can only lead to the same end; each field then holds what its last line behind that place gave.
+/// The second library, read entry by entry. After an entry that was copied, reading goes on behind
+/// the copy, and that is often before the end of what was read for the entry.
 class SecondLibrary {
  public:
   /// Goes to the first known entry; `stream` must outlive this.
@@ -86,27 +82,16 @@ class SecondLibrary {
   /// Reads the next entry; false at the end of the library.
   bool Next();
   /// The entry that was read last; key and type are upper-cased.
-  const EntryRecord& Entry() const { return last_.record; }
+  const EntryRecord& Entry() const { return reader_.Entry(); }
   /// Copies its lines as they stand in the file, up to the first that begins with "}"; false when
   /// the file ends before one. Reading goes on behind them.
   bool Copy(OutputFile& out);
 
  private:
-  struct Reading {
-    EntryRecord record;
-    std::size_t end = 0;
-    std::vector<std::size_t> places;  // where lines begin, the last first
-  };
-
-  bool MeetsLast(std::size_t place);
-  void TakeLastFrom(std::size_t place);
-
   LineStream& stream_;
-  TagReader tags_{kCompareTags};
+  OverlappingReader reader_{kCompareTags};
   std::string head_;
   std::size_t start_ = 0;
-  Reading last_;
-  Reading next_;
 };
 
 }  // namespace tarvel

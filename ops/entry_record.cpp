@@ -36,13 +36,16 @@ std::optional<std::string_view> ValueOnLine(std::string_view line) {
   return rest;  // the line ends without a line break, and the value with it
 }
 
-void ReadValue(std::string_view text, LineStream& stream, FieldValue& value) {
-  if (const auto on_line = ValueOnLine(text)) {
-    value.SetView(*on_line);
-    return;
+void ReadValue(std::string_view text, LineStream& stream, FieldValue& value,
+               LongValues* long_values) {
+  if (const auto on_line = ValueOnLine(text)) return value.SetView(*on_line);
+  if (long_values) {
+    if (const auto found = long_values->LookUp(text, stream)) return value.SetView(*found);
   }
+  const std::size_t start = stream.Position();
   Line line(text);
   ReadFieldValue(line, stream, value.SetJoined());
+  if (long_values) long_values->CountRead(stream.Position() - start);
 }
 
 /// Keeps the first page: "123-130" and "123--130" both become "123", "-130" becomes empty.
@@ -91,9 +94,22 @@ void EntryRecord::Start(std::string_view head) {
   for (FieldValue& field : fields) field.Clear();
 }
 
+std::optional<std::string_view> LongValues::LookUp(std::string_view line, LineStream& stream) {
+  if (read_ <= 2 * stream.Bytes().size() || line.back() != '\n') return std::nullopt;
+  if (!joined_ && !stream.LoadAll()) return std::nullopt;
+  if (!joined_) joined_.emplace(stream.Bytes());
+  const auto start = static_cast<std::size_t>(line.data() - stream.Bytes().data());
+  const auto value = joined_->ValueBehind(start + line.find('{'));
+  if (!value) return std::nullopt;
+  stream.SetPosition(value->line);
+  (void)stream.ReadLine(value->limit);
+  return value->text;
+}
+
 TagReader::TagReader(std::span<const TagName> tags) : tags_(tags), matcher_(NamesOf(tags)) {}
 
-EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record) const {
+EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,
+                                 LongValues* long_values) const {
   const bool met_end = stream.AtEnd();
   const std::size_t place = stream.Position();
   const auto line = stream.ReadLine(limits::kPairLine);
@@ -102,7 +118,7 @@ EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record) const 
   if (tag < 0) return line->front() == '}' ? EntryLineEnd::kClosed : EntryLineEnd::kInside;
   const Field field = tags_[static_cast<std::size_t>(tag)].field;
   FieldValue& value = record[field];
-  ReadValue(*line, stream, value);
+  ReadValue(*line, stream, value, long_values);
   value.SetPlace(place);
   if (field == Field::kPages) KeepFirstPage(value);
   return EntryLineEnd::kInside;

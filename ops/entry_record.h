@@ -5,11 +5,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/joined_text.h"
 #include "core/line_stream.h"
 #include "core/name_matcher.h"
 
@@ -140,6 +142,23 @@ struct EntryRecord {
   void Start(std::string_view head);
 };
 
+/// Values that go on over lines, of entries that may lie in each other. They are read line by line
+/// until that has cost as much as reading the file twice; from then on each is looked up in the
+/// joined text of the file.
+class LongValues {
+ public:
+  /// The value behind the first "{" of `line`, a line of `stream` that does not end it; the stream
+  /// is then behind the line that does. The view lives as long as this. Nothing, and nothing is
+  /// read, while the value is to be read line by line.
+  std::optional<std::string_view> LookUp(std::string_view line, LineStream& stream);
+  /// Takes note of the bytes that were read for a value.
+  void CountRead(std::size_t bytes) { read_ += bytes; }
+
+ private:
+  std::size_t read_ = 0;
+  std::optional<JoinedText> joined_;
+};
+
 /// What a line did to the entry that is being read, or why there was none.
 enum class EntryLineEnd {
   kInside,      // the entry goes on
@@ -157,8 +176,10 @@ class TagReader {
   explicit TagReader(std::span<const TagName> tags);
 
   /// Reads one line (at most 4,999 bytes) and, when it names a tag, the tag's value. Views in
-  /// `record` point into the stream's bytes. Of pages only the first page is kept.
-  EntryLineEnd ReadLine(LineStream& stream, EntryRecord& record) const;
+  /// `record` point into the stream's bytes, or into `long_values`, which a stream needs that is
+  /// set back. Of pages only the first page is kept.
+  EntryLineEnd ReadLine(LineStream& stream, EntryRecord& record,
+                        LongValues* long_values = nullptr) const;
   /// Reads lines until the entry ends; gives what ended it.
   EntryLineEnd ReadEntry(LineStream& stream, EntryRecord& record) const;
 

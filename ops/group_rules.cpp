@@ -102,6 +102,15 @@ ComparedValues Collect(const TypeGroup& group, const EntryRecord& entry, Get get
   return compared;
 }
 
+/// Of a long value only both ends and the size count: values that never close reach to the end of
+/// the library, and there may be one for each entry.
+std::size_t HashOf(std::string_view value) {
+  constexpr std::size_t kEnd = 2048;
+  const std::hash<std::string_view> hash;
+  if (value.size() <= 2 * kEnd) return hash(value);
+  return hash(value.substr(0, kEnd)) ^ hash(value.substr(value.size() - kEnd)) * 31 ^ value.size();
+}
+
 }  // namespace
 
 const std::array<CompareRule, 8> kCompareRules{{
@@ -209,9 +218,8 @@ ComparedValues KeepCompared(const TypeGroup& group, const EntryRecord& entry, Te
 std::size_t HashOf(const ComparedValues& values) {
   constexpr std::size_t kMultiplier = 0x9E3779B97F4A7C15;
   std::size_t hash = 0;
-  for (std::size_t i = 0; i < values.count; ++i) {
-    hash = hash * kMultiplier + std::hash<std::string_view>()(values.values[i]);
-  }
+  for (std::size_t i = 0; i < values.count; ++i)
+    hash = hash * kMultiplier + HashOf(values.values[i]);
   return hash;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/text_primitives.h"
+#include "core/value_reader.h"
 
 namespace tarvel {
 
@@ -15,17 +16,6 @@ std::vector<std::string_view> TagNames() {
   names.reserve(kDoublesTags.size());
   for (const TagName& tag : kDoublesTags) names.push_back(tag.name);
   return names;
-}
-
-/// The first byte that is not blank. The test is made on signed bytes, so those from 128 on are
-/// blank; a byte of zero is not.
-std::size_t SkipBlanks(std::string_view line) {
-  const auto blank = [](char byte) {
-    const auto code = static_cast<signed char>(byte);
-    return code <= ' ' && code != 0;
-  };
-  const auto found = std::find_if_not(line.begin(), line.end(), blank);
-  return static_cast<std::size_t>(found - line.begin());
 }
 
 }  // namespace
@@ -149,7 +139,7 @@ LibraryFollower::Step LibraryFollower::ContinueValue(Reading& reading) {
   const auto text = library_.ReadLine(reading.next, reading.limit);
   if (!text) return Step::kNeedsText;
   reading.next += text->size();
-  const std::size_t start = SkipBlanks(*text);
+  const std::size_t start = SkipBlanks(*text, 0);
   if (start == text->size()) {
     reading.limit = limits::kShortLine;
     return Step::kDone;

@@ -5,6 +5,14 @@
 
 namespace tarvel {
 
+namespace {
+
+/// Of the places where lines begin only those this far apart are remembered, so that a library of
+/// short lines does not take more memory for its places than for its bytes.
+constexpr std::size_t kPlaceDistance = 16;
+
+}  // namespace
+
 EntryLineEnd OverlappingReader::Read(LineStream& input, std::string_view head) {
   std::swap(entry_, before_);
   entry_.Start(head);
@@ -17,8 +25,8 @@ EntryLineEnd OverlappingReader::Read(LineStream& input, std::string_view head) {
       input.SetPosition(end_place_);
       break;
     }
-    end = tags_.ReadLine(input, entry_);
-    if (input.Position() != place) new_lines_.push_back(place);
+    end = tags_.ReadLine(input, entry_, &long_values_);
+    if (input.Position() != place) Remember(place);
   }
   if (end != EntryLineEnd::kInside) {
     end_ = end;
@@ -27,6 +35,11 @@ EntryLineEnd OverlappingReader::Read(LineStream& input, std::string_view head) {
   }
   lines_.insert(lines_.end(), new_lines_.rbegin(), new_lines_.rend());
   return end_;
+}
+
+void OverlappingReader::Remember(std::size_t place) {
+  if (!new_lines_.empty() && place - new_lines_.back() < kPlaceDistance) return;
+  new_lines_.push_back(place);
 }
 
 /// Whether the reading before this one took a line from `place` too.

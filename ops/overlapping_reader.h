@@ -14,7 +14,8 @@ namespace tarvel {
 /// Reads entries of which each may begin inside the one read before: an entry's tags can go on
 /// behind the place where its copy ends, as in a library whose entries close with "} title". As
 /// soon as such a reading comes to a line at which the one before it was, it takes what that one
-/// found from there on, so that no line is read again and again.
+/// found from there on, so that no line is read again and again. Values that go on over the entries
+/// behind them are looked up, not read again.
 class OverlappingReader {
  public:
   /// `tags` must outlive the reader.
@@ -32,14 +33,16 @@ class OverlappingReader {
   }
 
  private:
+  void Remember(std::size_t place);
   bool Joins(std::size_t place);
   void TakeRest(std::size_t place);
 
   TagReader tags_;
+  LongValues long_values_;
   EntryRecord entry_;
   EntryRecord before_;
-  // Where the lines of the last reading begin, last line first: those passed by are taken away from
-  // the back.
+  // Where lines of the last reading begin, last line first: those passed by are taken away from the
+  // back.
   std::vector<std::size_t> lines_;
   std::vector<std::size_t> new_lines_;
   EntryLineEnd end_ = EntryLineEnd::kClosed;

@@ -171,5 +171,13 @@ TEST(CleanDoublesRandom, CrowdedLibrariesComeOutAsFromThePlainVersion) {
   }
 }
 
+TEST(CleanDoublesRandom, EntriesThatLieInEachOtherComeOutAsFromThePlainVersion) {
+  const int runs = RandomRuns(500);
+  HostileLibraries libraries(20261121);
+  for (int run = 0; run < runs && !::testing::Test::HasFailure(); ++run) {
+    ExpectSame(libraries.NextNested());
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -47,6 +47,20 @@ constexpr std::array<std::string_view, 9> kReached{"does not have",
                                                    " - Probably the same",
                                                    "----    - Missing entry"};
 
+TEST(CompareRandomly, ReadsEntriesThatLieInEachOtherLikeThePlainVersion) {
+  HostileLibraries libraries(20261121);
+  const int runs = RandomRuns(500);
+  for (int run = 0; run < runs; ++run) {
+    const std::string second = libraries.NextNested();
+    const std::string first = run % 2 == 0 ? libraries.NextNested() : libraries.Related(second);
+    const ComparedFiles plain = PlainCompare("/d/one.bib", first, "/d/two.bib", second);
+    const Outcome fast = Compared(first, second);
+    ASSERT_EQ(fast.files.log, plain.log) << run << "\n" << first << "\n=====\n" << second;
+    ASSERT_EQ(fast.files.missing, plain.missing) << run << "\n" << first << "\n=====\n" << second;
+    ASSERT_EQ(fast.files.equal, plain.equal) << run << "\n" << first << "\n=====\n" << second;
+  }
+}
+
 TEST(CompareRandomly, WritesWhatThePlainVersionWrites) {
   HostileLibraries libraries(20260417);
   std::array<int, kReached.size()> reached{};

@@ -58,5 +58,13 @@ TEST(OverlappingReader, ReadsHostileLibrariesLikeAReaderThatStartsAnew) {
   }
 }
 
+TEST(OverlappingReader, ReadsEntriesThatLieInEachOtherLikeAReaderThatStartsAnew) {
+  testing::HostileLibraries libraries(100);
+  const int runs = testing::RandomRuns(300);
+  for (int run = 0; run < runs && !HasFailure(); ++run) {
+    ExpectSameAsFromTheStart(libraries.NextNested());
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

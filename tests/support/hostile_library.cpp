@@ -213,6 +213,28 @@ std::string HostileLibraries::Next() {
   return library;
 }
 
+std::string HostileLibraries::NestedEntry() {
+  constexpr std::array kOpening{""sv, ""sv, "{"sv, "{{"sv, "{{{"sv, "{\n{ "sv};
+  std::string entry = "@" + AnyCase(OneOf(kTypes)) + "{" + AnyCase(OneOf(kKeys)) + ",\n";
+  for (const std::string_view tag : kTags) {
+    const std::string_view opening = Once(6) ? OneOf(kOpening) : ""sv;
+    entry.append(tag).append(" = {").append(opening).append(Once(12) ? OneOf(kValues) : "x"sv);
+    entry += Once(20) ? "\n" : "},\n";
+  }
+  if (Once(20)) entry += std::string(1 + Below(60), '}') + "\n";
+  if (Once(20)) entry += std::string(Below(4), '\n') + " \n";
+  if (Once(60)) entry += Filler() + "\n";
+  return entry += Once(5) ? "" : "}\n\n";
+}
+
+std::string HostileLibraries::NextNested() {
+  std::string library;
+  for (std::size_t left = 2 + Below(24); left > 0; --left) library += NestedEntry();
+  for (std::size_t left = Once(2) ? Below(40) : 0; left > 0; --left) library += "}}\n";
+  Spoil(library);
+  return library;
+}
+
 std::string HostileLibraries::Related(std::string_view other) {
   std::vector<std::string> parts;
   std::size_t start = 0;

@@ -20,6 +20,9 @@ class HostileLibraries {
 
   /// A new library.
   std::string Next();
+  /// A new library of many entries with braces too many or too few, so that their values go on over
+  /// the entries behind them, often to the end of the file.
+  std::string NextNested();
   /// A library that shares some of `other`'s text: parts of it, in another order or changed.
   std::string Related(std::string_view other);
 
@@ -38,6 +41,7 @@ class HostileLibraries {
   std::string TagLine(std::string_view name);
   std::string Entry();
   std::string Between();
+  std::string NestedEntry();
   void Spoil(std::string& library);
 
   std::mt19937_64 random_;

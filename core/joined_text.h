@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarvel {
+
+/// The text of a whole file with its lines joined as `ReadFieldValue` joins those of a value. A
+/// value that goes on over many lines is a part of it, and where it ends is found without reading
+/// those lines again. Made for files of which many values share their lines: entries that never
+/// close lie in each other, and reading each value anew would take the square of their number.
+///
+/// Takes, beside the file, its size and 40 bytes a line.
+class JoinedText {
+ public:
+  /// `bytes` must outlive this.
+  explicit JoinedText(std::string_view bytes);
+
+  /// Where a value comes to its end.
+  struct Value {
+    std::string_view text;  // lives as long as the `JoinedText`
+    std::size_t line;       // where the line begins that ends it, or the end of the file
+    std::size_t limit;      // with which that line is read
+  };
+  /// The value behind the brace at `brace`, whose line goes on to a line feed and so does not end
+  /// it. Nothing where only reading can tell: it comes to a line whose first piece is blank.
+  std::optional<Value> ValueBehind(std::size_t brace) const;
+
+ private:
+  struct JoinedLine {
+    std::size_t start;           // in the file
+    std::size_t joined;          // in the joined text, of its first byte that is not blank
+    std::ptrdiff_t depth;        // of the braces before it
+    std::ptrdiff_t lowest;       // of the depths in it
+    std::size_t next_lower = 0;  // the next line that comes lower
+  };
+
+  void AddLine(std::size_t start, std::size_t end);
+  void LinkLines();
+  std::string_view LineAt(std::size_t number) const;
+  std::size_t LimitOf(std::size_t number) const;
+  std::size_t FirstBelow(std::size_t number, std::ptrdiff_t depth) const;
+  std::size_t NextBarrier(std::size_t number) const;
+
+  std::string_view bytes_;
+  std::string text_;
+  std::vector<JoinedLine> lines_;      // and one behind the last, where the file ends
+  std::vector<std::size_t> barriers_;  // the lines that end every value that comes to them
+};
+
+}  // namespace tarvel
