@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
+#include <string_view>
 
 namespace tarvel {
 
@@ -13,6 +15,15 @@ namespace {
 
 constexpr rlim_t kStackLimit = 0x5000000;  // 80 MiB
 constexpr std::size_t kLinkSize = 2000;
+
+/// Only what a signal handler may do.
+void EndForLostFile(int /*signal*/) {
+  constexpr std::string_view kMessage =
+      "A file was changed by another program, or could not be read, during the run. The new files "
+      "are not complete.\n";
+  (void)!write(STDERR_FILENO, kMessage.data(), kMessage.size());
+  _exit(1);
+}
 
 }  // namespace
 
@@ -25,6 +36,8 @@ int RaiseStackLimit() {
   if (result != 0) std::fprintf(stderr, "setrlimit returned result = %d\n", result);
   return 0;
 }
+
+void TellOfLostFiles() { std::signal(SIGBUS, EndForLostFile); }
 
 std::string_view DirectoryOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');

@@ -81,6 +81,8 @@ int Main(const std::vector<std::string>& arguments) {
   BatchReporter reporter;
   InstallReporter(reporter);
   RaiseStackLimit();
+  TellOfLostFiles();
+  MapLargeFiles();
   GlobalSettings = request.settings;
   PickFile(FirstFilePath, request.files[0]);
   if (request.files.size() > 1) PickFile(SecondFilePath, request.files[1]);

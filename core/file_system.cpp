@@ -2,6 +2,7 @@
 #include "core/file_system.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,10 @@ namespace tarvel {
 
 namespace {
 
+constexpr std::size_t kLargeFile = std::size_t{1} << 22;
+
+bool maps_large_files = false;
+
 constexpr mode_t kNewFileMode = 0666;  // what fopen asks for; the umask decides
 
 class FileSource final : public ByteSource {
@@ -19,7 +24,10 @@ class FileSource final : public ByteSource {
   FileSource(int descriptor, std::size_t size) : descriptor_(descriptor), size_(size) {}
   FileSource(const FileSource&) = delete;
   FileSource& operator=(const FileSource&) = delete;
-  ~FileSource() override { close(descriptor_); }
+  ~FileSource() override {
+    if (mapped_) munmap(mapped_, size_);
+    close(descriptor_);
+  }
 
   std::ptrdiff_t Read(char* buffer, std::size_t size) override {
     for (;;) {
@@ -29,9 +37,18 @@ class FileSource final : public ByteSource {
   }
   std::size_t Size() const override { return size_; }
 
+  std::string_view Map() override {
+    if (!maps_large_files || size_ < kLargeFile) return {};
+    void* const mapped = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor_, 0);
+    if (mapped == MAP_FAILED) return {};
+    mapped_ = mapped;
+    return {static_cast<const char*>(mapped), size_};
+  }
+
  private:
   int descriptor_;
   std::size_t size_;
+  void* mapped_ = nullptr;
 };
 
 class FileSink final : public ByteSink {
@@ -104,6 +121,8 @@ std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMod
   if (!lines.LoadAll()) return std::nullopt;
   return lines;
 }
+
+void MapLargeFiles() { maps_large_files = true; }
 
 FileSystem& RealFileSystem() {
   static PosixFileSystem files;

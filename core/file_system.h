@@ -38,4 +38,9 @@ class FileSystem {
 /// The file system of the machine.
 FileSystem& RealFileSystem();
 
+/// From now on files of 4 MiB and more are mapped, not copied into memory, which costs more than
+/// anything else that is done to them. A file that another program cuts short while it is mapped
+/// raises SIGBUS.
+void MapLargeFiles();
+
 }  // namespace tarvel

@@ -39,6 +39,9 @@ class HashIndex {
     return NumberIn(std::exchange(slot, (hash & ~kNumber) | (number + 1)));
   }
 
+  /// For how many numbers there is room.
+  std::size_t Room() const { return slots_.size() / 2 - 1; }
+
   /// Brings the place of a hash near, for a search that is to follow soon.
   void Prefetch(std::size_t hash) const { __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]); }
 

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <utility>
 
 #include "core/large_memory.h"
@@ -14,16 +13,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
-
-/// Memory for the bytes of a file. A large file gets large pages where the system has them.
-char* Allocate(std::size_t size) {
-  const std::size_t pages = (size + kLargePage - 1) / kLargePage * kLargePage;
-  const bool large = size >= 2 * kLargePage && pages >= size;
-  void* bytes = large ? std::aligned_alloc(kLargePage, pages) : std::malloc(size);
-  if (!bytes) throw std::bad_alloc();
-  if (large) AskForLargePages(bytes, pages);
-  return static_cast<char*>(bytes);
-}
 
 }  // namespace
 
@@ -36,6 +25,12 @@ LineStream::LineStream(std::string_view bytes) {
 }
 
 LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
+  if (const std::string_view mapped = source_->Map(); !mapped.empty()) {
+    data_ = mapped.data();
+    loaded_ = mapped.size();
+    mapped_ = std::move(source_);
+    return;
+  }
   // Views into the buffer must stay valid, so it is made as large as the file at once. The system
   // gives the pages only when they are written. A file of unknown size is read now instead.
   const std::size_t size = source_->Size();
@@ -44,9 +39,11 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
 }
 
 void LineStream::Grow(std::size_t capacity) {
-  std::unique_ptr<char, Free> larger(Allocate(std::max<std::size_t>(capacity, 1)));
+  std::unique_ptr<char, Free> larger(
+      static_cast<char*>(AllocateLarge(std::max<std::size_t>(capacity, 1))));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
+  data_ = bytes_.get();
   capacity_ = capacity;
 }
 
@@ -84,7 +81,7 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
     at_end_ = true;
     return std::nullopt;
   }
-  const char* start = bytes_.get() + position_;
+  const char* start = data_ + position_;
   const void* newline = std::memchr(start, '\n', left);
   const std::size_t size =
       newline ? static_cast<std::size_t>(static_cast<const char*>(newline) - start) + 1 : left;

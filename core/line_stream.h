@@ -26,6 +26,8 @@ class ByteSource {
   [[nodiscard]] virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
   /// The file's size in bytes when it was opened; 0 when it is not known.
   virtual std::size_t Size() const = 0;
+  /// The whole file, mapped for as long as the source lives; empty when it is to be read.
+  virtual std::string_view Map() { return {}; }
 };
 
 /// A file held in memory that serves its lines exactly as stdio's `fgets` would: at most
@@ -59,7 +61,7 @@ class LineStream {
   /// Whether reading the file failed at some point.
   bool ReadFailed() const { return read_failed_; }
   /// All bytes in memory so far: the whole file after `LoadAll`.
-  std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
+  std::string_view Bytes() const { return {data_, loaded_}; }
 
  private:
   struct Free {
@@ -70,8 +72,10 @@ class LineStream {
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
 
-  std::unique_ptr<ByteSource> source_;
+  std::unique_ptr<ByteSource> source_;  // while there is more to read
+  std::unique_ptr<ByteSource> mapped_;  // that holds the bytes, in the place of `bytes_`
   std::unique_ptr<char, Free> bytes_;
+  const char* data_ = nullptr;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/texts.h"
+#include "core/large_memory.h"
 #include "core/text_primitives.h"
 #include "ops/entry_record.h"
 #include "ops/group_rules.h"
@@ -97,7 +98,8 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{kDoublesTags};
   EntryCopy copy_;
-  std::pmr::monotonic_buffer_resource nodes_;  // of `written_`, to which most only adds
+  std::pmr::monotonic_buffer_resource nodes_{
+      LargeMemory()};  // of `written_`, to which most only adds
   std::pmr::map<std::size_t, std::size_t> written_{
       &nodes_};  // begin and end of every entry still whole
   char rename_letter_ = 'a';

@@ -12,8 +12,6 @@ namespace tarvel {
 
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{1} << 16;
-
 std::vector<std::string_view> NamesOf(std::span<const TagName> tags) {
   std::vector<std::string_view> names;
   for (const TagName& tag : tags) names.push_back(tag.name);
@@ -56,25 +54,12 @@ void KeepFirstPage(FieldValue& pages) {
 
 }  // namespace
 
-/// Memory for `size` bytes: of the last block, of a new one, or a block of its own.
-char* TextStore::Take(std::size_t size) {
-  if (size > room_) {
-    const std::size_t block = std::max(size, kBlockSize);
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(block));
-    if (block > kBlockSize) return blocks_.back().get();
-    free_ = blocks_.back().get();
-    room_ = block;
-  }
-  room_ -= size;
-  return std::exchange(free_, free_ + size);
-}
-
 std::string_view TextStore::Keep(std::string_view text) { return Keep(std::span(&text, 1)); }
 
 std::string_view TextStore::Keep(std::span<const std::string_view> texts) {
   std::size_t size = 0;
   for (const std::string_view text : texts) size += text.size();
-  char* const copy = Take(size);
+  char* const copy = static_cast<char*>(texts_.allocate(size, 1));
   char* end = copy;
   for (const std::string_view text : texts) end = std::copy(text.begin(), text.end(), end);
   return {copy, size};

@@ -4,14 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/joined_text.h"
+#include "core/large_memory.h"
 #include "core/line_stream.h"
 #include "core/name_matcher.h"
 
@@ -86,11 +86,7 @@ class TextStore {
   std::string_view Keep(std::span<const std::string_view> texts);
 
  private:
-  char* Take(std::size_t size);
-
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  char* free_ = nullptr;
-  std::size_t room_ = 0;
+  std::pmr::monotonic_buffer_resource texts_{std::size_t{1} << 16, LargeMemory()};
 };
 
 /// A tag's value: a view into the file when it stands on one line, else its joined text.

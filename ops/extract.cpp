@@ -4,12 +4,13 @@
 #include "ops/extract.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "app/texts.h"
+#include "core/hash_index.h"
 #include "core/reports.h"
 #include "core/text_primitives.h"
 #include "ops/citation_warnings.h"
@@ -54,9 +55,11 @@ constexpr std::string_view kReferencesName = "_bibitems.tex";  // sic: the file 
 /// Where the entries of the cited keys begin in the library.
 class CitedEntries {
  public:
-  explicit CitedEntries(const std::vector<std::string>& keys) : heads_(keys.size()) {
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-      index_.emplace(keys[i], i);
+  /// `keys` must outlive this. Of a key that comes twice only the first is looked for.
+  explicit CitedEntries(const std::vector<std::string>& keys)
+      : keys_(keys), index_(keys.size()), heads_(keys.size()) {
+    for (std::size_t i = keys.size(); i-- > 0;) {
+      index_.Put(HashOf(keys[i]), i, [&](std::size_t other) { return keys[other] == keys[i]; });
       longest_ = std::max(longest_, keys[i].size());
     }
   }
@@ -67,9 +70,11 @@ class CitedEntries {
   std::optional<std::size_t> Head(std::size_t i) const { return heads_[i]; }
 
  private:
+  static std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
   void FindOnLine(std::string_view text, std::size_t position);
 
-  std::unordered_map<std::string_view, std::size_t> index_;
+  const std::vector<std::string>& keys_;
+  HashIndex index_;
   std::vector<std::optional<std::size_t>> heads_;
   std::vector<std::size_t> on_line_;
   std::size_t longest_ = 0;
@@ -77,12 +82,10 @@ class CitedEntries {
 };
 
 void CitedEntries::Find(LineStream& library) {
-  std::size_t position = library.Position();
   while (found_ < heads_.size()) {
-    const auto text = library.ReadLine(limits::kShortLine);
+    const auto text = library.ReadLineWith('@', limits::kShortLine);
     if (!text) return;
-    if (text->find('@') != std::string_view::npos) FindOnLine(*text, position);
-    position = library.Position();
+    FindOnLine(*text, library.Position() - text->size());
   }
 }
 
@@ -96,8 +99,10 @@ void CitedEntries::FindOnLine(std::string_view text, std::size_t position) {
     if (comma < brace) comma = text.find(',', brace);
     if (comma == std::string_view::npos) break;
     if (comma - brace - 1 > longest_) continue;
-    const auto key = index_.find(text.substr(brace + 1, comma - brace - 1));
-    if (key != index_.end() && !heads_[key->second]) on_line_.push_back(key->second);
+    const std::string_view between = text.substr(brace + 1, comma - brace - 1);
+    const auto key =
+        index_.Find(HashOf(between), [&](std::size_t i) { return keys_[i] == between; });
+    if (key && !heads_[*key]) on_line_.push_back(*key);
   }
   if (on_line_.empty()) return;
   Line line(text);

@@ -95,10 +95,8 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
   return nullptr;
 }
 
-KeptEntries::KeptEntries(std::size_t expected) {
-  by_key_.reserve(expected);
-  by_content_.reserve(expected);
-}
+KeptEntries::KeptEntries(std::size_t expected)
+    : by_key_(expected, &nodes_), by_content_(expected, &nodes_) {}
 
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
   const auto added =
@@ -114,7 +112,7 @@ void KeptEntries::Remove(std::size_t begin, std::size_t end) {
 }
 
 void KeptEntries::AddToIndexes(const KeptEntry& entry) {
-  SameKey& same = by_key_[entry.key];
+  SameKey& same = by_key_.FindOrAdd(entry.key);
   const auto add_complete = [&same](const KeptEntry& added) {
     for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
       if (added.IsComplete(kDoublesRules[i])) (*same.complete)[i].Add(added);
@@ -128,47 +126,41 @@ void KeptEntries::AddToIndexes(const KeptEntry& entry) {
   if (same.complete) add_complete(entry);
 
   if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  by_content_[entry.content_hash].Add(entry);
+  by_content_.FindOrAdd(entry.content_hash).all.Add(entry);
 }
 
 void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
-  const auto same = by_key_.find(entry.key);
-  same->second.all.Remove(entry);
-  if (same->second.all.IsEmpty()) {
-    by_key_.erase(same);
-  } else if (same->second.complete) {
-    for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
-      if (entry.IsComplete(kDoublesRules[i])) (*same->second.complete)[i].Remove(entry);
-    }
+  SameKey& same = by_key_.FindOrAdd(entry.key);
+  same.all.Remove(entry);
+  if (same.all.IsEmpty()) same.complete.reset();
+  for (std::size_t i = 0; same.complete && i < kDoublesRules.size(); ++i) {
+    if (entry.IsComplete(kDoublesRules[i])) (*same.complete)[i].Remove(entry);
   }
-
   if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  const auto content = by_content_.find(entry.content_hash);
-  content->second.Remove(entry);
-  if (content->second.IsEmpty()) by_content_.erase(content);
+  by_content_.FindOrAdd(entry.content_hash).all.Remove(entry);
 }
 
 const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesRule& rule) const {
-  const auto same = by_key_.find(key);
-  if (same == by_key_.end()) return nullptr;
-  if (same->second.complete) return (*same->second.complete)[IndexOf(rule)].First();
-  const KeptEntry* only = same->second.all.First();
+  const SameKey* const same = by_key_.Find(key);
+  if (!same || same->all.IsEmpty()) return nullptr;
+  if (same->complete) return (*same->complete)[IndexOf(rule)].First();
+  const KeptEntry* only = same->all.First();
   return only->IsComplete(rule) ? only : nullptr;
 }
 
 const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
                                          const ComparedValues& values) const {
   if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
-  const auto found = by_content_.find(ContentHash(rule.type, values));
-  if (found == by_content_.end()) return nullptr;
-  return found->second.First([&](const KeptEntry& entry) {
+  const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
+  if (!found) return nullptr;
+  return found->all.First([&](const KeptEntry& entry) {
     return entry.rule.type == rule.type && entry.Compared(rule.rule->group) == values;
   });
 }
 
 const EntryList* KeptEntries::WithKey(std::string_view key) const {
-  const auto same = by_key_.find(key);
-  return same == by_key_.end() ? nullptr : &same->second.all;
+  const SameKey* const same = by_key_.Find(key);
+  return same && !same->all.IsEmpty() ? &same->all : nullptr;
 }
 
 }  // namespace tarvel

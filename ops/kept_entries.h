@@ -4,14 +4,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <memory_resource>
 #include <set>
 #include <string_view>
-#include <unordered_map>
 
+#include "core/hash_index.h"
+#include "core/large_memory.h"
 #include "ops/entry_record.h"
 #include "ops/group_rules.h"
 
@@ -67,6 +69,50 @@ class EntryList {
   std::unique_ptr<Ordered> several_;  // two or more; `only_` is then null
 };
 
+/// Groups of entries, each found by its `id`, which all its entries share. A group stays once it is
+/// there, and so does its place in memory.
+template <typename Group>
+class GroupTable {
+ public:
+  using Id = decltype(Group::id);
+
+  /// Room for `expected` groups, which lie in `memory`; more are fine.
+  GroupTable(std::size_t expected, std::pmr::memory_resource* memory)
+      : groups_(memory), index_(expected) {}
+
+  /// The group; null if there is none.
+  Group* Find(const Id& id) {
+    const auto number = index_.Find(HashOf(id), IsGroupOf(id));
+    return number ? &groups_[*number] : nullptr;
+  }
+  /// The group, which is added if there is none.
+  Group& FindOrAdd(const Id& id) {
+    if (Group* const group = Find(id)) return *group;
+    if (groups_.size() == index_.Room()) MakeRoom();
+    index_.Put(HashOf(id), groups_.size(), IsGroupOf(id));
+    groups_.push_back({id});
+    return groups_.back();
+  }
+  /// Brings near what a search for the group will look at first.
+  void Prefetch(const Id& id) const { index_.Prefetch(HashOf(id)); }
+
+ private:
+  static std::size_t HashOf(const Id& id) { return std::hash<Id>()(id); }
+  auto IsGroupOf(const Id& id) const {
+    return [this, &id](std::size_t number) { return groups_[number].id == id; };
+  }
+
+  void MakeRoom() {
+    index_ = HashIndex(2 * groups_.size() + 1);
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+      index_.Put(HashOf(groups_[i].id), i, IsGroupOf(groups_[i].id));
+    }
+  }
+
+  std::pmr::deque<Group> groups_;
+  HashIndex index_;
+};
+
 /// The entries of the new library, found by their keys and by their compared tags. Each search
 /// gives the first of the file that fits, without looking at those that do not.
 class KeptEntries {
@@ -89,9 +135,14 @@ class KeptEntries {
 
  private:
   struct SameKey {
-    EntryList all;
+    std::string_view id;
+    EntryList all = {};
     // For each rule the entries that are complete for it. Made with the second entry.
-    std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete;
+    std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete = {};
+  };
+  struct SameContent {
+    std::size_t id;  // `content_hash`
+    EntryList all = {};
   };
 
   static constexpr std::size_t kNodeBlock = std::size_t{1} << 16;
@@ -99,14 +150,14 @@ class KeptEntries {
   void AddToIndexes(const KeptEntry& entry);
   void RemoveFromIndexes(const KeptEntry& entry);
 
-  // Texts and nodes come from large blocks and stay until the end, also those of entries that were
-  // removed: few are, and this way neither the keys of `by_key_` nor the pointers of the indexes
-  // depend on which entries are left.
+  // Texts, nodes and groups stay until the end, also those of entries that were removed: few are,
+  // and this way neither the keys of groups nor the pointers in them depend on which are left.
   TextStore texts_;
-  std::pmr::monotonic_buffer_resource nodes_{kNodeBlock};
-  std::pmr::map<std::size_t, KeptEntry> entries_{&nodes_};  // by head; the indexes point into it
-  std::pmr::unordered_map<std::string_view, SameKey> by_key_{&nodes_};
-  std::pmr::unordered_map<std::size_t, EntryList> by_content_{&nodes_};  // by `content_hash`
+  std::pmr::monotonic_buffer_resource nodes_{kNodeBlock, LargeMemory()};
+  std::pmr::map<std::size_t, KeptEntry> entries_{&nodes_};  // by head; the groups point into it
+  // Searches do not change them; those that look for a group to change it need it so.
+  mutable GroupTable<SameKey> by_key_;
+  mutable GroupTable<SameContent> by_content_;
 };
 
 }  // namespace tarvel

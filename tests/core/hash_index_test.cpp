@@ -23,6 +23,10 @@ TEST(HashIndex, EmptyIndexFindsNothing) {
   EXPECT_EQ(HashIndex(10).Find(17, kAny), std::nullopt);
 }
 
+TEST(HashIndex, HasAtLeastTheRoomThatWasAskedFor) {
+  for (std::size_t most = 0; most < 100; ++most) EXPECT_GE(HashIndex(most).Room(), most);
+}
+
 TEST(HashIndex, NumberZeroAndHashZeroAreLikeAnyOther) {
   HashIndex index(1);
   EXPECT_EQ(index.Put(0, 0, kAny), std::nullopt);

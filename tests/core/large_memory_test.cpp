@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <memory_resource>
 #include <vector>
 
 namespace tarvel {
@@ -19,6 +20,15 @@ TEST(LargeMemory, AskingLeavesMemoryOfAnySizeAndPlaceAsItIs) {
   }
   EXPECT_EQ(memory, std::vector<char>(5 * kLargePage, 'x'));
   AskForLargePages(nullptr, 0);
+}
+
+TEST(LargeMemory, GivesMemoryOfAnySize) {
+  std::pmr::vector<char> memory(LargeMemory());
+  for (const std::size_t size : {std::size_t{1}, 2 * kLargePage - 1, 2 * kLargePage + 1}) {
+    memory.assign(size, 'x');
+    EXPECT_EQ(memory.back(), 'x');
+    EXPECT_EQ(reinterpret_cast<std::size_t>(memory.data()) % alignof(std::max_align_t), 0U);
+  }
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include "core/output_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -104,33 +102,6 @@ TEST(CloseOutputs, PrintsEachFileThatDidNotArrive) {
   EXPECT_EQ(reporter.printed,
             testing::Printed("Could not write the file 'a.log': No space left on device"));
   EXPECT_EQ(files.files["b.bib"], "y") << "the others are closed all the same";
-}
-
-TEST(RealFileSystem, DoesNotOpenWhatItShouldNot) {
-  const TemporaryDirectory directory;
-  FileSystem& files = RealFileSystem();
-  EXPECT_FALSE(files.OpenLines(directory / "none", ReadMode::kRead));
-  EXPECT_FALSE(files.OpenLines(directory / "", ReadMode::kRead)) << "a directory";
-  EXPECT_FALSE(files.OpenLines(directory / "", ReadMode::kUpdate));
-  EXPECT_FALSE(files.CreateSink(directory / "", CreateMode::kWrite));
-  EXPECT_FALSE(files.CreateSink(directory / "none/x", CreateMode::kWrite));
-  testing::WriteDiskFile(directory / "file", "x");
-  ASSERT_EQ(chmod((directory / "file").c_str(), 0444), 0);
-  EXPECT_TRUE(files.OpenLines(directory / "file", ReadMode::kRead));
-  // The superuser may write to everything; a name that must be writable is then opened.
-  EXPECT_EQ(files.OpenLines(directory / "file", ReadMode::kUpdate).has_value(), geteuid() == 0);
-}
-
-TEST(RealFileSystem, OpensForUpdatingOnlyWhatCouldBeWritten) {
-  // A program that runs cannot be written, not even by root, whom permissions do not stop.
-  EXPECT_NE(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kRead), nullptr);
-  EXPECT_EQ(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kUpdate), nullptr);
-}
-
-TEST(RealFileSystem, ReadsFilesThatDoNotTellTheirSize) {
-  const auto lines = RealFileSystem().OpenLines("/proc/self/status", ReadMode::kRead);
-  ASSERT_TRUE(lines);
-  EXPECT_NE(lines->Bytes().find("Name:"), std::string_view::npos);
 }
 
 }  // namespace
