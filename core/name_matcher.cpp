@@ -1,86 +1,132 @@
 // SPDX-License-Identifier: MIT
 #include "core/name_matcher.h"
 
+#include <algorithm>
 #include <bit>
-#include <cstddef>
+#include <cstring>
+#include <limits>
 
 #include "core/text_primitives.h"
 
 namespace tarvel {
 
-NameMatcher::NameMatcher(std::span<const std::string_view> names) {
-  // Class 0 holds every byte that no name contains.
-  std::uint8_t classes = 1;
-  for (const std::string_view name : names) {
-    for (const char byte : name) {
-      std::uint8_t& code = class_of_[static_cast<unsigned char>(ToUpper(byte))];
-      if (code == 0) code = classes++;
-    }
-  }
-  for (std::size_t byte = 0; byte < 256; ++byte) {
-    class_of_[byte] = class_of_[static_cast<unsigned char>(ToUpper(static_cast<char>(byte)))];
-  }
+namespace {
 
-  next_.emplace_back();
-  found_.push_back(0);
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    State state = 0;
-    for (const char byte : names[i]) {
-      const std::size_t code = class_of_[static_cast<unsigned char>(byte)];
-      if (next_[state][code] == 0) {
-        next_[state][code] = static_cast<State>(next_.size());
-        next_.emplace_back();
-        found_.push_back(0);
-      }
-      state = next_[state][code];
-    }
-    found_[state] |= std::uint64_t{1} << i;
-  }
+constexpr std::size_t kPiece = 3;
+constexpr std::size_t kCodes = 32;
 
-  // Breadth first, so that the state a mismatch falls back to is complete when it is needed.
-  std::vector<State> fallback(next_.size(), 0);
-  std::vector<State> queue;
-  for (const State child : next_[0]) {
-    if (child != 0) queue.push_back(child);
+/// The lower five bits of a byte: the same for both cases of a letter.
+constexpr std::size_t CodeOf(char byte) { return static_cast<unsigned char>(byte) % kCodes; }
+
+/// How often the letters occur in English text, in a thousand letters, by their codes. Pieces of
+/// rare letters are seldom met outside the names.
+constexpr std::array<int, kCodes> kFrequency{50, 82, 15, 28, 43, 127, 22, 20, 61, 70, 2,
+                                             8,  40, 24, 67, 75, 19,  1,  60, 63, 91, 28,
+                                             10, 24, 2,  20, 1,  50,  50, 50, 50, 50};
+
+/// How often to expect the piece at `offset` of a name.
+double FrequencyOf(std::string_view name, std::size_t offset) {
+  double frequency = 1;
+  for (const char byte : name.substr(offset, kPiece)) frequency *= kFrequency[CodeOf(byte)] / 1e3;
+  return frequency;
+}
+
+/// The offset in a name of the first of two pieces, one for each of the places that are looked at.
+std::size_t BestPieces(std::string_view name) {
+  std::size_t best = 0;
+  double lowest = std::numeric_limits<double>::max();
+  for (std::size_t offset = 0; offset + kPiece < name.size(); ++offset) {
+    const double frequency = FrequencyOf(name, offset) + FrequencyOf(name, offset + 1);
+    if (frequency >= lowest) continue;
+    lowest = frequency;
+    best = offset;
   }
-  for (std::size_t head = 0; head < queue.size(); ++head) {
-    const State state = queue[head];
-    found_[state] |= found_[fallback[state]];
-    for (std::size_t code = 0; code < kClasses; ++code) {
-      State& child = next_[state][code];
-      const State other = next_[fallback[state]][code];
-      if (child == 0) {
-        child = other;
-      } else {
-        fallback[child] = other;
-        queue.push_back(child);
-      }
+  return best;
+}
+
+bool StandsAt(std::string_view text, std::size_t place, std::string_view name) {
+  if (text.size() - place < name.size()) return false;
+  return std::equal(name.begin(), name.end(), text.begin() + static_cast<std::ptrdiff_t>(place),
+                    [](char one, char other) { return one == ToUpper(other); });
+}
+
+}  // namespace
+
+NameMatcher::NameMatcher(std::span<const std::string_view> names)
+    : names_(names.begin(), names.end()), candidates_(1) {
+  for (std::string& name : names_) StringToUpper(name);
+  for (std::size_t i = 0; i < names_.size(); ++i) AddPieces(i);
+}
+
+void NameMatcher::AddPieces(std::size_t name) {
+  const auto offset = static_cast<std::ptrdiff_t>(BestPieces(names_[name]));
+  AddPiece(name, offset);
+  AddPiece(name, names_[name].size() > 1 ? offset + 1 : offset - 1);
+}
+
+/// Adds the three bytes at `offset` of a name; those that stand outside the name may be any.
+void NameMatcher::AddPiece(std::size_t name, std::ptrdiff_t offset) {
+  const auto allows = [&](std::size_t code, std::ptrdiff_t place) {
+    const bool inside = place >= 0 && place < static_cast<std::ptrdiff_t>(names_[name].size());
+    return !inside || CodeOf(names_[name][static_cast<std::size_t>(place)]) == code;
+  };
+  std::uint32_t thirds = 0;
+  for (std::size_t code = 0; code < kCodes; ++code) {
+    if (allows(code, offset + 2)) thirds |= 1U << code;
+  }
+  for (std::size_t pair = 0; pair < thirds_.size(); ++pair) {
+    if (!allows(pair % kCodes, offset) || !allows(pair / kCodes, offset + 1)) continue;
+    thirds_[pair] |= thirds;
+    if (list_of_[pair] == 0) {
+      list_of_[pair] = static_cast<std::uint16_t>(candidates_.size());
+      candidates_.emplace_back();
     }
+    candidates_[list_of_[pair]].push_back(
+        {static_cast<std::uint8_t>(name), static_cast<std::int8_t>(offset)});
   }
 }
 
-std::uint64_t NameMatcher::Find(std::string_view text) const {
+/// The names of which the three bytes at `place` are the chosen piece.
+std::uint64_t NameMatcher::NamesAround(std::string_view text, std::size_t place) const {
+  const std::size_t second = place + 1 < text.size() ? CodeOf(text[place + 1]) : 0;
   std::uint64_t found = 0;
-  State state = 0;
-  for (const char byte : text) {
-    state = next_[state][class_of_[static_cast<unsigned char>(byte)]];
-    found |= found_[state];
+  for (const Candidate& candidate : candidates_[list_of_[CodeOf(text[place]) + kCodes * second]]) {
+    const std::ptrdiff_t begin = static_cast<std::ptrdiff_t>(place) - candidate.offset;
+    if (begin < 0 || !StandsAt(text, static_cast<std::size_t>(begin), names_[candidate.name]))
+      continue;
+    found |= std::uint64_t{1} << candidate.name;
   }
   return found;
 }
 
-bool NameMatcher::Any(std::string_view text) const {
-  State state = 0;
-  for (const char byte : text) {
-    state = next_[state][class_of_[static_cast<unsigned char>(byte)]];
-    if (found_[state] != 0) return true;
+template <bool kStopsAtFirst>
+std::uint64_t NameMatcher::Search(std::string_view text) const {
+  std::uint64_t found = 0;
+  const auto look = [&](std::size_t place, std::array<char, kPiece + 1> bytes) {
+    const std::size_t pair = CodeOf(bytes[0]) + kCodes * CodeOf(bytes[1]);
+    if ((thirds_[pair] >> CodeOf(bytes[2]) & 1U) != 0) found |= NamesAround(text, place);
+    return kStopsAtFirst && found != 0;
+  };
+  std::size_t place = 0;
+  std::array<char, kPiece + 1> bytes{};
+  for (; place + bytes.size() <= text.size(); place += 2) {
+    std::memcpy(bytes.data(), text.data() + place, bytes.size());
+    if (look(place, bytes)) return found;
   }
-  return false;
+  for (; place < text.size(); place += 2) {
+    bytes.fill('\0');  // what stands behind the end may be any byte
+    text.copy(bytes.data(), bytes.size(), place);
+    if (look(place, bytes)) return found;
+  }
+  return found;
 }
 
 int NameMatcher::First(std::string_view text) const {
   const std::uint64_t found = Find(text);
   return found == 0 ? -1 : std::countr_zero(found);
 }
+
+template std::uint64_t NameMatcher::Search<false>(std::string_view text) const;
+template std::uint64_t NameMatcher::Search<true>(std::string_view text) const;
 
 }  // namespace tarvel

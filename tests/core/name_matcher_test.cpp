@@ -49,5 +49,39 @@ TEST(NameMatcher, AgreesWithContainsNoCaseForEachName) {
   }
 }
 
+TEST(NameMatcher, FindsTagsAtEveryPlaceOfALine) {
+  constexpr std::array<std::string_view, 12> kNames{"journal", "year",  "pages",       "volume",
+                                                    "author",  "title", "note",        "url",
+                                                    "number",  "doi",   "nationality", "comment"};
+  const NameMatcher matcher(kNames);
+  std::mt19937 random(5);
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    for (std::size_t before = 0; before < 12; ++before) {
+      for (std::size_t behind = 0; behind < 6; ++behind) {
+        std::string name(kNames[i]);
+        if (random() % 2 == 0) StringToUpper(name);
+        const std::string line = std::string(before, ' ') + name + std::string(behind, '=');
+        EXPECT_EQ(matcher.First(line), static_cast<int>(i)) << line;
+        std::string other = line;
+        other[before + random() % name.size()] ^= 0x40;  // the same lower five bits, no letter
+        EXPECT_EQ(matcher.First(other), -1) << other;
+      }
+    }
+  }
+}
+
+TEST(NameMatcher, TakesSixtyFourNames) {
+  std::vector<std::string> names;
+  for (char first = 'a'; first < 'i'; ++first) {
+    for (char second = 's'; second <= 'z'; ++second) names.push_back({first, 'q', second});
+  }
+  ASSERT_EQ(names.size(), 64U);
+  const NameMatcher matcher(std::vector<std::string_view>(names.begin(), names.end()));
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    EXPECT_EQ(matcher.Find("x " + names[i] + "x"), std::uint64_t{1} << i) << names[i];
+    EXPECT_EQ(matcher.Find("x" + names[i]), std::uint64_t{1} << i) << names[i];
+  }
+}
+
 }  // namespace
 }  // namespace tarvel
