@@ -5,9 +5,9 @@
 #include <array>
 #include <filesystem>
 #include <optional>
-#include <utility>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/globals.h"

@@ -83,7 +83,8 @@ struct SignLanes {
   L ended{};
   L odd{};
 
-  /// Adds the signs of the bytes at `text`. Two more, which tell what follows, are read behind them.
+  /// Adds the signs of the bytes at `text`. Two more, which tell what follows, are read behind
+  /// them.
   [[gnu::always_inline]] void Add(const char* text) {
     L byte;
     L next;
@@ -121,13 +122,18 @@ struct SignLanes {
 /// The signs of at least as many bytes as there are lanes. Two more can be read behind them.
 template <typename L>
 [[gnu::always_inline]] inline Signs AddSigns(std::string_view text) {
+  // What comes next is fetched while this is added up: a large library is in no cache yet.
+  constexpr std::size_t kAhead = 1024;
   constexpr std::size_t kMostBytes = (kMostLaneSteps - 1) * sizeof(L);
   const char* const end = text.data() + text.size();
   Signs signs;
   SignLanes<L> lanes;
   while (text.size() >= sizeof(L)) {
     const std::size_t size = std::min(text.size() / sizeof(L) * sizeof(L), kMostBytes);
-    for (std::size_t i = 0; i < size; i += sizeof(L)) lanes.Add(text.data() + i);
+    for (std::size_t i = 0; i < size; i += sizeof(L)) {
+      __builtin_prefetch(text.data() + i + kAhead);
+      lanes.Add(text.data() + i);
+    }
     text.remove_prefix(size);
     if (size < kMostBytes) break;
     lanes.AddTo(signs);

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/byte_lanes.h"
 #include "core/library_scan.h"
 #include "core/text_primitives.h"
 
@@ -16,7 +15,9 @@ namespace {
 constexpr std::string_view kStringMarker = "@STRING{";
 
 int OpenBraces(std::string_view text) {
-  return static_cast<int>(CountByte(text, '{')) - static_cast<int>(CountByte(text, '}'));
+  int open = 0;
+  for (const char byte : text) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+  return open;
 }
 
 std::string_view Trim(std::string_view text) {
