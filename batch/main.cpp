@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // tarvel-batch: the operations without the dialog, through the same code and in the same order.
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -10,8 +9,10 @@
 #include "app/globals.h"
 #include "app/operations.h"
 #include "app/process.h"
+#include "batch/asked_files.h"
 #include "batch/options.h"
 #include "core/reports.h"
+#include "core/warnings.h"
 #include "ops/run_context.h"
 
 namespace tarvel {
@@ -38,14 +39,9 @@ class BatchReporter final : public Reporter {
   }
 };
 
-/// Creates a file that is asked for on the command line; null, and told, when that fails or when it
-/// is one of the files that were named, of which a run may use a converted copy.
-std::unique_ptr<OutputFile> CreateAsked(const std::string& path, const BatchRequest& request) {
-  std::unique_ptr<OutputFile> file;
-  const bool named = std::any_of(
-      request.files.begin(), request.files.end(),
-      [&path](const std::string& input) { return RealFileSystem().IsSameFile(path, input); });
-  if (!named) file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
+/// Creates a file that is asked for on the command line; null, and told, when that fails.
+std::unique_ptr<OutputFile> CreateAsked(const std::string& path) {
+  std::unique_ptr<OutputFile> file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
   if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
   return file;
 }
@@ -55,10 +51,8 @@ std::unique_ptr<OutputFile> CreateAsked(const std::string& path, const BatchRequ
 int RunRequest(const BatchRequest& request) {
   std::unique_ptr<OutputFile> warnings;
   std::unique_ptr<OutputFile> key_map;
-  if (!request.warnings_file.empty() && !(warnings = CreateAsked(request.warnings_file, request)))
-    return 1;
-  if (!request.key_map_file.empty() && !(key_map = CreateAsked(request.key_map_file, request)))
-    return 1;
+  if (!request.warnings_file.empty() && !(warnings = CreateAsked(request.warnings_file))) return 1;
+  if (!request.key_map_file.empty() && !(key_map = CreateAsked(request.key_map_file))) return 1;
   GlobalWarningOutputs = {request.quiet, warnings.get(), key_map.get()};
   bool good = RunOperation(*request.operation) == 1;
   GlobalWarningOutputs = {};
@@ -77,6 +71,10 @@ int Main(const std::vector<std::string>& arguments) {
     const bool wrong = request.exit_status != 0;
     PrintOn(wrong ? stderr : stdout, wrong ? "tarvel-batch: " + request.text + "\n" : request.text);
     return request.exit_status;
+  }
+  if (const std::string reason = WhyNotAsked(request); !reason.empty()) {
+    PrintOn(stderr, "tarvel-batch: " + EscapeControls(reason) + "\n");
+    return kWrongUsage;
   }
   BatchReporter reporter;
   InstallReporter(reporter);

@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <optional>
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 #include "core/text_primitives.h"
+#include "core/usual_entry.h"
 
 namespace tarvel {
 
@@ -16,23 +15,11 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-const std::unordered_set<std::string_view>& KnownTypes() {
-  static const std::unordered_set<std::string_view> types{
-      "ARTICLE"sv,          "BOOK"sv,       "PHDTHESIS"sv,  "INCOLLECTION"sv,
-      "INPROCEEDINGS"sv,    "MISC"sv,       "OTHER"sv,      "PROCEEDINGS"sv,
-      "ELECTRONIC"sv,       "BOOKLET"sv,    "INBOOK"sv,     "MASTERTHESIS"sv,
-      "CONFERENCE"sv,       "MANUAL"sv,     "TECHREPORT"sv, "UNPUBLISHED"sv,
-      "STANDARD"sv,         "PERIODICAL"sv, "PATENT"sv,     "MEETINGABSTRACT"sv,
-      "PROCEEDINGSPAPER"sv, "LETTER"sv,     "REVIEW"sv,     "EDITORIALMATERIAL"sv};
-  return types;
-}
-
 /// What stands behind an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
 bool IsLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
+bool IsBlank(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n'; }
 bool IsHigh(char byte) { return static_cast<signed char>(byte) < 0; }
 
 std::string Upper(std::string_view text) {
@@ -42,7 +29,8 @@ std::string Upper(std::string_view text) {
 }
 
 std::string_view TrimEnd(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::size_t FindFrom(std::string_view text, std::string_view bytes, std::size_t from) {
@@ -50,8 +38,22 @@ std::size_t FindFrom(std::string_view text, std::string_view bytes, std::size_t 
 }
 
 std::size_t SkipBlanks(std::string_view text, std::size_t from) {
-  return std::min(text.find_first_not_of(kBlanks, from), text.size());
+  while (from < text.size() && IsBlank(text[from])) ++from;
+  return std::min(from, text.size());
 }
+
+/// What may end the name of a tag: "=" does, the others show that it is none.
+class NameEnds {
+ public:
+  constexpr NameEnds() {
+    for (const char byte : "=,{}\"@"sv) ends_[static_cast<unsigned char>(byte)] = true;
+  }
+  constexpr bool Holds(char byte) const { return ends_[static_cast<unsigned char>(byte)]; }
+
+ private:
+  std::array<bool, 256> ends_{};
+};
+constexpr NameEnds kNameEnds;
 
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
@@ -60,59 +62,6 @@ bool IsUtf8(std::string_view text) {
     text.remove_prefix(size);
   }
   return true;
-}
-
-/// Signs by which an entry of the usual form is told from one that needs a closer look. All are
-/// zero for "@type{key," with a line "  tag = {value}," for each tag and a line "}".
-struct Signs {
-  int open_braces = 0;      // "{" less "}"
-  int unbraced_values = 0;  // "=" less "={" and "= {"
-  int unended_values = 0;   // "={" and "= {" less "}" and "}," at the end of a line
-  bool high = false;        // a byte from 128 on
-
-  bool operator==(const Signs&) const = default;
-};
-
-/// Adds the signs of `kStep` bytes; two more can be read behind them. Without branches, so that it
-/// becomes vector code.
-constexpr std::size_t kStep = 64;
-void AddSigns(const char* text, Signs& signs) {
-  std::int8_t open = 0;
-  std::int8_t unbraced = 0;
-  std::int8_t unended = 0;
-  std::int8_t high = 0;
-  for (std::size_t i = 0; i < kStep; ++i) {
-    const char byte = text[i];
-    const char next = text[i + 1];
-    const char third = text[i + 2];
-    const bool value = (byte == '=') & ((next == '{') | ((next == ' ') & (third == '{')));
-    const bool end = (byte == '}') & ((next == '\n') | ((next == ',') & (third == '\n')));
-    open = static_cast<std::int8_t>(open + (byte == '{') - (byte == '}'));
-    unbraced = static_cast<std::int8_t>(unbraced + (byte == '=') - value);
-    unended = static_cast<std::int8_t>(unended + value - end);
-    high = static_cast<std::int8_t>(high | byte);
-  }
-  signs.open_braces += open;
-  signs.unbraced_values += unbraced;
-  signs.unended_values += unended;
-  signs.high |= high < 0;
-}
-
-Signs SignsOf(std::string_view text) {
-  Signs signs;
-  for (; text.size() >= kStep + 2; text.remove_prefix(kStep)) AddSigns(text.data(), signs);
-  while (!text.empty()) {
-    std::array<char, kStep + 2> rest{};
-    std::copy_n(text.data(), std::min(text.size(), rest.size()), rest.data());
-    if (text.size() > kStep) {
-      AddSigns(rest.data(), signs);
-      text.remove_prefix(kStep);
-      continue;
-    }
-    AddSigns(rest.data(), signs);
-    break;
-  }
-  return signs;
 }
 
 /// One pass over a library.
@@ -126,8 +75,24 @@ class LibraryScan {
  private:
   enum class State { kOutside, kInEntry, kInValue, kInQuotes, kBeforeValue };
 
-  void FindLongLines();
-  bool IsUsual(std::string_view part, std::size_t offset);
+  /// A part of the library, up to the next "@" at the start of a line.
+  class Part {
+   public:
+    Part(std::size_t start, bool is_usual) : start_(start << 1U | (is_usual ? 1U : 0U)) {}
+    std::size_t Start() const { return start_ >> 1U; }
+    bool IsUsual() const { return (start_ & 1U) != 0; }
+
+   private:
+    std::size_t start_;  // and whether it is usual in one number, as there are very many parts
+  };
+
+  void FindParts();
+  std::size_t EndOf(std::size_t part) const {
+    return part + 1 < parts_.size() ? parts_[part + 1].Start() : bytes_.size();
+  }
+  void FindLongLines(std::size_t start, std::size_t end);
+  void BringNear(std::size_t part) const;
+  bool TakeUsual(std::string_view entry, std::size_t offset);
   void ScanLines(std::size_t offset, std::size_t end);
   void ScanLine(std::string_view line, std::size_t offset);
   bool TakeHead(std::string_view line, std::size_t offset);
@@ -146,6 +111,8 @@ class LibraryScan {
   std::string_view bytes_;
   const ScanRules& rules_;
   FileWarnings& warnings_;
+  std::vector<Part> parts_;
+  std::size_t at_signs_ = 0;
 
   State state_ = State::kOutside;
   bool has_entry_ = false;     // an entry of a known type came, and is not yet done with
@@ -158,59 +125,81 @@ class LibraryScan {
 };
 
 void LibraryScan::Run() {
-  FindLongLines();
-  std::size_t start = 0;
-  while (start < bytes_.size()) {
-    std::size_t end = start;
-    do {
-      end = bytes_.find('@', end + 1);
-    } while (end != std::string_view::npos && bytes_[end - 1] != '\n');
-    end = std::min(end, bytes_.size());
-    if (!IsUsual(bytes_.substr(start, end - start), start)) ScanLines(start, end);
-    start = end;
+  FindParts();
+  const std::size_t most = rules_.line_limit - 1;
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    const std::size_t start = parts_[i].Start();
+    if (EndOf(i) - start > most) FindLongLines(start, EndOf(i));
+  }
+  if (rules_.before_entries) rules_.before_entries(at_signs_);
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    if (rules_.on_entry) BringNear(i);
+    const std::size_t start = parts_[i].Start();
+    const std::size_t end = EndOf(i);
+    const bool is_taken =
+        parts_[i].IsUsual() && TakeUsual(bytes_.substr(start, end - start), start);
+    if (!is_taken) ScanLines(start, end);
   }
   EndEntry(bytes_.size());
 }
 
-/// Whether the text up to the next "@" at the start of a line is an entry of the usual form, after
-/// which nothing is open.
-bool LibraryScan::IsUsual(std::string_view part, std::size_t offset) {
+/// Asks for the head of a part that comes soon: heads are far apart, and by now far away.
+void LibraryScan::BringNear(std::size_t part) const {
+  constexpr std::size_t kAhead = 16;
+  constexpr std::size_t kHead = 64;
+  if (part + kAhead >= parts_.size()) return;
+  const char* const head = bytes_.data() + parts_[part + kAhead].Start();
+  __builtin_prefetch(head);
+  __builtin_prefetch(head + kHead);
+}
+
+void LibraryScan::FindParts() {
+  constexpr std::size_t kShortPart = 128;
+  parts_.reserve(bytes_.size() / kShortPart + 1);  // room that is not used costs nothing
+  std::size_t start = 0;
+  while (start < bytes_.size()) {
+    ++at_signs_;
+    bool has_further = false;  // an "@" in the middle, which would hide a head
+    std::size_t end = bytes_.find('@', start + 1);
+    while (end != std::string_view::npos && bytes_[end - 1] != '\n') {
+      has_further = true;
+      ++at_signs_;
+      end = bytes_.find('@', end + 1);
+    }
+    end = std::min(end, bytes_.size());
+    parts_.emplace_back(start, !has_further && IsUsualEntry(bytes_.substr(start, end - start)));
+    start = end;
+  }
+}
+
+/// Takes an entry of the usual form; false when the one before is still open.
+bool LibraryScan::TakeUsual(std::string_view entry, std::size_t offset) {
   if (state_ != State::kOutside || (has_entry_ && rules_.needs_closing_line && !closing_line_)) {
     return false;
   }
-  constexpr std::size_t kLongestType = 17;
-  const std::size_t brace = part.substr(0, kLongestType + 2).find('{');
-  if (!part.starts_with('@') || brace == std::string_view::npos) return false;
-  std::array<char, kLongestType + 1> letters{};
-  for (std::size_t i = 1; i < brace; ++i) letters[i - 1] = ToUpper(part[i]);
-  const std::string_view type(letters.data(), brace - 1);
-  if (!KnownTypes().contains(type)) return false;
-  // An "@" or a further line with "}" in the middle would hide a head or text behind the entry.
-  const std::string_view entry = TrimEnd(part);
-  if (!entry.ends_with("\n}") || part.find('@', 1) != std::string_view::npos) return false;
-  Signs usual;
-  usual.unended_values = -1;  // the brace of the entry itself
-  if (SignsOf(part) != usual) return false;
   has_entry_ = false;
-  if (rules_.on_entry) rules_.on_entry(type, CopyUntilChar(part, '{', ','), offset);
+  if (!rules_.on_entry) return true;
+  TypeWord word;
+  const std::string_view type = TakeKnownType(entry, word);
+  const std::size_t behind_brace = type.size() + std::string_view("@{").size();
+  rules_.on_entry(type, CopyUntilChar(entry.substr(behind_brace), ','), offset);
   return true;
 }
 
 /// Looks only where a line break must be if no line is too long: nearly always there is one.
-void LibraryScan::FindLongLines() {
+void LibraryScan::FindLongLines(std::size_t start, std::size_t end) {
   const std::size_t most = rules_.line_limit - 1;
-  std::size_t start = 0;
-  while (bytes_.size() - start > most) {
+  while (end - start > most) {
     const std::size_t last = bytes_.substr(start, most).rfind('\n');
     if (last != std::string_view::npos) {
       start += last + 1;
       continue;
     }
-    const std::size_t end = std::min(bytes_.find('\n', start), bytes_.size() - 1) + 1;
+    const std::size_t next = std::min(bytes_.find('\n', start), bytes_.size() - 1) + 1;
     warnings_.Report(WarningKind::kLongLine, start, {},
-                     "a line of " + std::to_string(end - start) + " bytes is read in pieces of " +
+                     "a line of " + std::to_string(next - start) + " bytes is read in pieces of " +
                          std::to_string(most));
-    start = end;
+    start = next;
   }
 }
 
@@ -258,10 +247,10 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   closing_line_ = false;
   head_ = offset;
   if (rules_.on_entry) rules_.on_entry(type, key, offset);
-  if (KnownTypes().contains(type)) return;
+  if (IsKnownType(type)) return;
   const std::string word(type);
   const std::string_view trimmed = TrimEnd(type);
-  if (KnownTypes().contains(trimmed)) {
+  if (IsKnownType(trimmed)) {
     Tell(WarningKind::kBlankInType, offset,
          "the type is read as '" + word + "', with the blank, and is no known one");
   } else {
@@ -286,7 +275,7 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
   const bool braced = behind < line.size() && line[behind] == '{';
   const std::string key(braced ? CopyUntilChar(line.substr(behind), '{', ',') : std::string_view());
   const std::string word(line.substr(at, end - at));
-  const bool blank = behind != end && braced && KnownTypes().contains(type);
+  const bool blank = behind != end && braced && IsKnownType(type);
   warnings_.Report(blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
                    braced ? "'" + word +
                                 "' starts no entry: its lines belong to none, or to the "
@@ -398,7 +387,8 @@ void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& w
 
 std::string_view TagNameOf(std::string_view line) {
   const std::size_t begin = SkipBlanks(line, 0);
-  const std::size_t end = FindFrom(line, "=,{}\"@", begin);
+  std::size_t end = begin;
+  while (end < line.size() && !kNameEnds.Holds(line[end])) ++end;
   if (end == line.size() || line[end] != '=') return {};
   return TrimEnd(line.substr(begin, end - begin));
 }

@@ -18,7 +18,10 @@ struct ScanRules {
   std::span<const std::string_view> read_tags = {};
   /// Whether only a line that begins with "}" ends an entry for it.
   bool needs_closing_line = false;
-  /// Called for each entry of a known type: its type word in capitals, its key, where it begins.
+  /// Called once before `on_entry`, with a number that there are no more entries than.
+  std::function<void(std::size_t most)> before_entries = {};
+  /// Called for each entry of a known type: its type word in capitals, its key, which is a part of
+  /// the library's bytes, and where it begins.
   std::function<void(std::string_view type, std::string_view key, std::size_t offset)> on_entry =
       {};
 };

@@ -3,19 +3,18 @@
 
 #include <algorithm>
 
+#include "core/byte_lanes.h"
 #include "core/reports.h"
 
 namespace tarvel {
 
 namespace {
 
-constexpr std::size_t kMarkDistance = std::size_t{1} << 16;
+constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
 /// How much of a warning's text is told; the file has all of it.
 constexpr std::size_t kMostOfText = 200;
 
-std::size_t CountBreaks(std::string_view bytes) {
-  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-}
+std::size_t CountBreaks(std::string_view bytes) { return CountByte(bytes, '\n'); }
 
 bool IsControl(char byte) { return (byte >= 0 && byte < ' ') || byte == 127; }
 
@@ -86,7 +85,7 @@ std::size_t LineNumbers::At(std::size_t offset) {
 
 void FileWarnings::Report(WarningKind kind, std::size_t offset, std::string_view key,
                           std::string_view text) {
-  if (to_) to_->Take({kind, path_, numbers_.At(offset), key, text});
+  if (!ReportNumber(kind)) to_->Take({kind, path_, numbers_.At(offset), key, text});
 }
 
 std::string EscapeControls(std::string_view text) {
@@ -109,6 +108,13 @@ void WarningReport::Take(const Warning& warning) {
                           EscapeField(warning.text), "\n"});
   }
   if (!outputs_.quiet && count <= kMostTold) Warn(EscapeControls(LineOf(warning)));
+}
+
+bool WarningReport::TakeNumber(WarningKind kind) {
+  std::size_t& count = counts_[static_cast<std::size_t>(kind)];
+  if (outputs_.file || (!outputs_.quiet && count < kMostTold)) return false;
+  ++count;
+  return true;
 }
 
 void WarningReport::MapKey(std::string_view old_key, std::string_view new_key) {

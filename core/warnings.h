@@ -93,12 +93,15 @@ class Warnings {
  public:
   virtual ~Warnings() = default;
   virtual void Take(const Warning& warning) = 0;
+  /// Takes one of a kind of which only the number counts any more, and is then not told the rest;
+  /// false, and nothing is taken, while the whole warning is wanted.
+  virtual bool TakeNumber(WarningKind /*kind*/) { return false; }
   /// Takes that documents that cite `old_key` must cite `new_key` in the new library.
   virtual void MapKey(std::string_view /*old_key*/, std::string_view /*new_key*/) {}
 };
 
 /// Tells in which line a byte stands. Asking in the order of the bytes counts each line break once;
-/// going back costs a count from a mark that is at most 64 KiB away.
+/// going back costs a count from a mark that is at most 4 KiB away.
 class LineNumbers {
  public:
   /// The lines of `bytes`, which must outlive this.
@@ -122,6 +125,8 @@ class FileWarnings {
 
   /// Whether anyone takes what is reported: texts need not be made up for nobody.
   bool Wanted() const { return to_ != nullptr; }
+  /// Reports one of a kind if its place and text are of no interest; else it is to be reported.
+  bool ReportNumber(WarningKind kind) { return !to_ || to_->TakeNumber(kind); }
   /// Reports something about the line that holds the byte at `offset`.
   void Report(WarningKind kind, std::size_t offset, std::string_view key, std::string_view text);
 
@@ -150,6 +155,7 @@ class WarningReport final : public Warnings {
 
   explicit WarningReport(const WarningOutputs& outputs) : outputs_(outputs) {}
   void Take(const Warning& warning) override;
+  bool TakeNumber(WarningKind kind) override;
   void MapKey(std::string_view old_key, std::string_view new_key) override;
   /// Tells the reporter how many there were of each kind.
   void TellCounts() const;

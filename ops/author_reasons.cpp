@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 namespace tarvel {
 
@@ -19,47 +18,62 @@ std::string_view Trim(std::string_view text, std::string_view bytes) {
 bool HasComma(std::string_view name) { return name.find(',') != kNone; }
 
 /// The names of a list, cut as the recognisers cut it.
-std::vector<std::string_view> NamesIn(std::string_view list) {
-  constexpr std::string_view kSeparator = " and";
-  std::vector<std::string_view> names;
-  for (bool more = true; more;) {
-    const std::size_t end = list.find(kSeparator);
-    const std::string_view name = Trim(list.substr(0, end), " ");
-    if (!name.empty()) names.push_back(name);
-    more = end != kNone;
-    if (more) list.remove_prefix(end + kSeparator.size());
+class NamesIn {
+ public:
+  explicit NamesIn(std::string_view list) : rest_(list) {}
+
+  /// The next name that is not empty; empty at the end of the list.
+  std::string_view Next() {
+    constexpr std::string_view kSeparator = " and";
+    std::string_view name;
+    while (name.empty() && !at_end_) {
+      const std::size_t end = rest_.find(kSeparator);
+      name = Trim(rest_.substr(0, end), " ");
+      at_end_ = end == kNone;
+      if (!at_end_) rest_.remove_prefix(end + kSeparator.size());
+    }
+    return name;
   }
-  return names;
-}
+
+  /// The next name that `test` is true of; empty when there is none.
+  template <typename Test>
+  std::string_view NextThat(const Test& test) {
+    std::string_view name = Next();
+    while (!name.empty() && !test(name)) name = Next();
+    return name;
+  }
+
+ private:
+  std::string_view rest_;
+  bool at_end_ = false;
+};
 
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
 
 }  // namespace
 
 std::string WhyAsItWas(std::string_view list) {
-  const std::vector<std::string_view> names = NamesIn(list);
-  if (names.empty()) return {};
-  const auto plain =
-      std::find_if(names.begin(), names.end(), [](auto name) { return !HasComma(name); });
-  if (plain == names.end()) {
-    const bool one_full = names.size() == 1 && list.find('.') == kNone;
-    return one_full ? Quoted(names.front()) + " is a single name with a comma" : std::string();
+  const auto has_no_comma = [](std::string_view name) { return !HasComma(name); };
+  const std::string_view plain = NamesIn(list).NextThat(has_no_comma);
+  if (plain.empty()) {
+    NamesIn names(list);
+    const std::string_view first = names.Next();
+    const bool one_full = !first.empty() && list.find('.') == kNone && names.Next().empty();
+    return one_full ? Quoted(first) + " is a single name with a comma" : std::string();
   }
-  if (HasComma(list)) return Quoted(*plain) + " has no comma, but other names have one";
-  const auto word = std::find_if(names.begin(), names.end(), [](std::string_view name) {
-    return name.find_first_of(" ~") == kNone;
-  });
-  return Quoted(word == names.end() ? *plain : *word) + " has no first names";
+  if (HasComma(list)) return Quoted(plain) + " has no comma, but other names have one";
+  const std::string_view word = NamesIn(list).NextThat(
+      [](std::string_view name) { return name.find_first_of(" ~") == kNone; });
+  return Quoted(word.empty() ? plain : word) + " has no first names";
 }
 
 std::string_view TextBehindValue(std::string_view line) {
-  const std::size_t brace = line.find('{');
-  if (brace == kNone) return {};
-  int depth = 0;
-  for (std::size_t at = brace; at < line.size(); ++at) {
-    if (line[at] == '{') ++depth;
-    if (line[at] != '}' || --depth > 0) continue;
-    return Trim(line.substr(at + 1), " \t\r\n,");
+  std::size_t open = line.find('{');
+  std::size_t depth = 0;
+  for (std::size_t close = open; close != kNone;) {
+    close = line.find('}', close + 1);
+    for (; open < close; open = line.find('{', open + 1)) ++depth;
+    if (close != kNone && --depth == 0) return Trim(line.substr(close + 1), " \t\r\n,");
   }
   return {};
 }

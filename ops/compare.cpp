@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Compare: tells which entries of the second library the first has, and copies those that it lacks
 // and its counterparts of those that it has.
+#include <algorithm>
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "app/texts.h"
+#include "core/hash_index.h"
 #include "core/text_primitives.h"
 #include "ops/compare_libraries.h"
 #include "ops/group_rules.h"
@@ -141,26 +144,56 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
+/// The entries of one library by their keys, the case of letters aside.
+class EntryKeys {
+ public:
+  explicit EntryKeys(std::size_t most) : index_(most) { entries_.reserve(most); }
+
+  /// Adds an entry; gives the place of an earlier one with the same key, if there is one.
+  std::optional<std::size_t> Add(std::string_view key, std::size_t place) {
+    upper_ = key;
+    StringToUpper(upper_);
+    const std::size_t hash = std::hash<std::string_view>()(upper_);
+    const auto is_same = [&](std::size_t i) { return EqualsNoCase(entries_[i].key, key); };
+    if (const auto earlier = index_.Find(hash, is_same)) return entries_[*earlier].place;
+    index_.Put(hash, entries_.size(), is_same);
+    entries_.push_back({key, place});
+    return std::nullopt;
+  }
+
+ private:
+  struct Entry {
+    std::string_view key;
+    std::size_t place;
+  };
+
+  static bool EqualsNoCase(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char a, char b) { return ToUpper(a) == ToUpper(b); });
+  }
+
+  HashIndex index_;
+  std::vector<Entry> entries_;
+  std::string upper_;
+};
+
 /// Warns of what is odd about one of the libraries.
 void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return;
-  std::unordered_map<std::string, std::size_t> heads;  // by key
+  std::optional<EntryKeys> keys;
   LineNumbers numbers(library.Bytes());
-  std::string upper;
   ScanRules rules{limits::kPairLine, kCompareTagNames, true};
+  rules.before_entries = [&](std::size_t most) { keys.emplace(most); };
   rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
     if (!CompareRuleFor(type).rule) {
       warnings.Report(WarningKind::kNoGroup, offset, key,
                       std::string("the type '").append(type).append("' is compared with none"));
     }
-    upper = key;
-    StringToUpper(upper);
-    const auto [entry, is_new] = heads.try_emplace(upper, offset);
-    if (is_new) return;
-    warnings.Report(
-        WarningKind::kKeyTwice, offset, key,
-        "the key stands in line " + std::to_string(numbers.At(entry->second)) + " already");
+    const auto earlier = keys->Add(key, offset);
+    if (!earlier || warnings.ReportNumber(WarningKind::kKeyTwice)) return;
+    warnings.Report(WarningKind::kKeyTwice, offset, key,
+                    "the key stands in line " + std::to_string(numbers.At(*earlier)) + " already");
   };
   ScanLibrary(library.Bytes(), rules, warnings);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -50,7 +51,9 @@ class TagWarnings {
   bool in_entries_ = false;
   bool in_text_ = false;
   int depth_ = 0;  // of the braces of a dropped value that goes on
-  std::unordered_map<std::string, Dropped> tags_;
+  using Tags = std::unordered_map<std::string, Dropped>;
+  Tags tags_;
+  std::array<Tags::value_type*, 64> recent_{};
 };
 
 }  // namespace tarvel

@@ -137,6 +137,29 @@ TEST(WarningReport, TellsTheFirstTwentyOfAKindAndWritesAll) {
   EXPECT_NE(told.file.find("the last"), std::string::npos);
 }
 
+TEST(WarningReport, AsksForNoTextThatNobodyReads) {
+  RecordingReporter reporter;
+  WarningReport report({});
+  FileWarnings warnings(&report, "a.bib", "one\ntwo\n");
+  for (std::size_t i = 0; i < WarningReport::kMostTold; ++i) {
+    EXPECT_FALSE(warnings.ReportNumber(WarningKind::kLongLine)) << i;
+    warnings.Report(WarningKind::kLongLine, 4, "", "x");
+  }
+  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostTold);
+  EXPECT_EQ(reporter.warnings.back(), "a.bib:2: x");
+  EXPECT_TRUE(warnings.ReportNumber(WarningKind::kLongLine));
+  warnings.Report(WarningKind::kLongLine, 4, "", "x");
+  EXPECT_FALSE(warnings.ReportNumber(WarningKind::kRunsOn)) << "of that kind there was none";
+  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostTold);
+  report.TellCounts();
+  EXPECT_EQ(reporter.warnings.back(),
+            "in total lines that are too long to be read at once (long-line): 22, told of the "
+            "first 20");
+  WarningReport quiet({true, nullptr, nullptr});
+  EXPECT_TRUE(quiet.TakeNumber(WarningKind::kRunsOn));
+  EXPECT_TRUE(FileWarnings(nullptr, "a.bib", "").ReportNumber(WarningKind::kRunsOn));
+}
+
 TEST(WarningReport, KeepsATerminalsLineShortAndHarmless) {
   const std::string text = "\x1b[2J" + std::string(194, 'x') +
                            "\xC3\xBC"

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "batch/asked_files.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "app/globals.h"
+#include "core/file_names.h"
+#include "core/file_system.h"
+#include "ops/run_context.h"
+
+namespace tarvel {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What an operation writes: the files from `first` to `last`, named after one of its own.
+struct Written {
+  OperationCode code;
+  std::size_t named_after;
+  Output first;
+  Output last;
+};
+constexpr std::array<Written, 8> kWritten{{
+    {OperationCode::kText, 0, Output::kText, Output::kText},
+    {OperationCode::kJournals, 0, Output::kJournalLog, Output::kJournalLibrary},
+    {OperationCode::kExtract, 1, Output::kExtractTex, Output::kExtractKeys},
+    {OperationCode::kCompare, 0, Output::kCompareLog, Output::kCompareEqual},
+    {OperationCode::kCleanTags, 0, Output::kTagLog, Output::kTagLibrary},
+    {OperationCode::kCleanDoubles, 0, Output::kDoubleLog, Output::kDoubleLibrary},
+    {OperationCode::kCleanCharacters, 0, Output::kCharacterLog, Output::kCharacterLibrary},
+    {OperationCode::kCleanAuthors, 0, Output::kAuthorLog, Output::kAuthorLibrary},
+}};
+
+constexpr std::array<std::string_view, 3> kProgramFiles{kJournalListFile, kStylesFile,
+                                                        kLaTeXCommandsFile};
+constexpr std::string_view kConverted = "_linux";
+
+/// Where a file is or would be, links followed, also those that lead to nothing yet.
+fs::path PlaceOf(fs::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::error_code error;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(path, error); ++i) {
+    path = path.parent_path() / fs::read_symlink(path, error);
+  }
+  const fs::path directory = fs::canonical(fs::absolute(path, error).parent_path(), error);
+  return error ? fs::absolute(path, error).lexically_normal() : directory / path.filename();
+}
+
+/// Whether both are one file, which writing into one would change in the other: not so for a
+/// device or a pipe.
+bool AreOneFile(const std::string& one, const std::string& other) {
+  std::error_code error;
+  const fs::file_status status = fs::status(one, error);
+  if (fs::exists(status) && !fs::is_regular_file(status)) return false;
+  return RealFileSystem().IsSameFile(one, other) || PlaceOf(one) == PlaceOf(other);
+}
+
+/// The files that are named, and the copies that are made of those with other line breaks.
+std::vector<std::string> InputsOf(const BatchRequest& request) {
+  std::vector<std::string> inputs = request.files;
+  for (const std::string& file : request.files) {
+    if (auto copy = InsertBeforeExtension(file, kConverted)) inputs.push_back(std::move(*copy));
+  }
+  return inputs;
+}
+
+std::vector<std::string> ProgramFiles() {
+  const std::string directory = GlobalRun().program_directory();
+  std::vector<std::string> files;
+  for (const std::string_view name : kProgramFiles) {
+    files.push_back(std::string(directory).append(name));
+  }
+  return files;
+}
+
+std::vector<std::string> OutputsOf(const BatchRequest& request) {
+  const auto written = std::find_if(kWritten.begin(), kWritten.end(), [&](const Written& row) {
+    return row.code == request.operation->code;
+  });
+  const std::string& file = request.files[written->named_after];
+  std::vector<std::string> outputs;
+  for (const auto& library : {std::optional(file), InsertBeforeExtension(file, kConverted)}) {
+    const auto last = static_cast<std::size_t>(written->last);
+    for (auto i = static_cast<std::size_t>(written->first); library && i <= last; ++i) {
+      if (auto path = ChangeExtension(*library, OutputSuffixes[i])) outputs.push_back(*path);
+    }
+  }
+  return outputs;
+}
+
+bool Holds(const std::vector<std::string>& files, const std::string& path) {
+  return std::any_of(files.begin(), files.end(),
+                     [&](const std::string& file) { return AreOneFile(path, file); });
+}
+
+/// The reason against one file that `option` asks for.
+std::string WhyNot(std::string_view option, const std::string& path, const BatchRequest& request) {
+  if (path.empty()) return {};
+  const bool is_read = Holds(InputsOf(request), path) || Holds(ProgramFiles(), path);
+  if (!is_read && !Holds(OutputsOf(request), path)) return {};
+  return std::string("'")
+      .append(option)
+      .append("' names a file that '")
+      .append(request.operation->batch_name)
+      .append(is_read ? "' reads: '" : "' writes: '")
+      .append(path)
+      .append("'");
+}
+
+}  // namespace
+
+std::string WhyNotAsked(const BatchRequest& request) {
+  const std::string& warnings = request.warnings_file;
+  const std::string& key_map = request.key_map_file;
+  std::string reason = WhyNot("--warnings", warnings, request);
+  if (reason.empty()) reason = WhyNot("--key-map", key_map, request);
+  if (!reason.empty() || warnings.empty() || key_map.empty()) return reason;
+  if (!AreOneFile(warnings, key_map)) return {};
+  return "'--warnings' and '--key-map' name the same file: '" + key_map + "'";
+}
+
+}  // namespace tarvel
