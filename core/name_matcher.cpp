@@ -66,23 +66,24 @@ void NameMatcher::AddPieces(std::size_t name) {
 
 /// Adds the three bytes at `offset` of a name; those that stand outside the name may be any.
 void NameMatcher::AddPiece(std::size_t name, std::ptrdiff_t offset) {
-  const auto allows = [&](std::size_t code, std::ptrdiff_t place) {
-    const bool inside = place >= 0 && place < static_cast<std::ptrdiff_t>(names_[name].size());
-    return !inside || CodeOf(names_[name][static_cast<std::size_t>(place)]) == code;
-  };
-  std::uint32_t thirds = 0;
-  for (std::size_t code = 0; code < kCodes; ++code) {
-    if (allows(code, offset + 2)) thirds |= 1U << code;
+  std::array<std::uint32_t, kPiece> allowed{};  // bit i: the code i
+  for (std::size_t i = 0; i < kPiece; ++i) {
+    const auto place = static_cast<std::size_t>(offset + static_cast<std::ptrdiff_t>(i));
+    const bool inside = place < names_[name].size();  // one before the name is a large number
+    allowed[i] = inside ? 1U << CodeOf(names_[name][place]) : ~0U;
   }
-  for (std::size_t pair = 0; pair < thirds_.size(); ++pair) {
-    if (!allows(pair % kCodes, offset) || !allows(pair / kCodes, offset + 1)) continue;
-    thirds_[pair] |= thirds;
-    if (list_of_[pair] == 0) {
-      list_of_[pair] = static_cast<std::uint16_t>(candidates_.size());
-      candidates_.emplace_back();
+  for (std::uint32_t first = allowed[0]; first != 0; first &= first - 1) {
+    for (std::uint32_t second = allowed[1]; second != 0; second &= second - 1) {
+      const auto pair = static_cast<std::size_t>(std::countr_zero(first)) +
+                        kCodes * static_cast<std::size_t>(std::countr_zero(second));
+      thirds_[pair] |= allowed[2];
+      if (list_of_[pair] == 0) {
+        list_of_[pair] = static_cast<std::uint16_t>(candidates_.size());
+        candidates_.emplace_back();
+      }
+      candidates_[list_of_[pair]].push_back(
+          {static_cast<std::uint8_t>(name), static_cast<std::int8_t>(offset)});
     }
-    candidates_[list_of_[pair]].push_back(
-        {static_cast<std::uint8_t>(name), static_cast<std::int8_t>(offset)});
   }
 }
 
