@@ -33,7 +33,8 @@ import time
 os.environ["TARVEL_RANDOM_RUNS"] = "300"
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 COPIED = ["CMakeLists.txt", "CMakePresets.json", "app", "batch", "cmake", "core", "data",
-          "examples", "gui", "ops", "tests"]
+          "docs", "examples", "gui", "LICENSE", "ops", "packaging", "README.md", "tests",
+          "tools"]
 
 
 class Edit:

@@ -290,6 +290,12 @@ TEST(CleanTags, ReadsHeadsInPiecesOf49999Bytes) {
   EXPECT_EQ(Clean("@misc{a,\n note" + std::string(499994, ' ') + "= {x}\n}\n", KeepAll()).library,
             "@MISC{a,\n  note = {}\n}\n\n")
       << "a tag's line is cut after 499,999 bytes";
+  EXPECT_EQ(Clean("@misc{a,\n note=" + std::string(499993, ' ') + "{x}\n}\n", KeepAll()).library,
+            "@MISC{a,\n  note = {}\n}\n\n")
+      << "the brace is the first byte behind the cut";
+  EXPECT_EQ(Clean("@misc{a,\n note=" + std::string(499992, ' ') + "{x}\n}\n", KeepAll()).library,
+            "@MISC{a,\n  note = {x}\n}\n\n")
+      << "the brace is the last byte before it";
 }
 
 TEST(CleanTags, TakesValuesOfAnySize) {
