@@ -25,7 +25,8 @@ constexpr char kUsage[] =
     "Runs COMMAND several times, its output going to /dev/null, and prints on one line: the exit\n"
     "status of the last run (124: stopped by the timeout), the medians of CPU and wall seconds, "
     "the\n"
-    "largest peak memory in KiB, and the median CPU seconds of the yardstick (0 without one).\n"
+    "largest peak memory in KiB, the median CPU seconds of the yardstick (0 without one), and the\n"
+    "median of what the system took of the CPU seconds.\n"
     "  --runs N          how often (default 5)\n"
     "  --timeout SECONDS stop a run that takes longer; no further run follows\n"
     "  --enough SECONDS  no further run once the runs took this long together\n"
@@ -48,7 +49,8 @@ struct Options {
 
 struct Figures {
   int status = 0;
-  double cpu = 0;
+  double cpu = 0;     // of the program and of the system
+  double system = 0;  // of the system alone
   double wall = 0;
   long peak_kib = 0;
 };
@@ -114,7 +116,8 @@ Figures RunOnce(char* const* command, const Streams& streams, unsigned timeout) 
   alarm(0);
   Figures figures;
   figures.wall = Now() - start;
-  figures.cpu = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+  figures.system = Seconds(usage.ru_stime);
+  figures.cpu = Seconds(usage.ru_utime) + figures.system;
   figures.peak_kib = usage.ru_maxrss;
   figures.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   if (timed_out != 0) figures.status = 124;
@@ -191,7 +194,7 @@ int Main(int argc, char** argv) {
   setenv("LC_ALL", "C", 1);
   const Streams streams{"/dev/null", options.output.c_str(), options.output.c_str()};
   Figures last;
-  std::vector<double> cpu, wall, yardstick;
+  std::vector<double> cpu, system, wall, yardstick;
   long peak = 0;
   double spent = 0;
   while (cpu.size() < options.runs && spent < options.enough && last.status != 124) {
@@ -199,12 +202,13 @@ int Main(int argc, char** argv) {
     if (!options.before.empty() && std::system(options.before.c_str()) != 0) return 1;
     last = RunOnce(options.command.data(), streams, options.timeout);
     cpu.push_back(last.cpu);
+    system.push_back(last.system);
     wall.push_back(last.wall);
     peak = std::max(peak, last.peak_kib);
     spent += last.wall;
   }
-  std::printf("%d %.6f %.6f %ld %.6f\n", last.status, Median(cpu), Median(wall), peak,
-              yardstick.empty() ? 0.0 : Median(yardstick));
+  std::printf("%d %.6f %.6f %ld %.6f %.6f\n", last.status, Median(cpu), Median(wall), peak,
+              yardstick.empty() ? 0.0 : Median(yardstick), Median(system));
   return 0;
 }
 
