@@ -147,15 +147,15 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
 /// The entries of one library by their keys, the case of letters aside.
 class EntryKeys {
  public:
-  explicit EntryKeys(std::size_t most) : index_(most) { entries_.reserve(most); }
+  /// Room for `expected` entries; more are fine.
+  explicit EntryKeys(std::size_t expected) : index_(expected) { entries_.reserve(expected); }
 
   /// Adds an entry; gives the place of an earlier one with the same key, if there is one.
   std::optional<std::size_t> Add(std::string_view key, std::size_t place) {
-    upper_ = key;
-    StringToUpper(upper_);
-    const std::size_t hash = std::hash<std::string_view>()(upper_);
+    const std::size_t hash = HashOf(key);
     const auto is_same = [&](std::size_t i) { return EqualsNoCase(entries_[i].key, key); };
     if (const auto earlier = index_.Find(hash, is_same)) return entries_[*earlier].place;
+    if (entries_.size() == index_.Room()) MakeRoom();
     index_.Put(hash, entries_.size(), is_same);
     entries_.push_back({key, place});
     return std::nullopt;
@@ -166,6 +166,19 @@ class EntryKeys {
     std::string_view key;
     std::size_t place;
   };
+
+  std::size_t HashOf(std::string_view key) {
+    upper_ = key;
+    StringToUpper(upper_);
+    return std::hash<std::string_view>()(upper_);
+  }
+
+  void MakeRoom() {
+    index_ = HashIndex(2 * entries_.size() + 1);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      index_.Put(HashOf(entries_[i].key), i, [](std::size_t /*other*/) { return false; });
+    }
+  }
 
   static bool EqualsNoCase(std::string_view one, std::string_view other) {
     return std::equal(one.begin(), one.end(), other.begin(), other.end(),
@@ -184,7 +197,11 @@ void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStr
   std::optional<EntryKeys> keys;
   LineNumbers numbers(library.Bytes());
   ScanRules rules{limits::kPairLine, kCompareTagNames, true};
-  rules.before_entries = [&](std::size_t most) { keys.emplace(most); };
+  rules.before_entries = [&](std::size_t most) {
+    // Where more "@" stand than this, few of them start an entry.
+    constexpr std::size_t kShortEntry = 32;
+    keys.emplace(std::min(most, library.Bytes().size() / kShortEntry));
+  };
   rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
     if (!CompareRuleFor(type).rule) {
       warnings.Report(WarningKind::kNoGroup, offset, key,

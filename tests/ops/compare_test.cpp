@@ -10,6 +10,7 @@
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_reporter.h"
+#include "tests/support/recording_warnings.h"
 
 namespace tarvel::testing {
 
@@ -748,6 +749,24 @@ TEST(CompareFailures, EarlierOutputsAreReplaced) {
   EXPECT_EQ(files.files[std::string(kMissing)], BibFileHeader + "\n");
   EXPECT_EQ(files.files[std::string(kEqual)], BibFileHeader + "\n");
   EXPECT_EQ(files.files[std::string(kLog)], LogFileHeader + "\n" + Summary(0, 0, 0));
+}
+
+TEST(CompareWarnings, TellOfEachKeyThatComesAgainAmongVeryManyShortEntries) {
+  std::string library;
+  for (int i = 0; i < 1000; ++i) library += "@misc{k" + std::to_string(i % 900) + ",\n";
+  MemoryFiles files = Libraries("", library + "@misc{K0,\n");
+  RecordingWarnings warnings;
+  RunContext run = MemoryRun(files, kOne, kTwo);
+  run.warnings = &warnings;
+  EXPECT_EQ(RunCompare(run), 1);
+  const std::vector<std::string> twice = warnings.Of(WarningKind::kKeyTwice);
+  ASSERT_EQ(twice.size(), 101U);
+  EXPECT_EQ(twice[0],
+            "key-twice " + std::string(kTwo) + ":901 [k0] the key stands in line 1 already");
+  EXPECT_EQ(twice[99],
+            "key-twice " + std::string(kTwo) + ":1000 [k99] the key stands in line 100 already");
+  EXPECT_EQ(twice[100],
+            "key-twice " + std::string(kTwo) + ":1001 [K0] the key stands in line 1 already");
 }
 
 }  // namespace tarvel::testing
