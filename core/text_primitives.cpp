@@ -87,6 +87,12 @@ void StripBraces(std::string& value) {
   while (value.size() > 1 && value.back() == '}') value.pop_back();
 }
 
+std::string_view Trim(std::string_view text, std::string_view bytes) {
+  const std::size_t begin = text.find_first_not_of(bytes);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(bytes) + 1 - begin);
+}
+
 std::string_view CopyUntilChar(std::string_view line, char stop) {
   return line.substr(0, FindOrLineEnd(line, stop, 0));
 }

@@ -37,6 +37,9 @@ void StringToUpper(std::string& text);
 /// is left: "{{x}}" becomes "x", "{}" becomes "}".
 void StripBraces(std::string& value);
 
+/// The text without those of `bytes` that stand at its ends.
+std::string_view Trim(std::string_view text, std::string_view bytes);
+
 /// The text of `line` from its first byte up to `stop`, a line feed or the end.
 std::string_view CopyUntilChar(std::string_view line, char stop);
 /// The text behind the first `start` up to `stop`, a line feed or the end; empty when `start` does

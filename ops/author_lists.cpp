@@ -14,7 +14,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
-constexpr std::string_view kSeparator = " and";
 constexpr std::array<std::string_view, 4> kSuffixes{"Jr", "Jr.", "Sr.", "Sr"};
 
 // ORDER: the longer form before the shorter one that it holds.
@@ -25,35 +24,6 @@ constexpr std::array<std::string_view, 8> kEtAlForms{"{\\ldots}",  "\\ldots",   
 bool Holds(std::string_view text, char byte) { return text.find(byte) != kNone; }
 bool HoldsAnd(std::string_view list) { return list.find("and") != kNone; }
 bool IsOneWord(std::string_view part) { return !Holds(part, ' '); }
-
-/// The text without those of `bytes` that stand at its ends.
-std::string_view Trim(std::string_view text, std::string_view bytes) {
-  const std::size_t begin = text.find_first_not_of(bytes);
-  if (begin == kNone) return {};
-  return text.substr(begin, text.find_last_not_of(bytes) + 1 - begin);
-}
-
-/// Cuts a list into its names.
-class NameParts {
- public:
-  explicit NameParts(std::string_view list) : rest_(list) {}
-
-  /// The next name that is not empty, or nothing at the end of the list.
-  std::optional<std::string_view> Next() {
-    while (!at_end_) {
-      const std::size_t end = rest_.find(kSeparator);
-      const std::string_view part = Trim(rest_.substr(0, end), " ");
-      at_end_ = end == kNone;
-      if (!at_end_) rest_.remove_prefix(end + kSeparator.size());
-      if (!part.empty()) return part;
-    }
-    return std::nullopt;
-  }
-
- private:
-  std::string_view rest_;
-  bool at_end_ = false;
-};
 
 /// The names arranged so far.
 class ArrangedNames {
@@ -200,6 +170,18 @@ AuthorForm ArrangeNames(const std::string& old_list, std::string& new_list) {
 }
 
 }  // namespace
+
+std::optional<std::string_view> NameParts::Next() {
+  constexpr std::string_view kSeparator = " and";
+  while (!at_end_) {
+    const std::size_t end = rest_.find(kSeparator);
+    const std::string_view part = Trim(rest_.substr(0, end), " ");
+    at_end_ = end == kNone;
+    if (!at_end_) rest_.remove_prefix(end + kSeparator.size());
+    if (!part.empty()) return part;
+  }
+  return std::nullopt;
+}
 
 // What waits for its other half in the next three is empty when nothing does: no part is empty.
 

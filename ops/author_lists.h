@@ -3,15 +3,28 @@
 // surname, comma, initials, names joined by " and ".
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tarvel {
 
+/// Cuts a list into its names: at every " and", whatever follows. Blanks around a name are dropped
+/// and empty names left out.
+class NameParts {
+ public:
+  /// `list` must outlive this.
+  explicit NameParts(std::string_view list) : rest_(list) {}
+  /// The next name, or nothing at the end of the list.
+  std::optional<std::string_view> Next();
+
+ private:
+  std::string_view rest_;
+  bool at_end_ = false;
+};
+
 // The recognisers. Each gives true and the arranged list in `result`, or false and an empty
-// `result` when the list is not of its form. A list is cut into names at every " and", whatever
-// follows; blanks around a name are dropped and empty names left out. A surname is given with its
-// first byte upper-cased.
+// `result` when the list is not of its form. A surname is given with its first byte upper-cased.
 
 /// "J. and Smith and B. and Jones". No ',' in the list, but "and" and '.'.
 bool ArrangeInitialsThenSurname(std::string_view list, std::string& result);

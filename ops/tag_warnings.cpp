@@ -20,12 +20,6 @@ int OpenBraces(std::string_view text) {
   return open;
 }
 
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
 }  // namespace
 
 void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
@@ -92,7 +86,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
 
 /// Tells of the first line of a text.
 void TagWarnings::TellText(std::string_view line, std::size_t place) {
-  const std::string_view text = Trim(line);
+  const std::string_view text = Trim(line, " \t\r\n");
   const bool says_nothing = text.empty() || text == "}" || text == "},";
   if (!says_nothing && !in_text_) {
     warnings_.Report(
