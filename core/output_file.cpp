@@ -7,7 +7,7 @@ namespace tarvel {
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{1} << 18;
+constexpr std::size_t kBufferSize = std::size_t{1} << 17;
 
 }  // namespace
 
