@@ -100,6 +100,10 @@ start --no-such-option no-such-file
 grep -Eq '^Max stack size +83886080 ' "/proc/$process/limits" ||
   fail "the stack limit is not raised"
 
+# The title bar and the task switcher have an icon.
+xprop -id "$(xdotool getactivewindow)" _NET_WM_ICON | grep -q 'Icon (48 x 48)' ||
+  fail "the window has no icon"
+
 # No file picked: "Clean tags" (the fourth control from the end) shows the check's box only.
 press shift+Tab shift+Tab shift+Tab shift+Tab
 press space
