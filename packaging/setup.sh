@@ -24,6 +24,8 @@ test_wanted="
 /usr/bin/update-mime-database     shared-mime-info
 /usr/bin/man                      man-db
 /usr/bin/mandoc                   mandoc
+/usr/bin/pdflatex                 texlive-latex-base
+/usr/bin/bibtex                   texlive-binaries
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
 [ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
