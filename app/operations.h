@@ -8,6 +8,8 @@
 
 namespace tarvel {
 
+class PathBuffer;
+
 /// What the buttons hand to the input checks.
 enum class OperationCode {
   kCleanAuthors = 9000,
@@ -48,7 +50,6 @@ const Operation* FindOperation(int code);
 
 /// Takes `path` as the picked file of `buffer` and converts its line breaks if need be; the buffer
 /// then holds the path to use. A path of more than 1000 bytes ends the process.
-class PathBuffer;
 void PickFile(PathBuffer& buffer, std::string_view path);
 
 /// What a button does: checks the picked files, shows the note, runs the operation and tells how it

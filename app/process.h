@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 

@@ -31,7 +31,7 @@ std::string_view SystemName(int system) {
   }
 }
 
-/// Hands a file to `take` piece by piece; false when it cannot be opened or read.
+/// Hands a file to `take` piece by piece; false when it cannot be read.
 template <typename Take>
 bool ReadPieces(ByteSource& source, const Take& take) {
   const auto buffer = std::make_unique_for_overwrite<char[]>(kChunk);

@@ -2,6 +2,8 @@
 #include "gui/tarvel_dialog.h"
 
 #include <wx/app.h>
+#include <wx/filename.h>
+#include <wx/stdpaths.h>
 #include <wx/utils.h>
 
 #include "app/globals.h"
@@ -13,6 +15,7 @@
 #include "gui/tarvel_gui_pref_extract.h"
 #include "gui/tarvel_gui_pref_journal.h"
 #include "gui/tarvel_gui_pref_text.h"
+#include "gui/window_icons.h"
 #include "gui/wx_text.h"
 
 namespace tarvel {
@@ -31,10 +34,11 @@ void RunRow(OperationCode code) {
 void ShowHelp(OperationCode code) { ShowBox(RowOf(code).help, TitleText); }
 
 /// Opens a further preference dialog of this kind: modeless, without a parent, showing the flags as
-/// they are now.
+/// they are now. It takes the icons of `main`, as a parent's would be.
 template <class Dialog>
-Dialog* OpenPreferences() {
+Dialog* OpenPreferences(const Tarvel_Dialog& main) {
   auto* dialog = new Dialog(nullptr);
+  dialog->SetIcons(main.GetIcons());
   dialog->ShowFlags();
   dialog->Show(true);
   return dialog;
@@ -43,6 +47,7 @@ Dialog* OpenPreferences() {
 }  // namespace
 
 Tarvel_Dialog::Tarvel_Dialog(wxWindow* parent) : GUIDialog(parent, wxID_ANY, ToWx(DialogTitle)) {
+  SetIcons(WindowIcons(wxFileName(wxStandardPaths::Get().GetExecutablePath()).GetPath()));
   AcceptDroppedFile(*first_file_picker_);
   AcceptDroppedFile(*second_file_picker_);
 }
@@ -81,14 +86,16 @@ void Tarvel_Dialog::OnCleanCharacters(wxCommandEvent&) { RunRow(kCleanCharacters
 void Tarvel_Dialog::OnCleanTags(wxCommandEvent&) { RunRow(kCleanTags); }
 
 void Tarvel_Dialog::OnPreferencesExtract(wxCommandEvent&) {
-  OpenPreferences<Tarvel_GUI_Pref_Extract>();
+  OpenPreferences<Tarvel_GUI_Pref_Extract>(*this);
 }
-void Tarvel_Dialog::OnPreferencesText(wxCommandEvent&) { OpenPreferences<Tarvel_GUI_Pref_Text>(); }
+void Tarvel_Dialog::OnPreferencesText(wxCommandEvent&) {
+  OpenPreferences<Tarvel_GUI_Pref_Text>(*this);
+}
 void Tarvel_Dialog::OnPreferencesJournals(wxCommandEvent&) {
-  OpenPreferences<Tarvel_GUI_Pref_Journal>();
+  OpenPreferences<Tarvel_GUI_Pref_Journal>(*this);
 }
 void Tarvel_Dialog::OnPreferencesCleanTags(wxCommandEvent&) {
-  CleanPrefDialog = OpenPreferences<Tarvel_GUI_Pref_Clean>();
+  CleanPrefDialog = OpenPreferences<Tarvel_GUI_Pref_Clean>(*this);
 }
 
 void Tarvel_Dialog::OnAbout(wxCommandEvent&) { ShowBox(AboutText, TitleText); }

@@ -19,6 +19,13 @@ test_wanted="
 /usr/bin/xprop                    x11-utils
 /usr/bin/python3                  python3
 /usr/bin/clang++                  clang
+/usr/bin/desktop-file-validate    desktop-file-utils
+/usr/bin/appstreamcli             appstream
+/usr/bin/update-mime-database     shared-mime-info
+/usr/bin/man                      man-db
+/usr/bin/mandoc                   mandoc
+/usr/bin/pdflatex                 texlive-latex-base
+/usr/bin/bibtex                   texlive-binaries
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
 [ "${1:-}" = tests ] && wanted="$wanted$test_wanted"

@@ -50,7 +50,7 @@ in_root useradd --create-home user
 say "what the package depends on, and a display"
 in_root apt-get update -q >/dev/null
 in_root apt-get satisfy -q -y --no-install-recommends \
-  "$(dpkg-deb -f "$package" Depends), xvfb, xdotool" >/dev/null 2>&1
+  "$(dpkg-deb -f "$package" Depends), xvfb, xdotool, x11-utils" >/dev/null 2>&1
 
 # The names of all files, and what the desktop's databases hold.
 list_files() { in_root find / -xdev -path /proc -prune -o -path /tmp -prune -o -print | sort; }
@@ -111,11 +111,12 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 [ -n "$found" ] && xdotool getwindowname $found
+[ -n "$found" ] && xprop -id $found _NET_WM_ICON | grep -q 'Icon (48 x 48)' || found=
 kill $program $server 2>/dev/null
 wait
 [ -n "$found" ]
 EOF
-as_user 'sh /tmp/dialog.sh' || fail "the dialog did not open: $(cat "$root/tmp/dialog.err")"
+as_user 'sh /tmp/dialog.sh' || fail "no dialog, or no icon on it: $(cat "$root/tmp/dialog.err")"
 
 say "its manual pages, its icon and its type of file"
 for page in man1/tarvel.1 man1/tarvel-batch.1 man5/tarvel-files.5; do

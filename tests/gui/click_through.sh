@@ -30,9 +30,10 @@ fail() {
   exit 1
 }
 
-# The titles of all windows of the program that are shown, a line each.
+# The titles of all windows of the program that are shown, a line each. Without --all xdotool takes
+# the windows that fit any of the conditions.
 titles() {
-  for id in $(xdotool search --onlyvisible --pid "$process" --name '.*' 2>/dev/null); do
+  for id in $(xdotool search --all --onlyvisible --pid "$process" --name '.*' 2>/dev/null); do
     xprop -id "$id" _NET_WM_NAME 2>/dev/null | sed -n 's/^[^"]*"\(.*\)"$/\1/p'
   done
 }
@@ -66,7 +67,8 @@ raise_main() {
   until [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$main" ]; do
     tries=$((tries - 1))
     [ "$tries" -gt 0 ] || fail "the main window cannot be raised"
-    xdotool search --onlyvisible --pid "$process" --name '^Tarvel 3.81' windowactivate 2>/dev/null
+    xdotool search --all --onlyvisible --pid "$process" --name '^Tarvel 3.81' \
+      windowactivate 2>/dev/null
     sleep 0.25
   done
 }
@@ -99,6 +101,10 @@ printf '@ARTICLE{a,\r\n  author = {A},\r\n  doi = {1}\r\n}\r\n' >"$work/lit.bib"
 start --no-such-option no-such-file
 grep -Eq '^Max stack size +83886080 ' "/proc/$process/limits" ||
   fail "the stack limit is not raised"
+
+# The title bar and the task switcher have an icon.
+xprop -id "$(xdotool getactivewindow)" _NET_WM_ICON | grep -q 'Icon (48 x 48)' ||
+  fail "the window has no icon"
 
 # No file picked: "Clean tags" (the fourth control from the end) shows the check's box only.
 press shift+Tab shift+Tab shift+Tab shift+Tab
