@@ -23,12 +23,9 @@ namespace {
 constexpr char kUsage[] =
     "Usage: tarvel-measure [OPTION]... [--] COMMAND [ARGUMENT]...\n"
     "Runs COMMAND several times, its output going to /dev/null, and prints on one line: the exit\n"
-    "status of the last run (124: stopped by the timeout), the medians of CPU and wall seconds,
-"
-    "the largest peak memory in KiB, the median CPU seconds of the yardstick (0: none), and the
-"
-    "median of what the system took of the CPU seconds.
-"
+    "status of the last run (124: stopped by the timeout), the medians of CPU and wall seconds,\n"
+    "the largest peak memory in KiB, the median CPU seconds of the yardstick (0: none), and the\n"
+    "median of what the system took of the CPU seconds.\n"
     "  --runs N          how often (default 5)\n"
     "  --timeout SECONDS stop a run that takes longer; no further run follows\n"
     "  --enough SECONDS  no further run once the runs took this long together\n"
