@@ -75,6 +75,7 @@ std::vector<std::string> InputsOf(const BatchRequest& request) {
 std::vector<std::string> ProgramFiles() {
   const std::string directory = GlobalRun().program_directory();
   std::vector<std::string> files;
+  files.reserve(kProgramFiles.size());
   for (const std::string_view name : kProgramFiles) {
     files.push_back(std::string(directory).append(name));
   }

@@ -13,7 +13,7 @@ namespace tarvel {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 /// What stands behind an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};

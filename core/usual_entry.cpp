@@ -11,7 +11,7 @@ namespace tarvel {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr std::array kKnownTypes{
     "ARTICLE"sv,          "BOOK"sv,       "PHDTHESIS"sv,  "INCOLLECTION"sv,
@@ -43,8 +43,10 @@ class TypeTable {
 
  private:
   static constexpr std::size_t PlaceOf(const TypeWord& word, std::size_t size) {
-    const auto letter = [&](std::size_t i) { return static_cast<unsigned char>(word[i]); };
-    return (size + letter(0) * 5U + letter(1) * 3U) % 128;
+    const auto letter = [&](std::size_t i) -> std::size_t {
+      return static_cast<unsigned char>(word[i]);
+    };
+    return (size + letter(0) * 5 + letter(1) * 3) % 128;
   }
 
   std::array<TypeWord, 128> places_{};

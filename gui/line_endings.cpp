@@ -158,7 +158,7 @@ void CountLineBreaks(std::string_view bytes, char& last, LineBreaks& breaks) {
   std::uint64_t crs = 0;
   for (std::size_t cr = bytes.find('\r'); cr < bytes.size(); cr = bytes.find('\r', cr + 1)) {
     ++crs;
-    pairs += bytes.substr(cr + 1).starts_with('\n') ? 1 : 0;
+    pairs += bytes.substr(cr + 1).starts_with('\n') ? 1U : 0U;
   }
   // A CR that ended the piece before was counted as a lone one; the subtraction takes that back.
   if (last == '\r' && bytes.front() == '\n') ++pairs;

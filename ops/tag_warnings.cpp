@@ -75,9 +75,11 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
   if (name.empty()) return false;
   in_text_ = false;
   // Few names make up most of the lines: each is nearly always found where it was before.
-  const auto byte = [name](std::size_t i) { return static_cast<unsigned char>(name[i]); };
+  const auto byte = [name](std::size_t i) -> std::size_t {
+    return static_cast<unsigned char>(name[i]);
+  };
   Tags::value_type*& recent =
-      recent_[(name.size() + 5U * byte(0) + 3U * byte(name.size() - 1)) % recent_.size()];
+      recent_[(name.size() + 5 * byte(0) + 3 * byte(name.size() - 1)) % recent_.size()];
   if (!recent || recent->first != name) recent = &*tags_.try_emplace(std::string(name)).first;
   Dropped& dropped = recent->second;
   if (dropped.count++ == 0) dropped.place = place;
