@@ -2,10 +2,15 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace tarvel {
 
@@ -26,6 +31,12 @@ template <typename L>
   std::memcpy(&lanes, text, sizeof(L));
 }
 
+/// Takes as many lanes as `part` has, from lane number `first` on.
+template <typename L, typename P>
+[[gnu::always_inline]] inline void TakeLanes(const L& lanes, std::size_t first, P& part) {
+  std::memcpy(&part, reinterpret_cast<const char*>(&lanes) + first, sizeof(P));
+}
+
 /// The lanes as words.
 template <typename L>
 [[gnu::always_inline]] inline auto WordsOf(const L& lanes) {
@@ -34,37 +45,63 @@ template <typename L>
   return words;
 }
 
+/// A bit for each lane that is negative; the first lane's is the lowest.
+template <typename L>
+[[gnu::always_inline]] inline std::uint64_t NegativeLanes(const L& lanes) {
+  std::uint64_t mask = 0;
+#if defined(__SSE2__)
+  for (std::size_t i = 0; i < sizeof(L); i += sizeof(Lanes)) {
+    __m128i part;
+    TakeLanes(lanes, i, part);
+    mask |= static_cast<std::uint64_t>(_mm_movemask_epi8(part)) << i;
+  }
+#else
+  for (std::size_t i = 0; i < sizeof(L); ++i) {
+    mask |= static_cast<std::uint64_t>(lanes[i] < 0 ? 1U : 0U) << i;
+  }
+#endif
+  return mask;
+}
+
 template <typename L>
 [[gnu::always_inline]] inline bool HasNegative(const L& lanes) {
-  std::uint64_t all = 0;
-  for (const std::uint64_t word : WordsOf(lanes)) all |= word;
-  return (all & 0x8080808080808080U) != 0;
+  Lanes half;
+  Lanes other;
+  TakeLanes(lanes, 0, half);
+  TakeLanes(lanes, sizeof(L) - sizeof(Lanes), other);
+  return NegativeLanes(half | other) != 0;
 }
 
 /// The sum of all lanes.
 template <typename L>
 [[gnu::always_inline]] inline int SumOfLanes(const L& lanes) {
-  // A lane is made positive by 128 more. Then neighbours are added until four sums of 16 bits are
-  // left, which the multiplication adds up in the uppermost of them.
-  constexpr std::uint64_t kOdd = 0x00FF00FF00FF00FFU;
-  std::uint64_t pairs = 0;
-  for (const std::uint64_t word : WordsOf(lanes)) {
-    const std::uint64_t positive = word ^ 0x8080808080808080U;
-    pairs += (positive & kOdd) + (positive >> 8U & kOdd);
+#if defined(__SSE2__)
+  __m128i sums{};
+  for (std::size_t i = 0; i < sizeof(L); i += sizeof(Lanes)) {
+    __m128i part;
+    TakeLanes(lanes, i, part);
+    // Each lane is made positive by 128 more.
+    sums = _mm_add_epi64(sums, _mm_sad_epu8(_mm_xor_si128(part, _mm_set1_epi8(-128)), __m128i{}));
   }
-  const auto sum = static_cast<int>(pairs * 0x0001000100010001U >> 48U);
-  return sum - static_cast<int>(sizeof(L)) * 128;
+  const auto words = WordsOf(sums);
+  return static_cast<int>(words[0] + words[1]) - static_cast<int>(sizeof(L)) * 128;
+#else
+  int sum = 0;
+  for (std::size_t i = 0; i < sizeof(L); ++i) sum += lanes[i];
+  return sum;
+#endif
 }
 
-/// Sets the last `count` lanes, which are not all, to -1, the others to 0.
+/// Sets the first `count` lanes of the two, which are not all, to -1, the others to 0.
 template <typename L>
-[[gnu::always_inline]] inline void SetLastLanes(std::size_t count, L& lanes) {
+[[gnu::always_inline]] inline void SetFirstLanes(std::size_t count, L& one, L& two) {
   static constexpr auto kMasks = [] {
-    std::array<signed char, 2 * sizeof(L)> masks{};
-    for (std::size_t i = sizeof(L); i < masks.size(); ++i) masks[i] = -1;
+    std::array<signed char, 4 * sizeof(L)> masks{};
+    for (std::size_t i = 0; i < 2 * sizeof(L); ++i) masks[i] = -1;
     return masks;
   }();
-  LoadLanes(kMasks.data() + count, lanes);
+  LoadLanes(kMasks.data() + 2 * sizeof(L) - count, one);
+  LoadLanes(kMasks.data() + 3 * sizeof(L) - count, two);
 }
 
 /// Whether the processor has registers for `WideLanes`.

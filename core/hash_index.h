@@ -36,7 +36,32 @@ class HashIndex {
   template <typename IsSame>
   std::optional<std::size_t> Put(std::size_t hash, std::size_t number, const IsSame& is_same) {
     std::uint64_t& slot = slots_[SlotOf(hash, is_same)];
-    return NumberIn(std::exchange(slot, (hash & ~kNumber) | (number + 1)));
+    return NumberIn(std::exchange(slot, SlotFor(hash, number)));
+  }
+
+  /// The number under this hash for which `is_same(number)` is true. When there is none, puts
+  /// `number` there.
+  template <typename IsSame>
+  std::optional<std::size_t> FindOrPut(std::size_t hash, std::size_t number,
+                                       const IsSame& is_same) {
+    std::uint64_t& slot = slots_[SlotOf(hash, is_same)];
+    if (slot == 0) {
+      slot = SlotFor(hash, number);
+      return std::nullopt;
+    }
+    return NumberIn(slot);
+  }
+
+  /// Doubles the room. `hash_of(number)` gives the hash under which a number was put in.
+  template <typename HashOf>
+  void MakeRoom(const HashOf& hash_of) {
+    HashIndex larger(2 * Room() + 1);
+    for (const std::uint64_t slot : slots_) {
+      const auto number = NumberIn(slot);
+      if (number)
+        larger.Put(hash_of(*number), *number, [](std::size_t /*other*/) { return false; });
+    }
+    *this = std::move(larger);
   }
 
   /// For how many numbers there is room.
@@ -50,6 +75,9 @@ class HashIndex {
   // bits of the hash choose the slot.
   static constexpr std::uint64_t kNumber = (std::uint64_t{1} << 40) - 1;
 
+  static std::uint64_t SlotFor(std::size_t hash, std::size_t number) {
+    return (hash & ~kNumber) | (number + 1);
+  }
   static std::optional<std::size_t> NumberIn(std::uint64_t slot) {
     if (slot == 0) return std::nullopt;
     return static_cast<std::size_t>(slot & kNumber) - 1;

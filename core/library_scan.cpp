@@ -90,6 +90,10 @@ class LibraryScan {
   std::size_t EndOf(std::size_t part) const {
     return part + 1 < parts_.size() ? parts_[part + 1].Start() : bytes_.size();
   }
+  /// Whether there is a byte at `place`, and it is not the first of a line.
+  bool IsInLine(std::size_t place) const {
+    return place < bytes_.size() && bytes_[place - 1] != '\n';
+  }
   void FindLongLines(std::size_t start, std::size_t end);
   void BringNear(std::size_t part) const;
   bool TakeUsual(std::string_view entry, std::size_t offset);
@@ -159,15 +163,11 @@ void LibraryScan::FindParts() {
   std::size_t start = 0;
   while (start < bytes_.size()) {
     ++at_signs_;
-    bool has_further = false;  // an "@" in the middle, which would hide a head
-    std::size_t end = bytes_.find('@', start + 1);
-    while (end != std::string_view::npos && bytes_[end - 1] != '\n') {
-      has_further = true;
-      ++at_signs_;
-      end = bytes_.find('@', end + 1);
-    }
-    end = std::min(end, bytes_.size());
-    parts_.emplace_back(start, !has_further && IsUsualEntry(bytes_.substr(start, end - start)));
+    const EntryText entry = MeasureEntry(bytes_.substr(start));
+    std::size_t end = start + entry.size;
+    const bool has_further = IsInLine(end);  // an "@" in the middle, which would hide a head
+    for (; IsInLine(end); end = std::min(bytes_.find('@', end + 1), bytes_.size())) ++at_signs_;
+    parts_.emplace_back(start, entry.is_usual && !has_further);
     start = end;
   }
 }
@@ -213,11 +213,12 @@ void LibraryScan::ScanLines(std::size_t offset, std::size_t end) {
 }
 
 void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
+  const bool outside = state_ == State::kOutside;
   const bool in_value = state_ == State::kInValue || state_ == State::kInQuotes;
   const bool head = line.find('@') != std::string_view::npos && TakeHead(line, offset);
   if (std::any_of(line.begin(), line.end(), IsHigh) && !IsUtf8(line)) {
-    Tell(WarningKind::kBadBytes, offset,
-         "the line holds bytes that are neither ASCII nor valid UTF-8");
+    warnings_.Report(WarningKind::kBadBytes, offset, outside && !head ? std::string_view() : key_,
+                     "the line holds bytes that are neither ASCII nor valid UTF-8");
   }
   if (!head && !in_value && line.starts_with('}')) closing_line_ = true;
   if (!head && state_ != State::kOutside) ReadEntryLine(line, offset);
@@ -298,6 +299,7 @@ void LibraryScan::EndEntry(std::size_t next) {
          "no line that begins with \"}\" ends the entry before " + where);
   }
   has_entry_ = false;
+  key_.clear();
   state_ = State::kOutside;
 }
 

@@ -2,6 +2,7 @@
 #include "core/usual_entry.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "core/byte_lanes.h"
@@ -67,22 +68,29 @@ constexpr auto kTypeMasks = [] {
   return masks;
 }();
 
-/// Signs by which an entry of the usual form is told from one that needs a closer look. All but the
-/// first are zero for "@type{key," with a line "  tag = {value}," for each tag up to the "}" of the
-/// entry itself.
+/// Signs by which an entry of the usual form is told from one that needs a closer look. Where all
+/// are zero and the last line is "}", every value is in braces and closed: were one open, there
+/// would be a "{" too many, as a "}" outside of values ends the entry.
 struct Signs {
-  int open_braces = 0;     // "{" less "}"
-  int unended_values = 0;  // "={" and "= {" less "}" and "}," at the end of a line
-  bool odd = false;        // a byte from 128 on, or an "=" that neither "{" nor " {" follows
+  int open_braces = 0;  // "{" less "}"
+  bool odd = false;     // a byte from 128 on, or an "=" that neither "{" nor " {" follows
 
-  bool operator==(const Signs&) const = default;
+  bool AreZero() const { return open_braces == 0 && !odd; }
+
+  /// Adds the signs of the first byte of `text`, of which the two behind it tell what follows.
+  void Add(std::string_view text) {
+    const std::string_view behind = text.substr(1);
+    const bool value = behind.starts_with('{') || behind.starts_with(" {");
+    odd |= static_cast<signed char>(text[0]) < 0 || (text[0] == '=' && !value);
+    if (text[0] == '{') ++open_braces;
+    if (text[0] == '}') --open_braces;
+  }
 };
 
 /// Adds up signs, each lane for itself. What is true is -1 in a lane.
 template <typename L>
 struct SignLanes {
   L closed{};
-  L ended{};
   L odd{};
 
   /// Adds the signs of the bytes at `text`. Two more, which tell what follows, are read behind
@@ -94,67 +102,112 @@ struct SignLanes {
     LoadLanes(text, byte);
     LoadLanes(text + 1, next);
     LoadLanes(text + 2, third);
-    const L is_equals = byte == '=';
-    const L value = is_equals & ((next == '{') | ((next == ' ') & (third == '{')));
-    const L closes = byte == '}';
-    const L end = closes & ((next == '\n') | ((next == ',') & (third == '\n')));
-    closed += (byte == '{') - closes;
-    ended += value - end;
-    odd |= byte | (is_equals ^ value);
+    const L behind = next == ' ' ? third : next;
+    closed += byte == '{';
+    closed -= byte == '}';
+    odd |= byte | ((byte == '=') & ~(behind == '{'));
   }
 
-  /// Adds the signs of the last `count` bytes at `text` only.
-  [[gnu::always_inline]] void AddLast(const char* text, std::size_t count) {
-    L counted;
-    SetLastLanes(count, counted);
-    SignLanes<L> last;
-    last.Add(text);
-    closed += last.closed & counted;
-    ended += last.ended & counted;
-    odd |= last.odd & counted;
+  /// Adds the signs only of those bytes at `text` whose lanes in `counted` are -1, not 0.
+  [[gnu::always_inline]] void AddCounted(const char* text, const L& counted) {
+    SignLanes<L> all;
+    all.Add(text);
+    closed += all.closed & counted;
+    odd |= all.odd & counted;
   }
 
-  [[gnu::always_inline]] void AddTo(Signs& signs) const {
+  /// Adds what was added up to `signs`, and begins anew.
+  [[gnu::always_inline]] void MoveTo(Signs& signs) {
     signs.open_braces -= SumOfLanes(closed);
-    signs.unended_values -= SumOfLanes(ended);
     signs.odd |= HasNegative(odd);
+    closed = L{};
+    odd = L{};
   }
 };
 
-/// The signs of at least as many bytes as there are lanes. Two more can be read behind them.
+/// What is looked at in one step, with what is read behind it to tell what follows.
 template <typename L>
-[[gnu::always_inline]] inline Signs AddSigns(std::string_view text) {
+constexpr std::size_t kStep = 2 * sizeof(L);
+constexpr std::size_t kBehind = 2;
+
+template <typename L>
+[[gnu::always_inline]] inline bool HasStep(std::string_view text, std::size_t at) {
+  return text.size() - at >= kStep<L> + kBehind;
+}
+
+/// Adds the signs of whole steps from the second byte of `text` on, up to one that holds an "@".
+/// Gives the place of that step, or of the rest that is shorter than one.
+template <typename L>
+[[gnu::always_inline]] inline std::size_t AddSteps(std::string_view text, Signs& signs) {
   // What comes next is fetched while this is added up: a large library is in no cache yet.
   constexpr std::size_t kAhead = 1024;
-  constexpr std::size_t kMostBytes = (kMostLaneSteps - 1) * sizeof(L);
-  const char* const end = text.data() + text.size();
-  Signs signs;
   SignLanes<L> lanes;
-  while (text.size() >= sizeof(L)) {
-    const std::size_t size = std::min(text.size() / sizeof(L) * sizeof(L), kMostBytes);
-    for (std::size_t i = 0; i < size; i += sizeof(L)) {
-      __builtin_prefetch(text.data() + i + kAhead);
-      lanes.Add(text.data() + i);
-    }
-    text.remove_prefix(size);
-    if (size < kMostBytes) break;
-    lanes.AddTo(signs);
-    lanes = {};
+  std::size_t at = 1;
+  std::size_t steps = 0;
+  while (HasStep<L>(text, at)) {
+    const char* const step = text.data() + at;
+    L one;
+    L two;
+    LoadLanes(step, one);
+    LoadLanes(step + sizeof(L), two);
+    if (HasNegative((one == '@') | (two == '@'))) break;
+    __builtin_prefetch(step + kAhead);
+    lanes.Add(step);
+    lanes.Add(step + sizeof(L));
+    at += kStep<L>;
+    if (++steps < kMostLaneSteps / 2) continue;
+    lanes.MoveTo(signs);
+    steps = 0;
   }
-  lanes.AddLast(end - sizeof(L), text.size());
-  lanes.AddTo(signs);
-  return signs;
+  lanes.MoveTo(signs);
+  return at;
 }
 
-TARVEL_FOR_WIDE_LANES Signs AddSignsWide(std::string_view text) {
-  return AddSigns<WideLanes>(text);
+/// Adds the signs of the bytes from `at` up to the "@" in that step; gives its place. Does nothing
+/// where less than a step is left.
+template <typename L>
+[[gnu::always_inline]] inline std::size_t AddUpToAt(std::string_view text, std::size_t at,
+                                                    Signs& signs) {
+  if (!HasStep<L>(text, at)) return at;
+  const char* const step = text.data() + at;
+  L one;
+  L two;
+  LoadLanes(step, one);
+  LoadLanes(step + sizeof(L), two);
+  const std::uint64_t found = NegativeLanes(one == '@') | NegativeLanes(two == '@') << sizeof(L);
+  const auto before = static_cast<std::size_t>(std::countr_zero(found));
+  SignLanes<L> lanes;
+  SetFirstLanes(before, one, two);
+  lanes.AddCounted(step, one);
+  lanes.AddCounted(step + sizeof(L), two);
+  lanes.MoveTo(signs);
+  return at + before;
 }
 
-Signs SignsOf(std::string_view text) {
-  return HasWideLanes() ? AddSignsWide(text) : AddSigns<Lanes>(text);
+// Not one function, in which the loop of the first would have too few registers.
+TARVEL_FOR_WIDE_LANES [[gnu::noinline]] std::size_t AddStepsWide(std::string_view text,
+                                                                 Signs& signs) {
+  return AddSteps<WideLanes>(text, signs);
+}
+TARVEL_FOR_WIDE_LANES [[gnu::noinline]] std::size_t AddUpToAtWide(std::string_view text,
+                                                                  std::size_t at, Signs& signs) {
+  return AddUpToAt<WideLanes>(text, at, signs);
 }
 
-constexpr std::size_t kLeastSize = sizeof(WideLanes);
+/// Adds the signs of `text` up to its next "@" behind the first byte, or to the end. Gives the
+/// place of that.
+std::size_t AddSigns(std::string_view text, Signs& signs) {
+  std::size_t at = HasWideLanes() ? AddUpToAtWide(text, AddStepsWide(text, signs), signs)
+                                  : AddUpToAt<Lanes>(text, AddSteps<Lanes>(text, signs), signs);
+  for (; at < text.size() && text[at] != '@'; ++at) signs.Add(text.substr(at));
+  return at;
+}
+
+/// Whether the text ends with a "}" on a line of its own, blanks behind it left out.
+bool EndsWithBraceLine(std::string_view text) {
+  while (!text.empty() && IsBlank(text.back()) && !text.ends_with("\n}\n")) text.remove_suffix(1);
+  return text.ends_with("\n}\n");
+}
 
 }  // namespace
 
@@ -166,8 +219,15 @@ bool IsKnownType(std::string_view word) {
 }
 
 std::string_view TakeKnownType(std::string_view head, TypeWord& word) {
-  const std::size_t size = head.substr(0, kLongestType + 2).find('{') - 1;
-  if (size >= kLongestType + 1 || !head.starts_with('@') || head.size() <= word.size()) return {};
+  Lanes one;
+  Lanes two;
+  if (head.size() <= 2 * sizeof(Lanes) || head[0] != '@') return {};
+  LoadLanes(head.data() + 1, one);
+  LoadLanes(head.data() + 1 + sizeof(Lanes), two);
+  const std::uint64_t braces = NegativeLanes(one == '{') | NegativeLanes(two == '{')
+                                                               << sizeof(Lanes);
+  const auto size = static_cast<std::size_t>(std::countr_zero(braces));
+  if (size > kLongestType) return {};
   const char* const masks = kTypeMasks.data() + word.size() - size;
   for (std::size_t i = 0; i < word.size(); ++i) {
     word[i] = static_cast<char>(head[i + 1] & masks[i]);
@@ -175,17 +235,12 @@ std::string_view TakeKnownType(std::string_view head, TypeWord& word) {
   return kTypes.Holds(word, size) ? std::string_view(word.data(), size) : std::string_view();
 }
 
-bool IsUsualEntry(std::string_view text) {
+EntryText MeasureEntry(std::string_view text) {
+  Signs signs;
+  const std::size_t size = AddSigns(text, signs);
+  const std::string_view entry = text.substr(0, size);
   TypeWord word;
-  if (TakeKnownType(text, word).empty()) return false;
-  std::size_t end = text.size();
-  while (IsBlank(text[end - 1])) --end;
-  // A further line with "}" in the middle would hide text behind the entry.
-  if (end <= kLeastSize || end == text.size()) return false;
-  if (text[end - 2] != '\n' || text[end - 1] != '}' || text[end] != '\n') return false;
-  Signs usual;
-  usual.open_braces = 1;  // the entry's own
-  return SignsOf(text.substr(0, end - 1)) == usual;
+  return {size, signs.AreZero() && EndsWithBraceLine(entry) && !TakeKnownType(entry, word).empty()};
 }
 
 }  // namespace tarvel

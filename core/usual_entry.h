@@ -17,8 +17,16 @@ using TypeWord = std::array<char, 24>;
 /// when the text begins with no entry of a known type, or is too short to hold a tag.
 std::string_view TakeKnownType(std::string_view head, TypeWord& word);
 
-/// Whether the text is an entry of a known type in the usual form, after which nothing is open: of
-/// such an entry there is nothing to tell. There must be no further "@" in the text.
-bool IsUsualEntry(std::string_view text);
+/// How far the text of an entry goes, and what can be told of it in passing.
+struct EntryText {
+  std::size_t size;
+  /// Whether it is an entry of a known type in the usual form, after which nothing is open: of such
+  /// an entry there is nothing to tell.
+  bool is_usual;
+};
+
+/// Measures the entry at the start of `text`, which is not empty: up to the next "@" behind the
+/// first byte, or to the end. One pass.
+EntryText MeasureEntry(std::string_view text);
 
 }  // namespace tarvel

@@ -34,11 +34,14 @@ void AppendEscaped(std::string& to, char byte) {
   to += kDigits[code % 16];
 }
 
+bool IsEscapedInField(char byte) { return byte == '\\' || IsControl(byte); }
+
 /// A field of a file of tabs: the backslash is doubled so that the text can be had back.
 std::string EscapeField(std::string_view text) {
+  if (std::none_of(text.begin(), text.end(), IsEscapedInField)) return std::string(text);
   std::string field;
   for (const char byte : text) {
-    if (byte == '\\' || IsControl(byte)) {
+    if (IsEscapedInField(byte)) {
       AppendEscaped(field, byte);
     } else {
       field += byte;

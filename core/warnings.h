@@ -127,6 +127,8 @@ class FileWarnings {
   bool Wanted() const { return to_ != nullptr; }
   /// Reports one of a kind if its place and text are of no interest; else it is to be reported.
   bool ReportNumber(WarningKind kind) { return !to_ || to_->TakeNumber(kind); }
+  /// The number, from 1, of the line that holds the byte at `offset`.
+  std::size_t LineOf(std::size_t offset) { return numbers_.At(offset); }
   /// Reports something about the line that holds the byte at `offset`.
   void Report(WarningKind kind, std::size_t offset, std::string_view key, std::string_view text);
 

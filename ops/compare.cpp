@@ -3,6 +3,8 @@
 // and its counterparts of those that it has.
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -144,50 +146,62 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
-/// The entries of one library by their keys, the case of letters aside.
+/// A hash of the key in which the case of letters does not count.
+std::size_t HashNoCase(std::string_view key) {
+  constexpr std::uint64_t kLowerCase = 0x2020202020202020U;
+  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  std::uint64_t hash = key.size();
+  const auto mix = [&](std::uint64_t word) {
+    hash = (hash ^ (word | kLowerCase)) * kFactor;
+    hash ^= hash >> 32U;
+  };
+  std::uint64_t word = 0;
+  for (; key.size() >= kWord; key.remove_prefix(kWord)) {
+    std::memcpy(&word, key.data(), kWord);
+    mix(word);
+  }
+  word = 0;
+  for (const char byte : key) word = word << 8U | static_cast<unsigned char>(byte);
+  mix(word);
+  return (hash * kFactor) ^ (hash >> 29U);
+}
+
+/// The keys of one library, the case of letters aside. Each is kept as its place only.
 class EntryKeys {
  public:
-  /// Room for `expected` entries; more are fine.
-  explicit EntryKeys(std::size_t expected) : index_(expected) { entries_.reserve(expected); }
+  /// Room for `expected` keys; more are fine. `library`, its bytes, must outlive this.
+  EntryKeys(std::string_view library, std::size_t expected)
+      : library_(library), places_(expected) {}
 
-  /// Adds an entry; gives the place of an earlier one with the same key, if there is one.
-  std::optional<std::size_t> Add(std::string_view key, std::size_t place) {
-    const std::size_t hash = HashOf(key);
-    const auto is_same = [&](std::size_t i) { return EqualsNoCase(entries_[i].key, key); };
-    if (const auto earlier = index_.Find(hash, is_same)) return entries_[*earlier].place;
-    if (entries_.size() == index_.Room()) MakeRoom();
-    index_.Put(hash, entries_.size(), is_same);
-    entries_.push_back({key, place});
-    return std::nullopt;
+  /// Adds a key, which is a part of the library; gives the place of the first that is the same, if
+  /// there is one.
+  std::optional<std::size_t> Add(std::string_view key) {
+    const auto place = static_cast<std::size_t>(key.data() - library_.data());
+    const std::size_t hash = HashNoCase(key);
+    const auto is_same = [&](std::size_t other) { return IsKey(other, key); };
+    if (count_ == places_.Room()) {
+      places_.MakeRoom([this](std::size_t other) { return HashNoCase(KeyAt(other)); });
+    }
+    const auto earlier = places_.FindOrPut(hash, place, is_same);
+    if (!earlier) ++count_;
+    return earlier;
   }
 
  private:
-  struct Entry {
-    std::string_view key;
-    std::size_t place;
-  };
-
-  std::size_t HashOf(std::string_view key) {
-    upper_ = key;
-    StringToUpper(upper_);
-    return std::hash<std::string_view>()(upper_);
+  std::string_view KeyAt(std::size_t place) const {
+    const std::string_view line = library_.substr(place, library_.find('\n', place) - place);
+    return line.substr(0, line.find(','));
   }
-
-  void MakeRoom() {
-    index_ = HashIndex(2 * entries_.size() + 1);
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-      index_.Put(HashOf(entries_[i].key), i, [](std::size_t /*other*/) { return false; });
-    }
-  }
-
-  static bool EqualsNoCase(std::string_view one, std::string_view other) {
-    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+  bool IsKey(std::size_t place, std::string_view key) const {
+    const std::string_view other = KeyAt(place);
+    return std::equal(key.begin(), key.end(), other.begin(), other.end(),
                       [](char a, char b) { return ToUpper(a) == ToUpper(b); });
   }
 
-  HashIndex index_;
-  std::vector<Entry> entries_;
-  std::string upper_;
+  std::string_view library_;
+  HashIndex places_;
+  std::size_t count_ = 0;
 };
 
 /// Warns of what is odd about one of the libraries.
@@ -195,22 +209,22 @@ void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStr
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return;
   std::optional<EntryKeys> keys;
-  LineNumbers numbers(library.Bytes());
   ScanRules rules{limits::kPairLine, kCompareTagNames, true};
   rules.before_entries = [&](std::size_t most) {
     // Where more "@" stand than this, few of them start an entry.
     constexpr std::size_t kShortEntry = 32;
-    keys.emplace(std::min(most, library.Bytes().size() / kShortEntry));
+    keys.emplace(library.Bytes(), std::min(most, library.Bytes().size() / kShortEntry));
   };
   rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
     if (!CompareRuleFor(type).rule) {
       warnings.Report(WarningKind::kNoGroup, offset, key,
                       std::string("the type '").append(type).append("' is compared with none"));
     }
-    const auto earlier = keys->Add(key, offset);
+    const auto earlier = keys->Add(key);
     if (!earlier || warnings.ReportNumber(WarningKind::kKeyTwice)) return;
-    warnings.Report(WarningKind::kKeyTwice, offset, key,
-                    "the key stands in line " + std::to_string(numbers.At(*earlier)) + " already");
+    warnings.Report(
+        WarningKind::kKeyTwice, offset, key,
+        "the key stands in line " + std::to_string(warnings.LineOf(*earlier)) + " already");
   };
   ScanLibrary(library.Bytes(), rules, warnings);
 }

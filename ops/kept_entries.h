@@ -88,7 +88,9 @@ class GroupTable {
   /// The group, which is added if there is none.
   Group& FindOrAdd(const Id& id) {
     if (Group* const group = Find(id)) return *group;
-    if (groups_.size() == index_.Room()) MakeRoom();
+    if (groups_.size() == index_.Room()) {
+      index_.MakeRoom([this](std::size_t number) { return HashOf(groups_[number].id); });
+    }
     index_.Put(HashOf(id), groups_.size(), IsGroupOf(id));
     groups_.push_back({id});
     return groups_.back();
@@ -100,13 +102,6 @@ class GroupTable {
   static std::size_t HashOf(const Id& id) { return std::hash<Id>()(id); }
   auto IsGroupOf(const Id& id) const {
     return [this, &id](std::size_t number) { return groups_[number].id == id; };
-  }
-
-  void MakeRoom() {
-    index_ = HashIndex(2 * groups_.size() + 1);
-    for (std::size_t i = 0; i < groups_.size(); ++i) {
-      index_.Put(HashOf(groups_[i].id), i, IsGroupOf(groups_[i].id));
-    }
   }
 
   std::pmr::deque<Group> groups_;

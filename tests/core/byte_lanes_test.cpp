@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <random>
 #include <string>
 
@@ -37,15 +38,16 @@ void CheckSums() {
   for (int run = 0; run < 300; ++run) {
     L lanes{};
     int sum = 0;
-    bool has_negative = false;
+    std::uint64_t negative = 0;
     for (std::size_t i = 0; i < sizeof(L); ++i) {
       const int value = run == 0 ? -128 : run == 1 ? 127 : static_cast<int>(random() % 256) - 128;
       lanes[i] = static_cast<signed char>(run % 3 == 2 && value < 0 ? 0 : value);
       sum += lanes[i];
-      has_negative |= lanes[i] < 0;
+      negative |= std::uint64_t{lanes[i] < 0 ? 1U : 0U} << i;
     }
     EXPECT_EQ(SumOfLanes(lanes), sum);
-    EXPECT_EQ(HasNegative(lanes), has_negative);
+    EXPECT_EQ(NegativeLanes(lanes), negative);
+    EXPECT_EQ(HasNegative(lanes), negative != 0);
   }
 }
 
@@ -54,12 +56,14 @@ TEST(Lanes, AreAddedUp) {
   CheckSums<WideLanes>();
 }
 
-TEST(Lanes, AreSetFromTheEnd) {
-  for (std::size_t count = 0; count < sizeof(WideLanes); ++count) {
-    WideLanes lanes;
-    SetLastLanes(count, lanes);
-    EXPECT_EQ(-SumOfLanes(lanes), static_cast<int>(count));
-    EXPECT_EQ(lanes[0], 0);
+TEST(Lanes, AreSetFromTheStart) {
+  for (std::size_t count = 0; count < 2 * sizeof(WideLanes); ++count) {
+    WideLanes one;
+    WideLanes two;
+    SetFirstLanes(count, one, two);
+    const std::uint64_t set = (std::uint64_t{1} << count) - 1;
+    EXPECT_EQ(NegativeLanes(one) | NegativeLanes(two) << sizeof(WideLanes), set);
+    EXPECT_EQ(-SumOfLanes(one) - SumOfLanes(two), static_cast<int>(count));
   }
 }
 

@@ -52,6 +52,31 @@ TEST(HashIndex, PuttingTheSameThingAgainGivesTheNumberBefore) {
   EXPECT_EQ(index.Find(7, Is(5)), std::nullopt);
 }
 
+TEST(HashIndex, FindsOrPuts) {
+  HashIndex index(2);
+  EXPECT_EQ(index.FindOrPut(7, 5, Is(5)), std::nullopt);
+  EXPECT_EQ(index.FindOrPut(7, 6, Is(5)), 5U);
+  EXPECT_EQ(index.Find(7, kAny), 5U);
+  EXPECT_EQ(index.FindOrPut(7, 6, Is(6)), std::nullopt);
+  EXPECT_EQ(index.Find(7, Is(6)), 6U);
+}
+
+TEST(HashIndex, FindsTheSameWithMoreRoom) {
+  const auto hash_of = [](std::size_t number) { return number * 0x9E3779B97F4A7C15U; };
+  HashIndex index(3);
+  for (std::size_t number = 0; number < 1000; ++number) {
+    if (number == index.Room()) {
+      index.MakeRoom(hash_of);
+      EXPECT_GE(index.Room(), 2 * number);
+    }
+    index.Put(hash_of(number), number, Is(number));
+  }
+  for (std::size_t number = 0; number < 1000; ++number) {
+    EXPECT_EQ(index.Find(hash_of(number), Is(number)), number);
+  }
+  EXPECT_EQ(index.Find(hash_of(1000), Is(1000)), std::nullopt);
+}
+
 TEST(HashIndex, AsksOnlyAboutNumbersWhoseUpperHashBitsAreThose) {
   HashIndex index(2);
   index.Put(std::size_t{1} << 50, 5, kAny);  // the same slot, other upper bits

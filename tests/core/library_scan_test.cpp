@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "core/usual_entry.h"
 #include "tests/support/hostile_library.h"
 #include "tests/support/recording_warnings.h"
 
@@ -145,25 +148,57 @@ TEST(ScanLibrary, DoesNothingForNobody) {
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
 }
 
-/// Entries of the usual form are only tallied; with a blank before each "@" none is.
+/// A blank before each "@" at the start of a line, with which no entry is of the usual form.
+std::string WithoutUsualEntries(std::string library) {
+  for (std::size_t at = 0; (at = library.find("\n@", at)) != std::string::npos; at += 2) {
+    library.insert(at + 1, " ");
+  }
+  if (library.starts_with('@')) library.insert(0, " ");
+  return library;
+}
+
+/// Entries of the usual form are only tallied.
 TEST(ScanLibrary, SaysTheSameOfEntriesThatAreOnlyTallied) {
   HostileLibraries libraries(20141);
   std::size_t told = 0;
   for (int i = RandomRuns(3000); i > 0; --i) {
-    std::string library = libraries.Next();
+    const std::string library = libraries.Next();
     for (const bool needs_line : {false, true}) {
       const ScanRules rules{1000000, kTags, needs_line};
-      std::string slow = library;
-      for (std::size_t at = 0; (at = slow.find("\n@", at)) != std::string::npos; at += 2) {
-        slow.insert(at + 1, " ");
-      }
-      if (slow.starts_with('@')) slow.insert(0, " ");
       const Lines lines = Scan(library, rules);
-      ASSERT_EQ(lines, Scan(slow, rules)) << library;
+      ASSERT_EQ(lines, Scan(WithoutUsualEntries(library), rules)) << library;
       told += lines.size();
     }
   }
   EXPECT_GT(told, 1000U);
+}
+
+/// As many "}" as "{" and a last line "}" make an entry usual, wherever the others stand.
+TEST(ScanLibrary, SaysTheSameWhereverTheBracesOfAnEntryStand) {
+  constexpr std::array<std::string_view, 12> kPieces{"{",     "}",       "{", "}", "},\n", "}\n",
+                                                     "a = {", "title={", "x", ",", "\n",   "\""};
+  std::mt19937 random(2026);
+  std::size_t usual = 0;
+  for (int i = RandomRuns(20000); i > 0; --i) {
+    std::string entry = "@article{" + std::string(random() % 3 == 0 ? 0 : 20, 'k');
+    if (random() % 4 != 0) entry += ",\n";
+    int open = 1;
+    for (std::size_t pieces = random() % 12; pieces > 0; --pieces) {
+      const std::string_view piece = kPieces[random() % kPieces.size()];
+      for (const char byte : piece) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+      entry += piece;
+    }
+    if (open < 1) entry += std::string(static_cast<std::size_t>(1 - open), '{');
+    if (open > 1) entry += std::string(static_cast<std::size_t>(open - 1), '}');
+    entry += "\n}\n";
+    usual += MeasureEntry(entry).is_usual ? 1 : 0;
+    const std::string library = entry + "@book{next,\n  title = {t}\n";
+    for (const bool needs_line : {false, true}) {
+      const ScanRules rules{1000000, kTags, needs_line};
+      ASSERT_EQ(Scan(library, rules), Scan(WithoutUsualEntries(library), rules)) << library;
+    }
+  }
+  EXPECT_GT(usual, 1000U);
 }
 
 TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {
