@@ -64,11 +64,16 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-/// One pass over a library.
+/// One pass over a library, or over a range of one.
 class LibraryScan {
  public:
-  LibraryScan(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings)
-      : bytes_(bytes), rules_(rules), warnings_(warnings) {}
+  LibraryScan(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
+              FileWarnings& warnings)
+      : bytes_(bytes.substr(0, range.end)),
+        begin_(range.begin),
+        goes_on_(range.end < bytes.size()),
+        rules_(rules),
+        warnings_(warnings) {}
 
   void Run();
 
@@ -112,7 +117,9 @@ class LibraryScan {
   }
   bool IsRead(std::string_view line) const;
 
-  std::string_view bytes_;
+  std::string_view bytes_;  // up to the end of the range
+  std::size_t begin_;
+  bool goes_on_;  // the library does, behind the range
   const ScanRules& rules_;
   FileWarnings& warnings_;
   std::vector<Part> parts_;
@@ -159,8 +166,9 @@ void LibraryScan::BringNear(std::size_t part) const {
 
 void LibraryScan::FindParts() {
   constexpr std::size_t kShortPart = 128;
-  parts_.reserve(bytes_.size() / kShortPart + 1);  // room that is not used costs nothing
-  std::size_t start = 0;
+  // Room that is not used costs nothing.
+  parts_.reserve((bytes_.size() - begin_) / kShortPart + 1);
+  std::size_t start = begin_;
   while (start < bytes_.size()) {
     ++at_signs_;
     const EntryText entry = MeasureEntry(bytes_.substr(start));
@@ -287,7 +295,7 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
 
 /// The entry before `next` has ended: tells what it lacks.
 void LibraryScan::EndEntry(std::size_t next) {
-  const bool at_end = next == bytes_.size();
+  const bool at_end = next == bytes_.size() && !goes_on_;
   const std::string where = at_end ? "the end of the library" : "the next entry";
   if (state_ == State::kInValue || state_ == State::kInQuotes) {
     Tell(WarningKind::kOpenValue, tag_place_,
@@ -384,7 +392,12 @@ bool LibraryScan::IsRead(std::string_view line) const {
 }  // namespace
 
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings) {
-  if (warnings.Wanted()) LibraryScan(bytes, rules, warnings).Run();
+  ScanRange(bytes, {0, bytes.size()}, rules, warnings);
+}
+
+void ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
+               FileWarnings& warnings) {
+  if (warnings.Wanted()) LibraryScan(bytes, range, rules, warnings).Run();
 }
 
 std::string_view TagNameOf(std::string_view line) {

@@ -31,6 +31,17 @@ struct ScanRules {
 /// not wanted.
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings);
 
+/// A part of a library, from the start of a line to that of another or to the end; offsets.
+struct LibraryRange {
+  std::size_t begin;
+  std::size_t end;
+};
+
+/// The same for a range of the library, as if nothing stood before it. Offsets count from the start
+/// of the library.
+void ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
+               FileWarnings& warnings);
+
 /// The name of the tag that the line begins with, blanks around it left out; empty when it begins
 /// with none.
 std::string_view TagNameOf(std::string_view line);

@@ -3,17 +3,16 @@
 // file of references.
 #include "ops/extract.h"
 
-#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string_view>
 #include <unordered_set>
 
 #include "app/texts.h"
-#include "core/hash_index.h"
 #include "core/reports.h"
 #include "core/text_primitives.h"
 #include "ops/citation_warnings.h"
+#include "ops/cited_entries.h"
 #include "ops/operations.h"
 #include "ops/reference_walk.h"
 
@@ -51,68 +50,6 @@ constexpr std::string_view kCiteBrace = "\\cite{";
 constexpr std::string_view kJabRefMarker = "@comment{jabref";
 constexpr std::string_view kAdvice = "You have to enter the bibitem manually into this file. ";
 constexpr std::string_view kReferencesName = "_bibitems.tex";  // sic: the file ends in _extract.tex
-
-/// Where the entries of the cited keys begin in the library.
-class CitedEntries {
- public:
-  /// `keys` must outlive this. Of a key that comes twice only the first is looked for.
-  explicit CitedEntries(const std::vector<std::string>& keys)
-      : keys_(keys), index_(keys.size()), heads_(keys.size()) {
-    for (std::size_t i = keys.size(); i-- > 0;) {
-      index_.Put(HashOf(keys[i]), i, [&](std::size_t other) { return keys[other] == keys[i]; });
-      longest_ = std::max(longest_, keys[i].size());
-    }
-  }
-
-  /// Reads the library until all keys are found, or to its end.
-  void Find(LineStream& library);
-  /// The offset of the head of key number `i`; nothing when the library has none.
-  std::optional<std::size_t> Head(std::size_t i) const { return heads_[i]; }
-
- private:
-  static std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
-  void FindOnLine(std::string_view text, std::size_t position);
-
-  const std::vector<std::string>& keys_;
-  HashIndex index_;
-  std::vector<std::optional<std::size_t>> heads_;
-  std::vector<std::size_t> on_line_;
-  std::size_t longest_ = 0;
-  std::size_t found_ = 0;
-};
-
-void CitedEntries::Find(LineStream& library) {
-  while (found_ < heads_.size()) {
-    const auto text = library.ReadLineWith('@', limits::kShortLine);
-    if (!text) return;
-    FindOnLine(*text, library.Position() - text->size());
-  }
-}
-
-/// Notes the line as the head of every key that stands between a "{" and the next "," of it, if it
-/// is a head. The keys are looked for before that test, which upper-cases parts of the line.
-void CitedEntries::FindOnLine(std::string_view text, std::size_t position) {
-  on_line_.clear();
-  std::size_t comma = text.find(',');
-  for (std::size_t brace = text.find('{'); brace != std::string_view::npos;
-       brace = text.find('{', brace + 1)) {
-    if (comma < brace) comma = text.find(',', brace);
-    if (comma == std::string_view::npos) break;
-    if (comma - brace - 1 > longest_) continue;
-    const std::string_view between = text.substr(brace + 1, comma - brace - 1);
-    const auto key =
-        index_.Find(HashOf(between), [&](std::size_t i) { return keys_[i] == between; });
-    if (key && !heads_[*key]) on_line_.push_back(*key);
-  }
-  if (on_line_.empty()) return;
-  Line line(text);
-  if (!IsKnownEntry(line)) return;
-  for (const std::size_t key : on_line_) {
-    if (heads_[key]) continue;  // it stands on the line twice
-    heads_[key] = position;
-    ++found_;
-  }
-}
 
 /// Copies the entry at the stream's position; false when the library ends with its head.
 bool CopyEntry(OutputFile& output, LineStream& library) {
@@ -180,8 +117,14 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   if (!output) return Fail(kLibraryNotCreated);
   output->Write({BibFileHeader, "\n"});
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
-  ScanLibrary(library->Bytes(), {limits::kShortLine, kReferenceTags}, warnings);
-  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys, tell_missing);
+  const ScanRules rules{limits::kShortLine, kReferenceTags};
+  SelectionTeller teller{{}, tell_missing};
+  if (warnings.Wanted()) {
+    teller.tell_range = [&](const LibraryRange& range) {
+      ScanRange(library->Bytes(), range, rules, warnings);
+    };
+  }
+  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys, teller);
   if (found == 0) PrintError(kNothingFound);
   return CloseOutputs({output.get()}) ? found : 0;
 }
@@ -239,14 +182,14 @@ int ScanCitations(LineStream& document, std::vector<std::string>& keys,
 
 int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
                                            const std::vector<std::string>& keys,
-                                           const std::function<void(std::size_t)>& tell_missing) {
+                                           const SelectionTeller& teller) {
   CitedEntries entries(keys);
-  entries.Find(library);
+  entries.Find(library, teller.tell_range);
   int found = 0;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::optional<std::size_t> head = entries.Head(i);
     if (!head) {
-      if (tell_missing) tell_missing(i);
+      if (teller.tell_missing) teller.tell_missing(i);
       continue;
     }
     library.SetPosition(*head);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/library_scan.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
 
@@ -19,12 +20,19 @@ namespace tarvel {
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
                   std::vector<std::size_t>* places = nullptr);
 
+/// Who is told of a selection of entries.
+struct SelectionTeller {
+  /// Called with each range of the library that matters for the cited keys, in their order.
+  std::function<void(const LibraryRange&)> tell_range = {};
+  /// Then called with the number of each key that has no entry.
+  std::function<void(std::size_t)> tell_missing = {};
+};
+
 /// Copies the entries of the keys (each key once) to `output`, in their order: for each the first
 /// entry of the library on whose head "{", the key and "," stand. Gives the number of keys that
 /// have one; 0 after a `PrintError` when the library ends with the head of such an entry.
-/// `tell_missing` is called with the number of each key that has none.
-int SelectAndWriteBibTeXEntriesIntoNewFile(
-    OutputFile& output, LineStream& library, const std::vector<std::string>& keys,
-    const std::function<void(std::size_t)>& tell_missing = {});
+int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
+                                           const std::vector<std::string>& keys,
+                                           const SelectionTeller& teller = {});
 
 }  // namespace tarvel

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <random>
 #include <string>
@@ -102,6 +103,11 @@ TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
       {e + " note = {\xFC},\n title = {\xC3},\n}\n",
        {"bad-bytes l:2 [k] the line holds bytes that are neither ASCII nor valid UTF-8",
         "bad-bytes l:3 [k] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+      {e + " note = \"n\",\n}\n\xFC\n@comment{c}\n\xFC\n",
+       {"bad-bytes l:4 [] the line holds bytes that are neither ASCII nor valid UTF-8",
+        "bad-bytes l:6 [] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+      {e + "}\n@misc{usual,\n title = {A long enough title},\n}\n  @book{l,\n title = {x\n",
+       {"open-value l:7 [l] the value of 'title' does not close before the end of the library"}},
       {"x@book{a,\n}\n@misc{k, year = 1}\n",
        {"unbraced-value l:3 [k] the value of 'year' has no braces around it and is read as empty"}},
       {e + " year = 1 }@book{m,\n}\n",
@@ -179,7 +185,8 @@ TEST(ScanLibrary, SaysTheSameWhereverTheBracesOfAnEntryStand) {
                                                      "a = {", "title={", "x", ",", "\n",   "\""};
   std::mt19937 random(2026);
   std::size_t usual = 0;
-  for (int i = RandomRuns(20000); i > 0; --i) {
+  const int runs = RandomRuns(20000);
+  for (int i = 0; i < runs; ++i) {
     std::string entry = "@article{" + std::string(random() % 3 == 0 ? 0 : 20, 'k');
     if (random() % 4 != 0) entry += ",\n";
     int open = 1;
@@ -198,7 +205,59 @@ TEST(ScanLibrary, SaysTheSameWhereverTheBracesOfAnEntryStand) {
       ASSERT_EQ(Scan(library, rules), Scan(WithoutUsualEntries(library), rules)) << library;
     }
   }
-  EXPECT_GT(usual, 1000U);
+  EXPECT_GT(usual, static_cast<std::size_t>(runs) / 20);
+}
+
+/// What the ranges from one head to the next have to tell is what the whole library has.
+TEST(ScanRange, TellsOfTheRangesWhatIsToldOfTheLibrary) {
+  HostileLibraries libraries(41);
+  std::size_t told = 0;
+  const int runs = RandomRuns(3000);
+  for (int i = 0; i < runs; ++i) {
+    const std::string library = libraries.Next();
+    std::vector<std::size_t> bounds{0};
+    bool heads_begin_lines = true;
+    for (std::size_t at = 0; at < library.size();) {
+      const std::size_t end = std::min(library.find('\n', at), library.size() - 1) + 1;
+      std::string line = library.substr(at, end - at);
+      if (IsKnownEntry(line)) {
+        heads_begin_lines &= line.starts_with('@');
+        if (at > 0) bounds.push_back(at);
+      }
+      at = end;
+    }
+    if (!heads_begin_lines) continue;
+    bounds.push_back(library.size());
+    const ScanRules rules{1000, kTags};
+    RecordingWarnings to;
+    FileWarnings warnings(&to, "l", library);
+    for (std::size_t part = 0; part + 1 < bounds.size(); ++part) {
+      ScanRange(library, {bounds[part], bounds[part + 1]}, rules, warnings);
+    }
+    Lines whole = Scan(library, rules);
+    // Long lines are told first of what is looked through at once.
+    std::sort(whole.begin(), whole.end());
+    std::sort(to.lines.begin(), to.lines.end());
+    ASSERT_EQ(to.lines, whole) << library;
+    told += whole.size();
+  }
+  EXPECT_GT(told, static_cast<std::size_t>(runs) / 4);
+}
+
+TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
+  const std::string library = "@misc{k,\n  title = {t\n@misc{l,\n}\n";
+  const auto scan = [&](const LibraryRange& range) {
+    RecordingWarnings to;
+    FileWarnings warnings(&to, "l", library);
+    ScanRange(library, range, {1000, kTags, true}, warnings);
+    return to.lines;
+  };
+  EXPECT_EQ(scan({0, 22}),
+            Lines{"open-value l:2 [k] the value of 'title' does not close before the next entry"});
+  EXPECT_EQ(scan({9, 22}), Lines());
+  EXPECT_EQ(scan({22, library.size()}), Lines());
+  EXPECT_EQ(scan({0, 9}),
+            Lines{"runs-on l:1 [k] the entry has no closing brace before the next entry"});
 }
 
 TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {

@@ -63,7 +63,7 @@ TEST(UsualEntry, IsUnusualForOneByteWhereverItStands) {
     const std::string head = "@misc{key,\n  note = {" + std::string(fill, 'x');
     const std::string tail = std::string(8960 - fill % 70, 'y') + "},\n  year = {2001}\n}\n";
     EXPECT_TRUE(IsUsualEntry(head + "z" + tail)) << fill;
-    for (const std::string odd : {"\x80", "{", "}", "=", "= =", "},\n", "={", "=,{"}) {
+    for (const std::string odd : {"\x80", "{", "}", "=", "= x", "},\n", "={", "=,{"}) {
       EXPECT_FALSE(IsUsualEntry(head + odd + tail)) << fill << " " << odd;
     }
   }
@@ -98,6 +98,10 @@ TEST(UsualEntry, HasManyBraces) {
   EXPECT_FALSE(IsUsualEntry(head + many + tail));
   EXPECT_FALSE(IsUsualEntry(head + many.substr(0, 256) + tail)) << "not counted in one byte";
   EXPECT_TRUE(IsUsualEntry(head + many + std::string(500, '}') + tail));
+  // More open ones in a row than one lane can count, closed in another rhythm.
+  std::string closed;
+  for (int i = 0; i < 9000; ++i) closed += "}xx";
+  EXPECT_TRUE(IsUsualEntry(head + std::string(9000, '{') + closed + tail));
 }
 
 }  // namespace
