@@ -102,6 +102,7 @@ class LibraryScan {
   void FindLongLines(std::size_t start, std::size_t end);
   void BringNear(std::size_t part) const;
   bool TakeUsual(std::string_view entry, std::size_t offset);
+  void PassHeads();
   void ScanLines(std::size_t offset, std::size_t end);
   void ScanLine(std::string_view line, std::size_t offset);
   bool TakeHead(std::string_view line, std::size_t offset);
@@ -124,6 +125,9 @@ class LibraryScan {
   FileWarnings& warnings_;
   std::vector<Part> parts_;
   std::size_t at_signs_ = 0;
+  std::array<TypeWord, 16> types_{};  // of the heads
+  std::array<EntryHead, 16> heads_;
+  std::size_t head_count_ = 0;
 
   State state_ = State::kOutside;
   bool has_entry_ = false;     // an entry of a known type came, and is not yet done with
@@ -144,13 +148,16 @@ void LibraryScan::Run() {
   }
   if (rules_.before_entries) rules_.before_entries(at_signs_);
   for (std::size_t i = 0; i < parts_.size(); ++i) {
-    if (rules_.on_entry) BringNear(i);
+    if (rules_.on_entries) BringNear(i);
     const std::size_t start = parts_[i].Start();
     const std::size_t end = EndOf(i);
     const bool is_taken =
         parts_[i].IsUsual() && TakeUsual(bytes_.substr(start, end - start), start);
-    if (!is_taken) ScanLines(start, end);
+    if (is_taken) continue;
+    PassHeads();
+    ScanLines(start, end);
   }
+  PassHeads();
   EndEntry(bytes_.size());
 }
 
@@ -186,12 +193,18 @@ bool LibraryScan::TakeUsual(std::string_view entry, std::size_t offset) {
     return false;
   }
   has_entry_ = false;
-  if (!rules_.on_entry) return true;
-  TypeWord word;
-  const std::string_view type = TakeKnownType(entry, word);
+  if (!rules_.on_entries) return true;
+  const std::string_view type = TakeKnownType(entry, types_[head_count_]);
   const std::size_t behind_brace = type.size() + std::string_view("@{").size();
-  rules_.on_entry(type, CopyUntilChar(entry.substr(behind_brace), ','), offset);
+  heads_[head_count_] = {type, CopyUntilChar(entry.substr(behind_brace), ','), offset};
+  if (++head_count_ == heads_.size()) PassHeads();
   return true;
+}
+
+/// Passes on the heads of the usual entries that came since.
+void LibraryScan::PassHeads() {
+  if (head_count_ > 0) rules_.on_entries(std::span(heads_).first(head_count_));
+  head_count_ = 0;
 }
 
 /// Looks only where a line break must be if no line is too long: nearly always there is one.
@@ -255,7 +268,8 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   has_entry_ = true;
   closing_line_ = false;
   head_ = offset;
-  if (rules_.on_entry) rules_.on_entry(type, key, offset);
+  const EntryHead head{type, key, offset};
+  if (rules_.on_entries) rules_.on_entries({&head, 1});
   if (IsKnownType(type)) return;
   const std::string word(type);
   const std::string_view trimmed = TrimEnd(type);

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -174,11 +175,16 @@ class EntryKeys {
   EntryKeys(std::string_view library, std::size_t expected)
       : library_(library), places_(expected) {}
 
-  /// Adds a key, which is a part of the library; gives the place of the first that is the same, if
-  /// there is one.
-  std::optional<std::size_t> Add(std::string_view key) {
-    const auto place = static_cast<std::size_t>(key.data() - library_.data());
+  /// The hash of a key, for `Add`; brings near what that will look at first.
+  std::size_t BringNear(std::string_view key) const {
     const std::size_t hash = HashNoCase(key);
+    places_.Prefetch(hash);
+    return hash;
+  }
+  /// Adds a key, which is a part of the library, and its hash; gives the place of the first that is
+  /// the same, if there is one.
+  std::optional<std::size_t> Add(std::string_view key, std::size_t hash) {
+    const auto place = static_cast<std::size_t>(key.data() - library_.data());
     const auto is_same = [&](std::size_t other) { return IsKey(other, key); };
     if (count_ == places_.Room()) {
       places_.MakeRoom([this](std::size_t other) { return HashNoCase(KeyAt(other)); });
@@ -215,16 +221,23 @@ void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStr
     constexpr std::size_t kShortEntry = 32;
     keys.emplace(library.Bytes(), std::min(most, library.Bytes().size() / kShortEntry));
   };
-  rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
-    if (!CompareRuleFor(type).rule) {
-      warnings.Report(WarningKind::kNoGroup, offset, key,
-                      std::string("the type '").append(type).append("' is compared with none"));
+  const auto tell = [&](const EntryHead& head, std::size_t hash) {
+    if (!CompareRuleFor(head.type).rule) {
+      warnings.Report(
+          WarningKind::kNoGroup, head.offset, head.key,
+          std::string("the type '").append(head.type).append("' is compared with none"));
     }
-    const auto earlier = keys->Add(key);
+    const auto earlier = keys->Add(head.key, hash);
     if (!earlier || warnings.ReportNumber(WarningKind::kKeyTwice)) return;
     warnings.Report(
-        WarningKind::kKeyTwice, offset, key,
+        WarningKind::kKeyTwice, head.offset, head.key,
         "the key stands in line " + std::to_string(warnings.LineOf(*earlier)) + " already");
+  };
+  std::vector<std::size_t> hashes;
+  rules.on_entries = [&](std::span<const EntryHead> heads) {
+    hashes.clear();
+    for (const EntryHead& head : heads) hashes.push_back(keys->BringNear(head.key));
+    for (std::size_t i = 0; i < heads.size(); ++i) tell(heads[i], hashes[i]);
   };
   ScanLibrary(library.Bytes(), rules, warnings);
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -140,8 +141,10 @@ TEST(ScanLibrary, TellsLinesOverTheLimit) {
 TEST(ScanLibrary, CallsForEveryEntry) {
   Lines entries;
   ScanRules rules{1000};
-  rules.on_entry = [&](std::string_view type, std::string_view key, std::size_t offset) {
-    entries.push_back(std::string(type) + "|" + std::string(key) + "|" + std::to_string(offset));
+  rules.on_entries = [&](std::span<const EntryHead> heads) {
+    for (const auto& [type, key, offset] : heads) {
+      entries.push_back(std::string(type) + "|" + std::string(key) + "|" + std::to_string(offset));
+    }
   };
   Scan("@misc{k,\n}\n@Book {l,\n}\n@online{m,\n}\n@misc{ n ,\n", rules);
   EXPECT_EQ(entries, (Lines{"MISC|k|0", "BOOK |l|11", "MISC| n |36"}));
@@ -149,7 +152,7 @@ TEST(ScanLibrary, CallsForEveryEntry) {
 
 TEST(ScanLibrary, DoesNothingForNobody) {
   ScanRules rules{1000, kTags};
-  rules.on_entry = [](std::string_view, std::string_view, std::size_t) { FAIL(); };
+  rules.on_entries = [](std::span<const EntryHead>) { FAIL(); };
   FileWarnings warnings(nullptr, "l", "");
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
 }
@@ -160,6 +163,14 @@ std::string WithoutUsualEntries(std::string library) {
     library.insert(at + 1, " ");
   }
   if (library.starts_with('@')) library.insert(0, " ");
+  return library;
+}
+
+std::string UsualEntries(int count) {
+  std::string library = "\n";
+  for (int i = 0; i < count; ++i) {
+    library += "@Book{k" + std::to_string(i) + ",\n  title = {A long enough title},\n}\n";
+  }
   return library;
 }
 
@@ -177,6 +188,32 @@ TEST(ScanLibrary, SaysTheSameOfEntriesThatAreOnlyTallied) {
     }
   }
   EXPECT_GT(told, 1000U);
+}
+
+/// Several entries are passed on at once only where nothing is told between them.
+TEST(ScanLibrary, PassesEntriesOnInTheOrderOfWhatIsTold) {
+  HostileLibraries libraries(20262);
+  std::size_t most = 0;
+  for (int i = RandomRuns(2000); i > 0; --i) {
+    const std::string library = libraries.Next() + UsualEntries(i % 40) + libraries.Next();
+    Lines events[2];
+    for (const bool has_usual : {false, true}) {
+      RecordingWarnings to;
+      ScanRules rules{1000000, kTags};
+      rules.on_entries = [&](std::span<const EntryHead> heads) {
+        most = std::max(most, heads.size());
+        for (const EntryHead& head : heads) {
+          to.lines.push_back(std::string(head.type).append("|").append(head.key));
+        }
+      };
+      const std::string scanned = has_usual ? library : WithoutUsualEntries(library);
+      FileWarnings warnings(&to, "l", scanned);
+      ScanLibrary(scanned, rules, warnings);
+      events[has_usual ? 1 : 0] = to.lines;
+    }
+    ASSERT_EQ(events[0], events[1]) << library;
+  }
+  EXPECT_EQ(most, 16U);
 }
 
 /// As many "}" as "{" and a last line "}" make an entry usual, wherever the others stand.
