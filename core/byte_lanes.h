@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -63,6 +62,7 @@ template <typename L>
   return mask;
 }
 
+/// Whether any lane is negative.
 template <typename L>
 [[gnu::always_inline]] inline bool HasNegative(const L& lanes) {
   Lanes half;

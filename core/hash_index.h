@@ -58,8 +58,8 @@ class HashIndex {
     HashIndex larger(2 * Room() + 1);
     for (const std::uint64_t slot : slots_) {
       const auto number = NumberIn(slot);
-      if (number)
-        larger.Put(hash_of(*number), *number, [](std::size_t /*other*/) { return false; });
+      if (!number) continue;
+      larger.Put(hash_of(*number), *number, [](std::size_t /*other*/) { return false; });
     }
     *this = std::move(larger);
   }

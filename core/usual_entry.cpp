@@ -224,9 +224,8 @@ std::string_view TakeKnownType(std::string_view head, TypeWord& word) {
   if (head.size() <= 2 * sizeof(Lanes) || head[0] != '@') return {};
   LoadLanes(head.data() + 1, one);
   LoadLanes(head.data() + 1 + sizeof(Lanes), two);
-  const std::uint64_t braces = NegativeLanes(one == '{') | NegativeLanes(two == '{')
-                                                               << sizeof(Lanes);
-  const auto size = static_cast<std::size_t>(std::countr_zero(braces));
+  const std::uint64_t behind = NegativeLanes(two == '{') << sizeof(Lanes);
+  const auto size = static_cast<std::size_t>(std::countr_zero(NegativeLanes(one == '{') | behind));
   if (size > kLongestType) return {};
   const char* const masks = kTypeMasks.data() + word.size() - size;
   for (std::size_t i = 0; i < word.size(); ++i) {
