@@ -70,6 +70,7 @@ class TagCleaner {
   bool Walk(Counters& counters);
 
  private:
+  bool ReadToHead(Line& line);
   StringOutcome HandleStringLine(Line& line);
   bool CheckEmptyEntry(Line& line);
   TagOutcome SortTags(Line& line);
@@ -100,8 +101,7 @@ void SqueezeTagName(std::string_view source, std::string& destination) {
 }
 
 bool TagCleaner::Walk(Counters& counters) {
-  // What this walk looks for, strings and heads, has an "@" in its line.
-  for (Line line; ReadLineWith(input_, '@', limits::kLongLine, line);) {
+  for (Line line; ReadToHead(line);) {
     const StringOutcome string = HandleStringLine(line);
     if (string == StringOutcome::kReadFailed) return false;
     if (string == StringOutcome::kRemoved) ++counters.removed_strings;
@@ -112,6 +112,15 @@ bool TagCleaner::Walk(Counters& counters) {
     if (SortTags(line) == TagOutcome::kRemoved) ++counters.modified_entries;
   }
   return true;
+}
+
+/// Reads the next line with an "@", as strings and heads have one; false at the end.
+bool TagCleaner::ReadToHead(Line& line) {
+  const std::size_t from = input_.Position();
+  const bool found = ReadLineWith(input_, '@', limits::kLongLine, line);
+  const std::size_t end = input_.Position() - (found ? line.Text().size() : 0);
+  warnings_.PassOutside(input_.Bytes().substr(from, end - from), from);
+  return found;
 }
 
 /// Removes a line that defines a string, or copies it and everything up to the next entry. In that
@@ -171,7 +180,7 @@ EntryLine TagCleaner::ReadEntryLine(Line& line) {
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
-    warnings_.PassOutside(line.Text(), input_.Position() - 1);
+    warnings_.PassOutside(line.Text(), input_.Position() - line.Text().size());
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
@@ -251,7 +260,8 @@ int RunCleanTags(const RunContext& run) {
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
   ScanLibrary(input->Bytes(), {limits::kLongLine, kFilterNames}, file_warnings);
-  TagWarnings warnings(file_warnings, BibFileHeader.size());
+  const bool has_header = input->Bytes().starts_with(BibFileHeader);
+  TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
   Counters counters;
   const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
   warnings.TellTags();

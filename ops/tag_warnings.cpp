@@ -49,9 +49,16 @@ void TagWarnings::DropAsEmpty(std::string_view key, std::size_t place, std::stri
       std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
 }
 
-void TagWarnings::PassOutside(std::string_view line, std::size_t place) {
-  if (in_entries_ || !warnings_.Wanted() || place < header_size_) return;
-  if (line.find(kStringMarker) == std::string_view::npos) TellText(line, place);
+void TagWarnings::PassOutside(std::string_view text, std::size_t place) {
+  if (in_entries_ || !warnings_.Wanted()) return;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    const bool is_string = line.find(kStringMarker) != std::string_view::npos;
+    if (place >= header_size_ && !is_string) TellText(line, place);
+    const std::size_t size = std::min(line.size() + 1, text.size());
+    text.remove_prefix(size);
+    place += size;
+  }
 }
 
 void TagWarnings::Pass(std::string_view line, std::size_t place) {

@@ -14,8 +14,8 @@ namespace tarvel {
 /// Tells what Clean tags leaves out without a line in its log. Places are offsets into the library.
 class TagWarnings {
  public:
-  /// `header_size`: that many bytes at the start of a library may be a header of this program's,
-  /// of which nothing is told.
+  /// `header_size`: that many bytes at the start of the library are this program's own header,
+  /// which nobody misses.
   TagWarnings(FileWarnings& warnings, std::size_t header_size)
       : warnings_(warnings), header_size_(header_size) {}
 
@@ -25,8 +25,8 @@ class TagWarnings {
   void DropWithoutKey(std::size_t place);
   /// An entry is dropped for its first two tags; `rest` is what stands behind them.
   void DropAsEmpty(std::string_view key, std::size_t place, std::string_view rest);
-  /// A line is passed over in front of the first entry.
-  void PassOutside(std::string_view line, std::size_t place);
+  /// These lines, which begin at `place`, are passed over; told of in front of the first entry.
+  void PassOutside(std::string_view text, std::size_t place);
   /// A line is passed over behind an entry's head.
   void Pass(std::string_view line, std::size_t place);
   /// A value was read, and its tag is none that is known.
