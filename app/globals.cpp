@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/settings.h"
-
 namespace tarvel {
 
 Settings GlobalSettings;
@@ -17,6 +15,10 @@ PathBuffer ProgramDir("program directory");
 
 WarningOutputs GlobalWarningOutputs;
 Warnings* GlobalWarnings = nullptr;
+
+JournalStyles GlobalJournalStyles;
+
+LargeFiles GlobalLargeFiles = LargeFiles::kCopied;
 
 void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {

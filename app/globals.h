@@ -5,7 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "app/settings.h"
+#include "core/file_system.h"
 #include "core/warnings.h"
+#include "ops/journal_styles.h"
 
 namespace tarvel {
 
@@ -27,6 +30,9 @@ class PathBuffer {
   std::string path_;
 };
 
+/// The settings of this process.
+extern Settings GlobalSettings;
+
 /// The first picked file: the LaTeX document for Extract, a library for everything else.
 extern PathBuffer FirstFilePath;
 /// The second picked file: Extract's library, Compare's second one, the user's own journal list.
@@ -41,10 +47,12 @@ extern WarningOutputs GlobalWarningOutputs;
 /// What takes the warnings of the run that is under way; null between runs and for none.
 extern Warnings* GlobalWarnings;
 
-/// Where the configuration files stand below the program directory.
-inline constexpr std::string_view kStylesFile = "/JournalStyles/Journal_styles_linux.tvl";
-inline constexpr std::string_view kLaTeXCommandsFile = "/LaTeXCommands/LaTeXCommands_linux.tvl";
-inline constexpr std::string_view kJournalListFile = "/JournalStrings/JournalStrings.tvl";
+/// The formats of this process. A format that a later style file does not define stays as an
+/// earlier one left it.
+extern JournalStyles GlobalJournalStyles;
+
+/// How this process reads large files.
+extern LargeFiles GlobalLargeFiles;
 
 /// The systems whose line breaks are told apart, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF

@@ -2,13 +2,15 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
-#include <string>
 #include <string_view>
 
-namespace tarvel {
+#include "app/entry_points.h"
+#include "app/texts.h"
+#include "core/file_names.h"
 
-class PathBuffer;
+namespace tarvel {
 
 /// What the buttons hand to the input checks.
 enum class OperationCode {
@@ -25,35 +27,132 @@ enum class OperationCode {
 /// The files that an operation works on.
 enum class Needs { kLibrary, kTwoLibraries, kDocumentAndLibrary, kLibraryAndJournalList };
 
-/// The preference dialogs.
-enum class Preferences { kNone, kExtract, kText, kJournals, kCleanTags };
+/// The file pickers.
+enum class Picker { kFirst, kSecond };
 
 /// One operation: everything that the dialog, the checks and the batch program know of it.
 struct Operation {
   OperationCode code;
   std::string_view button;       // label of its button
-  std::string_view batch_name;   // its word on the command line
+  std::string_view batch_name;   // its word on the command line; of its page in docs/manual, too
   std::string_view description;  // label of its row
   Needs needs;
-  Preferences preferences;
-  const std::string& help;
-  const std::string* note;  // shown before the run; null for none
+  bool has_preferences;        // whether its row has a "Preferences" button
+  std::string_view help;       // what its "Help" button shows
+  std::string_view note = {};  // shown before the run; empty: none
   std::string_view error_caption;
-  int (*run)();  // 1 is success, anything else is not
+  int (*run)();                     // 1 is success, anything else is not
+  std::span<const Output> outputs;  // the files that it writes
+  Picker named_after;               // whose file they are named after, and beside which they stand
 };
 
+inline constexpr std::array kExtractOutputs{Output::kExtractTex, Output::kExtractLibrary,
+                                            Output::kExtractKeys};
+inline constexpr std::array kCompareOutputs{Output::kCompareLog, Output::kCompareMissing,
+                                            Output::kCompareEqual};
+inline constexpr std::array kTextOutputs{Output::kText};
+inline constexpr std::array kJournalOutputs{Output::kJournalLog, Output::kJournalLibrary};
+inline constexpr std::array kDoubleOutputs{Output::kDoubleLog, Output::kDoubleLibrary};
+inline constexpr std::array kAuthorOutputs{Output::kAuthorLog, Output::kAuthorLibrary};
+inline constexpr std::array kCharacterOutputs{Output::kCharacterLog, Output::kCharacterLibrary};
+inline constexpr std::array kTagOutputs{Output::kTagLog, Output::kTagLibrary};
+
 /// All operations, in the order of the dialog's rows.
-std::span<const Operation> Operations();
+inline constexpr auto kOperations = std::to_array<Operation>({
+    {.code = OperationCode::kExtract,
+     .button = "Extract",
+     .batch_name = "extract",
+     .description = "Extract bibitems",
+     .needs = Needs::kDocumentAndLibrary,
+     .has_preferences = true,
+     .help = ExtractHelp,
+     .error_caption = "Error in function 'Extract'!",
+     .run = Extract,
+     .outputs = kExtractOutputs,
+     .named_after = Picker::kSecond},
+    {.code = OperationCode::kCompare,
+     .button = "Compare",
+     .batch_name = "compare",
+     .description = "Compare two libraries",
+     .needs = Needs::kTwoLibraries,
+     .has_preferences = false,
+     .help = CompareHelp,
+     .note = CompareNote,
+     .error_caption = "Error in function 'Compare'!",
+     .run = Compare,
+     .outputs = kCompareOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kText,
+     .button = "Text",
+     .batch_name = "text",
+     .description = "Create text file",
+     .needs = Needs::kLibrary,
+     .has_preferences = true,
+     .help = TextHelp,
+     .note = TextNote,
+     .error_caption = "Error in function 'Text'!",
+     .run = CreateText,
+     .outputs = kTextOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kJournals,
+     .button = "Journals",
+     .batch_name = "journals",
+     .description = "Change journal names",
+     .needs = Needs::kLibraryAndJournalList,
+     .has_preferences = true,
+     .help = JournalsHelp,
+     .error_caption = "Error in function 'Journals'!",
+     .run = JournalStrings,
+     .outputs = kJournalOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kCleanDoubles,
+     .button = "Clean doubles",
+     .batch_name = "clean-doubles",
+     .description = "Remove double entries",
+     .needs = Needs::kLibrary,
+     .has_preferences = false,
+     .help = DoublesHelp,
+     .note = DoublesNote,
+     .error_caption = "Error in function 'Clean doubles'!",
+     .run = Clean_double,
+     .outputs = kDoubleOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kCleanAuthors,
+     .button = "Clean authors",
+     .batch_name = "clean-authors",
+     .description = "Correct author names",
+     .needs = Needs::kLibrary,
+     .has_preferences = false,
+     .help = AuthorsHelp,
+     .error_caption = "Error in function 'Clean authors'!",
+     .run = Clean_author,
+     .outputs = kAuthorOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kCleanCharacters,
+     .button = "Clean characters",
+     .batch_name = "clean-characters",
+     .description = "Find bad characters",
+     .needs = Needs::kLibrary,
+     .has_preferences = false,
+     .help = CharactersHelp,
+     .error_caption = "Error in function 'Clean characters'!",
+     .run = CleanCharacters,
+     .outputs = kCharacterOutputs,
+     .named_after = Picker::kFirst},
+    {.code = OperationCode::kCleanTags,
+     .button = "Clean tags",
+     .batch_name = "clean-tags",
+     .description = "Remove tags",
+     .needs = Needs::kLibrary,
+     .has_preferences = true,
+     .help = TagsHelp,
+     .error_caption = "Error in function 'Clean tags'!",
+     .run = Clean_tags,
+     .outputs = kTagOutputs,
+     .named_after = Picker::kFirst},
+});
 
 /// The operation with this code; null when there is none.
 const Operation* FindOperation(int code);
-
-/// Takes `path` as the picked file of `buffer` and converts its line breaks if need be; the buffer
-/// then holds the path to use. A path of more than 1000 bytes ends the process.
-void PickFile(PathBuffer& buffer, std::string_view path);
-
-/// What a button does: checks the picked files, shows the note, runs the operation and tells how it
-/// ended. Gives 1 on success; 0 when the checks stopped it; else what the operation gave.
-int RunOperation(const Operation& operation);
 
 }  // namespace tarvel

@@ -37,7 +37,7 @@ int RaiseStackLimit() {
   return 0;
 }
 
-void TellOfLostFiles() { std::signal(SIGBUS, EndForLostFile); }
+void ReportLostFiles() { std::signal(SIGBUS, EndForLostFile); }
 
 std::string_view DirectoryOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');

@@ -15,7 +15,7 @@ int RaiseStackLimit();
 
 /// Lets the program end with a message and the exit status 1 when a file that it has mapped is cut
 /// short by another program or cannot be read, where the system would end it without a word.
-void TellOfLostFiles();
+void ReportLostFiles();
 
 /// Puts the path of the running executable into `executable` and its directory, without a final
 /// "/", into `directory`; both are empty when the system does not tell. An executable in the root

@@ -63,7 +63,4 @@ void Choose(Settings& settings, const FlagGroup<N>& group, Flag Settings::*chose
   settings.*chosen = 1;
 }
 
-/// The settings of this process.
-extern Settings GlobalSettings;
-
 }  // namespace tarvel

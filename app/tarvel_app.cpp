@@ -2,7 +2,7 @@
 #include "app/tarvel_app.h"
 
 #include "app/process.h"
-#include "core/reports.h"
+#include "app/reporter.h"
 #include "gui/tarvel_dialog.h"
 
 namespace tarvel {

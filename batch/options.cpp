@@ -28,7 +28,7 @@ class HelpFormatter final : public CLI::Formatter {
   std::string make_description(const CLI::App* /*app*/) const override { return {}; }
   std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
     std::string text = std::string(kUsage) + kDescription + "\n\nOperations:\n";
-    for (const Operation& operation : Operations()) {
+    for (const Operation& operation : kOperations) {
       std::string name(operation.batch_name);
       name.resize(kNameColumn, ' ');
       text.append("  ").append(name).append(operation.description).append("\n");
@@ -133,11 +133,10 @@ std::size_t FilesNeeded(const Operation& operation) {
 /// files.
 std::string TakeWords(std::vector<std::string> words, BatchRequest& request) {
   if (words.empty()) return "no operation is given; --list-operations names them";
-  const auto all = Operations();
-  const auto found = std::find_if(all.begin(), all.end(), [&](const Operation& operation) {
-    return operation.batch_name == words.front();
-  });
-  if (found == all.end()) return "unknown operation '" + words.front() + "'";
+  const auto* const found = std::find_if(
+      kOperations.begin(), kOperations.end(),
+      [&](const Operation& operation) { return operation.batch_name == words.front(); });
+  if (found == kOperations.end()) return "unknown operation '" + words.front() + "'";
   words.erase(words.begin());
 
   const std::size_t needed = FilesNeeded(*found);
@@ -149,14 +148,14 @@ std::string TakeWords(std::vector<std::string> words, BatchRequest& request) {
   if (!request.key_map_file.empty() && found->code != OperationCode::kCleanDoubles) {
     return "'--key-map' is of no use for '" + name + "'";
   }
-  request.operation = &*found;
+  request.operation = found;
   request.files = std::move(words);
   return {};
 }
 
 std::string ListOperations() {
   std::string list;
-  for (const Operation& operation : Operations()) list.append(operation.batch_name).append("\n");
+  for (const Operation& operation : kOperations) list.append(operation.batch_name).append("\n");
   return list;
 }
 
@@ -178,7 +177,7 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   CLI::App app(kDescription, "tarvel-batch");
   app.formatter(std::make_shared<HelpFormatter>());
   app.set_help_flag("--help", "print this text and stop");
-  app.set_version_flag("--version", VersionString, "print the version and stop");
+  app.set_version_flag("--version", std::string(VersionString), "print the version and stop");
   app.add_flag("--list-operations", list, "print the names of the operations and stop");
   AddGroup(app, settings, "--style", "journal style of extract and text", kStyleWords, kStyleFlags);
   AddGroup(app, settings, "--pages", "what extract and text print of the pages", kPagesWords,
@@ -207,7 +206,7 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
     request.text = app.help();
     return request;
   } catch (const CLI::CallForVersion&) {
-    request.text = VersionString + "\n";
+    request.text = std::string(VersionString) + "\n";
     return request;
   } catch (const CLI::ParseError& error) {
     WrongUsage(request, error.what());

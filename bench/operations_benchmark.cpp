@@ -10,7 +10,7 @@
 #include "app/process.h"
 #include "bench/library_maker.h"
 #include "bench/memory_disk.h"
-#include "core/reports.h"
+#include "ops/journal_styles.h"
 #include "ops/operations.h"
 
 namespace tarvel::bench {
@@ -59,10 +59,15 @@ void RunRow(benchmark::State& state, const Row& row) {
   disk.files.emplace(kFirst, FirstLibrary(entries));
   if (row.second == kSecond) disk.files.emplace(kSecond, SecondLibrary(entries));
   if (row.first == kDocument) disk.files.emplace(kDocument, Document(entries));
-  const RunContext run{std::string(row.first), std::string(row.second), Settings(), disk,
-                       &ProgramDirectory};
   QuietReporter reporter;
-  InstallReporter(reporter);
+  JournalStyles styles;
+  const RunContext run{.first_path = std::string(row.first),
+                       .second_path = std::string(row.second),
+                       .settings = Settings(),
+                       .files = disk,
+                       .reporter = reporter,
+                       .styles = styles,
+                       .program_directory = &ProgramDirectory};
   std::size_t read = disk.files.at(std::string(row.first)).size();
   if (!row.second.empty()) read += disk.files.at(std::string(row.second)).size();
   for (auto _ : state) {
@@ -71,8 +76,6 @@ void RunRow(benchmark::State& state, const Row& row) {
     break;
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(read));
-  static QuietReporter none;
-  InstallReporter(none);
 }
 
 const bool kRegistered = [] {

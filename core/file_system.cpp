@@ -15,13 +15,12 @@ namespace {
 
 constexpr std::size_t kLargeFile = std::size_t{1} << 22;
 
-bool maps_large_files = false;
-
 constexpr mode_t kNewFileMode = 0666;  // what fopen asks for; the umask decides
 
 class FileSource final : public ByteSource {
  public:
-  FileSource(int descriptor, std::size_t size) : descriptor_(descriptor), size_(size) {}
+  FileSource(int descriptor, std::size_t size, bool can_be_mapped)
+      : descriptor_(descriptor), size_(size), can_be_mapped_(can_be_mapped) {}
   FileSource(const FileSource&) = delete;
   FileSource& operator=(const FileSource&) = delete;
   ~FileSource() override {
@@ -38,7 +37,7 @@ class FileSource final : public ByteSource {
   std::size_t Size() const override { return size_; }
 
   std::string_view Map() override {
-    if (!maps_large_files || size_ < kLargeFile) return {};
+    if (!can_be_mapped_) return {};
     void* const mapped = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor_, 0);
     if (mapped == MAP_FAILED) return {};
     mapped_ = mapped;
@@ -48,6 +47,7 @@ class FileSource final : public ByteSource {
  private:
   int descriptor_;
   std::size_t size_;
+  bool can_be_mapped_;
   void* mapped_ = nullptr;
 };
 
@@ -83,6 +83,8 @@ class FileSink final : public ByteSink {
 
 class PosixFileSystem final : public FileSystem {
  public:
+  explicit PosixFileSystem(LargeFiles large_files) : large_files_(large_files) {}
+
   std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override {
     const int flags = mode == ReadMode::kUpdate ? O_RDWR : O_RDONLY;
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC);
@@ -93,8 +95,9 @@ class PosixFileSystem final : public FileSystem {
       return nullptr;
     }
     const bool sized = S_ISREG(status.st_mode) && status.st_size > 0;
-    return std::make_unique<FileSource>(descriptor,
-                                        sized ? static_cast<std::size_t>(status.st_size) : 0);
+    const std::size_t size = sized ? static_cast<std::size_t>(status.st_size) : 0;
+    const bool can_be_mapped = large_files_ == LargeFiles::kMapped && size >= kLargeFile;
+    return std::make_unique<FileSource>(descriptor, size, can_be_mapped);
   }
 
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override {
@@ -110,6 +113,9 @@ class PosixFileSystem final : public FileSystem {
     return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
   }
+
+ private:
+  const LargeFiles large_files_;
 };
 
 }  // namespace
@@ -122,11 +128,10 @@ std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMod
   return lines;
 }
 
-void MapLargeFiles() { maps_large_files = true; }
-
-FileSystem& RealFileSystem() {
-  static PosixFileSystem files;
-  return files;
+FileSystem& RealFileSystem(LargeFiles large_files) {
+  static PosixFileSystem copying(LargeFiles::kCopied);
+  static PosixFileSystem mapping(LargeFiles::kMapped);
+  return large_files == LargeFiles::kMapped ? mapping : copying;
 }
 
 }  // namespace tarvel

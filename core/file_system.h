@@ -14,9 +14,6 @@ namespace tarvel {
 /// although nothing is ever written to it.
 enum class ReadMode { kRead, kUpdate };
 
-/// stdio's modes for new files: "w" and "w+". "w+" means that the file must be readable too.
-enum class CreateMode { kWrite, kWriteRead };
-
 /// The program's only door to the disk, so that a test can make any part of it fail.
 class FileSystem {
  public:
@@ -35,12 +32,11 @@ class FileSystem {
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
 
-/// The file system of the machine.
-FileSystem& RealFileSystem();
+/// How files of 4 MiB and more are read. Copying them into memory would cost more than all the rest
+/// of a run, but a mapped file that another program cuts short raises SIGBUS.
+enum class LargeFiles { kCopied, kMapped };
 
-/// From now on files of 4 MiB and more are mapped, not copied into memory, which costs more than
-/// anything else that is done to them. A file that another program cuts short while it is mapped
-/// raises SIGBUS.
-void MapLargeFiles();
+/// The file system of the machine.
+FileSystem& RealFileSystem(LargeFiles large_files = LargeFiles::kCopied);
 
 }  // namespace tarvel

@@ -8,6 +8,9 @@
 
 namespace tarvel {
 
+/// stdio's modes for new files: "w" and "w+". "w+" means that the file must be readable too.
+enum class CreateMode { kWrite, kWriteRead };
+
 /// Where the bytes of a new file go. Closed by its destructor if `Close` was not called.
 class ByteSink {
  public:

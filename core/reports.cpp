@@ -1,56 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "core/reports.h"
 
-#include <cstdio>
 #include <string>
 
 namespace tarvel {
 
-namespace {
-
-/// What speaks until a program installs its own: the terminal.
-class TerminalReporter final : public Reporter {
- public:
-  int Print(std::string_view text) override {
-    const std::size_t size = std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
-    return static_cast<int>(size);
-  }
-  void Box(std::string_view message, std::string_view caption) override {
-    Warn(std::string("[").append(caption).append("] ").append(message));
-  }
-  void Warn(std::string_view text) override {
-    std::fwrite(text.data(), 1, text.size(), stderr);
-    std::fputc('\n', stderr);
-  }
-};
-
-Reporter*& Installed() {
-  static TerminalReporter terminal;
-  static Reporter* installed = &terminal;
-  return installed;
+int TerminalReporter::Print(std::string_view text) {
+  PrintOn(stdout, text);
+  return static_cast<int>(text.size());
 }
 
-}  // namespace
-
-void InstallReporter(Reporter& reporter) { Installed() = &reporter; }
-
-int Print(std::string_view text) { return Installed()->Print(text); }
-
-void ShowBox(std::string_view message, std::string_view caption) {
-  Installed()->Box(message, caption);
+void TerminalReporter::Box(std::string_view message, std::string_view caption) {
+  PrintOn(stderr, std::string("[").append(caption).append("] ").append(message).append("\n"));
 }
 
-void Warn(std::string_view text) { Installed()->Warn(text); }
+void TerminalReporter::Warn(std::string_view text) {
+  PrintOn(stderr, std::string(program_).append(": warning: ").append(text).append("\n"));
+}
 
-int PrintError(std::string_view text) {
+void PrintOn(std::FILE* stream, std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stream);
+  std::fflush(stream);
+}
+
+int PrintError(Reporter& reporter, std::string_view text) {
   std::string message = "Attention, an error occured!\nError: ";  // sic
-  return Print(message.append(text).append("\n\n"));
+  return reporter.Print(message.append(text).append("\n\n"));
 }
 
-void ReportError(std::string_view text, std::string_view title, int mode) {
-  if (mode == kReportOnTerminal) PrintError(text);
-  if (mode == kReportInBox) ShowBox(text, title);
+void ReportError(Reporter& reporter, std::string_view text, std::string_view title, int mode) {
+  if (mode == kReportOnTerminal) PrintError(reporter, text);
+  if (mode == kReportInBox) reporter.Box(text, title);
 }
 
 }  // namespace tarvel

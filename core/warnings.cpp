@@ -4,15 +4,14 @@
 #include <algorithm>
 
 #include "core/byte_lanes.h"
-#include "core/reports.h"
 
 namespace tarvel {
 
 namespace {
 
 constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
-/// How much of a warning's text is told; the file has all of it.
-constexpr std::size_t kMostOfText = 200;
+/// The bytes of a warning's text that go to the reporter; the file has all of it.
+constexpr std::size_t kLongestText = 200;
 
 std::size_t CountBreaks(std::string_view bytes) { return CountByte(bytes, '\n'); }
 
@@ -52,8 +51,8 @@ std::string EscapeField(std::string_view text) {
 
 /// The beginning of a long text, not cut within a UTF-8 character.
 std::string Shorten(std::string_view text) {
-  if (text.size() <= kMostOfText) return std::string(text);
-  std::size_t size = kMostOfText;
+  if (text.size() <= kLongestText) return std::string(text);
+  std::size_t size = kLongestText;
   while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80) --size;
   return std::string(text.substr(0, size)).append("...");
 }
@@ -88,7 +87,7 @@ std::size_t LineNumbers::At(std::size_t offset) {
 
 void FileWarnings::Report(WarningKind kind, std::size_t offset, std::string_view key,
                           std::string_view text) {
-  if (!ReportNumber(kind)) to_->Take({kind, path_, numbers_.At(offset), key, text});
+  if (!ReportNumber(kind)) to_->Report({kind, path_, numbers_.At(offset), key, text});
 }
 
 std::string EscapeControls(std::string_view text) {
@@ -103,19 +102,19 @@ std::string EscapeControls(std::string_view text) {
   return result;
 }
 
-void WarningReport::Take(const Warning& warning) {
+void WarningReport::Report(const Warning& warning) {
   const std::size_t count = ++counts_[static_cast<std::size_t>(warning.kind)];
   if (outputs_.file) {
     outputs_.file->Write({RowOf(warning.kind).name, "\t", EscapeField(warning.file), "\t",
                           std::to_string(warning.line), "\t", EscapeField(warning.key), "\t",
                           EscapeField(warning.text), "\n"});
   }
-  if (!outputs_.quiet && count <= kMostTold) Warn(EscapeControls(LineOf(warning)));
+  if (!outputs_.quiet && count <= kMostShown) reporter_.Warn(EscapeControls(LineOf(warning)));
 }
 
-bool WarningReport::TakeNumber(WarningKind kind) {
+bool WarningReport::ReportNumber(WarningKind kind) {
   std::size_t& count = counts_[static_cast<std::size_t>(kind)];
-  if (outputs_.file || (!outputs_.quiet && count < kMostTold)) return false;
+  if (outputs_.file || (!outputs_.quiet && count < kMostShown)) return false;
   ++count;
   return true;
 }
@@ -125,16 +124,16 @@ void WarningReport::MapKey(std::string_view old_key, std::string_view new_key) {
   outputs_.key_map->Write({EscapeField(old_key), "\t", EscapeField(new_key), "\n"});
 }
 
-void WarningReport::TellCounts() const {
+void WarningReport::ReportCounts() const {
   if (outputs_.quiet) return;
   for (std::size_t i = 0; i < counts_.size(); ++i) {
     if (counts_[i] == 0) continue;
     std::string line = std::string("in total ").append(kWarningKinds[i].summary).append(" (");
     line.append(kWarningKinds[i].name).append("): ").append(std::to_string(counts_[i]));
-    if (counts_[i] > kMostTold) {
-      line.append(", told of the first ").append(std::to_string(kMostTold));
+    if (counts_[i] > kMostShown) {
+      line.append(", told of the first ").append(std::to_string(kMostShown));
     }
-    Warn(line);
+    reporter_.Warn(line);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/output_file.h"
+#include "core/reports.h"
 
 namespace tarvel {
 
@@ -88,15 +89,15 @@ struct Warning {
   std::string_view text;
 };
 
-/// Takes what operations report; what becomes of it is the program's business.
+/// Where operations report their warnings; what becomes of them is the program's business.
 class Warnings {
  public:
   virtual ~Warnings() = default;
-  virtual void Take(const Warning& warning) = 0;
-  /// Takes one of a kind of which only the number counts any more, and is then not told the rest;
-  /// false, and nothing is taken, while the whole warning is wanted.
-  virtual bool TakeNumber(WarningKind /*kind*/) { return false; }
-  /// Takes that documents that cite `old_key` must cite `new_key` in the new library.
+  virtual void Report(const Warning& warning) = 0;
+  /// Counts a warning whose text nobody will see and returns true; returns false, counting nothing,
+  /// while the full warning is still wanted.
+  virtual bool ReportNumber(WarningKind /*kind*/) { return false; }
+  /// Reports that documents that cite `old_key` must cite `new_key` in the new library.
   virtual void MapKey(std::string_view /*old_key*/, std::string_view /*new_key*/) {}
 };
 
@@ -116,17 +117,17 @@ class LineNumbers {
   std::size_t last_breaks_ = 0;
 };
 
-/// Reports what one file gives cause to. Without anyone to take it, nothing is done.
+/// Reports the warnings about one file. Does nothing when nobody wants them.
 class FileWarnings {
  public:
   /// `to` may be null; `bytes`, the file's, must outlive this.
   FileWarnings(Warnings* to, std::string_view path, std::string_view bytes)
       : to_(to), path_(path), numbers_(bytes) {}
 
-  /// Whether anyone takes what is reported: texts need not be made up for nobody.
+  /// Whether anybody wants warnings. Where nobody does, their texts need not be made up.
   bool Wanted() const { return to_ != nullptr; }
-  /// Reports one of a kind if its place and text are of no interest; else it is to be reported.
-  bool ReportNumber(WarningKind kind) { return !to_ || to_->TakeNumber(kind); }
+  /// Counts a warning whose text nobody will see and returns true; false when it is to be reported.
+  bool ReportNumber(WarningKind kind) { return !to_ || to_->ReportNumber(kind); }
   /// The number, from 1, of the line that holds the byte at `offset`.
   std::size_t LineOf(std::size_t offset) { return numbers_.At(offset); }
   /// Reports something about the line that holds the byte at `offset`.
@@ -143,27 +144,30 @@ std::string EscapeControls(std::string_view text);
 
 /// Where warnings go, besides the reporter.
 struct WarningOutputs {
-  bool quiet = false;             // the reporter is told nothing
+  bool quiet = false;             // nothing goes to the reporter
   OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
   OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between
 };
 
-/// Passes warnings on: to the reporter the first of each kind and at the end the number of each
-/// kind, to a file all of them. In the file controls are escaped and a backslash is doubled.
+/// Sends the first warnings of each kind, and at the end the number of each kind, to the reporter,
+/// and all of them to a file. In the file controls are escaped and a backslash is doubled.
 class WarningReport final : public Warnings {
  public:
-  /// How many of each kind the reporter is told.
-  static constexpr std::size_t kMostTold = 20;
+  /// How many of each kind go to the reporter.
+  static constexpr std::size_t kMostShown = 20;
 
-  explicit WarningReport(const WarningOutputs& outputs) : outputs_(outputs) {}
-  void Take(const Warning& warning) override;
-  bool TakeNumber(WarningKind kind) override;
+  /// `reporter` must outlive this.
+  WarningReport(const WarningOutputs& outputs, Reporter& reporter)
+      : outputs_(outputs), reporter_(reporter) {}
+  void Report(const Warning& warning) override;
+  bool ReportNumber(WarningKind kind) override;
   void MapKey(std::string_view old_key, std::string_view new_key) override;
-  /// Tells the reporter how many there were of each kind.
-  void TellCounts() const;
+  /// Sends the number of each kind to the reporter.
+  void ReportCounts() const;
 
  private:
   WarningOutputs outputs_;
+  Reporter& reporter_;
   std::array<std::size_t, kWarningKinds.size()> counts_{};
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/settings.h"
+#include "app/globals.h"
 #include "gui/base/pref_dialog.h"
 
 namespace tarvel {

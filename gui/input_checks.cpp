@@ -5,9 +5,7 @@
 
 #include "app/globals.h"
 #include "app/operations.h"
-#include "app/settings.h"
-#include "core/file_system.h"
-#include "core/reports.h"
+#include "app/reporter.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -74,35 +72,37 @@ bool AnyLineSettles(LineStream& lines, bool (*settles)(Line&)) {
   return false;
 }
 
-bool Passes(const FileCheck& check) {
+bool Passes(const FileCheck& check, FileSystem& files) {
   if (check.path.Empty()) return Stop(check.empty_message, check.empty_caption);
-  auto source = RealFileSystem().OpenSource(check.path.Get(), ReadMode::kRead);
+  auto source = files.OpenSource(check.path.Get(), ReadMode::kRead);
   if (!source) return Stop(check.not_opened_message, check.other_caption);
   LineStream lines(std::move(source));
   if (AnyLineSettles(lines, check.settles)) return true;
   return Stop(check.wrong_kind_message, check.other_caption);
 }
 
-bool PassesAll(Needs needs) {
+bool PassesAll(Needs needs, FileSystem& files) {
   switch (needs) {
     case Needs::kLibrary:
-      return Passes(kFirstLibrary);
+      return Passes(kFirstLibrary, files);
     case Needs::kTwoLibraries:
-      return Passes(kFirstLibrary) && Passes(kSecondLibrary);
+      return Passes(kFirstLibrary, files) && Passes(kSecondLibrary, files);
     case Needs::kDocumentAndLibrary:
-      return Passes(kDocument) && Passes(kSecondLibrary);
+      return Passes(kDocument, files) && Passes(kSecondLibrary, files);
     case Needs::kLibraryAndJournalList:
-      return Passes(kFirstLibrary) &&
-             (GlobalSettings.UseOwnJournalFile == 0 || Passes(kJournalList));
+      return Passes(kFirstLibrary, files) &&
+             (GlobalSettings.UseOwnJournalFile == 0 || Passes(kJournalList, files));
   }
   return true;
 }
 
 }  // namespace
 
-int CheckInputFiles(int code) {
+int CheckInputFiles(int code) { return CheckInputFiles(code, RealFileSystem(GlobalLargeFiles)); }
+
+int CheckInputFiles(int code, FileSystem& files) {
   const Operation* operation = FindOperation(code);
-  return !operation || PassesAll(operation->needs) ? 1 : 0;
+  return !operation || PassesAll(operation->needs, files) ? 1 : 0;
 }
 
 }  // namespace tarvel

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/file_system.h"
+
 namespace tarvel {
 
 /// Checks that the files which an operation needs are picked, can be opened and look like what they
@@ -10,5 +12,7 @@ namespace tarvel {
 /// Files are read in lines of at most 999 bytes and only up to the first line that settles the
 /// question.
 int CheckInputFiles(int code);
+/// The same on other files than those of the machine.
+int CheckInputFiles(int code, FileSystem& files);
 
 }  // namespace tarvel

@@ -7,11 +7,10 @@
 #include <string>
 #include <utility>
 
+#include "app/reporter.h"
 #include "core/file_names.h"
-#include "core/file_system.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
-#include "core/reports.h"
 
 namespace tarvel {
 
@@ -174,7 +173,9 @@ int SystemOf(const LineBreaks& breaks) {
   return kMacSystem;
 }
 
-int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, RealFileSystem()); }
+int ConvertLineEndings(PathBuffer& path) {
+  return ConvertLineEndings(path, RealFileSystem(GlobalLargeFiles));
+}
 
 int ConvertLineEndings(PathBuffer& path, FileSystem& files) {
   const std::string picked = path.Get();

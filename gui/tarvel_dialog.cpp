@@ -7,9 +7,9 @@
 #include <wx/utils.h>
 
 #include "app/globals.h"
-#include "app/operations.h"
+#include "app/reporter.h"
+#include "app/run_operation.h"
 #include "app/texts.h"
-#include "core/reports.h"
 #include "gui/picker_drop_target.h"
 #include "gui/tarvel_gui_pref_clean.h"
 #include "gui/tarvel_gui_pref_extract.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/tarvel_gui_pref_clean.h"
 
+#include "app/globals.h"
 #include "gui/wx_text.h"
 
 namespace tarvel {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/tarvel_gui_pref_journal.h"
 
+#include "app/reporter.h"
 #include "app/texts.h"
-#include "core/reports.h"
 #include "gui/wx_text.h"
 
 namespace tarvel {

@@ -6,9 +6,6 @@
 #include <wx/translation.h>
 #include <wx/utils.h>
 
-#include <cstdio>
-#include <string>
-
 #include "gui/wx_text.h"
 
 namespace tarvel {
@@ -31,25 +28,11 @@ class BusyCursorPause {
   int depth_ = 0;
 };
 
-void PrintOn(std::FILE* stream, std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stream);
-  std::fflush(stream);
-}
-
 }  // namespace
-
-int WxReporter::Print(std::string_view text) {
-  PrintOn(stdout, text);
-  return static_cast<int>(text.size());
-}
 
 void WxReporter::Box(std::string_view message, std::string_view caption) {
   const BusyCursorPause pause;
   wxMessageBox(ToWx(message), wxGetTranslation(ToWx(caption)), wxOK | wxCENTRE);
-}
-
-void WxReporter::Warn(std::string_view text) {
-  PrintOn(stderr, std::string("tarvel: warning: ").append(text).append("\n"));
 }
 
 }  // namespace tarvel

@@ -6,12 +6,11 @@
 namespace tarvel {
 
 /// How the dialog speaks: boxes of the toolkit, and the terminal.
-class WxReporter final : public Reporter {
+class WxReporter final : public TerminalReporter {
  public:
-  int Print(std::string_view text) override;
+  WxReporter() : TerminalReporter("tarvel") {}
   /// The caption is looked up in the toolkit's translations; without one it is shown as it is.
   void Box(std::string_view message, std::string_view caption) override;
-  void Warn(std::string_view text) override;
 };
 
 }  // namespace tarvel

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/texts.h"
-#include "core/reports.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/author_lists.h"
@@ -145,26 +144,23 @@ void WriteSummary(OutputFile& log, int changed, const std::string& input,
 }  // namespace
 
 int RunCleanAuthors(const RunContext& run) {
-  if (run.first_path.empty()) return Fail(kNoLibrary);
+  if (run.first_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
-  if (!input) return Fail(kNotOpened, kInputNotOpened);
+  if (!input) return Fail(run, kNotOpened, kInputNotOpened);
 
-  const auto log =
-      CreateOutput(run, OutputPath(run.first_path, Output::kAuthorLog), CreateMode::kWriteRead);
-  if (!log) return Fail(kLogNotCreated);
-  log->Write({LogFileHeader, "\n"});
+  const auto log = CreateWithHeader(run, run.first_path, Output::kAuthorLog);
+  if (!log) return Fail(run, kLogNotCreated);
   const std::string path = OutputPath(run.first_path, Output::kAuthorLibrary);
-  Print(path + " " + run.first_path + "\n");
-  const auto library = CreateOutput(run, path, CreateMode::kWriteRead);
-  if (!library) return Fail(std::string(kLibraryNotCreated).append(path).append(" !"));
-  library->Write({BibFileHeader, "\n"});
+  run.reporter.Print(path + " " + run.first_path + "\n");
+  const auto library = CreateWithHeader(run, run.first_path, Output::kAuthorLibrary);
+  if (!library) return Fail(run, std::string(kLibraryNotCreated).append(path).append(" !"));
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kReadTags{std::string_view("author")};
   ScanLibrary(input->Bytes(), {limits::kLongLine, kReadTags}, warnings);
   const int changed = AuthorCleaner(*input, *library, *log, warnings).Walk();
   WriteSummary(*log, changed, run.first_path, library->Path());
-  return CloseOutputs({library.get(), log.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

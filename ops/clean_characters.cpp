@@ -10,8 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/texts.h"
-#include "core/reports.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/operations.h"
 
@@ -198,8 +197,9 @@ void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
               std::string_view(&byte, 1), "--) could be found.", KindOf(code), "\n\n"});
 }
 
-int FailInBox(std::string_view message, std::string_view caption, int result) {
-  ShowBox(message, caption);
+int FailInBox(const RunContext& run, std::string_view message, std::string_view caption,
+              int result) {
+  run.reporter.Box(message, caption);
   return result;
 }
 
@@ -209,18 +209,15 @@ int RunCleanCharacters(const RunContext& run) {
   if (run.first_path.empty()) return kInputNotOpened;
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
   if (!input) {
-    return FailInBox("Could not open the BibTeX file!", "BibTeX file?", kInputNotOpened);
+    return FailInBox(run, "Could not open the BibTeX file!", "BibTeX file?", kInputNotOpened);
   }
-  const auto log =
-      CreateOutput(run, OutputPath(run.first_path, Output::kCharacterLog), CreateMode::kWriteRead);
-  if (!log) return FailInBox("Could not open the log file!", "Log file?", kFailed);
-  log->Write({LogFileHeader, "\n"});
+  const auto log = CreateWithHeader(run, run.first_path, Output::kCharacterLog);
+  if (!log) return FailInBox(run, "Could not open the log file!", "Log file?", kFailed);
   const std::string new_path = OutputPath(run.first_path, Output::kCharacterLibrary);
-  const auto library = CreateOutput(run, new_path, CreateMode::kWriteRead);
+  const auto library = CreateWithHeader(run, run.first_path, Output::kCharacterLibrary);
   if (!library) {
-    return FailInBox("Could not open " + new_path + " !", "New BibTeX file?", kFailed);
+    return FailInBox(run, "Could not open " + new_path + " !", "New BibTeX file?", kFailed);
   }
-  library->Write({BibFileHeader, "\n"});
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   ScanLibrary(input->Bytes(), {limits::kLongLine}, warnings);
@@ -230,7 +227,7 @@ int RunCleanCharacters(const RunContext& run) {
               " bad characters in the BibTeX file\n    '", run.first_path,
               "'\ncould be found. The new BibTeX file is stored in\n    '", new_path,
               "'.\nThe bad characters were replaced by a '?'"});
-  return CloseOutputs({log.get(), library.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {log.get(), library.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <utility>
 
-#include "app/texts.h"
 #include "core/large_memory.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/entry_record.h"
 #include "ops/group_rules.h"
@@ -267,21 +267,18 @@ void WriteSummary(OutputFile& log, int not_written, const std::string& input,
 }  // namespace
 
 int RunCleanDoubles(const RunContext& run) {
-  if (run.first_path.empty()) return Fail(kNoLibrary);
+  if (run.first_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
-  if (!input) return Fail(kNotOpened);
+  if (!input) return Fail(run, kNotOpened);
 
-  const auto log =
-      CreateOutput(run, OutputPath(run.first_path, Output::kDoubleLog), CreateMode::kWrite);
-  if (!log) return Fail(kLogNotCreated);
-  log->Write({LogFileHeader, "\n"});
-  const auto file =
-      CreateOutput(run, OutputPath(run.first_path, Output::kDoubleLibrary), CreateMode::kWriteRead);
-  if (!file) return Fail(kLibraryNotCreated);
+  const auto log = CreateWithHeader(run, run.first_path, Output::kDoubleLog);
+  if (!log) return Fail(run, kLogNotCreated);
+  const auto file = CreateOutput(run, run.first_path, Output::kDoubleLibrary);
+  if (!file) return Fail(run, kLibraryNotCreated);
 
   // An entry takes a byte more in the new library than in the old one, at most three.
   constexpr std::size_t kSpare = 32;
-  const std::string header = BibFileHeader + "\n";
+  const std::string header = HeaderOf(file->Path());
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
@@ -291,7 +288,7 @@ int RunCleanDoubles(const RunContext& run) {
   const bool reached_end = cleaner.Walk();
   if (reached_end) WriteSummary(*log, cleaner.NotWritten(), run.first_path, file->Path());
   file->Write(library.Bytes());
-  const bool arrived = CloseOutputs({log.get(), file.get()});
+  const bool arrived = CloseOutputs(run, {log.get(), file.get()});
   return reached_end && arrived ? kSucceeded : kFailed;
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/tags.h"
 #include "app/texts.h"
+#include "core/library_scan.h"
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
@@ -245,18 +246,14 @@ void WriteSummary(OutputFile& log, const Counters& counters, const std::string& 
 }  // namespace
 
 int RunCleanTags(const RunContext& run) {
-  if (run.first_path.empty()) return Fail(kNoLibrary);
+  if (run.first_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
-  if (!input) return Fail(kNotOpened);
+  if (!input) return Fail(run, kNotOpened);
 
-  const auto library =
-      CreateOutput(run, OutputPath(run.first_path, Output::kTagLibrary), CreateMode::kWriteRead);
-  if (!library) return Fail(kLibraryNotCreated);
-  library->Write({BibFileHeader, "\n"});
-  const auto log =
-      CreateOutput(run, OutputPath(run.first_path, Output::kTagLog), CreateMode::kWrite);
-  if (!log) return Fail(kLogNotCreated);
-  log->Write({LogFileHeader, "\n"});
+  const auto library = CreateWithHeader(run, run.first_path, Output::kTagLibrary);
+  if (!library) return Fail(run, kLibraryNotCreated);
+  const auto log = CreateWithHeader(run, run.first_path, Output::kTagLog);
+  if (!log) return Fail(run, kLogNotCreated);
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
   ScanLibrary(input->Bytes(), {limits::kLongLine, kFilterNames}, file_warnings);
@@ -266,11 +263,11 @@ int RunCleanTags(const RunContext& run) {
   const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
   warnings.TellTags();
   if (!whole) {
-    (void)CloseOutputs({library.get(), log.get()});  // the run has failed, whatever arrives
+    (void)CloseOutputs(run, {library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;
   }
   WriteSummary(*log, counters, run.first_path, library->Path());
-  return CloseOutputs({library.get(), log.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "app/texts.h"
 #include "core/hash_index.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/compare_libraries.h"
 #include "ops/group_rules.h"
@@ -43,7 +43,9 @@ constexpr std::array<std::string_view, 7> kFailures{
     "Function Compare()_6 => Could not open the BibTeX file !",
     "Function Compare()_7 => Could not open the BibTeX file !"};
 
-int FailAt(Failure failure) { return Fail(kFailures[static_cast<std::size_t>(failure)]); }
+int FailAt(const RunContext& run, Failure failure) {
+  return Fail(run, kFailures[static_cast<std::size_t>(failure)]);
+}
 
 struct Counters {
   int exact = 0;
@@ -242,35 +244,31 @@ void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStr
   ScanLibrary(library.Bytes(), rules, warnings);
 }
 
-std::unique_ptr<OutputFile> CreateBeside(const RunContext& run, Output output) {
-  return CreateOutput(run, OutputPath(run.first_path, output), CreateMode::kWrite);
-}
-
 }  // namespace
 
 int RunCompare(const RunContext& run) {
-  if (run.first_path.empty()) return FailAt(Failure::kNoFirst);
-  if (run.second_path.empty()) return FailAt(Failure::kNoSecond);
+  if (run.first_path.empty()) return FailAt(run, Failure::kNoFirst);
+  if (run.second_path.empty()) return FailAt(run, Failure::kNoSecond);
   std::optional<LineStream> first = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-  if (!first) return FailAt(Failure::kFirstNotOpened);
+  if (!first) return FailAt(run, Failure::kFirstNotOpened);
   std::optional<LineStream> second = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
-  if (!second) return FailAt(Failure::kSecondNotOpened);
+  if (!second) return FailAt(run, Failure::kSecondNotOpened);
 
-  const auto log = CreateBeside(run, Output::kCompareLog);
-  if (!log) return FailAt(Failure::kLogNotCreated);
-  log->Write({LogFileHeader, "\n"});
-  const auto missing = CreateBeside(run, Output::kCompareMissing);
-  if (!missing) return FailAt(Failure::kMissingNotCreated);
-  const auto equal = CreateBeside(run, Output::kCompareEqual);
-  if (!equal) return FailAt(Failure::kEqualNotCreated);
-  missing->Write({BibFileHeader, "\n"});
-  equal->Write({BibFileHeader, "\n"});
+  const auto log = CreateWithHeader(run, run.first_path, Output::kCompareLog);
+  if (!log) return FailAt(run, Failure::kLogNotCreated);
+  const auto missing = CreateOutput(run, run.first_path, Output::kCompareMissing);
+  if (!missing) return FailAt(run, Failure::kMissingNotCreated);
+  const auto equal = CreateOutput(run, run.first_path, Output::kCompareEqual);
+  if (!equal) return FailAt(run, Failure::kEqualNotCreated);
+  // Headers only now: without the last file, the one before it stays empty.
+  missing->Write(HeaderOf(missing->Path()));
+  equal->Write(HeaderOf(equal->Path()));
 
   WarnOfLibrary(run, run.first_path, *first);
   WarnOfLibrary(run, run.second_path, *second);
   const Counters counters = Comparison(*first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
-  return CloseOutputs({log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -8,8 +8,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "app/texts.h"
-#include "core/reports.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/citation_warnings.h"
 #include "ops/cited_entries.h"
@@ -67,11 +66,12 @@ bool CopyEntry(OutputFile& output, LineStream& library) {
   return true;
 }
 
-/// Tells, in a box and in the file of references, that keys have no entry.
-void TellMissing(OutputFile& references, std::size_t cited, int found) {
+/// Reports, in a box and in the file of references, that keys have no entry.
+void ReportMissing(const RunContext& run, OutputFile& references, std::size_t cited, int found) {
   const std::string citations = std::to_string(cited);
   const std::string entries = std::to_string(found);
-  ReportError(citations + " citations could be found in the LaTeX file. However, only " + entries +
+  ReportError(run.reporter,
+              citations + " citations could be found in the LaTeX file. However, only " + entries +
                   " corresponding entries were found in the BibTeX library! Did you choose the "
                   "correct files?",
               "Correct files?", kReportInBox);
@@ -82,64 +82,59 @@ void TellMissing(OutputFile& references, std::size_t cited, int found) {
                     "that could be found also in the BibTeX library ... .\n\n\n"});
 }
 
-std::vector<Value> PrintExtracted(OutputFile& references, const Settings& settings,
+std::vector<Value> PrintExtracted(const RunContext& run, OutputFile& references,
                                   const EntryKind& entry, EntryValues& values) {
-  const std::optional<JournalStyle> style = SelectedStyle(settings);
+  const std::optional<JournalStyle> style = SelectedStyle(run.settings);
   if (!style) return {};
   const bool springer = *style == JournalStyle::kSpringerCompSci;
   ReferenceKind kind = entry.kind;
   if (kind == ReferenceKind::kArticle) {
     if (springer) ReplaceString(At(values, Value::kJournal), ".", "");
-    if (settings.PrintTitle != 0) kind = ReferenceKind::kArticleTitle;
+    if (run.settings.PrintTitle != 0) kind = ReferenceKind::kArticleTitle;
   }
   if (kind == ReferenceKind::kIncol && springer) kind = ReferenceKind::kInpro;
-  return PrintReference(references, GlobalJournalStyles.Format(*style, KeyOf(kind, true)),
+  return PrintReference(references, run.styles.Format(*style, KeyOf(kind, true)),
                         ValueOrder(kind, *style), values);
 }
 
 /// Writes the list of keys; 0 after a `PrintError` when that fails.
 int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
-  const auto list =
-      CreateOutput(run, OutputPath(run.second_path, Output::kExtractKeys), CreateMode::kWrite);
-  if (!list) return Fail(kKeysNotCreated);
-  list->Write({TextFileHeader, "\n"});
+  const auto list = CreateWithHeader(run, run.second_path, Output::kExtractKeys);
+  if (!list) return Fail(run, kKeysNotCreated);
   for (const std::string& key : keys) list->Write({key, "\n"});
-  return CloseOutputs({list.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {list.get()}) ? kSucceeded : kFailed;
 }
 
 /// Writes the library of the cited entries; gives their number, 0 after a `PrintError`.
 int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
-                 const std::function<void(std::size_t)>& tell_missing) {
+                 const std::function<void(std::size_t)>& on_missing) {
   std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
-  if (!library) return Fail(kLibraryNotOpened);
-  const auto output =
-      CreateOutput(run, OutputPath(run.second_path, Output::kExtractLibrary), CreateMode::kWrite);
-  if (!output) return Fail(kLibraryNotCreated);
-  output->Write({BibFileHeader, "\n"});
+  if (!library) return Fail(run, kLibraryNotOpened);
+  const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
+  if (!output) return Fail(run, kLibraryNotCreated);
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
   const ScanRules rules{limits::kShortLine, kReferenceTags};
-  SelectionTeller teller{{}, tell_missing};
+  SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
-    teller.tell_range = [&](const LibraryRange& range) {
+    observer.on_range = [&](const LibraryRange& range) {
       ScanRange(library->Bytes(), range, rules, warnings);
     };
   }
-  const int found = SelectAndWriteBibTeXEntriesIntoNewFile(*output, *library, keys, teller);
-  if (found == 0) PrintError(kNothingFound);
-  return CloseOutputs({output.get()}) ? found : 0;
+  const int found =
+      SelectAndWriteBibTeXEntriesIntoNewFile(run.reporter, *output, *library, keys, observer);
+  if (found == 0) PrintError(run.reporter, kNothingFound);
+  return CloseOutputs(run, {output.get()}) ? found : 0;
 }
 
 /// Writes the references of the new library, which holds `found` entries for `cited` keys.
 int WriteReferences(const RunContext& run, std::size_t cited, int found) {
   const std::string source = OutputPath(run.second_path, Output::kExtractLibrary);
   std::optional<LineStream> library = run.files.OpenLines(source, ReadMode::kUpdate);
-  if (!library) return Fail(kNewLibraryNotOpened);
-  const auto references =
-      CreateOutput(run, OutputPath(run.second_path, Output::kExtractTex), CreateMode::kWrite);
-  if (!references) return Fail(kReferencesNotCreated);
-  references->Write({TexFileHeader, "\n"});
-  if (static_cast<std::size_t>(found) < cited) TellMissing(*references, cited, found);
-  if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
+  if (!library) return Fail(run, kNewLibraryNotOpened);
+  const auto references = CreateWithHeader(run, run.second_path, Output::kExtractTex);
+  if (!references) return Fail(run, kReferencesNotCreated);
+  if (static_cast<std::size_t>(found) < cited) ReportMissing(run, *references, cited, found);
+  if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, source, *library);
   ReferenceWalk walk(
@@ -147,13 +142,13 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
       {limits::kLongLine, true, false, kAdvice,
        [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
        [&](const EntryKind& entry, EntryValues& values) {
-         return PrintExtracted(*references, run.settings, entry, values);
+         return PrintExtracted(run, *references, entry, values);
        }},
       &warnings);
-  if (!walk.ReadNext()) return Fail(kNoHeader);
-  if (!walk.Run(found)) return Fail(kLibraryTooShort);
-  TellUnsupported(walk.Unsupported(), kReferencesName);
-  return CloseOutputs({references.get()}) ? kSucceeded : kFailed;
+  if (!walk.ReadNext()) return Fail(run, kNoHeader);
+  if (!walk.Run(found)) return Fail(run, kLibraryTooShort);
+  ReportUnsupported(run.reporter, walk.Unsupported(), kReferencesName);
+  return CloseOutputs(run, {references.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace
@@ -180,30 +175,34 @@ int ScanCitations(LineStream& document, std::vector<std::string>& keys,
   return static_cast<int>(keys.size());
 }
 
-int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
+int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& output,
+                                           LineStream& library,
                                            const std::vector<std::string>& keys,
-                                           const SelectionTeller& teller) {
+                                           const SelectionObserver& observer) {
   CitedEntries entries(keys);
-  entries.Find(library, teller.tell_range);
+  entries.Find(library, observer.on_range);
   int found = 0;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::optional<std::size_t> head = entries.Head(i);
     if (!head) {
-      if (teller.tell_missing) teller.tell_missing(i);
+      if (observer.on_missing) observer.on_missing(i);
       continue;
     }
     library.SetPosition(*head);
-    if (!CopyEntry(output, library)) return Fail(kLibraryEndsWithHead);
+    if (!CopyEntry(output, library)) {
+      PrintError(reporter, kLibraryEndsWithHead);
+      return 0;
+    }
     ++found;
   }
   return found;
 }
 
 int RunExtract(const RunContext& run) {
-  if (run.first_path.empty()) return Fail(kNoDocument);
-  if (run.second_path.empty()) return Fail(kNoLibrary);
+  if (run.first_path.empty()) return Fail(run, kNoDocument);
+  if (run.second_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-  if (!document) return Fail(kDocumentNotOpened);
+  if (!document) return Fail(run, kDocumentNotOpened);
   FileWarnings warnings = WarningsOf(run, run.first_path, *document);
   std::vector<std::string> keys;
   std::vector<std::size_t> places;

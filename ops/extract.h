@@ -9,6 +9,7 @@
 #include "core/library_scan.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
+#include "core/reports.h"
 
 namespace tarvel {
 
@@ -20,19 +21,20 @@ namespace tarvel {
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
                   std::vector<std::size_t>* places = nullptr);
 
-/// Who is told of a selection of entries.
-struct SelectionTeller {
+/// What is called during a selection of entries. Either may be empty.
+struct SelectionObserver {
   /// Called with each range of the library that matters for the cited keys, in their order.
-  std::function<void(const LibraryRange&)> tell_range = {};
+  std::function<void(const LibraryRange&)> on_range = {};
   /// Then called with the number of each key that has no entry.
-  std::function<void(std::size_t)> tell_missing = {};
+  std::function<void(std::size_t)> on_missing = {};
 };
 
 /// Copies the entries of the keys (each key once) to `output`, in their order: for each the first
 /// entry of the library on whose head "{", the key and "," stand. Gives the number of keys that
 /// have one; 0 after a `PrintError` when the library ends with the head of such an entry.
-int SelectAndWriteBibTeXEntriesIntoNewFile(OutputFile& output, LineStream& library,
+int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& output,
+                                           LineStream& library,
                                            const std::vector<std::string>& keys,
-                                           const SelectionTeller& teller = {});
+                                           const SelectionObserver& observer = {});
 
 }  // namespace tarvel

@@ -4,7 +4,6 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "app/globals.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -176,8 +175,6 @@ std::string FormatOf(std::string_view line, std::size_t equals_sign) {
 
 }  // namespace
 
-JournalStyles GlobalJournalStyles;
-
 void JournalStyles::Define(std::string_view key, const std::string& format) {
   static const FormatNames names = BuiltInNames();
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -192,21 +189,21 @@ const std::string& JournalStyles::Format(JournalStyle style, StyleKey key) const
 int ReadJournalStyles(const RunContext& run, JournalStyles& styles) {
   const std::string path = run.program_directory().append(kStylesFile);
   std::optional<LineStream> file = run.files.OpenLines(path, ReadMode::kRead);
-  if (!file) return Fail(kNotOpened);
+  if (!file) return Fail(run, kNotOpened);
 
   int definitions = 0;
   while (const auto line = file->ReadLine(limits::kShortLine)) {
     if (!IsDefinition(*line)) continue;
     const std::size_t blank = line->find(' ');
-    if (blank == std::string_view::npos) return Fail(kNoBlank);
+    if (blank == std::string_view::npos) return Fail(run, kNoBlank);
     const std::size_t equals_sign = line->find('=');
-    if (equals_sign == std::string_view::npos) return Fail(kNoEqualsSign);
+    if (equals_sign == std::string_view::npos) return Fail(run, kNoEqualsSign);
     styles.Define(line->substr(0, blank + 1), FormatOf(*line, equals_sign));
     ++definitions;
   }
   if (definitions == kDefinitions) return kSucceeded;
   // The number told is one more than the number found.
-  return Fail(std::string(kWrongCount) + std::to_string(definitions + 1) + " entries\n");
+  return Fail(run, std::string(kWrongCount) + std::to_string(definitions + 1) + " entries\n");
 }
 
 std::optional<JournalStyle> SelectedStyle(const Settings& settings) {

@@ -66,10 +66,6 @@ class JournalStyles {
   std::array<std::string, kStyleCount * kStyleKeyCount> formats_;
 };
 
-/// The formats of this process. A format that a later style file does not define stays as an
-/// earlier one left it.
-extern JournalStyles GlobalJournalStyles;
-
 /// Reads the style file below the program directory into `styles`; gives 1 when it held exactly 71
 /// definitions, else 0 after a `PrintError`. A definition is a line (of at most 999 bytes) such as
 ///   APS_book = "%s by %s\n"; // comment

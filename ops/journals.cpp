@@ -8,8 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "app/globals.h"
-#include "app/texts.h"
+#include "core/library_scan.h"
 #include "ops/journal_lines.h"
 #include "ops/journal_table.h"
 #include "ops/operations.h"
@@ -60,24 +59,20 @@ void WriteJournalList(OutputFile& log, const JournalTable& journals) {
 
 int RunJournals(const RunContext& run) {
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
-  if (!input) return Fail(kNotOpened, kInputNotOpened);
+  if (!input) return Fail(run, kNotOpened, kInputNotOpened);
   std::optional<LineStream> list = run.files.OpenLines(ListPath(run), ReadMode::kRead);
-  if (!list) return Fail(kListNotOpened);
+  if (!list) return Fail(run, kListNotOpened);
 
-  const auto log =
-      CreateOutput(run, OutputPath(run.first_path, Output::kJournalLog), CreateMode::kWrite);
-  if (!log) return Fail(kLogNotCreated);
-  log->Write({LogFileHeader, "\n"});
-  const auto library = CreateOutput(run, OutputPath(run.first_path, Output::kJournalLibrary),
-                                    CreateMode::kWriteRead);
-  if (!library) return Fail(kLibraryNotCreated);
-  library->Write({BibFileHeader, "\n"});
+  const auto log = CreateWithHeader(run, run.first_path, Output::kJournalLog);
+  if (!log) return Fail(run, kLogNotCreated);
+  const auto library = CreateWithHeader(run, run.first_path, Output::kJournalLibrary);
+  if (!library) return Fail(run, kLibraryNotCreated);
 
   JournalTable journals(std::move(*list));
   const JournalListFault fault = journals.Read();
   if (fault != JournalListFault::kNone) {
-    Fail(kListFaults[static_cast<std::size_t>(fault)]);
-    (void)CloseOutputs({log.get(), library.get()});  // the run has failed, whatever arrives
+    Fail(run, kListFaults[static_cast<std::size_t>(fault)]);
+    (void)CloseOutputs(run, {log.get(), library.get()});  // the run has failed, whatever arrives
     return kFailed;
   }
 
@@ -88,7 +83,7 @@ int RunJournals(const RunContext& run) {
   log->Write({"The changed journal names are stored in a new BibTeX library:\n", library->Path(),
               "\n\n\n\n"});
   WriteJournalList(*log, journals);
-  return CloseOutputs({log.get(), library.get()}) ? kSucceeded : kFailed;
+  return CloseOutputs(run, {log.get(), library.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/globals.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -92,7 +91,7 @@ std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) cons
 int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
   const std::string path = run.program_directory().append(kLaTeXCommandsFile);
   std::optional<LineStream> file = run.files.OpenLines(path, ReadMode::kRead);
-  if (!file) return Fail(kNotOpened);
+  if (!file) return Fail(run, kNotOpened);
 
   std::vector<LaTeXCommands::Row> rows;
   bool started = false;

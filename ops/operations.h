@@ -5,19 +5,8 @@
 
 namespace tarvel {
 
-// Each operation as the buttons call it: on the picked files and the global settings. All give 1
-// when they succeeded; 0, or 2999 for a library that could not be opened, when they failed.
-
-int Extract();
-int Compare();
-int CreateText();
-int JournalStrings();
-int Clean_double();
-int Clean_author();
-int CleanCharacters();
-int Clean_tags();
-
-// Each operation as a function of its context: what does the work and what tests call.
+// The operations. Each sees its context and nothing global. All return 1 on success; 0, or 2999 for
+// a library that could not be opened, on failure.
 
 int RunExtract(const RunContext& run);
 int RunCompare(const RunContext& run);

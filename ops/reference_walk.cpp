@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/reports.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/author_format.h"
@@ -293,7 +292,7 @@ std::vector<Value> PrintReference(OutputFile& output, const std::string& format,
   return shown;
 }
 
-void TellUnsupported(int unsupported, std::string_view file_name) {
+void ReportUnsupported(Reporter& reporter, int unsupported, std::string_view file_name) {
   if (unsupported == 0) return;
   const bool one = unsupported == 1;
   std::string text = one ? "One entry is" : std::to_string(unsupported) + " entries are";
@@ -303,7 +302,7 @@ void TellUnsupported(int unsupported, std::string_view file_name) {
       " not an ARTICLE, BOOK, INCOLLECTION, PHDTHESIS, MASTERTHESIS, INPROCEEDINGS. Only the "
       "latter entry types are supported.\n\nFor more details see the '");
   text.append(file_name).append("' file.");
-  ReportError(text, "No support !", kReportInBox);
+  ReportError(reporter, text, "No support !", kReportInBox);
 }
 
 }  // namespace tarvel

@@ -14,6 +14,7 @@
 #include "core/line_stream.h"
 #include "core/name_matcher.h"
 #include "core/output_file.h"
+#include "core/reports.h"
 #include "core/warnings.h"
 #include "ops/journal_styles.h"
 
@@ -120,8 +121,8 @@ extern const std::array<std::string_view, 11> kReferenceTags;
 std::vector<Value> PrintReference(OutputFile& output, const std::string& format,
                                   std::span<const Value> order, const EntryValues& values);
 
-/// Shows the box that tells how many entries are not in the file; none when it is 0. `file_name` is
+/// Shows the box that says how many entries are not in the file; none when it is 0. `file_name` is
 /// what the text calls the file.
-void TellUnsupported(int unsupported, std::string_view file_name);
+void ReportUnsupported(Reporter& reporter, int unsupported, std::string_view file_name);
 
 }  // namespace tarvel

@@ -1,23 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "ops/run_context.h"
 
-#include "app/globals.h"
-#include "app/process.h"
-#include "core/reports.h"
+#include <array>
+
+#include "app/texts.h"
 
 namespace tarvel {
 
-RunContext GlobalRun() {
-  return {FirstFilePath.Get(),
-          SecondFilePath.Get(),
-          GlobalSettings,
-          RealFileSystem(),
-          [] {
-            GetProgramDirectory(ProgramDir, ExecutablePath);
-            return ProgramDir.Get();
-          },
-          GlobalWarnings};
-}
+namespace {
+
+struct HeaderRow {
+  std::string_view extension;
+  std::string_view header;
+};
+constexpr std::array<HeaderRow, 4> kHeaders{{{".log", LogFileHeader},
+                                             {".bib", BibFileHeader},
+                                             {".txt", TextFileHeader},
+                                             {".tex", TexFileHeader}}};
+
+}  // namespace
 
 std::string OutputPath(const std::string& library, Output output) {
   return ChangeExtension(library, SuffixOf(output)).value_or(std::string());
@@ -34,12 +35,31 @@ std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::strin
   return std::make_unique<OutputFile>(std::move(sink), path);
 }
 
-bool CloseOutputs(std::initializer_list<OutputFile*> files) {
+std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& library,
+                                         Output output) {
+  return CreateOutput(run, OutputPath(library, output), ModeOf(output));
+}
+
+std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::string& library,
+                                             Output output) {
+  std::unique_ptr<OutputFile> file = CreateOutput(run, library, output);
+  if (file) file->Write(HeaderOf(file->Path()));
+  return file;
+}
+
+std::string HeaderOf(std::string_view name) {
+  for (const HeaderRow& row : kHeaders) {
+    if (name.ends_with(row.extension)) return std::string(row.header).append("\n");
+  }
+  return {};
+}
+
+bool CloseOutputs(const RunContext& run, std::initializer_list<OutputFile*> files) {
   bool arrived = true;
   for (OutputFile* file : files) {
     if (file->Close()) continue;
     arrived = false;
-    PrintError("Could not write the file '" + file->Path() + "': " + file->Error());
+    PrintError(run.reporter, "Could not write the file '" + file->Path() + "': " + file->Error());
   }
   return arrived;
 }
@@ -48,8 +68,8 @@ FileWarnings WarningsOf(const RunContext& run, const std::string& path, const Li
   return {run.warnings, path, input.Bytes()};
 }
 
-int Fail(std::string_view text, int result) {
-  PrintError(text);
+int Fail(const RunContext& run, std::string_view text, int result) {
+  PrintError(run.reporter, text);
   return result;
 }
 

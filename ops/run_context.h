@@ -11,11 +11,13 @@
 #include "app/settings.h"
 #include "core/file_names.h"
 #include "core/file_system.h"
-#include "core/library_scan.h"
 #include "core/output_file.h"
+#include "core/reports.h"
 #include "core/warnings.h"
 
 namespace tarvel {
+
+class JournalStyles;
 
 /// All that an operation may know of the program around it.
 struct RunContext {
@@ -23,15 +25,15 @@ struct RunContext {
   std::string second_path;  // empty: not picked
   Settings settings;
   FileSystem& files;
+  Reporter& reporter;
+  JournalStyles& styles;
   /// The directory of the program's configuration files, without a final "/". Asked for only by
   /// the loaders of such files.
   std::function<std::string()> program_directory;
-  /// Takes what the run passes over, drops or cannot use; null when nobody wants to know.
+  /// Where the run reports what it passes over, drops or cannot use; null when nobody wants to
+  /// know.
   Warnings* warnings = nullptr;
 };
-
-/// The context of a run started by the user: the picked paths and the settings as they are now.
-RunContext GlobalRun();
 
 /// The path of an operation's new file beside `library`; empty when the library's path holds no
 /// ".".
@@ -41,16 +43,26 @@ std::string OutputPath(const std::string& library, Output output);
 /// picked files, which are never opened for writing.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& path, CreateMode mode);
+/// The same for one of the operations' own files, beside `library`.
+[[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
+                                                       const std::string& library, Output output);
+/// The same, and begins the file with its header.
+[[nodiscard]] std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run,
+                                                           const std::string& library,
+                                                           Output output);
+
+/// The header of a file with this name and the line break after it. The name's extension decides.
+std::string HeaderOf(std::string_view name);
 
 /// Closes new files; false when a byte of any did not arrive, after a `PrintError` for each such
 /// file. An operation whose files did not all arrive has failed.
-[[nodiscard]] bool CloseOutputs(std::initializer_list<OutputFile*> files);
+[[nodiscard]] bool CloseOutputs(const RunContext& run, std::initializer_list<OutputFile*> files);
 
 /// Where a run reports what the file at `path`, read whole into `input`, gives cause to.
 FileWarnings WarningsOf(const RunContext& run, const std::string& path, const LineStream& input);
 
-/// Prints a failure with `PrintError` and gives `result`, so that an operation can end with it.
-int Fail(std::string_view text, int result = 0);
+/// Reports a failure with `PrintError` and returns `result`, so that an operation can end with it.
+int Fail(const RunContext& run, std::string_view text, int result = 0);
 
 inline constexpr int kSucceeded = 1;
 inline constexpr int kFailed = 0;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/texts.h"
+#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/latex_commands.h"
 #include "ops/operations.h"
@@ -61,16 +61,15 @@ void TreatValues(const Settings& settings, const LaTeXCommands& commands, Refere
   }
 }
 
-std::vector<Value> PrintText(OutputFile& output, const Settings& settings, ReferenceKind kind,
+std::vector<Value> PrintText(const RunContext& run, OutputFile& output, ReferenceKind kind,
                              const EntryValues& values) {
-  const std::optional<JournalStyle> style = SelectedStyle(settings);
+  const std::optional<JournalStyle> style = SelectedStyle(run.settings);
   if (!style) return {};
-  if (kind == ReferenceKind::kArticle && settings.PrintTitle != 0) {
+  if (kind == ReferenceKind::kArticle && run.settings.PrintTitle != 0) {
     kind = ReferenceKind::kArticleTitle;
   }
-  const StyleKey key = KeyOf(kind, settings.UseLaTeXCode != 0);
-  return PrintReference(output, GlobalJournalStyles.Format(*style, key), ValueOrder(kind, *style),
-                        values);
+  const StyleKey key = KeyOf(kind, run.settings.UseLaTeXCode != 0);
+  return PrintReference(output, run.styles.Format(*style, key), ValueOrder(kind, *style), values);
 }
 
 /// The number of entries of the library; nothing when it cannot be opened.
@@ -83,19 +82,17 @@ std::optional<int> CountLibrary(const RunContext& run) {
 }  // namespace
 
 int RunText(const RunContext& run) {
-  if (run.first_path.empty()) return Fail(kNoLibrary);
+  if (run.first_path.empty()) return Fail(run, kNoLibrary);
   const std::optional<int> entries = CountLibrary(run);
-  if (!entries) return Fail(kNotOpened);
+  if (!entries) return Fail(run, kNotOpened);
   std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-  if (!library) return Fail(kNotReopened);
-  const auto output =
-      CreateOutput(run, OutputPath(run.first_path, Output::kText), CreateMode::kWrite);
-  if (!output) return Fail(kTextNotCreated);
-  output->Write({TextFileHeader, "\n"});
+  if (!library) return Fail(run, kNotReopened);
+  const auto output = CreateWithHeader(run, run.first_path, Output::kText);
+  if (!output) return Fail(run, kTextNotCreated);
 
   LaTeXCommands commands;
   if (CreateText_LaTeXArray(run, commands) != kSucceeded) return kFailed;
-  if (ReadJournalStyles(run, GlobalJournalStyles) != kSucceeded) return kFailed;
+  if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
   ScanLibrary(library->Bytes(), {limits::kShortLine, kReferenceTags}, warnings);
@@ -104,13 +101,13 @@ int RunText(const RunContext& run) {
                       [&](std::string_view key) { return NameReference(run.settings, key); },
                       [&](const EntryKind& entry, EntryValues& values) {
                         TreatValues(run.settings, commands, entry.kind, values);
-                        return PrintText(*output, run.settings, entry.kind, values);
+                        return PrintText(run, *output, entry.kind, values);
                       },
                       run.settings.UseLaTeXCode == 0},
                      &warnings);
-  if (!walk.Run(*entries)) return Fail(kLibraryTooShort);
-  TellUnsupported(walk.Unsupported(), kTextName);
-  return CloseOutputs({output.get()}) ? kSucceeded : kFailed;
+  if (!walk.Run(*entries)) return Fail(run, kLibraryTooShort);
+  ReportUnsupported(run.reporter, walk.Unsupported(), kTextName);
+  return CloseOutputs(run, {output.get()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -3,6 +3,9 @@
 
 #include <wx/sizer.h>
 
+#include <algorithm>
+#include <array>
+
 #include "gui/base/widgets.h"
 #include "gui/wx_text.h"
 
@@ -10,11 +13,11 @@ namespace tarvel {
 
 namespace {
 
-constexpr int kGap = 6;             // between widgets
-constexpr int kMargin = 12;         // around the dialog's panels
-constexpr int kPartingHeight = 14;  // between the fourth row and the fifth
-constexpr int kSpacerHeight = 20;   // above "About" and "Quit"
-constexpr std::size_t kRowsAboveParting = 4;
+constexpr int kGap = 6;            // between widgets
+constexpr int kMargin = 12;        // around the dialog's panels
+constexpr int kGroupGap = 14;      // between the fourth row and the fifth
+constexpr int kSpacerHeight = 20;  // above "About" and "Quit"
+constexpr std::size_t kFirstGroup = 4;
 
 wxFilePickerCtrl* NewPicker(wxWindow* parent, std::string_view purpose) {
   auto* picker =
@@ -69,7 +72,7 @@ GUIDialog::Row GUIDialog::BuildRow(const Operation& operation, wxSizer& grid) {
   grid.Add(row.description, 0, wxALIGN_CENTRE_VERTICAL);
   grid.Add(row.help, 0, wxEXPAND);
   grid.Add(row.operation, 0, wxEXPAND);
-  if (operation.preferences == Preferences::kNone) {
+  if (!operation.has_preferences) {
     grid.AddStretchSpacer();
     return row;
   }
@@ -85,10 +88,10 @@ wxPanel* GUIDialog::BuildOperations() {
   auto* grid = new wxFlexGridSizer(kColumns, kGap, kGap);
   grid->AddGrowableCol(0);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
-    if (i == kRowsAboveParting) {
-      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(kPartingHeight);
+    if (i == kFirstGroup) {
+      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(kGroupGap);
     }
-    rows_[i] = BuildRow(Operations()[i], *grid);
+    rows_[i] = BuildRow(kOperations[i], *grid);
   }
   operations_panel_->SetSizer(grid);
   return operations_panel_;
@@ -107,22 +110,33 @@ wxPanel* GUIDialog::BuildButtons() {
 }
 
 void GUIDialog::ConnectEvents() {
-  using Handler = void (GUIDialog::*)(wxCommandEvent&);
-  struct RowHandlers {
-    Handler help, operation, preferences;
-  };
   using G = GUIDialog;
-  // ORDER: Operations()
-  static constexpr std::array<RowHandlers, 8> kHandlers{{
-      {&G::OnHelpExtract, &G::OnExtract, &G::OnPreferencesExtract},
-      {&G::OnHelpCompare, &G::OnCompare, nullptr},
-      {&G::OnHelpText, &G::OnText, &G::OnPreferencesText},
-      {&G::OnHelpJournals, &G::OnJournals, &G::OnPreferencesJournals},
-      {&G::OnHelpCleanDoubles, &G::OnCleanDoubles, nullptr},
-      {&G::OnHelpCleanAuthors, &G::OnCleanAuthors, nullptr},
-      {&G::OnHelpCleanCharacters, &G::OnCleanCharacters, nullptr},
-      {&G::OnHelpCleanTags, &G::OnCleanTags, &G::OnPreferencesCleanTags},
-  }};
+  using enum OperationCode;
+  struct RowHandlers {
+    OperationCode code;
+    void (G::*help)(wxCommandEvent&);
+    void (G::*operation)(wxCommandEvent&);
+    void (G::*preferences)(wxCommandEvent&);  // null in rows without preferences
+  };
+  // ORDER: kOperations
+  static constexpr auto kHandlers = std::to_array<RowHandlers>({
+      {kExtract, &G::OnHelpExtract, &G::OnExtract, &G::OnPreferencesExtract},
+      {kCompare, &G::OnHelpCompare, &G::OnCompare, nullptr},
+      {kText, &G::OnHelpText, &G::OnText, &G::OnPreferencesText},
+      {kJournals, &G::OnHelpJournals, &G::OnJournals, &G::OnPreferencesJournals},
+      {kCleanDoubles, &G::OnHelpCleanDoubles, &G::OnCleanDoubles, nullptr},
+      {kCleanAuthors, &G::OnHelpCleanAuthors, &G::OnCleanAuthors, nullptr},
+      {kCleanCharacters, &G::OnHelpCleanCharacters, &G::OnCleanCharacters, nullptr},
+      {kCleanTags, &G::OnHelpCleanTags, &G::OnCleanTags, &G::OnPreferencesCleanTags},
+  });
+  static_assert(
+      std::equal(kHandlers.begin(), kHandlers.end(), kOperations.begin(), kOperations.end(),
+                 [](const RowHandlers& handlers, const Operation& row) {
+                   return handlers.code == row.code && handlers.help && handlers.operation &&
+                          (handlers.preferences != nullptr) == row.has_preferences;
+                 }),
+      "each row of kOperations needs its handlers here, in the same order: for the help, for the "
+      "operation and, where the row has preferences, for those");
   Bind(wxEVT_CLOSE_WINDOW, &G::OnClose, this);
   Bind(wxEVT_INIT_DIALOG, &G::OnInitialise, this);
   first_file_picker_->Bind(wxEVT_FILEPICKER_CHANGED, &G::OnFirstFileChanged, this);

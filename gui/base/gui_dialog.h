@@ -67,7 +67,7 @@ class GUIDialog : public wxDialog {
   wxFilePickerCtrl* second_file_picker_ = nullptr;
 
   wxPanel* operations_panel_ = nullptr;
-  std::array<Row, 8> rows_;  // ORDER: Operations()
+  std::array<Row, kOperations.size()> rows_;  // ORDER: kOperations
 
   wxPanel* buttons_panel_ = nullptr;
   wxButton* about_button_ = nullptr;

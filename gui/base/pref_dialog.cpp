@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "app/globals.h"
 #include "gui/base/widgets.h"
 #include "gui/wx_text.h"
 

@@ -68,7 +68,7 @@ TEST(Operations, AreTheEightRows) {
       {9003, "Clean tags", "clean-tags", "Remove tags", "Error in function 'Clean tags'!", false,
        true},
   };
-  const auto operations = Operations();
+  const auto& operations = kOperations;
   ASSERT_EQ(operations.size(), std::size(rows));
   for (std::size_t i = 0; i < std::size(rows); ++i) {
     const Row& row = rows[i];
@@ -78,8 +78,8 @@ TEST(Operations, AreTheEightRows) {
     EXPECT_EQ(operation.batch_name, row.batch_name);
     EXPECT_EQ(operation.description, row.description);
     EXPECT_EQ(operation.error_caption, row.caption);
-    EXPECT_EQ(operation.note != nullptr, row.has_note) << row.button;
-    EXPECT_EQ(operation.preferences != Preferences::kNone, row.has_preferences) << row.button;
+    EXPECT_EQ(!operation.note.empty(), row.has_note) << row.button;
+    EXPECT_EQ(operation.has_preferences, row.has_preferences) << row.button;
     EXPECT_EQ(FindOperation(row.code), &operation);
   }
   EXPECT_EQ(FindOperation(8999), nullptr);

@@ -30,10 +30,9 @@ std::string Lines(std::size_t size) {
 }
 
 void ReadMapped(const std::string& path, const std::string& bytes) {
-  MapLargeFiles();
-  const auto source = RealFileSystem().OpenSource(path, ReadMode::kRead);
+  const auto source = RealFileSystem(LargeFiles::kMapped).OpenSource(path, ReadMode::kRead);
   if (source->Map().empty()) std::exit(1);
-  auto lines = RealFileSystem().OpenLines(path, ReadMode::kUpdate);
+  auto lines = RealFileSystem(LargeFiles::kMapped).OpenLines(path, ReadMode::kUpdate);
   std::string read;
   while (const auto line = lines->ReadLine(limits::kShortLine)) read += *line;
   lines->SetPosition(3);
@@ -49,8 +48,8 @@ TEST(MappedFilesDeathTest, AreReadAsOthersAre) {
 }
 
 void LookForMapped(const std::string& path) {
-  MapLargeFiles();
-  std::exit(RealFileSystem().OpenSource(path, ReadMode::kRead)->Map().empty() ? 0 : 1);
+  std::exit(
+      RealFileSystem(LargeFiles::kMapped).OpenSource(path, ReadMode::kRead)->Map().empty() ? 0 : 1);
 }
 
 TEST(MappedFilesDeathTest, AreNoSmallOnes) {
@@ -66,9 +65,8 @@ TEST(MappedFilesDeathTest, AreNoneUnlessTheProgramAsks) {
 }
 
 void ReadWhatIsCutShort(const std::string& path) {
-  TellOfLostFiles();
-  MapLargeFiles();
-  auto lines = RealFileSystem().OpenLines(path, ReadMode::kRead);
+  ReportLostFiles();
+  auto lines = RealFileSystem(LargeFiles::kMapped).OpenLines(path, ReadMode::kRead);
   std::filesystem::resize_file(path, 0);
   while (lines->ReadLine(limits::kShortLine)) {
   }

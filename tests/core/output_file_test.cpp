@@ -78,8 +78,13 @@ TEST(CreateOutput, RefusesAFileThatIsAPickedInput) {
   std::filesystem::create_hard_link(second, directory / "hard");
   MemoryFiles unused;
   RunContext run = MemoryRun(unused, first, second);
-  RunContext on_disk{run.first_path, run.second_path, run.settings, RealFileSystem(),
-                     run.program_directory};
+  RunContext on_disk{.first_path = run.first_path,
+                     .second_path = run.second_path,
+                     .settings = run.settings,
+                     .files = RealFileSystem(),
+                     .reporter = run.reporter,
+                     .styles = run.styles,
+                     .program_directory = run.program_directory};
   for (const auto* name : {"first.bib", "second.bib", "link", "hard"}) {
     EXPECT_FALSE(CreateOutput(on_disk, directory / name, CreateMode::kWrite)) << name;
   }
@@ -98,7 +103,7 @@ TEST(CloseOutputs, PrintsEachFileThatDidNotArrive) {
   const auto library = CreateOutput(run, "b.bib", CreateMode::kWrite);
   log->Write("x");
   library->Write("y");
-  EXPECT_FALSE(CloseOutputs({log.get(), library.get()}));
+  EXPECT_FALSE(CloseOutputs(run, {log.get(), library.get()}));
   EXPECT_EQ(reporter.printed,
             testing::Printed("Could not write the file 'a.log': No space left on device"));
   EXPECT_EQ(files.files["b.bib"], "y") << "the others are closed all the same";

@@ -10,22 +10,22 @@ namespace {
 
 TEST(PrintError, PrintsOnStandardOutputOnly) {
   testing::RecordingReporter reporter;
-  EXPECT_EQ(PrintError("Function X()_1 => %s 100%"), 63);
+  EXPECT_EQ(PrintError(reporter, "Function X()_1 => %s 100%"), 63);
   EXPECT_EQ(reporter.printed, "Attention, an error occured!\nError: Function X()_1 => %s 100%\n\n");
   EXPECT_TRUE(reporter.boxes.empty());
 }
 
 TEST(ReportError, ObeysItsModes) {
   testing::RecordingReporter reporter;
-  ReportError("text", "title", 999999);
+  ReportError(reporter, "text", "title", 999999);
   EXPECT_EQ(reporter.printed, "Attention, an error occured!\nError: text\n\n");
   EXPECT_TRUE(reporter.boxes.empty()) << "the terminal's mode shows no box";
-  ReportError("text", "title", 999998);
+  ReportError(reporter, "text", "title", 999998);
   ASSERT_EQ(reporter.boxes.size(), 1U);
   EXPECT_EQ(reporter.boxes[0].message, "text");
   EXPECT_EQ(reporter.boxes[0].caption, "title");
-  ReportError("text", "title", 999997);
-  ReportError("text", "title", 0);
+  ReportError(reporter, "text", "title", 999997);
+  ReportError(reporter, "text", "title", 0);
   EXPECT_EQ(reporter.boxes.size(), 1U) << "any other mode does nothing";
   EXPECT_EQ(reporter.printed, "Attention, an error occured!\nError: text\n\n");
 }

@@ -94,10 +94,10 @@ Told Tell(const std::vector<Warning>& warnings, bool quiet = false) {
   MemoryFiles files;
   OutputFile file(files.CreateSink("w", CreateMode::kWrite), "w");
   OutputFile key_map(files.CreateSink("m", CreateMode::kWrite), "m");
-  WarningReport report({quiet, &file, &key_map});
-  for (const Warning& warning : warnings) report.Take(warning);
+  WarningReport report({quiet, &file, &key_map}, reporter);
+  for (const Warning& warning : warnings) report.Report(warning);
   report.MapKey("old\t1", "new");
-  report.TellCounts();
+  report.ReportCounts();
   EXPECT_TRUE(file.Close() && key_map.Close());
   EXPECT_EQ(reporter.printed, "");
   EXPECT_TRUE(reporter.boxes.empty());
@@ -139,24 +139,24 @@ TEST(WarningReport, TellsTheFirstTwentyOfAKindAndWritesAll) {
 
 TEST(WarningReport, AsksForNoTextThatNobodyReads) {
   RecordingReporter reporter;
-  WarningReport report({});
+  WarningReport report({}, reporter);
   FileWarnings warnings(&report, "a.bib", "one\ntwo\n");
-  for (std::size_t i = 0; i < WarningReport::kMostTold; ++i) {
+  for (std::size_t i = 0; i < WarningReport::kMostShown; ++i) {
     EXPECT_FALSE(warnings.ReportNumber(WarningKind::kLongLine)) << i;
     warnings.Report(WarningKind::kLongLine, 4, "", "x");
   }
-  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostTold);
+  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostShown);
   EXPECT_EQ(reporter.warnings.back(), "a.bib:2: x");
   EXPECT_TRUE(warnings.ReportNumber(WarningKind::kLongLine));
   warnings.Report(WarningKind::kLongLine, 4, "", "x");
   EXPECT_FALSE(warnings.ReportNumber(WarningKind::kRunsOn)) << "of that kind there was none";
-  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostTold);
-  report.TellCounts();
+  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostShown);
+  report.ReportCounts();
   EXPECT_EQ(reporter.warnings.back(),
             "in total lines that are too long to be read at once (long-line): 22, told of the "
             "first 20");
-  WarningReport quiet({true, nullptr, nullptr});
-  EXPECT_TRUE(quiet.TakeNumber(WarningKind::kRunsOn));
+  WarningReport quiet({true, nullptr, nullptr}, reporter);
+  EXPECT_TRUE(quiet.ReportNumber(WarningKind::kRunsOn));
   EXPECT_TRUE(FileWarnings(nullptr, "a.bib", "").ReportNumber(WarningKind::kRunsOn));
 }
 
@@ -181,8 +181,8 @@ TEST(WarningReport, IsQuietOnRequestButWritesItsFiles) {
 
 TEST(WarningReport, NeedsNoFiles) {
   RecordingReporter reporter;
-  WarningReport report({});
-  report.Take({WarningKind::kLongLine, "a", 1, "", "x"});
+  WarningReport report({}, reporter);
+  report.Report({WarningKind::kLongLine, "a", 1, "", "x"});
   report.MapKey("a", "b");
   EXPECT_EQ(reporter.warnings.size(), 1U);
 }

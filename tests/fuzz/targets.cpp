@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "app/globals.h"
+#include "app/reporter.h"
 #include "batch/options.h"
-#include "core/reports.h"
 #include "gui/line_endings.h"
 #include "ops/journal_styles.h"
 #include "ops/operations.h"

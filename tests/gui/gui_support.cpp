@@ -12,6 +12,7 @@
 #include <wx/utils.h>
 
 #include "app/globals.h"
+#include "app/reporter.h"
 #include "app/settings.h"
 #include "core/reports.h"
 #include "gui/tarvel_dialog.h"

@@ -10,6 +10,8 @@
 
 #include "app/globals.h"
 #include "app/operations.h"
+#include "app/reporter.h"
+#include "app/run_operation.h"
 #include "app/settings.h"
 #include "core/file_names.h"
 #include "core/reports.h"
@@ -424,7 +426,7 @@ TEST_F(MainDialogTest, OnlyAResultOfExactlyOneIsSuccess) {
   static int result = 0;
   FirstFilePath.Set(NewFile("lit.bib", kLibrary));
   for (const RowPromise& promise : kRows) {
-    Operation operation = Operations()[static_cast<std::size_t>(&promise - kRows)];
+    Operation operation = kOperations[static_cast<std::size_t>(&promise - kRows)];
     operation.needs = Needs::kLibrary;
     operation.run = [] { return result; };
     SecondFilePath.Set(FirstFilePath.Get());

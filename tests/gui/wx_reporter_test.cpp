@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "app/reporter.h"
 #include "tests/gui/gui_support.h"
 
 namespace tarvel::testing {
@@ -84,8 +85,8 @@ TEST_F(WxReporterTest, PutsTheBusyCursorAwayWhileABoxIsOpen) {
 TEST_F(WxReporterTest, PrintsOnStandardOutputAtOnceAndWarnsOnStandardError) {
   ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
-  EXPECT_EQ(Print(std::string_view("a%s\0b", 5)), 5);
-  Warn("passed over");
+  EXPECT_EQ(GlobalReporter().Print(std::string_view("a%s\0b", 5)), 5);
+  GlobalReporter().Warn("passed over");
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string("a%s\0b", 5));
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarvel: warning: passed over\n");
 }

@@ -42,8 +42,8 @@ Cleaned Clean(std::string_view library) {
   Cleaned cleaned;
   cleaned.result = RunCleanAuthors(MemoryRun(files, "/d/lit.bib"));
   EXPECT_EQ(files.files["/d/lit.bib"], library) << "the input is never changed";
-  cleaned.library = Behind(BibFileHeader + "\n", files.files["/d/lit_author.bib"]);
-  cleaned.log = Behind(LogFileHeader + "\n", files.files["/d/lit_author.log"]);
+  cleaned.library = Behind(std::string(BibFileHeader) + "\n", files.files["/d/lit_author.bib"]);
+  cleaned.log = Behind(std::string(LogFileHeader) + "\n", files.files["/d/lit_author.log"]);
   const std::string_view summary = "\n\n\nThe author list of ";
   const std::size_t start = cleaned.log.rfind(summary);
   if (start == std::string::npos) {
@@ -200,7 +200,8 @@ TEST(CleanAuthors, DropsTheFirstLinesThatHoldANumberSign) {
 }
 
 TEST(CleanAuthors, DropsOnlyTheFirstLineOfItsOwnHeader) {
-  EXPECT_EQ(Clean(BibFileHeader + "\nx\n").library, BibFileHeader.substr(2) + "\nx\n");
+  EXPECT_EQ(Clean(std::string(BibFileHeader) + "\nx\n").library,
+            std::string(BibFileHeader.substr(2)) + "\nx\n");
 }
 
 TEST(CleanAuthors, LogsWhatChangedAndCountsIt) {
@@ -305,7 +306,8 @@ TEST(CleanAuthors, FailsWithItsNumberedTexts) {
             "/d/lit_author.bib /d/lit.bib\n" +
                 Printed("Function Clean_author()_4, Could not open the new BibTeX "
                         "file/d/lit_author.bib !"));
-  EXPECT_EQ(files.files["/d/lit_author.log"], LogFileHeader + "\n") << "what was written stays";
+  EXPECT_EQ(files.files["/d/lit_author.log"], std::string(LogFileHeader) + "\n")
+      << "what was written stays";
 
   files.not_creatable.clear();
   files.files["/d/lit"] = "";

@@ -300,8 +300,7 @@ TEST(CleanCharacters, CreatesTheLogFirstAndBothForReadingToo) {
   MemoryFiles memory;
   memory.files["a.bib"] = "x";
   testing::CreateModes files(memory);
-  const RunContext run{"a.bib", "", Settings(), files, [] { return std::string(); }};
-  EXPECT_EQ(RunCleanCharacters(run), 1);
+  EXPECT_EQ(RunCleanCharacters(MemoryRun(files, "a.bib")), 1);
   const std::vector<std::pair<std::string, CreateMode>> expected{
       {"a_char.log", CreateMode::kWriteRead}, {"a_char.bib", CreateMode::kWriteRead}};
   EXPECT_EQ(files.created, expected);

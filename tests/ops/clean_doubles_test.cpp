@@ -28,8 +28,8 @@ struct Outcome {
   std::string printed;
 };
 
-std::string WithoutHeader(const std::string& text, const std::string& header) {
-  EXPECT_TRUE(text.starts_with(header + "\n")) << text;
+std::string WithoutHeader(const std::string& text, std::string_view header) {
+  EXPECT_TRUE(text.starts_with(std::string(header) + "\n")) << text;
   return text.substr(header.size() + 1);
 }
 
@@ -626,7 +626,7 @@ TEST(CleanDoubles, WithoutTheNewLibraryTheLogHoldsItsHeader) {
   files.files["/d/lit.bib"] = "@BOOK{k,\n}\n";
   files.not_creatable.insert("/d/lit_double.bib");
   RunCleanDoubles(MemoryRun(files, "/d/lit.bib"));
-  EXPECT_EQ(files.files["/d/lit_double.log"], LogFileHeader + "\n");
+  EXPECT_EQ(files.files["/d/lit_double.log"], std::string(LogFileHeader) + "\n");
 }
 
 TEST(CleanDoubles, AReadOnlyLibraryIsEnough) {

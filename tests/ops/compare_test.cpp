@@ -67,9 +67,9 @@ Result Compared(std::string_view first, std::string_view second) {
   got.result = RunCompare(MemoryRun(files, kOne, kTwo));
   EXPECT_EQ(reporter.printed, "");
   EXPECT_TRUE(reporter.boxes.empty());
-  got.log = WithoutStart(files.files[std::string(kLog)], LogFileHeader + "\n");
-  got.missing = WithoutStart(files.files[std::string(kMissing)], BibFileHeader + "\n");
-  got.equal = WithoutStart(files.files[std::string(kEqual)], BibFileHeader + "\n");
+  got.log = WithoutStart(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n");
+  got.missing = WithoutStart(files.files[std::string(kMissing)], std::string(BibFileHeader) + "\n");
+  got.equal = WithoutStart(files.files[std::string(kEqual)], std::string(BibFileHeader) + "\n");
   return got;
 }
 
@@ -695,7 +695,7 @@ TEST(CompareFailures, WhatWasWrittenBeforeStays) {
   files.not_creatable = {std::string(kEqual)};
   RecordingReporter reporter;
   EXPECT_EQ(RunCompare(MemoryRun(files, kOne, kTwo)), 0);
-  EXPECT_EQ(files.files[std::string(kLog)], LogFileHeader + "\n");
+  EXPECT_EQ(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n");
   EXPECT_EQ(files.files[std::string(kMissing)], "");  // headers come when both exist
 }
 
@@ -746,9 +746,9 @@ TEST(CompareFailures, EarlierOutputsAreReplaced) {
   }
   RecordingReporter reporter;
   EXPECT_EQ(RunCompare(MemoryRun(files, kOne, kTwo)), 1);
-  EXPECT_EQ(files.files[std::string(kMissing)], BibFileHeader + "\n");
-  EXPECT_EQ(files.files[std::string(kEqual)], BibFileHeader + "\n");
-  EXPECT_EQ(files.files[std::string(kLog)], LogFileHeader + "\n" + Summary(0, 0, 0));
+  EXPECT_EQ(files.files[std::string(kMissing)], std::string(BibFileHeader) + "\n");
+  EXPECT_EQ(files.files[std::string(kEqual)], std::string(BibFileHeader) + "\n");
+  EXPECT_EQ(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n" + Summary(0, 0, 0));
 }
 
 TEST(CompareWarnings, TellOfEachKeyThatComesAgainAmongVeryManyShortEntries) {

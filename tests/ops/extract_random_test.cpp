@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "app/globals.h"
 #include "ops/operations.h"
 #include "tests/support/plain_extract.h"
 #include "tests/support/plain_text.h"

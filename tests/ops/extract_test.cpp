@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/globals.h"
 #include "app/texts.h"
 #include "ops/operations.h"
 #include "tests/support/reference_worlds.h"
@@ -95,7 +96,7 @@ Selection Select(const std::string& library, const Keys& keys) {
   LineStream lines{std::string_view(library)};
   OutputFile output(files.CreateSink("/new.bib", CreateMode::kWrite), "/new.bib");
   Selection selection;
-  selection.found = SelectAndWriteBibTeXEntriesIntoNewFile(output, lines, keys);
+  selection.found = SelectAndWriteBibTeXEntriesIntoNewFile(reporter, output, lines, keys);
   EXPECT_TRUE(output.Close());
   selection.library = files.files["/new.bib"];
   selection.printed = reporter.printed;
@@ -249,7 +250,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;
-  const std::string header = TexFileHeader + "\n";
+  const std::string header = std::string(TexFileHeader) + "\n";
   const std::string tex = outcome.files["_extract.tex"];
   EXPECT_TRUE(tex.starts_with(header));
   return tex.substr(std::min(header.size(), tex.size()));
@@ -264,12 +265,13 @@ TEST(Extract, WritesKeysLibraryAndReferencesInTheOrderOfCitation) {
   PlainOutcome outcome = RunOver(World("\\cite{b,a} and \\cite{a}\n", std::string(kLibrary)));
   EXPECT_EQ(outcome.result, 1);
   EXPECT_EQ(outcome.files.size(), 3U);
-  EXPECT_EQ(outcome.files["_extract.txt"], TextFileHeader + "\nb\na\n");
-  EXPECT_TRUE(outcome.files["_extract.bib"].starts_with(BibFileHeader + "\n@BOOK{b,\n"));
+  EXPECT_EQ(outcome.files["_extract.txt"], std::string(TextFileHeader) + "\nb\na\n");
+  EXPECT_TRUE(
+      outcome.files["_extract.bib"].starts_with(std::string(BibFileHeader) + "\n@BOOK{b,\n"));
   EXPECT_GT(outcome.files["_extract.bib"].find("@ARTICLE{a,\n"),
             outcome.files["_extract.bib"].find("@BOOK{b,\n"));
   EXPECT_EQ(outcome.files["_extract.tex"],
-            TexFileHeader + "\n" + std::string(kReferenceB).append(kReferenceA));
+            std::string(TexFileHeader) + "\n" + std::string(kReferenceB).append(kReferenceA));
   EXPECT_EQ(outcome.printed, "");
   EXPECT_TRUE(outcome.boxes.empty());
 }
@@ -283,7 +285,7 @@ TEST(Extract, TellsOfKeysWithoutAnEntry) {
             "3 citations could be found in the LaTeX file. However, only 2 corresponding entries "
             "were found in the BibTeX library! Did you choose the correct files?");
   EXPECT_EQ(outcome.files["_extract.tex"],
-            TexFileHeader +
+            std::string(TexFileHeader) +
                 "\n   Note: 3 citations could be found in the LaTeX file.\n   However, only 2 "
                 "corresponding entries could be found in the BibTeX library!\n   Did you choose "
                 "the correct files?\n\n   Here are all entries cited in the LaTeX file that could "
@@ -294,9 +296,10 @@ TEST(Extract, TellsOfKeysWithoutAnEntry) {
 TEST(Extract, CopiesUnsupportedEntriesAndTellsOfThem) {
   PlainOutcome one = RunOver(World("\\cite{m}\n", std::string(kLibrary)));
   EXPECT_EQ(one.result, 1);
-  EXPECT_EQ(one.files["_extract.bib"], BibFileHeader + "\n@MISC{m,\n  title = {M},\n}\n");
+  EXPECT_EQ(one.files["_extract.bib"],
+            std::string(BibFileHeader) + "\n@MISC{m,\n  title = {M},\n}\n");
   EXPECT_EQ(one.files["_extract.tex"],
-            TexFileHeader +
+            std::string(TexFileHeader) +
                 "\n\n\nAttention!\n==========\nThe entry type of the bibitem-key 'm' is '@MISC', "
                 "which is not supported, so far.\nYou have to enter the bibitem manually into this "
                 "file. \n\n\n\n");
@@ -518,7 +521,8 @@ TEST(Extract, EndsWellWhenAValueRunsIntoTheEndWithAHeadInIt) {
            "into this file. \n\n\n\n";
   };
   EXPECT_EQ(misc.files["_extract.tex"],
-            TexFileHeader + "\n<APS_book_latex>\\bibitem{a}| } @MISC{b, } @MISC{c, |||||||\n" +
+            std::string(TexFileHeader) +
+                "\n<APS_book_latex>\\bibitem{a}| } @MISC{b, } @MISC{c, |||||||\n" +
                 note("{}@MISC{b") + note("{}@MISC{B"))
       << "of an unsupported type: once for each head that is missing, in capitals by then";
 }
@@ -530,7 +534,8 @@ TEST(Extract, FailsWhenTheNewLibraryHasTooFewHeads) {
   EXPECT_EQ(outcome.printed,
             Printed("Function Extract()_11 => Could not read the new BibTeX file?"));
   EXPECT_EQ(outcome.files["_extract.tex"],
-            TexFileHeader + "\n<APS_article_title_latex>\\bibitem{a}||T @ARTICLE{b, ||||||\n");
+            std::string(TexFileHeader) +
+                "\n<APS_article_title_latex>\\bibitem{a}||T @ARTICLE{b, ||||||\n");
 }
 
 struct Failure {
@@ -682,10 +687,8 @@ class ForgetfulFiles final : public FileSystem {
 TEST(Extract, FailsWhenTheNewLibraryWasEmptied) {
   MemoryFiles memory = testing::FilesOf(World("\\cite{a}", std::string(kLibrary)));
   ForgetfulFiles files(memory, "/lib/lit_extract.bib");
-  const RunContext run{std::string(kDocumentPath), std::string(kLibraryPath), Settings(), files,
-                       [] { return "/program"s; }};
   RecordingReporter reporter;
-  EXPECT_EQ(RunExtract(run), 0);
+  EXPECT_EQ(RunExtract(MemoryRun(files, kDocumentPath, kLibraryPath)), 0);
   EXPECT_EQ(reporter.printed,
             Printed("Function Extract()_10 => Could not read the new BibTeX file?"));
 }

@@ -11,6 +11,7 @@
 
 #include "app/globals.h"
 #include "app/operations.h"
+#include "app/run_operation.h"
 #include "app/texts.h"
 #include "gui/line_endings.h"
 #include "tests/support/disk_files.h"
@@ -59,8 +60,7 @@ class FaultyOperation : public ::testing::TestWithParam<OperationRun> {
   }
 
   RunContext Context(FileSystem& files) {
-    RunContext run = testing::MemoryRun(disk_, FirstFilePath.Get(), SecondFilePath.Get());
-    return {run.first_path, run.second_path, run.settings, files, run.program_directory};
+    return testing::MemoryRun(files, FirstFilePath.Get(), SecondFilePath.Get());
   }
 
   /// Runs on `files` as a user would; the boxes and what was printed are recorded.
@@ -71,7 +71,7 @@ class FaultyOperation : public ::testing::TestWithParam<OperationRun> {
     operation = &GetParam();
     test = this;
     current = &files;
-    Operation row = testing::TableRow(GetParam());
+    Operation row = GetParam().row;
     row.run = [] { return operation->run(test->Context(*current)); };
     reporter.boxes.clear();
     reporter.printed.clear();
@@ -97,7 +97,7 @@ class FaultyOperation : public ::testing::TestWithParam<OperationRun> {
   /// run gives what a first one should have given.
   void ExpectAFailureThatHarmsNothing(int result, const testing::RecordingReporter& reporter) {
     EXPECT_NE(result, 1);
-    const Operation& row = testing::TableRow(GetParam());
+    const Operation& row = GetParam().row;
     ASSERT_FALSE(reporter.boxes.empty());
     EXPECT_TRUE(reporter.printed.find("Attention, an error occured!") != std::string::npos ||
                 (reporter.boxes.size() > 1 &&

@@ -438,10 +438,9 @@ TEST(Journals, CreatesTheLogFirstAndTheLibraryForReadingToo) {
   testing::RecordingReporter reporter;
   MemoryFiles memory;
   memory.files["a.bib"] = "x";
-  memory.files["/p/JournalStrings/JournalStrings.tvl"] = kList;
+  memory.files["/program/JournalStrings/JournalStrings.tvl"] = kList;
   testing::CreateModes files(memory);
-  const RunContext run{"a.bib", "", Settings(), files, [] { return "/p"s; }};
-  EXPECT_EQ(RunJournals(run), 1);
+  EXPECT_EQ(RunJournals(MemoryRun(files, "a.bib")), 1);
   const std::vector<std::pair<std::string, CreateMode>> expected{
       {"a_journal.log", CreateMode::kWrite}, {"a_journal.bib", CreateMode::kWriteRead}};
   EXPECT_EQ(files.created, expected);

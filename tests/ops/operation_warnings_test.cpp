@@ -182,7 +182,7 @@ TEST(OperationWarnings, ChangeNoFileAndNoMessage) {
   HostileLibraries libraries(99);
   WorldMaker worlds(7);
   for (const OperationRun& operation : OperationRuns()) {
-    const bool has_document = TableRow(operation).needs == Needs::kDocumentAndLibrary;
+    const bool has_document = operation.row.needs == Needs::kDocumentAndLibrary;
     std::size_t told = 0;
     const int runs = RandomRuns(400);
     for (int i = 0; i < runs; ++i) {

@@ -2,6 +2,7 @@
 // Which values each format receives, for every style, kind and variant, through whole runs.
 #include <gtest/gtest.h>
 
+#include "app/globals.h"
 #include "ops/operations.h"
 #include "tests/support/reference_worlds.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "app/globals.h"
 #include "app/texts.h"
 #include "ops/operations.h"
 #include "tests/support/reference_worlds.h"
@@ -41,7 +42,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;
-  const std::string header = TextFileHeader + "\n";
+  const std::string header = std::string(TextFileHeader) + "\n";
   const std::string text = outcome.files["_text.txt"];
   EXPECT_TRUE(text.starts_with(header));
   return text.substr(std::min(header.size(), text.size()));
@@ -168,8 +169,8 @@ std::string Note(const std::string& key, const std::string& type) {
 TEST(Text, TellsOfUnsupportedEntries) {
   PlainOutcome one = RunOver(World("@misc{m, x\n title = {T},\n}\n@article{a,\n}\n", "", {}));
   EXPECT_EQ(one.result, 1);
-  EXPECT_EQ(one.files["_text.txt"],
-            TextFileHeader + "\n" + Note("m", "MISC") + "<APS_article_title>||||||||\n");
+  EXPECT_EQ(one.files["_text.txt"], std::string(TextFileHeader) + "\n" + Note("m", "MISC") +
+                                        "<APS_article_title>||||||||\n");
   ASSERT_EQ(one.boxes.size(), 1U);
   EXPECT_EQ(one.boxes[0].caption, "No support !");
   EXPECT_EQ(one.boxes[0].message,
@@ -180,7 +181,7 @@ TEST(Text, TellsOfUnsupportedEntries) {
   PlainOutcome two = RunOver(World("@misc{m,\n}\n@Manual{n,\n", "", {}));
   EXPECT_EQ(two.result, 1);
   EXPECT_EQ(two.files["_text.txt"],
-            TextFileHeader + "\n" + Note("m", "MISC") + Note("n", "MANUAL"));
+            std::string(TextFileHeader) + "\n" + Note("m", "MISC") + Note("n", "MANUAL"));
   ASSERT_EQ(two.boxes.size(), 1U);
   EXPECT_EQ(two.boxes[0].message,
             "2 entries are not saved in the '_text.txt' file, because they are not an ARTICLE, "
@@ -201,7 +202,7 @@ TEST(Text, FailsWhenAValueSwallowsAHeadThatWasCounted) {
   EXPECT_EQ(outcome.result, 0);
   EXPECT_EQ(outcome.printed, Printed("Function Text()_5 => Could not read the new BibTeX file?"));
   EXPECT_EQ(outcome.files["_text.txt"],
-            TextFileHeader + "\n<APS_article_title>||T @article{b, }||||||\n");
+            std::string(TextFileHeader) + "\n<APS_article_title>||T @article{b, }||||||\n");
   EXPECT_TRUE(outcome.boxes.empty());
 }
 
@@ -287,10 +288,8 @@ class VanishingFiles final : public FileSystem {
 TEST(Text, FailsWhenTheLibraryCannotBeOpenedOnceMore) {
   MemoryFiles memory = testing::FilesOf(World("@article{a,\n}\n", "", {}));
   VanishingFiles files(memory, std::string(kLibraryPath), 1);
-  const RunContext run{std::string(kLibraryPath), "", Settings(), files,
-                       [] { return "/program"s; }};
   RecordingReporter reporter;
-  EXPECT_EQ(RunText(run), 0);
+  EXPECT_EQ(RunText(MemoryRun(files, kLibraryPath)), 0);
   EXPECT_EQ(
       reporter.printed,
       Printed("Function CreateText()_3 => Could not open the BibTeX file? Very strange ... ."));
@@ -302,7 +301,7 @@ TEST(Text, KeepsWhatItWroteWhenTheTablesAreMissing) {
   files.files.erase(std::string(testing::kCommandsPath));
   RecordingReporter reporter;
   EXPECT_EQ(RunText(MemoryRun(files, kLibraryPath)), 0);
-  EXPECT_EQ(files.files["/lib/lit_text.txt"], TextFileHeader + "\n");
+  EXPECT_EQ(files.files["/lib/lit_text.txt"], std::string(TextFileHeader) + "\n");
 }
 
 }  // namespace

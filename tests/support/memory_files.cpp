@@ -5,9 +5,27 @@
 #include <cstring>
 #include <utility>
 
+#include "app/globals.h"
+#include "app/reporter.h"
+
 namespace tarvel::testing {
 
 namespace {
+
+/// Speaks through the reporter that is installed when something is said.
+class ForwardingReporter final : public Reporter {
+ public:
+  int Print(std::string_view text) override { return GlobalReporter().Print(text); }
+  void Box(std::string_view message, std::string_view caption) override {
+    GlobalReporter().Box(message, caption);
+  }
+  void Warn(std::string_view text) override { GlobalReporter().Warn(text); }
+};
+
+Reporter& InstalledReporter() {
+  static ForwardingReporter reporter;
+  return reporter;
+}
 
 class MemorySource final : public ByteSource {
  public:
@@ -70,9 +88,14 @@ bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {
   return one == other || same_files.contains({one, other}) || same_files.contains({other, one});
 }
 
-RunContext MemoryRun(MemoryFiles& files, std::string_view first, std::string_view second) {
-  return {std::string(first), std::string(second), Settings(), files,
-          [] { return std::string("/program"); }};
+RunContext MemoryRun(FileSystem& files, std::string_view first, std::string_view second) {
+  return {.first_path = std::string(first),
+          .second_path = std::string(second),
+          .settings = Settings(),
+          .files = files,
+          .reporter = InstalledReporter(),
+          .styles = GlobalJournalStyles,
+          .program_directory = [] { return std::string("/program"); }};
 }
 
 }  // namespace tarvel::testing

@@ -33,7 +33,8 @@ class MemoryFiles final : public FileSystem {
   bool IsSameFile(const std::string& one, const std::string& other) override;
 };
 
-/// A run over files in memory; the program directory is "/program".
-RunContext MemoryRun(MemoryFiles& files, std::string_view first, std::string_view second = {});
+/// A run over files in memory, with the styles of this process and the reporter that is installed
+/// when something is said; the program directory is "/program".
+RunContext MemoryRun(FileSystem& files, std::string_view first, std::string_view second = {});
 
 }  // namespace tarvel::testing

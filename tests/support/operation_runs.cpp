@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/operation_runs.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -14,9 +15,9 @@ namespace tarvel::testing {
 
 namespace {
 
-struct HeaderRow {
-  std::string_view extension;
-  const std::string& header;
+struct OperationBody {
+  OperationCode code;
+  int (*run)(const RunContext& run);
 };
 
 constexpr std::string_view kCommands =
@@ -71,47 +72,49 @@ const std::string_view kSampleJournals =
     "******* Journal-end   *******\n";
 
 std::span<const OperationRun> OperationRuns() {
-  using enum Output;
-  static const std::array<OperationRun, 8> kRuns{{
-      {"extract", RunExtract, {kExtractTex, kExtractLibrary, kExtractKeys}},
-      {"compare", RunCompare, {kCompareLog, kCompareMissing, kCompareEqual}},
-      {"text", RunText, {kText}},
-      {"journals", RunJournals, {kJournalLog, kJournalLibrary}},
-      {"clean-doubles", RunCleanDoubles, {kDoubleLog, kDoubleLibrary}},
-      {"clean-authors", RunCleanAuthors, {kAuthorLog, kAuthorLibrary}},
-      {"clean-characters", RunCleanCharacters, {kCharacterLog, kCharacterLibrary}},
-      {"clean-tags", RunCleanTags, {kTagLog, kTagLibrary}},
-  }};
+  using enum OperationCode;
+  // ORDER: kOperations
+  static constexpr auto kBodies =
+      std::to_array<OperationBody>({{kExtract, RunExtract},
+                                    {kCompare, RunCompare},
+                                    {kText, RunText},
+                                    {kJournals, RunJournals},
+                                    {kCleanDoubles, RunCleanDoubles},
+                                    {kCleanAuthors, RunCleanAuthors},
+                                    {kCleanCharacters, RunCleanCharacters},
+                                    {kCleanTags, RunCleanTags}});
+  static_assert(std::equal(kBodies.begin(), kBodies.end(), kOperations.begin(), kOperations.end(),
+                           [](const OperationBody& body, const Operation& row) {
+                             return body.code == row.code;
+                           }),
+                "each row of kOperations needs its function here, in the same order");
+  static const auto kRuns = [] {
+    std::vector<OperationRun> runs;
+    for (std::size_t i = 0; i < kBodies.size(); ++i) {
+      runs.push_back({kOperations[i].batch_name, kBodies[i].run, kOperations[i]});
+    }
+    return runs;
+  }();
   return kRuns;
 }
 
-const Operation& TableRow(const OperationRun& operation) {
-  for (const Operation& row : Operations()) {
-    if (row.batch_name == operation.name) return row;
-  }
-  std::abort();
-}
-
 const std::string& LibraryOf(const OperationRun& operation, const RunContext& run) {
-  return TableRow(operation).needs == Needs::kDocumentAndLibrary ? run.second_path : run.first_path;
+  return operation.row.named_after == Picker::kSecond ? run.second_path : run.first_path;
 }
 
 std::vector<std::string> OutputPaths(const OperationRun& operation, const RunContext& run) {
   std::vector<std::string> paths;
-  for (const Output output : operation.outputs) {
+  for (const Output output : operation.row.outputs) {
     paths.push_back(OutputPath(LibraryOf(operation, run), output));
   }
   return paths;
 }
 
 std::string_view HeaderOf(std::string_view path) {
-  const HeaderRow rows[] = {{".log", LogFileHeader},
-                            {".bib", BibFileHeader},
-                            {".txt", TextFileHeader},
-                            {".tex", TexFileHeader}};
-  for (const HeaderRow& row : rows) {
-    if (path.ends_with(row.extension)) return row.header;
-  }
+  if (path.ends_with(".log")) return LogFileHeader;
+  if (path.ends_with(".bib")) return BibFileHeader;
+  if (path.ends_with(".txt")) return TextFileHeader;
+  if (path.ends_with(".tex")) return TexFileHeader;
   std::abort();
 }
 
@@ -125,7 +128,7 @@ void AddConfiguration(MemoryFiles& files) {
 RunContext SampleRun(const OperationRun& operation, MemoryFiles& files) {
   AddConfiguration(files);
   files.files["lit.bib"] = kSampleLibrary;
-  switch (TableRow(operation).needs) {
+  switch (operation.row.needs) {
     case Needs::kTwoLibraries:
       files.files["more.bib"] = kSampleOther;
       return MemoryRun(files, "lit.bib", "more.bib");

@@ -17,14 +17,11 @@ namespace tarvel::testing {
 struct OperationRun {
   std::string_view name;  // its word on the command line
   int (*run)(const RunContext& run);
-  std::vector<Output> outputs;
+  const Operation& row;  // of the operation table
 };
 
-/// All operations, in the order of `Operations`.
+/// All operations, in the order of `kOperations`.
 std::span<const OperationRun> OperationRuns();
-
-/// The row of the operation table for a run.
-const Operation& TableRow(const OperationRun& operation);
 
 /// The library beside which a run writes: of Extract the second file, of all others the first.
 const std::string& LibraryOf(const OperationRun& operation, const RunContext& run);

@@ -37,7 +37,7 @@ bool IsExempt(const std::string& line) {
 
 PlainCharacters PlainCleanCharacters(const std::string& library, const std::string& path,
                                      const std::string& new_path) {
-  PlainCharacters result{BibFileHeader + "\n", LogFileHeader + "\n"};
+  PlainCharacters result{std::string(BibFileHeader) + "\n", std::string(LogFileHeader) + "\n"};
   std::string line;
   std::string bibitem;
   int number = 1;

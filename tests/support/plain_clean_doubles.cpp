@@ -173,8 +173,8 @@ class Run {
   }
 
   DoublesOutcome All() {
-    out_.log = LogFileHeader + "\n";
-    library_.Put(BibFileHeader + "\n");
+    out_.log = std::string(LogFileHeader) + "\n";
+    library_.Put(std::string(BibFileHeader) + "\n");
     out_.result = Walk() ? 1 : 0;
     out_.library = library_.bytes;
     return out_;

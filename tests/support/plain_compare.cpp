@@ -318,9 +318,9 @@ bool Comparison::StopsAt() {
 }
 
 ComparedFiles Comparison::Run() {
-  out_.log = LogFileHeader + "\n";
-  out_.missing = BibFileHeader + "\n";
-  out_.equal = BibFileHeader + "\n";
+  out_.log = std::string(LogFileHeader) + "\n";
+  out_.missing = std::string(BibFileHeader) + "\n";
+  out_.equal = std::string(BibFileHeader) + "\n";
   SkipToFirstEntry(second_);
   SkipToFirstEntry(first_);
   const std::size_t scan_start = first_.at;

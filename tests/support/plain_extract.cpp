@@ -124,11 +124,11 @@ PlainOutcome PlainExtract(const PlainWorld& world, PlainStyles& styles) {
   std::vector<std::string> keys;
   Scan(world.document, keys);
   std::string& list = outcome.files["_extract.txt"];
-  list = TextFileHeader + "\n";
+  list = std::string(TextFileHeader) + "\n";
   for (const std::string& key : keys) list += key + "\n";
 
   std::string& library = outcome.files["_extract.bib"];
-  library = BibFileHeader + "\n";
+  library = std::string(BibFileHeader) + "\n";
   const int found = Select(world.library, keys, library, outcome);
   if (found == 0) {
     outcome.Fail(
@@ -138,7 +138,7 @@ PlainOutcome PlainExtract(const PlainWorld& world, PlainStyles& styles) {
   }
 
   std::string& tex = outcome.files["_extract.tex"];
-  tex = TexFileHeader + "\n";
+  tex = std::string(TexFileHeader) + "\n";
   if (found < static_cast<int>(keys.size())) {
     const std::string cited = std::to_string(keys.size());
     const std::string written = std::to_string(found);

@@ -154,7 +154,7 @@ bool PlainJournalTable::Find(const std::string& value, std::string& matched,
 PlainJournals PlainRunJournals(const std::string& library, std::string_view list,
                                const Settings& settings, const std::string& new_path,
                                std::size_t most) {
-  PlainJournals result{0, "", BibFileHeader + "\n", LogFileHeader + "\n"};
+  PlainJournals result{0, "", std::string(BibFileHeader) + "\n", std::string(LogFileHeader) + "\n"};
   PlainJournalTable table(most);
   const int failure = table.Read(list);
   if (failure != 0) {

@@ -116,7 +116,7 @@ PlainOutcome PlainText(const PlainWorld& world, PlainStyles& styles) {
   while (count.Gets(line, 1000)) entries += IsKnownEntry(line) ? 1 : 0;
 
   std::string& text = outcome.files["_text.txt"];
-  text = TextFileHeader + "\n";
+  text = std::string(TextFileHeader) + "\n";
   const PlainRows rows = PlainReadCommands(world.commands);
   if (PlainReadStyles(world.styles, styles, outcome) != 1) return outcome;
   int unsupported = 0;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/reports.h"
+#include "app/reporter.h"
 
 namespace tarvel::testing {
 

@@ -13,7 +13,7 @@ namespace tarvel::testing {
 /// Keeps the warnings of a run.
 class RecordingWarnings final : public Warnings {
  public:
-  void Take(const Warning& warning) override {
+  void Report(const Warning& warning) override {
     lines.push_back(std::string(RowOf(warning.kind).name) + " " + std::string(warning.file) + ":" +
                     std::to_string(warning.line) + " [" + std::string(warning.key) + "] " +
                     std::string(warning.text));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "batch/asked_files.h"
+#include "batch/side_files.h"
 
 #include <algorithm>
 #include <array>
@@ -10,34 +10,15 @@
 #include <utility>
 #include <vector>
 
-#include "app/globals.h"
+#include "app/entry_points.h"
 #include "core/file_names.h"
 #include "core/file_system.h"
-#include "ops/run_context.h"
 
 namespace tarvel {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What an operation writes: the files from `first` to `last`, named after one of its own.
-struct Written {
-  OperationCode code;
-  std::size_t named_after;
-  Output first;
-  Output last;
-};
-constexpr std::array<Written, 8> kWritten{{
-    {OperationCode::kText, 0, Output::kText, Output::kText},
-    {OperationCode::kJournals, 0, Output::kJournalLog, Output::kJournalLibrary},
-    {OperationCode::kExtract, 1, Output::kExtractTex, Output::kExtractKeys},
-    {OperationCode::kCompare, 0, Output::kCompareLog, Output::kCompareEqual},
-    {OperationCode::kCleanTags, 0, Output::kTagLog, Output::kTagLibrary},
-    {OperationCode::kCleanDoubles, 0, Output::kDoubleLog, Output::kDoubleLibrary},
-    {OperationCode::kCleanCharacters, 0, Output::kCharacterLog, Output::kCharacterLibrary},
-    {OperationCode::kCleanAuthors, 0, Output::kAuthorLog, Output::kAuthorLibrary},
-}};
 
 constexpr std::array<std::string_view, 3> kProgramFiles{kJournalListFile, kStylesFile,
                                                         kLaTeXCommandsFile};
@@ -83,15 +64,13 @@ std::vector<std::string> ProgramFiles() {
 }
 
 std::vector<std::string> OutputsOf(const BatchRequest& request) {
-  const auto written = std::find_if(kWritten.begin(), kWritten.end(), [&](const Written& row) {
-    return row.code == request.operation->code;
-  });
-  const std::string& file = request.files[written->named_after];
+  const bool after_second = request.operation->named_after == Picker::kSecond;
+  const std::string& file = request.files[after_second ? 1 : 0];
   std::vector<std::string> outputs;
   for (const auto& library : {std::optional(file), InsertBeforeExtension(file, kConverted)}) {
-    const auto last = static_cast<std::size_t>(written->last);
-    for (auto i = static_cast<std::size_t>(written->first); library && i <= last; ++i) {
-      if (auto path = ChangeExtension(*library, OutputSuffixes[i])) outputs.push_back(*path);
+    if (!library) continue;
+    for (const Output output : request.operation->outputs) {
+      if (auto path = OutputPath(*library, output); !path.empty()) outputs.push_back(path);
     }
   }
   return outputs;
@@ -102,8 +81,9 @@ bool Holds(const std::vector<std::string>& files, const std::string& path) {
                      [&](const std::string& file) { return AreOneFile(path, file); });
 }
 
-/// The reason against one file that `option` asks for.
-std::string WhyNot(std::string_view option, const std::string& path, const BatchRequest& request) {
+/// Why the file that `option` names is refused; empty when it is not.
+std::string WhyRefused(std::string_view option, const std::string& path,
+                       const BatchRequest& request) {
   if (path.empty()) return {};
   const bool is_read = Holds(InputsOf(request), path) || Holds(ProgramFiles(), path);
   if (!is_read && !Holds(OutputsOf(request), path)) return {};
@@ -118,11 +98,11 @@ std::string WhyNot(std::string_view option, const std::string& path, const Batch
 
 }  // namespace
 
-std::string WhyNotAsked(const BatchRequest& request) {
+std::string WhyRefused(const BatchRequest& request) {
   const std::string& warnings = request.warnings_file;
   const std::string& key_map = request.key_map_file;
-  std::string reason = WhyNot("--warnings", warnings, request);
-  if (reason.empty()) reason = WhyNot("--key-map", key_map, request);
+  std::string reason = WhyRefused("--warnings", warnings, request);
+  if (reason.empty()) reason = WhyRefused("--key-map", key_map, request);
   if (!reason.empty() || warnings.empty() || key_map.empty()) return reason;
   if (!AreOneFile(warnings, key_map)) return {};
   return "'--warnings' and '--key-map' name the same file: '" + key_map + "'";

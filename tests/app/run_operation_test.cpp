@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/operations.h"
+#include "app/run_operation.h"
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,9 @@ class RunningAnOperation : public ::testing::TestWithParam<Operation> {
   /// The boxes of a run whose last one is `end`.
   std::vector<Box> Boxes(const Box& end) const {
     std::vector<Box> boxes;
-    if (GetParam().note) boxes.push_back({*GetParam().note, NoteTitle});
+    if (const auto note = GetParam().note; !note.empty()) {
+      boxes.push_back({std::string(note), std::string(NoteTitle)});
+    }
     boxes.push_back(end);
     return boxes;
   }
@@ -88,7 +90,7 @@ TEST_P(RunningAnOperation, EndsWithDoneOnlyForOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RunningAnOperation,
-                         ::testing::ValuesIn(Operations().begin(), Operations().end()),
+                         ::testing::ValuesIn(kOperations.begin(), kOperations.end()),
                          [](const auto& row) {
                            std::string name(row.param.batch_name);
                            std::erase(name, '-');

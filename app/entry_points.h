@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ops/run_context.h"
+
+namespace tarvel {
+
+/// The context of a run that the user starts: the picked files and the global settings as they are
+/// now, the disk, the installed reporter.
+RunContext GlobalRun();
+
+// Each operation as the buttons call it: on `GlobalRun`. All return 1 on success; 0, or 2999 for a
+// library that could not be opened, on failure.
+
+int Extract();
+int Compare();
+int CreateText();
+int JournalStrings();
+int Clean_double();
+int Clean_author();
+int CleanCharacters();
+int Clean_tags();
+
+}  // namespace tarvel
