@@ -7,8 +7,8 @@
 
 #include "app/settings.h"
 #include "core/file_system.h"
-#include "core/warnings.h"
 #include "ops/journal_styles.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "core/text_primitives.h"
+
 namespace tarvel {
 
 namespace {
@@ -105,6 +107,18 @@ bool ReadFieldValue(Line& line, LineStream& stream, ValueStart start, int depth,
     if (at == std::string_view::npos) return false;
   }
   return CopyValue(line, stream, at, depth, value);
+}
+
+std::string_view TextAfterValue(std::string_view line) {
+  std::size_t open = line.find('{');
+  std::size_t depth = 0;
+  for (std::size_t close = open; close != std::string_view::npos;) {
+    close = line.find('}', close + 1);
+    for (; open < close; open = line.find('{', open + 1)) ++depth;
+    if (close != std::string_view::npos && --depth == 0)
+      return Trim(line.substr(close + 1), " \t\r\n,");
+  }
+  return {};
 }
 
 }  // namespace tarvel

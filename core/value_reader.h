@@ -41,4 +41,9 @@ inline bool ReadFieldValue(Line& line, LineStream& stream, std::string& value) {
   return ReadFieldValue(line, stream, ValueStart::kAfterBrace, 0, value);
 }
 
+/// What follows a value on its line, without the blanks and commas around it. `line` is the line
+/// buffer after the value was read. A "}" that ends the entry counts. Empty for a value that does
+/// not close.
+std::string_view TextAfterValue(std::string_view line);
+
 }  // namespace tarvel

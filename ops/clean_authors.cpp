@@ -5,12 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
-#include "ops/author_lists.h"
-#include "ops/author_reasons.h"
+#include "ops/authors/author_lists.h"
 #include "ops/operations.h"
+#include "warnings/author_reasons.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -62,7 +62,7 @@ class AuthorCleaner {
   bool SkipHeader(Line& line);
   bool RewriteAuthors(Line& line);
   void LogChange(AuthorForm form);
-  void TellAuthors(std::string_view line, std::size_t place, AuthorForm form);
+  void ReportAuthors(std::string_view line, std::size_t place, AuthorForm form);
 
   LineStream& input_;
   OutputFile& library_;
@@ -104,20 +104,20 @@ bool AuthorCleaner::RewriteAuthors(Line& line) {
   ReplaceEscapedBlanks(old_list_);
   const AuthorForm form = ArrangeAuthorList(old_list_, new_list_);
   const bool changed = new_list_ != old_list_;
-  if (warnings_.Wanted()) TellAuthors(line.Text(), place, form);
+  if (warnings_.Wanted()) ReportAuthors(line.Text(), place, form);
   if (changed) LogChange(form);
   library_.Write({"  author = {", new_list_, "},\n"});
   return changed;
 }
 
-/// Tells of a list that is of no known form, and of what is lost behind it.
-void AuthorCleaner::TellAuthors(std::string_view line, std::size_t place, AuthorForm form) {
-  const std::string reason = form == AuthorForm::kOther ? WhyAsItWas(old_list_) : std::string();
+/// Reports a list that is of no known form, and of what is lost behind it.
+void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t place, AuthorForm form) {
+  const std::string reason = form == AuthorForm::kOther ? WhyNoKnownForm(old_list_) : std::string();
   if (!reason.empty()) {
     warnings_.Report(WarningKind::kAuthorsAsTheyWere, place, key_,
                      "the list of authors is of no known form: " + reason);
   }
-  const std::string_view lost = TextBehindValue(line);
+  const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
   warnings_.Report(WarningKind::kTextLost, place, key_,
                    std::string("what follows the authors was lost: '").append(lost).append("'"));

@@ -10,9 +10,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
 #include "ops/operations.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -53,7 +53,7 @@ std::string_view TrimEnd(std::string_view text) {
 }
 
 /// Whether the text ends with `word`, given in upper case, blanks and tabs passed over.
-bool EndsSqueezed(std::string_view text, std::string_view word) {
+bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
     text = TrimEnd(text);
     if (text.empty() || ToUpper(text.back()) != word.back()) return false;
@@ -73,7 +73,7 @@ std::size_t FindExemptTag(std::string_view line) {
     if (!before.ends_with('=')) continue;
     before.remove_suffix(1);
     for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
-      if (EndsSqueezed(before, kExemptTags[tag])) return tag;
+      if (EndsIgnoringBlanks(before, kExemptTags[tag])) return tag;
     }
   }
   return kNoTag;
@@ -116,7 +116,7 @@ class CharacterCleaner {
     if (found.count++ == 0) found.place = input_.Position() - 1;
   }
   void CountCharacters(std::string_view line);
-  void TellFound();
+  void ReportFound();
 
   LineStream& input_;
   OutputFile& library_;
@@ -146,7 +146,7 @@ void CharacterCleaner::Walk() {
       library_.Write(line.Text());
     }
   }
-  TellFound();
+  ReportFound();
 }
 
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
@@ -172,7 +172,7 @@ void CharacterCleaner::CountCharacters(std::string_view line) {
   }
 }
 
-void CharacterCleaner::TellFound() {
+void CharacterCleaner::ReportFound() {
   for (const auto& [character, found] : characters_) {
     warnings_.Report(WarningKind::kCharacter, found.place, {},
                      CodePointOf(character) + " " + character + " became '" +

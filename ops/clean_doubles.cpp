@@ -12,15 +12,15 @@
 #include <utility>
 
 #include "core/large_memory.h"
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
-#include "ops/entry_record.h"
-#include "ops/group_rules.h"
-#include "ops/growing_library.h"
-#include "ops/kept_entries.h"
-#include "ops/library_follower.h"
+#include "ops/entries/entry_record.h"
+#include "ops/entries/group_rules.h"
+#include "ops/entries/growing_library.h"
+#include "ops/entries/kept_entries.h"
+#include "ops/entries/library_follower.h"
+#include "ops/entries/overlapping_reader.h"
 #include "ops/operations.h"
-#include "ops/overlapping_reader.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -85,7 +85,7 @@ class DoubleCleaner {
   void Rename(Line& head);
   void AppendCopy();
   void InsertCopy(std::size_t position);
-  void TellOverwritten(std::size_t begin, std::size_t end);
+  void ReportOverwritten(std::size_t begin, std::size_t end);
   void MapKey(std::string_view old_key, std::string_view new_key);
 
   LineStream& input_;
@@ -232,13 +232,13 @@ void DoubleCleaner::AppendCopy() {
 /// Writes the copy behind an entry. Where others follow, it replaces them byte by byte.
 void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
-  TellOverwritten(position, position + text.size());
+  ReportOverwritten(position, position + text.size());
   follower_.Write(position, text);
   written_.emplace(position, position + copy_.text.size());
 }
 
-/// Tells of every entry of which the copy will replace a byte; of each only once.
-void DoubleCleaner::TellOverwritten(std::size_t begin, std::size_t end) {
+/// Reports every entry of which the copy will replace a byte; of each only once.
+void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
   const auto key_of = [](std::string_view text) {
     return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
   };

@@ -7,12 +7,12 @@
 
 #include "app/tags.h"
 #include "app/texts.h"
-#include "core/library_scan.h"
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/operations.h"
-#include "ops/tag_warnings.h"
+#include "warnings/library_scan.h"
+#include "warnings/tag_warnings.h"
 
 namespace tarvel {
 
@@ -120,7 +120,7 @@ bool TagCleaner::ReadToHead(Line& line) {
   const std::size_t from = input_.Position();
   const bool found = ReadLineWith(input_, '@', limits::kLongLine, line);
   const std::size_t end = input_.Position() - (found ? line.Text().size() : 0);
-  warnings_.PassOutside(input_.Bytes().substr(from, end - from), from);
+  warnings_.NotePassedOutside(input_.Bytes().substr(from, end - from), from);
   return found;
 }
 
@@ -154,7 +154,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
   if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
   const std::string_view key = CopyUntilChar(line.Text(), '{', ',');
   if (key.empty()) {
-    warnings_.DropWithoutKey(behind - 1);
+    warnings_.NoteDroppedWithoutKey(behind - 1);
     return false;
   }
   for (const std::string_view name : {"owner", "timestamp"}) {
@@ -165,7 +165,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
       return true;
     }
   }
-  warnings_.DropAsEmpty(key, behind - 1, input_.Bytes().substr(input_.Position()));
+  warnings_.NoteDroppedAsEmpty(key, behind - 1, input_.Bytes().substr(input_.Position()));
   return false;
 }
 
@@ -181,7 +181,7 @@ EntryLine TagCleaner::ReadEntryLine(Line& line) {
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
-    warnings_.PassOutside(line.Text(), input_.Position() - line.Text().size());
+    warnings_.NotePassedOutside(line.Text(), input_.Position() - line.Text().size());
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
@@ -211,17 +211,17 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 void TagCleaner::SortTag(Line& line) {
   const std::size_t place = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
-    warnings_.Pass(line.Text(), place);
+    warnings_.NotePassed(line.Text(), place);
     return;
   }
   ReadFieldValue(line, input_, value_);
   SqueezeTagName(CopyUntilChar(line.Text(), '='), name_);
   const int tag = tags_.First(name_);
   if (tag < 0) {
-    warnings_.PassRead(line.Text(), place);
+    warnings_.NotePassedTag(line.Text(), place);
     return;
   }
-  warnings_.EndText();
+  warnings_.NoteWritten();
   const auto index = static_cast<std::size_t>(tag);
   if (settings_.RemoveTag[index] != 0) {
     removed_.append(name_).append(", ");
@@ -261,7 +261,7 @@ int RunCleanTags(const RunContext& run) {
   TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
   Counters counters;
   const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
-  warnings.TellTags();
+  warnings.ReportTags();
   if (!whole) {
     (void)CloseOutputs(run, {library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;

@@ -3,9 +3,6 @@
 // and its counterparts of those that it has.
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstring>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -13,12 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "core/hash_index.h"
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
-#include "ops/compare_libraries.h"
-#include "ops/group_rules.h"
+#include "ops/entries/compare_libraries.h"
+#include "ops/entries/group_rules.h"
 #include "ops/operations.h"
+#include "warnings/repeated_keys.h"
 
 namespace tarvel {
 
@@ -66,7 +62,7 @@ class Comparison {
  private:
   const KnownEntry* FindCounterpart();
   const Verdict& Judge(const Matches::Match& match, const ComparedValues& values) const;
-  void Tell(const KnownEntry& known, const Verdict& verdict, const ComparedValues& values);
+  void Log(const KnownEntry& known, const Verdict& verdict, const ComparedValues& values);
   void Count(Counted counted);
 
   FirstLibrary first_;
@@ -89,7 +85,7 @@ Counters Comparison::Walk() {
   return counters_;
 }
 
-/// Tells every verdict about the current entry up to the one that stops; gives the first library's
+/// Logs every verdict about the current entry up to the one that stops; gives the first library's
 /// entry of that one, or null when none stops.
 const KnownEntry* Comparison::FindCounterpart() {
   Matches matches = first_.Find(second_.Entry());
@@ -98,7 +94,7 @@ const KnownEntry* Comparison::FindCounterpart() {
     // The group is that of the first library's entry, whatever the type of the other.
     const ComparedValues values = Compared(known.rule->group, second_.Entry());
     const Verdict& verdict = Judge(*match, values);
-    Tell(known, verdict, values);
+    Log(known, verdict, values);
     Count(verdict.counted);
     if (verdict.stops) return &known;
   }
@@ -119,8 +115,8 @@ const Verdict& Comparison::Judge(const Matches::Match& match, const ComparedValu
   return rule.differs;
 }
 
-void Comparison::Tell(const KnownEntry& known, const Verdict& verdict,
-                      const ComparedValues& values) {
+void Comparison::Log(const KnownEntry& known, const Verdict& verdict,
+                     const ComparedValues& values) {
   const std::string_view key = second_.Entry().key;
   if (verdict.headline.starts_with("%s")) {
     WriteFormat(log_, verdict.headline, {known.type, known.key, key});
@@ -149,97 +145,21 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
-/// A hash of the key in which the case of letters does not count.
-std::size_t HashNoCase(std::string_view key) {
-  constexpr std::uint64_t kLowerCase = 0x2020202020202020U;
-  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
-  constexpr std::size_t kWord = sizeof(std::uint64_t);
-  std::uint64_t hash = key.size();
-  const auto mix = [&](std::uint64_t word) {
-    hash = (hash ^ (word | kLowerCase)) * kFactor;
-    hash ^= hash >> 32U;
-  };
-  std::uint64_t word = 0;
-  for (; key.size() >= kWord; key.remove_prefix(kWord)) {
-    std::memcpy(&word, key.data(), kWord);
-    mix(word);
-  }
-  word = 0;
-  for (const char byte : key) word = word << 8U | static_cast<unsigned char>(byte);
-  mix(word);
-  return (hash * kFactor) ^ (hash >> 29U);
-}
-
-/// The keys of one library, the case of letters aside. Each is kept as its place only.
-class EntryKeys {
- public:
-  /// Room for `expected` keys; more are fine. `library`, its bytes, must outlive this.
-  EntryKeys(std::string_view library, std::size_t expected)
-      : library_(library), places_(expected) {}
-
-  /// The hash of a key, for `Add`; brings near what that will look at first.
-  std::size_t BringNear(std::string_view key) const {
-    const std::size_t hash = HashNoCase(key);
-    places_.Prefetch(hash);
-    return hash;
-  }
-  /// Adds a key, which is a part of the library, and its hash; gives the place of the first that is
-  /// the same, if there is one.
-  std::optional<std::size_t> Add(std::string_view key, std::size_t hash) {
-    const auto place = static_cast<std::size_t>(key.data() - library_.data());
-    const auto is_same = [&](std::size_t other) { return IsKey(other, key); };
-    if (count_ == places_.Room()) {
-      places_.MakeRoom([this](std::size_t other) { return HashNoCase(KeyAt(other)); });
-    }
-    const auto earlier = places_.FindOrPut(hash, place, is_same);
-    if (!earlier) ++count_;
-    return earlier;
-  }
-
- private:
-  std::string_view KeyAt(std::size_t place) const {
-    const std::string_view line = library_.substr(place, library_.find('\n', place) - place);
-    return line.substr(0, line.find(','));
-  }
-  bool IsKey(std::size_t place, std::string_view key) const {
-    const std::string_view other = KeyAt(place);
-    return std::equal(key.begin(), key.end(), other.begin(), other.end(),
-                      [](char a, char b) { return ToUpper(a) == ToUpper(b); });
-  }
-
-  std::string_view library_;
-  HashIndex places_;
-  std::size_t count_ = 0;
-};
-
-/// Warns of what is odd about one of the libraries.
-void WarnOfLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
+/// Reports what is odd about one of the libraries.
+void ReportLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return;
-  std::optional<EntryKeys> keys;
+  RepeatedKeys keys(library.Bytes(), warnings);
   ScanRules rules{limits::kPairLine, kCompareTagNames, true};
-  rules.before_entries = [&](std::size_t most) {
-    // Where more "@" stand than this, few of them start an entry.
-    constexpr std::size_t kShortEntry = 32;
-    keys.emplace(library.Bytes(), std::min(most, library.Bytes().size() / kShortEntry));
-  };
-  const auto tell = [&](const EntryHead& head, std::size_t hash) {
-    if (!CompareRuleFor(head.type).rule) {
-      warnings.Report(
-          WarningKind::kNoGroup, head.offset, head.key,
-          std::string("the type '").append(head.type).append("' is compared with none"));
-    }
-    const auto earlier = keys->Add(head.key, hash);
-    if (!earlier || warnings.ReportNumber(WarningKind::kKeyTwice)) return;
-    warnings.Report(
-        WarningKind::kKeyTwice, head.offset, head.key,
-        "the key stands in line " + std::to_string(warnings.LineOf(*earlier)) + " already");
-  };
-  std::vector<std::size_t> hashes;
   rules.on_entries = [&](std::span<const EntryHead> heads) {
-    hashes.clear();
-    for (const EntryHead& head : heads) hashes.push_back(keys->BringNear(head.key));
-    for (std::size_t i = 0; i < heads.size(); ++i) tell(heads[i], hashes[i]);
+    for (const EntryHead& head : heads) {
+      if (!CompareRuleFor(head.type).rule) {
+        warnings.Report(
+            WarningKind::kNoGroup, head.offset, head.key,
+            std::string("the type '").append(head.type).append("' is compared with none"));
+      }
+      keys.Check(head);
+    }
   };
   ScanLibrary(library.Bytes(), rules, warnings);
 }
@@ -264,8 +184,8 @@ int RunCompare(const RunContext& run) {
   missing->Write(HeaderOf(missing->Path()));
   equal->Write(HeaderOf(equal->Path()));
 
-  WarnOfLibrary(run, run.first_path, *first);
-  WarnOfLibrary(run, run.second_path, *second);
+  ReportLibrary(run, run.first_path, *first);
+  ReportLibrary(run, run.second_path, *second);
   const Counters counters = Comparison(*first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;

@@ -8,12 +8,12 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
-#include "ops/citation_warnings.h"
-#include "ops/cited_entries.h"
+#include "ops/entries/cited_entries.h"
 #include "ops/operations.h"
-#include "ops/reference_walk.h"
+#include "ops/references/reference_walk.h"
+#include "warnings/citation_warnings.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -207,8 +207,8 @@ int RunExtract(const RunContext& run) {
   std::vector<std::string> keys;
   std::vector<std::size_t> places;
   ScanCitations(*document, keys, &places);
-  WarnOfCitations(document->Bytes(), warnings);
-  WarnOfKeys(keys, places, warnings);
+  ReportCitations(document->Bytes(), warnings);
+  ReportKeys(keys, places, warnings);
   if (WriteKeys(run, keys) != kSucceeded) return kFailed;
   const int found = WriteLibrary(run, keys, [&](std::size_t key) {
     warnings.Report(WarningKind::kMissingCitation, places[key], keys[key],

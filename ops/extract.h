@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "core/library_scan.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
 #include "core/reports.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 

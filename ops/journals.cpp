@@ -8,10 +8,10 @@
 #include <string_view>
 #include <utility>
 
-#include "core/library_scan.h"
-#include "ops/journal_lines.h"
-#include "ops/journal_table.h"
+#include "ops/journals/journal_lines.h"
+#include "ops/journals/journal_table.h"
 #include "ops/operations.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 

@@ -13,7 +13,7 @@
 #include "core/file_system.h"
 #include "core/output_file.h"
 #include "core/reports.h"
-#include "core/warnings.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "core/library_scan.h"
 #include "core/text_primitives.h"
-#include "ops/latex_commands.h"
 #include "ops/operations.h"
-#include "ops/reference_walk.h"
+#include "ops/references/latex_commands.h"
+#include "ops/references/reference_walk.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 

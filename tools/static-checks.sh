@@ -19,7 +19,8 @@ jobs=$(nproc)
 status=0
 
 # The dialog's sources are in the list only if the build has the toolkit.
-sources=$(git ls-files 'app/*.cpp' 'batch/*.cpp' 'core/*.cpp' 'gui/*.cpp' 'ops/*.cpp' |
+sources=$(git ls-files 'app/*.cpp' 'batch/*.cpp' 'core/*.cpp' 'gui/*.cpp' 'ops/*.cpp' \
+  'warnings/*.cpp' |
   while read -r file; do
     if grep -q "/$file\"" "$build/compile_commands.json"; then echo "$file"; fi
   done)

@@ -34,7 +34,7 @@ os.environ["TARVEL_RANDOM_RUNS"] = "300"
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 COPIED = ["CMakeLists.txt", "CMakePresets.json", "app", "batch", "cmake", "core", "data",
           "docs", "examples", "gui", "LICENSE", "ops", "packaging", "README.md", "tests",
-          "tools"]
+          "tools", "warnings"]
 
 
 class Edit:

@@ -2,8 +2,8 @@
 #include "tests/support/plain_clean_authors.h"
 
 #include "core/text_primitives.h"
-#include "ops/author_lists.h"
-#include "ops/author_names.h"
+#include "ops/authors/author_lists.h"
+#include "ops/authors/author_names.h"
 
 namespace tarvel::testing {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/warnings.h"
+#include "warnings/warnings.h"
 
 namespace tarvel::testing {
 

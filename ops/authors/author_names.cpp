@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include "ops/authors/author_names.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::size_t kNone = std::string_view::npos;
+constexpr std::string_view kWordSeparators = " -~.";
+constexpr std::string_view kAccentBytes = "'\"^~";
+// Symbols that put an accent on the letter behind them when a backslash stands before.
+constexpr std::string_view kAccentSymbols = "'`\"^~=.";
+// Control words of one letter that put an accent on the letter behind them.
+constexpr std::string_view kAccentCommands = "vrcHukdbt";
+
+/// A letter that LaTeX writes as a control word.
+struct LetterCommand {
+  std::string_view name;
+  std::string_view upper;
+};
+
+// The dotless letters become plain ones: a capital has no dot to lose.
+constexpr std::array<LetterCommand, 22> kLetterCommands{
+    {{"o", "\\O"},   {"O", "\\O"},   {"l", "\\L"},   {"L", "\\L"},   {"aa", "\\AA"}, {"AA", "\\AA"},
+     {"ae", "\\AE"}, {"AE", "\\AE"}, {"oe", "\\OE"}, {"OE", "\\OE"}, {"ss", "\\SS"}, {"SS", "\\SS"},
+     {"dh", "\\DH"}, {"DH", "\\DH"}, {"dj", "\\DJ"}, {"DJ", "\\DJ"}, {"ng", "\\NG"}, {"NG", "\\NG"},
+     {"th", "\\TH"}, {"TH", "\\TH"}, {"i", "I"},     {"j", "J"}}};
+
+// ORDER: as they are replaced. " Le " and " La " are replaced by themselves: they stay capitals.
+struct Particle {
+  std::string_view capital;
+  std::string_view written;
+};
+constexpr std::array<Particle, 9> kParticles{{{" Von ", " von "},
+                                              {" Van ", " van "},
+                                              {" Di ", " di "},
+                                              {" De ", " de "},
+                                              {" Da ", " da "},
+                                              {" Le ", " Le "},
+                                              {" La ", " La "},
+                                              {" Del ", " del "},
+                                              {" Della ", " della "}}};
+
+bool IsOneOf(char byte, std::string_view bytes) { return bytes.find(byte) != kNone; }
+
+bool IsAsciiLetter(char byte) {
+  const char upper = ToUpper(byte);
+  return upper >= 'A' && upper <= 'Z';
+}
+
+bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
+/// The number of bytes of the letter at `at`, or 0. A UTF-8 character counts as one letter, and so
+/// does a byte above 127 that begins none.
+std::size_t LetterSize(std::string_view text, std::size_t at) {
+  if (IsAscii(text[at])) return IsAsciiLetter(text[at]) ? 1 : 0;
+  const auto lead = static_cast<unsigned char>(text[at]);
+  const std::size_t wanted = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+  std::size_t size = 1;
+  while (size < wanted && at + size < text.size() &&
+         (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80) {
+    ++size;
+  }
+  return size == wanted ? size : 1;
+}
+
+/// The letters of the control word behind the backslash at `at`; empty when none stands there.
+std::string_view ControlWord(std::string_view text, std::size_t at) {
+  std::size_t end = at + 1;
+  while (end < text.size() && IsAsciiLetter(text[end])) ++end;
+  return text.substr(at + 1, end - at - 1);
+}
+
+const LetterCommand* FindLetterCommand(std::string_view name) {
+  const auto* found = std::find_if(kLetterCommands.begin(), kLetterCommands.end(),
+                                   [name](const LetterCommand& row) { return row.name == name; });
+  return found == kLetterCommands.end() ? nullptr : found;
+}
+
+bool IsAccentCommand(std::string_view name) {
+  return name.size() == 1 && IsOneOf(name.front(), kAccentCommands);
+}
+
+/// The first byte behind the LaTeX command at `at`; blanks behind an accent belong to it.
+std::size_t CommandEnd(std::string_view text, std::size_t at) {
+  const std::string_view name = ControlWord(text, at);
+  std::size_t end = at + 1 + name.size();
+  bool accent = IsAccentCommand(name);
+  if (name.empty() && end < text.size() && text[end] != ' ') {
+    accent = IsOneOf(text[end], kAccentSymbols);
+    ++end;
+  }
+  return accent ? std::min(text.find_first_not_of(' ', end), text.size()) : end;
+}
+
+std::size_t WordEnd(std::string_view text, std::size_t at) {
+  while (at < text.size() && !IsOneOf(text[at], kWordSeparators)) {
+    at = text[at] == '\\' ? CommandEnd(text, at) : at + 1;
+  }
+  return at;
+}
+
+/// Copies the letter at `at` upper-cased; gives its size, 0 when there is none.
+std::size_t CopyLetter(std::string_view word, std::size_t at, std::string& initial) {
+  const std::size_t size = LetterSize(word, at);
+  if (size == 1) {
+    initial.push_back(ToUpper(word[at]));
+  } else {
+    initial.append(word.substr(at, size));
+  }
+  return size;
+}
+
+/// Where reading an accented initial stands.
+struct InitialReader {
+  std::string_view word;
+  std::string& initial;
+  std::size_t at = 0;
+  std::size_t depth = 0;
+  bool has_letter = false;
+
+  void ReadCommand();
+  void ReadNext();
+};
+
+void InitialReader::ReadCommand() {
+  const std::string_view name = ControlWord(word, at);
+  if (name.empty()) {
+    const bool accent = at + 1 < word.size() && !IsOneOf(word[at + 1], "{} ");
+    if (accent) initial.push_back('\\');
+    if (accent && IsAscii(word[at + 1])) initial.push_back(word[++at]);
+    ++at;
+    return;
+  }
+  at += 1 + name.size();
+  if (const LetterCommand* letter = FindLetterCommand(name)) {
+    initial.append(letter->upper);
+    has_letter = true;
+    return;
+  }
+  std::string_view command = name;
+  // An accent glued to its letter, as in "\vS".
+  if (name.size() > 1 && IsAccentCommand(name.substr(0, 1)) && name[1] == ToUpper(name[1])) {
+    command = name.substr(0, 1);
+    at -= name.size() - 1;
+  }
+  initial.append("\\").append(command);
+  if (at < word.size() && word[at] == ' ') initial.push_back(' ');
+}
+
+void InitialReader::ReadNext() {
+  const char byte = word[at];
+  if (byte == '\\') {
+    ReadCommand();
+    return;
+  }
+  const std::size_t size = CopyLetter(word, at, initial);
+  has_letter = size != 0;
+  at += std::max<std::size_t>(size, 1);
+  if (byte == '{') ++depth;
+  const bool closes = byte == '}' && depth > 0;
+  if (closes) --depth;
+  if (byte == '{' || closes || IsOneOf(byte, kAccentBytes)) initial.push_back(byte);
+}
+
+/// The initial of one word; false when it holds no letter.
+bool CopyInitial(std::string_view word, std::string& initial) {
+  if (CopyAccentedInitial(word, initial)) return true;
+  const std::size_t size = CopyLetter(word, 0, initial);
+  if (size != 0 && size < word.size() && word[size] == 'h') initial.push_back('h');
+  return size != 0;
+}
+
+bool IsJoinedByHyphen(std::string_view names, std::size_t word_end) {
+  return names.substr(word_end).starts_with('-') || names.substr(word_end).starts_with(".-");
+}
+
+void LowerCaseWord(std::string& list, std::string_view word) {
+  for (std::size_t at = list.find(word); at != kNone; at = list.find(word, at + 1)) {
+    const std::size_t behind = at + word.size();
+    const bool between_blanks =
+        at > 1 && list[at - 1] == ' ' && behind < list.size() && list[behind] == ' ';
+    if (between_blanks) list.replace(at, word.size(), "and");
+  }
+}
+
+}  // namespace
+
+void LowerCaseAnd(std::string_view list, std::string& result) {
+  result.assign(list);
+  LowerCaseWord(result, "And");
+  LowerCaseWord(result, "AND");
+}
+
+void AbbreviateFirstNames(std::string_view names, std::string& initials) {
+  initials.clear();
+  std::string initial;
+  std::size_t at = names.find_first_not_of(kWordSeparators);
+  while (at != kNone) {
+    const std::size_t end = WordEnd(names, at);
+    if (CopyInitial(names.substr(at, end - at), initial)) {
+      initials.append(initial).append(IsJoinedByHyphen(names, end) ? ".-" : ". ");
+    }
+    at = names.find_first_not_of(kWordSeparators, end);
+  }
+}
+
+bool CopyAccentedInitial(std::string_view word, std::string& initial) {
+  initial.clear();
+  if (word.empty() || word.front() == ' ' || LetterSize(word, 0) != 0) return false;
+  InitialReader reader{word, initial};
+  while (reader.at < word.size() && !reader.has_letter) reader.ReadNext();
+  if (!reader.has_letter) {
+    initial.clear();
+    return false;
+  }
+  initial.append(reader.depth, '}');
+  return true;
+}
+
+bool InitialsFromCapitals(std::string& word) {
+  const auto fits = [](char byte) { return byte == '-' || (byte >= 'A' && byte <= 'Z'); };
+  if (!std::all_of(word.begin(), word.end(), fits)) return false;
+  MakeInitials(word);
+  return true;
+}
+
+void MakeInitials(std::string& word) {
+  std::string initials;
+  for (std::size_t at = 0; at < word.size();) {
+    const std::size_t size = LetterSize(word, at);
+    if (size != 0) initials.append(word, at, size).append(". ");
+    if (word[at] == '-' && initials.ends_with(' ')) initials.back() = '-';
+    at += std::max<std::size_t>(size, 1);
+  }
+  word = std::move(initials);
+}
+
+void NormaliseParticles(std::string& list) {
+  for (const Particle& particle : kParticles) {
+    const std::size_t step = particle.capital.size() - 1;  // two may share the blank between them
+    for (std::size_t at = list.find(particle.capital); at != kNone;
+         at = list.find(particle.capital, at + step)) {
+      list.replace(at, particle.written.size(), particle.written);
+    }
+  }
+  if (!list.empty()) list.front() = ToUpper(list.front());
+}
+
+bool IsSingleWord(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char byte) {
+    return byte >= '!' && byte <= '~' && byte != ',' && byte != '.';
+  });
+}
+
+}  // namespace tarvel

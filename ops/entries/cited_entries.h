@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/hash_index.h"
+#include "core/line_stream.h"
+#include "warnings/library_scan.h"
+
+namespace tarvel {
+
+/// Where the entries of the cited keys begin in a library.
+class CitedEntries {
+ public:
+  /// `keys` must outlive this. Of a key that comes twice only the first is looked for.
+  explicit CitedEntries(const std::vector<std::string>& keys);
+
+  /// Reads the library, with at most 999 bytes a line, until all keys are found, or to its end.
+  /// `on_range` is called, in their order, with the ranges of the library that matter for the keys:
+  /// each entry of one up to the next head, and each line that looks like the head of one and is
+  /// none, with what follows it.
+  void Find(LineStream& library, const std::function<void(const LibraryRange&)>& on_range = {});
+  /// The offset of the head of key number `i`; nothing when the library has none.
+  std::optional<std::size_t> Head(std::size_t i) const { return heads_[i]; }
+
+ private:
+  bool FindOnLine(std::string_view text, std::size_t position);
+
+  const std::vector<std::string>& keys_;
+  HashIndex index_;
+  std::vector<std::optional<std::size_t>> heads_;
+  std::vector<std::size_t> on_line_;
+  std::size_t longest_ = 0;
+  std::size_t found_ = 0;
+};
+
+}  // namespace tarvel

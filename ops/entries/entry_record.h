@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory_resource>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "core/large_memory.h"
+#include "core/line_stream.h"
+#include "core/name_matcher.h"
+#include "ops/entries/joined_text.h"
+
+namespace tarvel {
+
+/// The tags by which Compare and Clean doubles tell entries apart.
+enum class Field : std::uint8_t {
+  kJournal,
+  kYear,
+  kPages,
+  kVolume,
+  kAuthor,
+  kTitle,
+  kNote,
+  kUrl,
+  kNumber,
+  kNationality,
+  kComment,
+};
+inline constexpr std::size_t kFieldCount = 11;
+
+/// A tag name that is looked for in an entry's lines, and the field that its value goes to.
+struct TagName {
+  std::string_view name;
+  Field field;
+};
+
+// ORDER: the first name of a list that stands anywhere in a line decides whose value it is. So a
+// booktitle line fills the title, and a title that mentions a journal fills the journal.
+inline constexpr std::array<TagName, 11> kCompareTags{{
+    {"journal", Field::kJournal},
+    {"year", Field::kYear},
+    {"pages", Field::kPages},
+    {"volume", Field::kVolume},
+    {"author", Field::kAuthor},
+    {"title", Field::kTitle},
+    {"note", Field::kNote},
+    {"url", Field::kUrl},
+    {"number", Field::kNumber},
+    {"nationality", Field::kNationality},
+    {"comment", Field::kComment},
+}};
+inline constexpr std::array<TagName, 10> kDoublesTags{{
+    {"journal", Field::kJournal},
+    {"year", Field::kYear},
+    {"pages", Field::kPages},
+    {"volume", Field::kVolume},
+    {"author", Field::kAuthor},
+    {"title", Field::kTitle},
+    {"url", Field::kUrl},
+    {"note", Field::kNote},
+    {"number", Field::kNumber},
+    {"nationality", Field::kNationality},
+}};
+
+/// The names of a list of tags.
+template <std::size_t N>
+constexpr std::array<std::string_view, N> NamesOf(const std::array<TagName, N>& tags) {
+  std::array<std::string_view, N> names{};
+  for (std::size_t i = 0; i < N; ++i) names[i] = tags[i].name;
+  return names;
+}
+inline constexpr auto kCompareTagNames = NamesOf(kCompareTags);
+inline constexpr auto kDoublesTagNames = NamesOf(kDoublesTags);
+
+/// Owns texts that must outlive the buffers they were read into.
+class TextStore {
+ public:
+  /// A copy of `text` that lives as long as the store.
+  std::string_view Keep(std::string_view text);
+  /// The same for texts that are to stand behind each other.
+  std::string_view Keep(std::span<const std::string_view> texts);
+
+ private:
+  std::pmr::monotonic_buffer_resource texts_{std::size_t{1} << 16, LargeMemory()};
+};
+
+/// A tag's value: a view into the file when it stands on one line, else its joined text.
+class FieldValue {
+ public:
+  void Clear() {
+    SetView({});
+    place_ = 0;
+  }
+  void SetView(std::string_view text) {
+    view_ = text;
+    is_joined_ = false;
+  }
+  /// The buffer for a value that is put together from several lines.
+  std::string& SetJoined() {
+    is_joined_ = true;
+    return joined_;
+  }
+  /// Cuts the value behind its first `size` bytes.
+  void Cut(std::size_t size);
+  /// Where in its file the line begins that the value was read from; 0 for a field that no line
+  /// filled, as an entry's first line is never a tag's.
+  std::size_t Place() const { return place_; }
+  void SetPlace(std::size_t place) { place_ = place; }
+
+  std::string_view Text() const { return is_joined_ ? std::string_view(joined_) : view_; }
+  /// The value as a view that lives as long as the file's bytes and `store`.
+  std::string_view Keep(TextStore& store) const { return is_joined_ ? store.Keep(joined_) : view_; }
+
+ private:
+  std::string_view view_;
+  std::string joined_;
+  std::size_t place_ = 0;
+  bool is_joined_ = false;
+};
+
+/// What an entry is recognised by. A field is present when it is not empty.
+struct EntryRecord {
+  std::string key;
+  std::string type;
+  std::array<FieldValue, kFieldCount> fields;
+
+  const FieldValue& operator[](Field field) const {
+    return fields[static_cast<std::size_t>(field)];
+  }
+  FieldValue& operator[](Field field) { return fields[static_cast<std::size_t>(field)]; }
+
+  /// Takes key and type to the letter from an entry's first line, and empties all fields.
+  void Start(std::string_view head);
+};
+
+/// Values that go on over lines, of entries that may lie in each other. They are read line by line
+/// until that has cost as much as reading the file twice; from then on each is looked up in the
+/// joined text of the file.
+class LongValues {
+ public:
+  /// The value behind the first "{" of `line`, a line of `stream` that does not end it; the stream
+  /// is then behind the line that does. The view lives as long as this. Nothing, and nothing is
+  /// read, while the value is to be read line by line.
+  std::optional<std::string_view> LookUp(std::string_view line, LineStream& stream);
+  /// Takes note of the bytes that were read for a value.
+  void CountRead(std::size_t bytes) { read_ += bytes; }
+
+ private:
+  std::size_t read_ = 0;
+  std::optional<JoinedText> joined_;
+};
+
+/// What a line did to the entry that is being read, or why there was none.
+enum class EntryLineEnd {
+  kInside,      // the entry goes on
+  kClosed,      // the line begins with "}" and names no tag: it ends the entry
+  kFileEnded,   // no line: the read before had already met the end of the file
+  kReadFailed,  // no line: this read is the one that met the end of the file
+};
+
+/// Reads the lines behind an entry's head into a record. Only a line that begins with "}" and
+/// names no tag, or the end of the file, ends an entry: one whose closing brace stands elsewhere
+/// goes on through the lines of those that follow it.
+class TagReader {
+ public:
+  /// At most 64 names; `tags` must outlive the reader.
+  explicit TagReader(std::span<const TagName> tags);
+
+  /// Reads one line (at most 4,999 bytes) and, when it names a tag, the tag's value. Views in
+  /// `record` point into the stream's bytes, or into `long_values`, which a stream needs that is
+  /// set back. Of pages only the first page is kept.
+  EntryLineEnd ReadLine(LineStream& stream, EntryRecord& record,
+                        LongValues* long_values = nullptr) const;
+  /// Reads lines until the entry ends; gives what ended it.
+  EntryLineEnd ReadEntry(LineStream& stream, EntryRecord& record) const;
+
+ private:
+  std::span<const TagName> tags_;
+  NameMatcher matcher_;
+};
+
+}  // namespace tarvel

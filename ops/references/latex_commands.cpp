@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "ops/references/latex_commands.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kNotOpened =
+    "Function CreateText_LaTeXArray()_1: Could not open the 'LaTeXCommands.tvl' file !\n";
+constexpr std::string_view kStartMark = "START";
+constexpr char kComment = '#';
+
+std::size_t FirstByte(std::string_view text) { return static_cast<unsigned char>(text.front()); }
+
+LaTeXCommands::Row ReadRow(std::string_view line) {
+  line.remove_suffix(1);
+  const std::size_t command_end = std::min(line.find_first_of("\t "), line.size());
+  const std::string_view command = line.substr(0, command_end);
+  line.remove_prefix(command_end);
+  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+  return {std::string(command), std::string(line.substr(0, line.find(' ')))};
+}
+
+}  // namespace
+
+LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    const std::string& command = rows_[row].command;
+    if (!command.empty() && command.front() != kComment) sorted_.push_back(row);
+  }
+  std::sort(sorted_.begin(), sorted_.end(), [this](std::size_t a, std::size_t b) {
+    const int order = rows_[a].command.compare(rows_[b].command);
+    return order != 0 ? order < 0 : a < b;
+  });
+  for (std::size_t i = 0; i < sorted_.size(); ++i) {
+    Span& span = by_first_byte_[FirstByte(SortedCommand(i))];
+    if (span.end == 0) span.begin = i;
+    span.end = i + 1;
+  }
+}
+
+/// The place in `sorted_` of the first row of the span that does not pass the test; those that pass
+/// stand before it.
+template <typename Test>
+std::size_t LaTeXCommands::FirstNot(Span span, Test passes) const {
+  const auto at = [this](std::size_t i) {
+    return sorted_.begin() + static_cast<std::ptrdiff_t>(i);
+  };
+  const auto found = std::partition_point(at(span.begin), at(span.end), passes);
+  return static_cast<std::size_t>(found - sorted_.begin());
+}
+
+/// The first row from `from` on whose command `text` begins with.
+std::size_t LaTeXCommands::FindRowAt(std::string_view text, std::size_t from) const {
+  std::size_t first = rows_.size();
+  // All commands of the span begin with the first `size` bytes of the text.
+  Span span = by_first_byte_[FirstByte(text)];
+  for (std::size_t size = 1; span.begin < span.end; ++size) {
+    // Those that end here are equal and stand in front of the longer ones, the lowest row first.
+    const auto ends_here = [&](std::size_t row) { return rows_[row].command.size() == size; };
+    const std::size_t longer = FirstNot(span, ends_here);
+    const std::size_t wanted =
+        FirstNot({span.begin, longer}, [&](std::size_t row) { return row < from; });
+    if (wanted < longer) first = std::min(first, sorted_[wanted]);
+    if (size == text.size()) break;
+
+    const std::size_t next = FirstByte(text.substr(size));
+    const auto byte_of = [&](std::size_t row) {
+      return FirstByte(std::string_view(rows_[row].command).substr(size));
+    };
+    span.begin = FirstNot({longer, span.end}, [&](std::size_t row) { return byte_of(row) < next; });
+    span.end = FirstNot(span, [&](std::size_t row) { return byte_of(row) == next; });
+  }
+  return first;
+}
+
+std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) const {
+  std::size_t first = rows_.size();
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (by_first_byte_[FirstByte(text.substr(at))].end == 0) continue;
+    first = std::min(first, FindRowAt(text.substr(at), from));
+  }
+  return first;
+}
+
+int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
+  const std::string path = run.program_directory().append(kLaTeXCommandsFile);
+  std::optional<LineStream> file = run.files.OpenLines(path, ReadMode::kRead);
+  if (!file) return Fail(run, kNotOpened);
+
+  std::vector<LaTeXCommands::Row> rows;
+  bool started = false;
+  while (const auto line = file->ReadLine(limits::kShortLine)) {
+    if (started) rows.push_back(ReadRow(*line));
+    started = started || line->find(kStartMark) != std::string_view::npos;
+  }
+  commands = LaTeXCommands(std::move(rows));
+  return kSucceeded;
+}
+
+void ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands) {
+  // Between two rows that occur the text does not change, so the rows passed over would not have
+  // changed it either.
+  const std::vector<LaTeXCommands::Row>& rows = commands.Rows();
+  for (std::size_t row = commands.FindRow(value, 0); row < rows.size();
+       row = commands.FindRow(value, row + 1)) {
+    ReplaceString(value, rows[row].command, rows[row].replacement);
+  }
+}
+
+}  // namespace tarvel

@@ -1,0 +1,3 @@
+// SPDX-License-Identifier: MIT
+// Does nothing: that it links is the test.
+int main() {}

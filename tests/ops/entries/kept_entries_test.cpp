@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/kept_entries.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace tarvel {
+namespace {
+
+struct Group {
+  std::string_view id;
+  int size = 0;
+};
+
+TEST(GroupTable, TakesMoreGroupsThanExpectedAndLeavesThemInTheirPlaces) {
+  std::vector<std::string> ids;
+  for (int i = 0; i < 1000; ++i) ids.push_back("key" + std::to_string(i));
+  GroupTable<Group> groups(0, std::pmr::new_delete_resource());
+  EXPECT_EQ(groups.Find("key0"), nullptr);
+  std::vector<Group*> places;
+  for (const std::string& id : ids) {
+    places.push_back(&groups.FindOrAdd(id));
+    places.back()->size = static_cast<int>(places.size());
+  }
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    EXPECT_EQ(groups.Find(ids[i]), places[i]);
+    EXPECT_EQ(&groups.FindOrAdd(ids[i]), places[i]);
+    EXPECT_EQ(places[i]->size, static_cast<int>(i) + 1);
+  }
+  EXPECT_EQ(groups.Find("key1000"), nullptr);
+}
+
+/// A book as the rule of its type compares it: by author, title and year.
+EntryRecord Book(std::string_view key, std::string_view title) {
+  EntryRecord record;
+  record.Start("@BOOK{" + std::string(key) + ",");
+  record[Field::kAuthor].SetView("A");
+  record[Field::kTitle].SetView(title);
+  record[Field::kYear].SetView("2001");
+  return record;
+}
+
+TEST(KeptEntries, FindTheFirstThatIsLeft) {
+  KeptEntries entries(0);
+  const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
+  const EntryRecord book = Book("k", "T");
+  const ComparedValues values = Compared(rule.rule->group, book);
+  for (const std::size_t head : {100U, 200U, 300U}) entries.Add(book, head, head + 50);
+  entries.Add(Book("l", "U"), 400, 450);
+
+  EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 100U);
+  EXPECT_EQ(entries.WithKey("k")->Size(), 3U);
+  entries.Remove(0, 200);
+  EXPECT_EQ(entries.FirstEqual(rule, values)->head, 200U);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 200U);
+  EXPECT_EQ(entries.WithKey("k")->Size(), 2U);
+  entries.Remove(200, 301);
+  EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
+  EXPECT_EQ(entries.WithKey("k"), nullptr);
+  EXPECT_EQ(entries.WithKey("l")->First()->head, 400U);
+
+  entries.Add(book, 210, 260);
+  EXPECT_EQ(entries.FirstEqual(rule, values)->head, 210U);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 210U);
+  EXPECT_EQ(entries.WithKey("k")->Size(), 1U);
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,338 @@
+// SPDX-License-Identifier: MIT
+#include "warnings/library_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/text_primitives.h"
+#include "tests/support/hostile_library.h"
+#include "tests/support/recording_warnings.h"
+#include "warnings/usual_entry.h"
+
+namespace tarvel {
+namespace {
+
+using namespace std::string_literals;
+using namespace tarvel::testing;
+
+constexpr std::string_view kTags[] = {"title", "year"};
+
+std::vector<std::string> Scan(std::string_view library, ScanRules rules = {1000, kTags}) {
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", library);
+  ScanLibrary(library, rules, warnings);
+  return to.lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(ScanLibrary, HasNothingToSayOfGoodLibraries) {
+  const std::string_view good[] = {
+      "",
+      "no entry at all\n",
+      "@article{k,\n  title = {T},\n  year = {1}\n}\n",
+      "@article{k,\n  title = {T},\n  year = {1},\n}",
+      "@Article{k,\ntitle={A {B} C},\n  year\t=\t{1}}\n@BOOK{l,\n}\n",
+      "@book{k,\n title = {over\n  two {lines}},\n note = \"n\", url = {x?a=b&c=d}\n}\n",
+      "@string{x = \"y\"}\n@comment{z}\n@preamble{p}\n@Comment{jabref-meta: a;}\n",
+      "@misc{k, title = {T}, year = {1}}\n@misc{l,\n title =\t{T},\n}\n",
+      "@misc{k,\n title = {T\xC3\xBC \xE2\x82\xAC \xF0\x9F\x98\x80},\n}\n",
+      "@misc{k,\n title = {mail a@b.c},\n url = {\n@home\n},\n}\n",
+  };
+  for (const std::string_view library : good) EXPECT_EQ(Scan(library), Lines()) << library;
+}
+
+TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
+  const std::string e = "@misc{k,\n";
+  const std::string unbraced =
+      "unbraced-value l:2 [k] the value of 'Title' has no braces around it ";
+  struct Case {
+    std::string library;
+    Lines told;
+  };
+  const Case cases[] = {
+      {e + " Title = \"T\",\n}\n", {unbraced + "and is read as empty"}},
+      {e + " Title = T,\n}\n", {unbraced + "and is read as empty"}},
+      {e + " Title = \"T {DNA}\",\n}\n", {unbraced + "and is read from the first brace on"}},
+      {e + " Title =\n {T},\n}\n",
+       {"unbraced-value l:2 [k] the value of 'Title' does not begin on the line of its name and is "
+        "read as empty"}},
+      {e + " Title = \"a\nb = c\",\n year = 1\n}\n",
+       {unbraced + "and is read as empty",
+        "unbraced-value l:4 [k] the value of 'year' has no braces around it and is read as "
+        "empty"}},
+      {e + " note = \"T\",\n}\n", {}},
+      {e + " note = {a = b, title = \"x\"},\n}\n", {}},
+      {"@mastersthesis{k,\n title = {T},\n}\n",
+       {"unknown-type l:1 [k] '@mastersthesis' starts no entry: its lines belong to none, or to "
+        "the entry before"}},
+      {"@book{a,\n}\n\n  @Online{k,\n year = 1,\n}\n",
+       {"unknown-type l:4 [k] '@Online' starts no entry: its lines belong to none, or to the entry "
+        "before"}},
+      {"@articles{k,\n}\n", {"unknown-type l:1 [k] '@ARTICLES' is no known type"}},
+      {"@article(k,\n)\n",
+       {"unknown-type l:1 [] '@article' starts no entry, as no \"{\" follows on the line"}},
+      {"@book\n{k,\n}\n",
+       {"unknown-type l:1 [] '@book' starts no entry, as no \"{\" follows on the line"}},
+      {"@book {k,\n}\n",
+       {"blank-in-type l:1 [k] the type is read as 'BOOK ', with the blank, and is no known one"}},
+      {"@electronic {k,\n}\n",
+       {"blank-in-type l:1 [k] '@electronic' starts no entry: its lines belong to none, or to the "
+        "entry before"}},
+      {e + " year = {1},\n@book{m,\n}\n",
+       {"runs-on l:1 [k] the entry has no closing brace before the next entry"}},
+      {e + " year = {1},\n",
+       {"runs-on l:1 [k] the entry has no closing brace before the end of the library"}},
+      {e + " year = {1},\n@online{m,\n}\n",
+       {"runs-on l:1 [k] the entry has no closing brace before the next entry",
+        "unknown-type l:3 [m] '@online' starts no entry: its lines belong to none, or to the entry "
+        "before"}},
+      {e + " year = {1,\n@book{m,\n}\n",
+       {"open-value l:2 [k] the value of 'year' does not close before the next entry"}},
+      {e + " year = {1,\n}\n",
+       {"runs-on l:1 [k] the entry has no closing brace before the end of the library"}},
+      {e + " year = {1,\n x\n",
+       {"open-value l:2 [k] the value of 'year' does not close before the end of the library"}},
+      {e + " year = {1,\n title = {T}},\n}\n@book{m,\n}\n", {}},
+      {e + " note = {\xFC},\n title = {\xC3},\n}\n",
+       {"bad-bytes l:2 [k] the line holds bytes that are neither ASCII nor valid UTF-8",
+        "bad-bytes l:3 [k] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+      {e + " note = \"n\",\n}\n\xFC\n@comment{c}\n\xFC\n",
+       {"bad-bytes l:4 [] the line holds bytes that are neither ASCII nor valid UTF-8",
+        "bad-bytes l:6 [] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+      {e + "}\n@misc{usual,\n title = {A long enough title},\n}\n  @book{l,\n title = {x\n",
+       {"open-value l:7 [l] the value of 'title' does not close before the end of the library"}},
+      {"x@book{a,\n}\n@misc{k, year = 1}\n",
+       {"unbraced-value l:3 [k] the value of 'year' has no braces around it and is read as empty"}},
+      {e + " year = 1 }@book{m,\n}\n",
+       {"unbraced-value l:2 [k] the value of 'year' has no braces around it and is read as "
+        "empty"}},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Scan(c.library), c.told) << c.library;
+}
+
+TEST(ScanLibrary, AsksForAClosingLineOnlyWhereOneIsNeeded) {
+  const std::string library = "@misc{k,\n year = {1}}\n@misc{l,\n}\n";
+  EXPECT_EQ(Scan(library), Lines());
+  EXPECT_EQ(Scan(library, {1000, kTags, true}),
+            Lines{"runs-on l:1 [k] no line that begins with \"}\" ends the entry before the next "
+                  "entry"});
+  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n", {1000, kTags, true}), Lines());
+  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n}\n@misc{l,\n}\n", {1000, kTags, true}), Lines());
+}
+
+TEST(ScanLibrary, TellsLinesOverTheLimit) {
+  const auto line = [](std::size_t size) { return std::string(size - 1, 'x') + "\n"; };
+  EXPECT_EQ(Scan(line(9) + line(3) + line(9), {10}), Lines());
+  EXPECT_EQ(Scan(line(3) + line(10) + line(3), {10}),
+            Lines{"long-line l:2 [] a line of 10 bytes is read in pieces of 9"});
+  EXPECT_EQ(Scan(line(3) + std::string(30, 'x'), {10}),
+            Lines{"long-line l:2 [] a line of 30 bytes is read in pieces of 9"});
+  EXPECT_EQ(Scan(std::string(9, 'x'), {10}), Lines());
+}
+
+TEST(ScanLibrary, CallsForEveryEntry) {
+  Lines entries;
+  ScanRules rules{1000};
+  rules.on_entries = [&](std::span<const EntryHead> heads) {
+    for (const auto& [type, key, offset] : heads) {
+      entries.push_back(std::string(type) + "|" + std::string(key) + "|" + std::to_string(offset));
+    }
+  };
+  Scan("@misc{k,\n}\n@Book {l,\n}\n@online{m,\n}\n@misc{ n ,\n", rules);
+  EXPECT_EQ(entries, (Lines{"MISC|k|0", "BOOK |l|11", "MISC| n |36"}));
+}
+
+TEST(ScanLibrary, DoesNothingForNobody) {
+  ScanRules rules{1000, kTags};
+  rules.on_entries = [](std::span<const EntryHead>) { FAIL(); };
+  FileWarnings warnings(nullptr, "l", "");
+  ScanLibrary("@misc{k,\n}\n", rules, warnings);
+}
+
+/// A blank before each "@" at the start of a line, with which no entry is of the usual form.
+std::string WithoutUsualEntries(std::string library) {
+  for (std::size_t at = 0; (at = library.find("\n@", at)) != std::string::npos; at += 2) {
+    library.insert(at + 1, " ");
+  }
+  if (library.starts_with('@')) library.insert(0, " ");
+  return library;
+}
+
+std::string UsualEntries(int count) {
+  std::string library = "\n";
+  for (int i = 0; i < count; ++i) {
+    library += "@Book{k" + std::to_string(i) + ",\n  title = {A long enough title},\n}\n";
+  }
+  return library;
+}
+
+/// Entries of the usual form are only tallied.
+TEST(ScanLibrary, SaysTheSameOfEntriesThatAreOnlyTallied) {
+  HostileLibraries libraries(20141);
+  std::size_t told = 0;
+  for (int i = RandomRuns(3000); i > 0; --i) {
+    const std::string library = libraries.Next();
+    for (const bool needs_line : {false, true}) {
+      const ScanRules rules{1000000, kTags, needs_line};
+      const Lines lines = Scan(library, rules);
+      ASSERT_EQ(lines, Scan(WithoutUsualEntries(library), rules)) << library;
+      told += lines.size();
+    }
+  }
+  EXPECT_GT(told, 1000U);
+}
+
+/// Several entries are passed on at once only where nothing is told between them.
+TEST(ScanLibrary, PassesEntriesOnInTheOrderOfWhatIsTold) {
+  HostileLibraries libraries(20262);
+  std::size_t most = 0;
+  for (int i = RandomRuns(2000); i > 0; --i) {
+    const std::string library = libraries.Next() + UsualEntries(i % 40) + libraries.Next();
+    Lines events[2];
+    for (const bool has_usual : {false, true}) {
+      RecordingWarnings to;
+      ScanRules rules{1000000, kTags};
+      rules.on_entries = [&](std::span<const EntryHead> heads) {
+        most = std::max(most, heads.size());
+        for (const EntryHead& head : heads) {
+          to.lines.push_back(std::string(head.type).append("|").append(head.key));
+        }
+      };
+      const std::string scanned = has_usual ? library : WithoutUsualEntries(library);
+      FileWarnings warnings(&to, "l", scanned);
+      ScanLibrary(scanned, rules, warnings);
+      events[has_usual ? 1 : 0] = to.lines;
+    }
+    ASSERT_EQ(events[0], events[1]) << library;
+  }
+  EXPECT_EQ(most, 16U);
+}
+
+/// As many "}" as "{" and a last line "}" make an entry usual, wherever the others stand.
+TEST(ScanLibrary, SaysTheSameWhereverTheBracesOfAnEntryStand) {
+  constexpr std::array<std::string_view, 12> kPieces{"{",     "}",       "{", "}", "},\n", "}\n",
+                                                     "a = {", "title={", "x", ",", "\n",   "\""};
+  std::mt19937 random(2026);
+  std::size_t usual = 0;
+  const int runs = RandomRuns(20000);
+  for (int i = 0; i < runs; ++i) {
+    std::string entry = "@article{" + std::string(random() % 3 == 0 ? 0 : 20, 'k');
+    if (random() % 4 != 0) entry += ",\n";
+    int open = 1;
+    for (std::size_t pieces = random() % 12; pieces > 0; --pieces) {
+      const std::string_view piece = kPieces[random() % kPieces.size()];
+      for (const char byte : piece) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+      entry += piece;
+    }
+    if (open < 1) entry += std::string(static_cast<std::size_t>(1 - open), '{');
+    if (open > 1) entry += std::string(static_cast<std::size_t>(open - 1), '}');
+    entry += "\n}\n";
+    usual += MeasureEntry(entry).is_usual ? 1 : 0;
+    const std::string library = entry + "@book{next,\n  title = {t}\n";
+    for (const bool needs_line : {false, true}) {
+      const ScanRules rules{1000000, kTags, needs_line};
+      ASSERT_EQ(Scan(library, rules), Scan(WithoutUsualEntries(library), rules)) << library;
+    }
+  }
+  EXPECT_GT(usual, static_cast<std::size_t>(runs) / 20);
+}
+
+/// What the ranges from one head to the next have to tell is what the whole library has.
+TEST(ScanRange, TellsOfTheRangesWhatIsToldOfTheLibrary) {
+  HostileLibraries libraries(41);
+  std::size_t told = 0;
+  const int runs = RandomRuns(3000);
+  for (int i = 0; i < runs; ++i) {
+    const std::string library = libraries.Next();
+    std::vector<std::size_t> bounds{0};
+    bool heads_begin_lines = true;
+    for (std::size_t at = 0; at < library.size();) {
+      const std::size_t end = std::min(library.find('\n', at), library.size() - 1) + 1;
+      std::string line = library.substr(at, end - at);
+      if (IsKnownEntry(line)) {
+        heads_begin_lines &= line.starts_with('@');
+        if (at > 0) bounds.push_back(at);
+      }
+      at = end;
+    }
+    if (!heads_begin_lines) continue;
+    bounds.push_back(library.size());
+    const ScanRules rules{1000, kTags};
+    RecordingWarnings to;
+    FileWarnings warnings(&to, "l", library);
+    for (std::size_t part = 0; part + 1 < bounds.size(); ++part) {
+      ScanRange(library, {bounds[part], bounds[part + 1]}, rules, warnings);
+    }
+    Lines whole = Scan(library, rules);
+    // Long lines are told first of what is looked through at once.
+    std::sort(whole.begin(), whole.end());
+    std::sort(to.lines.begin(), to.lines.end());
+    ASSERT_EQ(to.lines, whole) << library;
+    told += whole.size();
+  }
+  EXPECT_GT(told, static_cast<std::size_t>(runs) / 4);
+}
+
+TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
+  const std::string library = "@misc{k,\n  title = {t\n@misc{l,\n}\n";
+  const auto scan = [&](const LibraryRange& range) {
+    RecordingWarnings to;
+    FileWarnings warnings(&to, "l", library);
+    ScanRange(library, range, {1000, kTags, true}, warnings);
+    return to.lines;
+  };
+  EXPECT_EQ(scan({0, 22}),
+            Lines{"open-value l:2 [k] the value of 'title' does not close before the next entry"});
+  EXPECT_EQ(scan({9, 22}), Lines());
+  EXPECT_EQ(scan({22, library.size()}), Lines());
+  EXPECT_EQ(scan({0, 9}),
+            Lines{"runs-on l:1 [k] the entry has no closing brace before the next entry"});
+}
+
+TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {
+  EXPECT_EQ(TagNameOf("  Title \t= {x}"), "Title");
+  EXPECT_EQ(TagNameOf("a.b:=x"), "a.b:");
+  for (const std::string_view line :
+       {"", " = x", "{a = b", "}", "a, b = c", "@string{a = b", "x"}) {
+    EXPECT_EQ(TagNameOf(line), "") << line;
+  }
+}
+
+TEST(Utf8CharacterSize, TakesValidCharactersOnly) {
+  struct Case {
+    std::string text;
+    std::size_t size;
+  };
+  const Case cases[] = {{"", 0},
+                        {"a", 1},
+                        {"\0"s, 1},
+                        {"\xC3\xBCx", 2},
+                        {"\xE2\x82\xAC", 3},
+                        {"\xF0\x9F\x98\x80", 4},
+                        {"\xF4\x8F\xBF\xBF", 4},
+                        {"\x80", 0},
+                        {"\xC3", 0},
+                        {"\xC3x", 0},
+                        {"\xE2\x82", 0},
+                        {"\xE2\x82x", 0},
+                        {"\xC0\x80", 0},
+                        {"\xC1\xBF", 0},
+                        {"\xE0\x9F\xBF", 0},
+                        {"\xED\xA0\x80", 0},
+                        {"\xF0\x8F\xBF\xBF", 0},
+                        {"\xF4\x90\x80\x80", 0},
+                        {"\xF5\x80\x80\x80", 0},
+                        {"\xFF", 0}};
+  for (const Case& c : cases) EXPECT_EQ(Utf8CharacterSize(c.text), c.size) << c.text;
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "warnings/citation_warnings.h"
+
+#include <algorithm>
+
+#include "core/line_stream.h"
+#include "core/text_primitives.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kCite = "\\cite";
+constexpr std::string_view kCiteBrace = "\\cite{";
+
+bool IsLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
+
+/// The command at the start of `text`, its "\" and "*" included.
+std::string_view CommandAt(std::string_view text) {
+  std::size_t end = 1;
+  while (end < text.size() && IsLetter(text[end])) ++end;
+  if (end < text.size() && text[end] == '*') ++end;
+  return text.substr(0, end);
+}
+
+/// Where the comment of a line begins.
+std::size_t CommentStart(std::string_view line) {
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (line[at] == '\\') {
+      ++at;
+    } else if (line[at] == '%') {
+      return at;
+    }
+  }
+  return line.size();
+}
+
+/// One line of a document.
+class CitationLine {
+ public:
+  CitationLine(std::string_view line, std::size_t place, FileWarnings& warnings)
+      : line_(line),
+        place_(place),
+        warnings_(warnings),
+        comment_(CommentStart(line)),
+        last_read_(line.rfind(kCiteBrace)) {}
+
+  void Check() {
+    for (std::size_t at = line_.find('\\'); at != std::string_view::npos;
+         at = line_.find('\\', at + 1)) {
+      const std::string_view command = CommandAt(line_.substr(at));
+      if (ContainsNoCase(command, "cite")) CheckCommand(command, at);
+    }
+  }
+
+ private:
+  /// As long as a "\cite{" is left on the line, the first command that begins with "\cite" is read.
+  void CheckCommand(std::string_view command, std::size_t at) {
+    const bool read =
+        command.starts_with(kCite) && last_read_ != std::string_view::npos && at <= last_read_;
+    if (!read && at < comment_) {
+      Report(command, "is not read: only \"\\cite{\" is");
+    } else if (read && at > comment_) {
+      Report(command, "stands in a comment and is read all the same");
+    } else if (read && line_.find('}', at) == std::string_view::npos) {
+      Report(command, "is read to the end of its line only");
+    }
+  }
+
+  void Report(std::string_view command, std::string_view what) {
+    warnings_.Report(WarningKind::kOtherCitation, place_, {},
+                     std::string("'").append(command).append("' ").append(what));
+  }
+
+  std::string_view line_;
+  std::size_t place_;
+  FileWarnings& warnings_;
+  std::size_t comment_;
+  std::size_t last_read_;
+};
+
+}  // namespace
+
+void ReportCitations(std::string_view document, FileWarnings& warnings) {
+  if (!warnings.Wanted()) return;
+  constexpr std::size_t kMost = limits::kShortLine - 1;
+  for (std::size_t at = 0; at < document.size();) {
+    const std::string_view piece = document.substr(at, kMost);
+    const std::string_view line = piece.substr(0, std::min(piece.find('\n'), piece.size() - 1) + 1);
+    CitationLine(line, at, warnings).Check();
+    at += line.size();
+  }
+}
+
+void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& places,
+                FileWarnings& warnings) {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (keys[i].find_first_of(" \t") == std::string::npos) continue;
+    warnings.Report(WarningKind::kKeyWithBlank, places[i], keys[i],
+                    "the key has a blank, which belongs to it");
+  }
+}
+
+}  // namespace tarvel

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "warnings/warnings.h"
+
+namespace tarvel {
+
+/// Looks through a LaTeX document, in the lines that `ScanCitations` reads, and reports citations
+/// that it passes over, takes out of a comment or reads in part.
+void ReportCitations(std::string_view document, FileWarnings& warnings);
+
+/// Reports what is odd about cited keys: blanks in them. `places` are those of their lines.
+void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& places,
+                FileWarnings& warnings);
+
+}  // namespace tarvel

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "warnings/tag_warnings.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "core/text_primitives.h"
+#include "warnings/library_scan.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kStringMarker = "@STRING{";
+
+int OpenBraces(std::string_view text) {
+  int open = 0;
+  for (const char byte : text) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+  return open;
+}
+
+}  // namespace
+
+void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
+  in_entries_ = true;
+  in_text_ = false;
+  depth_ = 0;
+  if (!warnings_.Wanted()) return;
+  key_ = CopyUntilChar(head, '{', ',');
+  if (head.ends_with(",\n")) return;
+  warnings_.Report(WarningKind::kTextLost, place, key_,
+                   "the first line does not end with a comma and a line break: its last two bytes "
+                   "were cut");
+}
+
+void TagWarnings::NoteDroppedWithoutKey(std::size_t place) {
+  in_entries_ = true;
+  warnings_.Report(WarningKind::kEntryDropped, place, {}, "an entry without a key was dropped");
+}
+
+void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t place,
+                                     std::string_view rest) {
+  in_entries_ = true;
+  if (!warnings_.Wanted()) return;
+  const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
+  if (tag.empty()) return;
+  warnings_.Report(
+      WarningKind::kEntryDropped, place, key,
+      std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
+}
+
+void TagWarnings::NotePassedOutside(std::string_view text, std::size_t place) {
+  if (in_entries_ || !warnings_.Wanted()) return;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    const bool is_string = line.find(kStringMarker) != std::string_view::npos;
+    if (place >= header_size_ && !is_string) ReportText(line, place);
+    const std::size_t size = std::min(line.size() + 1, text.size());
+    text.remove_prefix(size);
+    place += size;
+  }
+}
+
+void TagWarnings::NotePassed(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted()) return;
+  if (depth_ > 0) {
+    depth_ += OpenBraces(line);
+  } else if (CountTag(line, place)) {
+    depth_ = OpenBraces(line);
+  } else {
+    ReportText(line, place);
+  }
+}
+
+void TagWarnings::NotePassedTag(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted() || depth_ > 0) return;
+  if (!CountTag(line, place)) ReportText(line, place);
+}
+
+bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
+  const std::string_view name = TagNameOf(line);
+  if (name.empty()) return false;
+  in_text_ = false;
+  // Few names make up most of the lines: each is nearly always found where it was before.
+  const auto byte = [name](std::size_t i) -> std::size_t {
+    return static_cast<unsigned char>(name[i]);
+  };
+  Tags::value_type*& recent =
+      recent_[(name.size() + 5 * byte(0) + 3 * byte(name.size() - 1)) % recent_.size()];
+  if (!recent || recent->first != name) recent = &*tags_.try_emplace(std::string(name)).first;
+  Dropped& dropped = recent->second;
+  if (dropped.count++ == 0) dropped.place = place;
+  return true;
+}
+
+/// Tells of the first line of a text.
+void TagWarnings::ReportText(std::string_view line, std::size_t place) {
+  const std::string_view text = Trim(line, " \t\r\n");
+  const bool says_nothing = text.empty() || text == "}" || text == "},";
+  if (!says_nothing && !in_text_) {
+    warnings_.Report(
+        WarningKind::kTextNotCopied, place, key_,
+        std::string("text that is of no tag was not copied: '").append(text).append("'"));
+  }
+  in_text_ = !says_nothing;
+}
+
+void TagWarnings::ReportTags() {
+  std::vector<std::pair<std::string_view, Dropped>> tags(tags_.begin(), tags_.end());
+  std::sort(tags.begin(), tags.end(), [](const auto& one, const auto& other) {
+    return one.second.count != other.second.count ? one.second.count > other.second.count
+                                                  : one.second.place < other.second.place;
+  });
+  for (const auto& [name, dropped] : tags) {
+    warnings_.Report(WarningKind::kUnknownTag, dropped.place, {},
+                     std::string("the tag '")
+                         .append(name)
+                         .append("' is unknown and was dropped, times: ")
+                         .append(std::to_string(dropped.count)));
+  }
+}
+
+}  // namespace tarvel
