@@ -2,11 +2,8 @@
 #include "core/line_stream.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
-
-#include "core/large_memory.h"
 
 namespace tarvel {
 
@@ -15,8 +12,6 @@ namespace {
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 
 }  // namespace
-
-void LineStream::Free::operator()(char* bytes) const { std::free(bytes); }
 
 LineStream::LineStream(std::string_view bytes) {
   Grow(bytes.size());
@@ -39,8 +34,7 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
 }
 
 void LineStream::Grow(std::size_t capacity) {
-  std::unique_ptr<char, Free> larger(
-      static_cast<char*>(AllocateLarge(std::max<std::size_t>(capacity, 1))));
+  auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
   data_ = bytes_.get();

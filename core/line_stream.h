@@ -64,17 +64,13 @@ class LineStream {
   std::string_view Bytes() const { return {data_, loaded_}; }
 
  private:
-  struct Free {
-    void operator()(char* bytes) const;
-  };
-
   std::size_t FindAhead(char byte);
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
 
   std::unique_ptr<ByteSource> source_;  // while there is more to read
   std::unique_ptr<ByteSource> mapped_;  // that holds the bytes, in the place of `bytes_`
-  std::unique_ptr<char, Free> bytes_;
+  std::unique_ptr<char[]> bytes_;
   const char* data_ = nullptr;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;

@@ -5,13 +5,11 @@
 #include <iterator>
 #include <map>
 #include <memory>
-#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "core/large_memory.h"
 #include "core/text_primitives.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
@@ -98,10 +96,7 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{kDoublesTags};
   EntryCopy copy_;
-  std::pmr::monotonic_buffer_resource nodes_{
-      LargeMemory()};  // of `written_`, to which most only adds
-  std::pmr::map<std::size_t, std::size_t> written_{
-      &nodes_};  // begin and end of every entry still whole
+  std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
   int not_written_ = 0;
 };

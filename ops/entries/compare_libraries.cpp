@@ -3,7 +3,6 @@
 
 #include <functional>
 
-#include "core/large_memory.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -77,7 +76,6 @@ std::optional<Matches::Match> Matches::Next() {
 FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
   const TagReader tags(kCompareTags);
   entries_.reserve(stream.Bytes().size() / kUsualEntry);
-  AskForLargePages(entries_.data(), entries_.capacity() * sizeof(KnownEntry));
   SkipToFirstEntry(stream);
   EntryRecord record;
   std::string head;

@@ -10,7 +10,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/large_memory.h"
 #include "core/line_stream.h"
 #include "core/name_matcher.h"
 #include "ops/entries/joined_text.h"
@@ -86,7 +85,7 @@ class TextStore {
   std::string_view Keep(std::span<const std::string_view> texts);
 
  private:
-  std::pmr::monotonic_buffer_resource texts_{std::size_t{1} << 16, LargeMemory()};
+  std::pmr::monotonic_buffer_resource texts_{std::size_t{1} << 16};
 };
 
 /// A tag's value: a view into the file when it stands on one line, else its joined text.

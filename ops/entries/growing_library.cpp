@@ -3,13 +3,10 @@
 
 #include <algorithm>
 
-#include "core/large_memory.h"
-
 namespace tarvel {
 
 GrowingLibrary::GrowingLibrary(std::string_view header, std::size_t expected_size) {
   bytes_.reserve(expected_size);
-  AskForLargePages(bytes_.data(), bytes_.capacity());
   bytes_ = header;
 }
 

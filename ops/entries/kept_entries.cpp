@@ -95,8 +95,7 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
   return nullptr;
 }
 
-KeptEntries::KeptEntries(std::size_t expected)
-    : by_key_(expected, &nodes_), by_content_(expected, &nodes_) {}
+KeptEntries::KeptEntries(std::size_t expected) : by_key_(expected), by_content_(expected) {}
 
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
   const auto added =

@@ -8,12 +8,10 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <memory_resource>
 #include <set>
 #include <string_view>
 
 #include "core/hash_index.h"
-#include "core/large_memory.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
 
@@ -76,9 +74,8 @@ class GroupTable {
  public:
   using Id = decltype(Group::id);
 
-  /// Room for `expected` groups, which lie in `memory`; more are fine.
-  GroupTable(std::size_t expected, std::pmr::memory_resource* memory)
-      : groups_(memory), index_(expected) {}
+  /// `expected`: how many groups there will be; more are fine.
+  explicit GroupTable(std::size_t expected) : index_(expected) {}
 
   /// The group; null if there is none.
   const Group* Find(const Id& id) const {
@@ -97,7 +94,7 @@ class GroupTable {
     return [this, &id](std::size_t number) { return groups_[number].id == id; };
   }
 
-  std::pmr::deque<Group> groups_;
+  std::deque<Group> groups_;
   HashIndex index_;
 };
 
@@ -133,16 +130,13 @@ class KeptEntries {
     EntryList all = {};
   };
 
-  static constexpr std::size_t kNodeBlock = std::size_t{1} << 16;
-
   void AddToIndexes(const KeptEntry& entry);
   void RemoveFromIndexes(const KeptEntry& entry);
 
-  // Texts, nodes and groups stay until the end, also those of entries that were removed: few are,
-  // and this way neither the keys of groups nor the pointers in them depend on which are left.
+  // Texts and groups stay until the end, also those of entries that were removed: few are, and this
+  // way the keys of groups do not depend on which entries are left.
   TextStore texts_;
-  std::pmr::monotonic_buffer_resource nodes_{kNodeBlock, LargeMemory()};
-  std::pmr::map<std::size_t, KeptEntry> entries_{&nodes_};  // by head; the groups point into it
+  std::map<std::size_t, KeptEntry> entries_;  // by head; the groups point into it
   GroupTable<SameKey> by_key_;
   GroupTable<SameContent> by_content_;
 };

@@ -17,7 +17,7 @@ struct Group {
 TEST(GroupTable, TakesMoreGroupsThanExpectedAndLeavesThemInTheirPlaces) {
   std::vector<std::string> ids;
   for (int i = 0; i < 1000; ++i) ids.push_back("key" + std::to_string(i));
-  GroupTable<Group> groups(0, std::pmr::new_delete_resource());
+  GroupTable<Group> groups(0);
   EXPECT_EQ(groups.Find("key0"), nullptr);
   std::vector<Group*> places;
   for (const std::string& id : ids) {
