@@ -14,7 +14,7 @@ inline constexpr std::size_t kLongestType = 17;
 /// Room for a known type, and for so many zeros behind it that it is compared in whole words.
 using TypeWord = std::array<char, 24>;
 /// The type of the entry that begins with `head`, in capitals, which are put into `word`; empty
-/// when the text begins with no entry of a known type, or is of no more than 32 bytes.
+/// when the text begins with no entry of a known type.
 std::string_view TakeKnownType(std::string_view head, TypeWord& word);
 
 /// How far the text of an entry goes, and what can be told of it in passing.

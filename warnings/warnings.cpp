@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "warnings/byte_lanes.h"
-
 namespace tarvel {
 
 namespace {
@@ -13,7 +11,9 @@ constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
 /// The bytes of a warning's text that go to the reporter; the file has all of it.
 constexpr std::size_t kLongestText = 200;
 
-std::size_t CountBreaks(std::string_view bytes) { return CountByte(bytes, '\n'); }
+std::size_t CountBreaks(std::string_view bytes) {
+  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+}
 
 bool IsControl(char byte) { return (byte >= 0 && byte < ' ') || byte == 127; }
 
