@@ -151,15 +151,13 @@ void ReportLibrary(const RunContext& run, const std::string& path, const LineStr
   if (!warnings.Wanted()) return;
   RepeatedKeys keys(library.Bytes(), warnings);
   ScanRules rules{limits::kPairLine, kCompareTagNames, true};
-  rules.on_entries = [&](std::span<const EntryHead> heads) {
-    for (const EntryHead& head : heads) {
-      if (!CompareRuleFor(head.type).rule) {
-        warnings.Report(
-            WarningKind::kNoGroup, head.offset, head.key,
-            std::string("the type '").append(head.type).append("' is compared with none"));
-      }
-      keys.Check(head);
+  rules.on_entry = [&](const EntryHead& head) {
+    if (!CompareRuleFor(head.type).rule) {
+      warnings.Report(
+          WarningKind::kNoGroup, head.offset, head.key,
+          std::string("the type '").append(head.type).append("' is compared with none"));
     }
+    keys.Check(head);
   };
   ScanLibrary(library.Bytes(), rules, warnings);
 }

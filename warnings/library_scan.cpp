@@ -100,9 +100,7 @@ class LibraryScan {
     return place < bytes_.size() && bytes_[place - 1] != '\n';
   }
   void FindLongLines(std::size_t start, std::size_t end);
-  void BringNear(std::size_t part) const;
   bool TakeUsual(std::string_view entry, std::size_t offset);
-  void PassHeads();
   void ScanLines(std::size_t offset, std::size_t end);
   void ScanLine(std::string_view line, std::size_t offset);
   bool TakeHead(std::string_view line, std::size_t offset);
@@ -124,10 +122,6 @@ class LibraryScan {
   const ScanRules& rules_;
   FileWarnings& warnings_;
   std::vector<Part> parts_;
-  std::size_t at_signs_ = 0;
-  std::array<TypeWord, 16> types_{};  // of the heads
-  std::array<EntryHead, 16> heads_;
-  std::size_t head_count_ = 0;
 
   State state_ = State::kOutside;
   bool has_entry_ = false;     // an entry of a known type came, and is not yet done with
@@ -146,29 +140,14 @@ void LibraryScan::Run() {
     const std::size_t start = parts_[i].Start();
     if (EndOf(i) - start > most) FindLongLines(start, EndOf(i));
   }
-  if (rules_.before_entries) rules_.before_entries(at_signs_);
   for (std::size_t i = 0; i < parts_.size(); ++i) {
-    if (rules_.on_entries) BringNear(i);
     const std::size_t start = parts_[i].Start();
     const std::size_t end = EndOf(i);
     const bool is_taken =
         parts_[i].IsUsual() && TakeUsual(bytes_.substr(start, end - start), start);
-    if (is_taken) continue;
-    PassHeads();
-    ScanLines(start, end);
+    if (!is_taken) ScanLines(start, end);
   }
-  PassHeads();
   EndEntry(bytes_.size());
-}
-
-/// Asks for the head of a part that comes soon: heads are far apart, and by now far away.
-void LibraryScan::BringNear(std::size_t part) const {
-  constexpr std::size_t kAhead = 16;
-  constexpr std::size_t kHead = 64;
-  if (part + kAhead >= parts_.size()) return;
-  const char* const head = bytes_.data() + parts_[part + kAhead].Start();
-  __builtin_prefetch(head);
-  __builtin_prefetch(head + kHead);
 }
 
 void LibraryScan::FindParts() {
@@ -177,11 +156,10 @@ void LibraryScan::FindParts() {
   parts_.reserve((bytes_.size() - begin_) / kShortPart + 1);
   std::size_t start = begin_;
   while (start < bytes_.size()) {
-    ++at_signs_;
     const EntryText entry = MeasureEntry(bytes_.substr(start));
     std::size_t end = start + entry.size;
     const bool has_further = IsInLine(end);  // an "@" in the middle, which would hide a head
-    for (; IsInLine(end); end = std::min(bytes_.find('@', end + 1), bytes_.size())) ++at_signs_;
+    while (IsInLine(end)) end = std::min(bytes_.find('@', end + 1), bytes_.size());
     parts_.emplace_back(start, entry.is_usual && !has_further);
     start = end;
   }
@@ -193,18 +171,12 @@ bool LibraryScan::TakeUsual(std::string_view entry, std::size_t offset) {
     return false;
   }
   has_entry_ = false;
-  if (!rules_.on_entries) return true;
-  const std::string_view type = TakeKnownType(entry, types_[head_count_]);
-  const std::size_t behind_brace = type.size() + std::string_view("@{").size();
-  heads_[head_count_] = {type, CopyUntilChar(entry.substr(behind_brace), ','), offset};
-  if (++head_count_ == heads_.size()) PassHeads();
+  if (!rules_.on_entry) return true;
+  TypeWord word;
+  const std::string_view type = TakeKnownType(entry, word);
+  const std::size_t after_brace = type.size() + std::string_view("@{").size();
+  rules_.on_entry({type, CopyUntilChar(entry.substr(after_brace), ','), offset});
   return true;
-}
-
-/// Passes on the heads of the usual entries that came since.
-void LibraryScan::PassHeads() {
-  if (head_count_ > 0) rules_.on_entries(std::span(heads_).first(head_count_));
-  head_count_ = 0;
 }
 
 /// Looks only where a line break must be if no line is too long: nearly always there is one.
@@ -268,8 +240,7 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   has_entry_ = true;
   closing_line_ = false;
   head_ = offset;
-  const EntryHead head{type, key, offset};
-  if (rules_.on_entries) rules_.on_entries({&head, 1});
+  if (rules_.on_entry) rules_.on_entry({type, key, offset});
   if (IsKnownType(type)) return;
   const std::string word(type);
   const std::string_view trimmed = TrimEnd(type);

@@ -12,7 +12,7 @@ namespace tarvel {
 
 /// The head of an entry of a known type.
 struct EntryHead {
-  std::string_view type;  // in capitals
+  std::string_view type;  // in capitals; lives as long as the call that passes the head
   std::string_view key;   // a part of the library's bytes
   std::size_t offset = 0;
 };
@@ -25,11 +25,8 @@ struct ScanRules {
   std::span<const std::string_view> read_tags = {};
   /// Whether only a line that begins with "}" ends an entry for it.
   bool needs_closing_line = false;
-  /// Called once before `on_entries`, with a number that there are no more entries than.
-  std::function<void(std::size_t most)> before_entries = {};
-  /// Called for all entries in their order: for up to 16 at once where nothing is to be told of the
-  /// library between their heads, so that what is known of their keys can be brought near.
-  std::function<void(std::span<const EntryHead> heads)> on_entries = {};
+  /// Called for each entry, in their order.
+  std::function<void(const EntryHead& head)> on_entry = {};
 };
 
 /// Looks through the bytes of a library and reports what will be read otherwise than its author

@@ -141,10 +141,9 @@ TEST(ScanLibrary, TellsLinesOverTheLimit) {
 TEST(ScanLibrary, CallsForEveryEntry) {
   Lines entries;
   ScanRules rules{1000};
-  rules.on_entries = [&](std::span<const EntryHead> heads) {
-    for (const auto& [type, key, offset] : heads) {
-      entries.push_back(std::string(type) + "|" + std::string(key) + "|" + std::to_string(offset));
-    }
+  rules.on_entry = [&](const EntryHead& head) {
+    entries.push_back(std::string(head.type) + "|" + std::string(head.key) + "|" +
+                      std::to_string(head.offset));
   };
   Scan("@misc{k,\n}\n@Book {l,\n}\n@online{m,\n}\n@misc{ n ,\n", rules);
   EXPECT_EQ(entries, (Lines{"MISC|k|0", "BOOK |l|11", "MISC| n |36"}));
@@ -152,7 +151,7 @@ TEST(ScanLibrary, CallsForEveryEntry) {
 
 TEST(ScanLibrary, DoesNothingForNobody) {
   ScanRules rules{1000, kTags};
-  rules.on_entries = [](std::span<const EntryHead>) { FAIL(); };
+  rules.on_entry = [](const EntryHead&) { FAIL(); };
   FileWarnings warnings(nullptr, "l", "");
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
 }
@@ -190,21 +189,17 @@ TEST(ScanLibrary, SaysTheSameOfEntriesThatAreOnlyTallied) {
   EXPECT_GT(told, 1000U);
 }
 
-/// Several entries are passed on at once only where nothing is told between them.
+/// Entries and warnings come in the order of the library.
 TEST(ScanLibrary, PassesEntriesOnInTheOrderOfWhatIsTold) {
   HostileLibraries libraries(20262);
-  std::size_t most = 0;
   for (int i = RandomRuns(2000); i > 0; --i) {
     const std::string library = libraries.Next() + UsualEntries(i % 40) + libraries.Next();
     Lines events[2];
     for (const bool has_usual : {false, true}) {
       RecordingWarnings to;
       ScanRules rules{1000000, kTags};
-      rules.on_entries = [&](std::span<const EntryHead> heads) {
-        most = std::max(most, heads.size());
-        for (const EntryHead& head : heads) {
-          to.lines.push_back(std::string(head.type).append("|").append(head.key));
-        }
+      rules.on_entry = [&](const EntryHead& head) {
+        to.lines.push_back(std::string(head.type).append("|").append(head.key));
       };
       const std::string scanned = has_usual ? library : WithoutUsualEntries(library);
       FileWarnings warnings(&to, "l", scanned);
@@ -213,7 +208,6 @@ TEST(ScanLibrary, PassesEntriesOnInTheOrderOfWhatIsTold) {
     }
     ASSERT_EQ(events[0], events[1]) << library;
   }
-  EXPECT_EQ(most, 16U);
 }
 
 /// As many "}" as "{" and a last line "}" make an entry usual, wherever the others stand.
