@@ -2,20 +2,12 @@
 #include "core/text_primitives.h"
 
 #include <algorithm>
-#include <array>
+
+#include "core/entry_types.h"
 
 namespace tarvel {
 
 namespace {
-
-// Only "@ELECTRONIC{" carries its brace; the others are prefixes of what they accept.
-constexpr std::array<std::string_view, 24> kEntryMarkers{
-    "@ARTICLE",          "@BOOK",       "@PHDTHESIS",  "@INCOLLECTION",
-    "@INPROCEEDINGS",    "@MISC",       "@OTHER",      "@PROCEEDINGS",
-    "@ELECTRONIC{",      "@BOOKLET",    "@INBOOK",     "@MASTERTHESIS",
-    "@CONFERENCE",       "@MANUAL",     "@TECHREPORT", "@UNPUBLISHED",
-    "@STANDARD",         "@PERIODICAL", "@PATENT",     "@MEETINGABSTRACT",
-    "@PROCEEDINGSPAPER", "@LETTER",     "@REVIEW",     "@EDITORIALMATERIAL"};
 
 /// Upper-cases the type words; false when an "@" without a "{" behind it ends the search.
 bool UpperCaseTypeWords(std::string& line) {
@@ -30,11 +22,14 @@ bool UpperCaseTypeWords(std::string& line) {
   return true;
 }
 
+/// Whether a known type stands after an "@". Types are prefixes of what they accept, except that
+/// "ELECTRONIC" wants its brace.
 bool HoldsEntryMarker(std::string_view line) {
   for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
-    const std::string_view rest = line.substr(at);
-    for (const std::string_view marker : kEntryMarkers) {
-      if (rest.starts_with(marker)) return true;
+    const std::string_view word = line.substr(at + 1);
+    for (const std::string_view type : kEntryTypes) {
+      if (!word.starts_with(type)) continue;
+      if (type != "ELECTRONIC" || word.substr(type.size()).starts_with('{')) return true;
     }
   }
   return false;
@@ -85,12 +80,6 @@ void StringToUpper(std::string& text) {
 void StripBraces(std::string& value) {
   value.erase(0, std::min(value.find_first_not_of('{'), value.size()));
   while (value.size() > 1 && value.back() == '}') value.pop_back();
-}
-
-std::string_view Trim(std::string_view text, std::string_view bytes) {
-  const std::size_t begin = text.find_first_not_of(bytes);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(bytes) + 1 - begin);
 }
 
 std::string_view CopyUntilChar(std::string_view line, char stop) {

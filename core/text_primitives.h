@@ -5,14 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "core/ascii.h"
 #include "core/line_stream.h"
 
 namespace tarvel {
-
-/// Upper-cases one byte as the POSIX locale does: 'a' to 'z' only, bytes above 127 stay.
-constexpr char ToUpper(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
 
 /// Whether the line starts an entry of one of the 24 known types. On the way every type word, the
 /// text between an "@" and the next "{", is upper-cased in the line itself, whatever the result.
@@ -37,9 +33,6 @@ void StringToUpper(std::string& text);
 /// is left: "{{x}}" becomes "x", "{}" becomes "}".
 void StripBraces(std::string& value);
 
-/// The text without those of `bytes` that stand at its ends.
-std::string_view Trim(std::string_view text, std::string_view bytes);
-
 /// The text of `line` from its first byte up to `stop`, a line feed or the end.
 std::string_view CopyUntilChar(std::string_view line, char stop);
 /// The text behind the first `start` up to `stop`, a line feed or the end; empty when `start` does
@@ -59,6 +52,11 @@ std::string SplitAtComma(std::string& text);
 /// missed: "aab" with the pattern "ab" stays, "abab" with "x" becomes "xab". What users' tables of
 /// replacements do is defined by this scan. An empty pattern does nothing and gives false.
 bool ReplaceString(std::string& line, std::string_view pattern, std::string_view replacement);
+
+/// The first page of a range: "123-130" and "123--130" both give "123", "-130" gives nothing.
+constexpr std::string_view FirstPage(std::string_view pages) {
+  return pages.substr(0, pages.find('-'));
+}
 
 /// Where the first occurrence of `byte` is followed by a second one, removes the second and gives
 /// true. Only the first occurrence is looked at.

@@ -32,7 +32,7 @@ constexpr std::string_view kAuthorTag = "AUTHOR=";
 bool IsAuthorLine(std::string_view line) {
   std::size_t matched = 0;
   for (const char byte : line) {
-    if (byte == ' ' || byte == '\t') continue;
+    if (IsBlankOrTab(byte)) continue;
     if (ToUpper(byte) != kAuthorTag[matched]) return false;
     if (++matched == kAuthorTag.size()) return true;
   }

@@ -11,8 +11,10 @@
 #include <string_view>
 
 #include "core/text_primitives.h"
+#include "core/utf8.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
+#include "warnings/tally.h"
 
 namespace tarvel {
 
@@ -46,16 +48,10 @@ bool HoldsBadByte(std::string_view line) {
   return found != 0;
 }
 
-/// The end of `text` without its trailing blanks and tabs.
-std::string_view TrimEnd(std::string_view text) {
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-  return text;
-}
-
 /// Whether the text ends with `word`, given in upper case, blanks and tabs passed over.
 bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
-    text = TrimEnd(text);
+    text = TrimEnd(text, " \t");
     if (text.empty() || ToUpper(text.back()) != word.back()) return false;
     text.remove_suffix(1);
   }
@@ -69,7 +65,7 @@ constexpr std::size_t kNoTag = kExemptTags.size();
 std::size_t FindExemptTag(std::string_view line) {
   for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
        brace = line.find('{', brace + 1)) {
-    std::string_view before = TrimEnd(line.substr(0, brace));
+    std::string_view before = TrimEnd(line.substr(0, brace), " \t");
     if (!before.ends_with('=')) continue;
     before.remove_suffix(1);
     for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
@@ -79,24 +75,13 @@ std::size_t FindExemptTag(std::string_view line) {
   return kNoTag;
 }
 
-/// How often something was found.
-struct Found {
-  std::size_t count = 0;
-  std::size_t place = 0;  // of the first
-};
-
-/// The code point of a valid UTF-8 character, as in "U+00FC".
-std::string CodePointOf(std::string_view character) {
+/// The name of a code point, as in "U+00FC".
+std::string NameOf(char32_t code) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
-  constexpr std::array<unsigned, 5> kFirstByte{0, 0x7F, 0x1F, 0x0F, 0x07};
-  unsigned code = static_cast<unsigned char>(character.front()) & kFirstByte[character.size()];
-  for (const char byte : character.substr(1)) {
-    code = code << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
-  }
-  std::string text = "U+";
+  std::string name = "U+";
   for (unsigned shift = code > 0xFFFF ? 20 : 12;; shift -= 4) {
-    text += kDigits[code >> shift & 0xFU];
-    if (shift == 0) return text;
+    name += kDigits[code >> shift & 0xFU];
+    if (shift == 0) return name;
   }
 }
 
@@ -112,9 +97,6 @@ class CharacterCleaner {
  private:
   void ReplaceBadBytes(std::string_view line);
   void LogBadByte(char byte, std::size_t column);
-  void Count(Found& found) {
-    if (found.count++ == 0) found.place = input_.Position() - 1;
-  }
   void CountCharacters(std::string_view line);
   void ReportFound();
 
@@ -122,8 +104,8 @@ class CharacterCleaner {
   OutputFile& library_;
   OutputFile& log_;
   FileWarnings& warnings_;
-  std::array<Found, kExemptTags.size()> left_out_;
-  std::map<std::string, Found, std::less<>> characters_;
+  std::array<Occurrences, kExemptTags.size()> left_out_;
+  std::map<std::string, Occurrences, std::less<>> characters_;
   std::string bibitem_;
   int line_number_ = 0;
   int bad_bytes_ = 0;
@@ -133,7 +115,7 @@ void CharacterCleaner::Walk() {
   for (Line line; ReadLine(input_, limits::kLongLine, line);) {
     ++line_number_;
     if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
-      Count(left_out_[tag]);
+      left_out_[tag].Add(input_.Position() - 1);
       continue;
     }
     if (line.Text().find('@') != std::string_view::npos &&
@@ -163,25 +145,26 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
 
 void CharacterCleaner::CountCharacters(std::string_view line) {
   while (!line.empty()) {
-    const std::size_t size = Utf8CharacterSize(line);
+    const std::size_t size = DecodeUtf8(line).size;
     const std::string_view character = line.substr(0, size);
     line.remove_prefix(std::max<std::size_t>(size, 1));
     if (size < 2) continue;  // not valid, or ASCII
-    const auto found = characters_.find(character);
-    Count(found == characters_.end() ? characters_[std::string(character)] : found->second);
+    auto found = characters_.find(character);
+    if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
+    found->second.Add(input_.Position() - 1);
   }
 }
 
 void CharacterCleaner::ReportFound() {
   for (const auto& [character, found] : characters_) {
-    warnings_.Report(WarningKind::kCharacter, found.place, {},
-                     CodePointOf(character) + " " + character + " became '" +
+    warnings_.Report(WarningKind::kCharacter, found.first, {},
+                     NameOf(DecodeUtf8(character).code) + " " + character + " became '" +
                          std::string(character.size(), '?') +
                          "', times: " + std::to_string(found.count));
   }
   for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
     if (left_out_[tag].count == 0) continue;
-    warnings_.Report(WarningKind::kLineLeftOut, left_out_[tag].place, {},
+    warnings_.Report(WarningKind::kLineLeftOut, left_out_[tag].first, {},
                      std::string("lines with the tag ")
                          .append(kExemptTags[tag])
                          .append(" were left out, times: ")

@@ -94,7 +94,7 @@ class DoubleCleaner {
   FileWarnings& input_warnings_;
   const bool append_renamed_;
   std::size_t head_ = 0;  // where the entry begins that is being written
-  OverlappingReader reader_{kDoublesTags};
+  OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
@@ -117,7 +117,7 @@ bool DoubleCleaner::Walk() {
 void DoubleCleaner::TakeEntry(std::size_t start) {
   const TypeRule<DoublesRule> rule = DoublesRuleFor(reader_.Entry().type);
   const ComparedValues values =
-      rule.rule ? Compared(rule.rule->group, reader_.Entry()) : ComparedValues();
+      rule.rule ? ComparedValuesOf(rule.rule->group, reader_.Entry()) : ComparedValues();
   const Decision decision = Decide(rule, values);
   LogSameKeys(rule, decision.by);
   if (!decision.by) {
@@ -126,7 +126,7 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
     return;
   }
   const TypeGroup& group = rule.rule->group;
-  const ComparedValues earlier = decision.by->Compared(group);
+  const ComparedValues earlier = decision.by->ComparedValuesOf(group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
     MapKey(reader_.Entry().key, decision.by->key);
@@ -169,7 +169,7 @@ void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& val
   const std::string& key = reader_.Entry().key;
   const std::string_view earlier = decision.by->key;
   WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
-  WriteDetails(log_, rule.group, values, decision.by->Compared(rule.group));
+  WriteDetails(log_, rule.group, values, decision.by->ComparedValuesOf(rule.group));
   if (decision.same_key || rule.closing_keys == ClosingKeys::kNone) {
     log_.Write(kDoublesExactClosing);
   } else if (rule.closing_keys == ClosingKeys::kLaterThenEarlier) {

@@ -2,6 +2,7 @@
 // Clean tags: writes a library anew in which every entry keeps only the tags that are not marked
 // for removal, each in one normal form.
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,6 @@ constexpr std::string_view kLibraryNotCreated =
 constexpr std::string_view kLogNotCreated =
     "Function Clean_tags_4 => Could not create the log file?";
 
-constexpr std::string_view kJabRefMarker = "@comment{jabref";
 constexpr std::string_view kStringMarker = "@STRING{";
 
 constexpr std::array<std::string_view, kTagCount> kTagNames = [] {
@@ -56,8 +56,8 @@ struct Counters {
   int removed_strings = 0;
 };
 
+// Each result has the number by which it is known; one of 0 ends the run.
 enum class TagOutcome { kNothingRemoved = 1, kRemoved = 88 };
-enum class EntryLine { kInside, kNextHead, kEndOfFile };
 enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
 
 /// The files of one run and what walks them.
@@ -75,8 +75,8 @@ class TagCleaner {
   StringOutcome HandleStringLine(Line& line);
   bool CheckEmptyEntry(Line& line);
   TagOutcome SortTags(Line& line);
-  void SortTag(Line& line);
-  EntryLine ReadEntryLine(Line& line);
+  std::optional<std::size_t> ReadTag(Line& line, std::string& name, std::string& value);
+  void WriteTag(const TagRule& rule, std::string_view value);
 
   LineStream& input_;
   OutputFile& library_;
@@ -85,12 +85,6 @@ class TagCleaner {
   TagWarnings& warnings_;
   const NameMatcher filter_{kFilterNames};
   const NameMatcher tags_{kTagNames};
-
-  // Of the entry that is being written.
-  std::string value_;
-  std::string name_;
-  std::string removed_;
-  bool wrote_tag_ = false;
 };
 
 /// Gives the text without every blank, tab, '.', ':' and ';'.
@@ -169,15 +163,6 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
   return false;
 }
 
-/// Reads the line after a head. The head test comes first and upper-cases the marker that JabRef
-/// writes in front of its own data, so the marker never ends an entry; this order is kept.
-EntryLine TagCleaner::ReadEntryLine(Line& line) {
-  if (!ReadLine(input_, limits::kTagLine, line)) return EntryLine::kEndOfFile;
-  if (line.Text().find('@') == std::string_view::npos) return EntryLine::kInside;
-  const bool ends = IsKnownEntry(line) || line.Text().find(kJabRefMarker) != std::string_view::npos;
-  return ends ? EntryLine::kNextHead : EntryLine::kInside;
-}
-
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
@@ -185,52 +170,63 @@ TagOutcome TagCleaner::SortTags(Line& line) {
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
-  removed_.clear();
-  wrote_tag_ = false;
   std::string& head = line.Edit();
   head.resize(head.size() - 2);  // the "," and the line break, in a library of the usual form
   library_.Write(head);
   const std::string key(CopyUntilChar(head, '{', ','));
 
-  const std::size_t behind = input_.Position();
-  EntryLine last = ReadEntryLine(line);
-  for (; last == EntryLine::kInside; last = ReadEntryLine(line)) SortTag(line);
-  const bool at_end = last == EntryLine::kEndOfFile;
-  library_.Write(wrote_tag_ || at_end ? "\n" : ",\n");
+  const std::size_t after_head = input_.Position();
+  std::string name;
+  std::string value;
+  std::string removed;
+  bool wrote_tag = false;
+  bool at_next_head = false;
+  while (!at_next_head && ReadLine(input_, limits::kTagLine, line)) {
+    if (IsKnownEntry(line)) {
+      at_next_head = true;
+    } else if (const auto tag = ReadTag(line, name, value)) {
+      const bool removes = settings_.RemoveTag[*tag] != 0;
+      if (removes) {
+        removed.append(name).append(", ");
+      } else {
+        WriteTag(kTagRules[*tag], value);
+        wrote_tag = true;
+      }
+    }
+  }
+  library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");
-  if (!at_end) input_.SetPosition(behind);  // the caller passes over the entry's lines again
+  if (at_next_head) input_.SetPosition(after_head);  // the caller reads over the lines again
 
-  if (removed_.empty()) return TagOutcome::kNothingRemoved;
-  if (removed_.size() > 2) removed_.resize(removed_.size() - 2);
+  if (removed.empty()) return TagOutcome::kNothingRemoved;
+  if (removed.size() > 2) removed.resize(removed.size() - 2);
   log_.Write(
-      {"The following tags have been removed from the entry '", key, "':\n", removed_, "\n\n"});
+      {"The following tags have been removed from the entry '", key, "':\n", removed, "\n\n"});
   return TagOutcome::kRemoved;
 }
 
-/// Writes one line's tag, or notes it as removed, or passes over a line that is neither.
-void TagCleaner::SortTag(Line& line) {
+/// Reads the tag of a line after a head: the row of `kTagRules` that serves it, its name as it
+/// stands there, squeezed, and its value. Nothing for a line that holds no known tag.
+std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name, std::string& value) {
   const std::size_t place = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
     warnings_.NotePassed(line.Text(), place);
-    return;
+    return std::nullopt;
   }
-  ReadFieldValue(line, input_, value_);
-  SqueezeTagName(CopyUntilChar(line.Text(), '='), name_);
-  const int tag = tags_.First(name_);
+  ReadFieldValue(line, input_, value);
+  SqueezeTagName(CopyUntilChar(line.Text(), '='), name);
+  const int tag = tags_.First(name);
   if (tag < 0) {
     warnings_.NotePassedTag(line.Text(), place);
-    return;
+    return std::nullopt;
   }
-  warnings_.NoteWritten();
-  const auto index = static_cast<std::size_t>(tag);
-  if (settings_.RemoveTag[index] != 0) {
-    removed_.append(name_).append(", ");
-    return;
-  }
-  const TagRule& rule = kTagRules[index];
-  const bool doubled = rule.doubles_braces && !value_.starts_with('{');
-  library_.Write({",\n  ", rule.name, doubled ? " = {{" : " = {", value_, doubled ? "}}" : "}"});
-  wrote_tag_ = true;
+  warnings_.NoteTag();
+  return static_cast<std::size_t>(tag);
+}
+
+void TagCleaner::WriteTag(const TagRule& rule, std::string_view value) {
+  const bool doubled = rule.doubles_braces && !value.starts_with('{');
+  library_.Write({",\n  ", rule.name, doubled ? " = {{" : " = {", value, doubled ? "}}" : "}"});
 }
 
 void WriteSummary(OutputFile& log, const Counters& counters, const std::string& input,

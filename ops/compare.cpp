@@ -92,7 +92,7 @@ const KnownEntry* Comparison::FindCounterpart() {
   while (const auto match = matches.Next()) {
     const KnownEntry& known = *match->entry;
     // The group is that of the first library's entry, whatever the type of the other.
-    const ComparedValues values = Compared(known.rule->group, second_.Entry());
+    const ComparedValues values = ComparedValuesOf(known.rule->group, second_.Entry());
     const Verdict& verdict = Judge(*match, values);
     Log(known, verdict, values);
     Count(verdict.counted);

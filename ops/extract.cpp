@@ -46,7 +46,6 @@ constexpr std::string_view kLibraryEndsWithHead =
 
 constexpr std::string_view kCite = "\\cite";
 constexpr std::string_view kCiteBrace = "\\cite{";
-constexpr std::string_view kJabRefMarker = "@comment{jabref";
 constexpr std::string_view kAdvice = "You have to enter the bibitem manually into this file. ";
 constexpr std::string_view kReferencesName = "_bibitems.tex";  // sic: the file ends in _extract.tex
 
@@ -57,9 +56,7 @@ bool CopyEntry(OutputFile& output, LineStream& library) {
   IsKnownEntry(line);  // upper-cases the type word, as in every line that is copied
   output.Write(line.Text());
   if (!ReadLine(library, limits::kShortLine, line)) return false;
-  // The head test comes first and upper-cases the marker that JabRef writes in front of its own
-  // data, so the marker never ends an entry; this order is kept.
-  while (!IsKnownEntry(line) && line.Text().find(kJabRefMarker) == std::string_view::npos) {
+  while (!IsKnownEntry(line)) {
     output.Write(line.Text());
     if (!ReadLine(library, limits::kShortLine, line)) break;
   }

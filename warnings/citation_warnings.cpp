@@ -13,8 +13,6 @@ namespace {
 constexpr std::string_view kCite = "\\cite";
 constexpr std::string_view kCiteBrace = "\\cite{";
 
-bool IsLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
-
 /// The command at the start of `text`, its "\" and "*" included.
 std::string_view CommandAt(std::string_view text) {
   std::size_t end = 1;

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "core/entry_types.h"
 #include "core/text_primitives.h"
+#include "core/utf8.h"
 #include "warnings/usual_entry.h"
 
 namespace tarvel {
@@ -18,8 +20,6 @@ using namespace std::string_view_literals;
 /// What stands behind an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
-bool IsLetter(char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); }
-bool IsBlank(char byte) { return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n'; }
 bool IsHigh(char byte) { return static_cast<signed char>(byte) < 0; }
 
 std::string Upper(std::string_view text) {
@@ -28,18 +28,8 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
-std::string_view TrimEnd(std::string_view text) {
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 std::size_t FindFrom(std::string_view text, std::string_view bytes, std::size_t from) {
   return std::min(text.find_first_of(bytes, from), text.size());
-}
-
-std::size_t SkipBlanks(std::string_view text, std::size_t from) {
-  while (from < text.size() && IsBlank(text[from])) ++from;
-  return std::min(from, text.size());
 }
 
 /// What may end the name of a tag: "=" does, the others show that it is none.
@@ -54,15 +44,6 @@ class NameEnds {
   std::array<bool, 256> ends_{};
 };
 constexpr NameEnds kNameEnds;
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t size = Utf8CharacterSize(text);
-    if (size == 0) return false;
-    text.remove_prefix(size);
-  }
-  return true;
-}
 
 /// One pass over a library, or over a range of one.
 class LibraryScan {
@@ -172,8 +153,7 @@ bool LibraryScan::TakeUsual(std::string_view entry, std::size_t offset) {
   }
   has_entry_ = false;
   if (!rules_.on_entry) return true;
-  TypeWord word;
-  const std::string_view type = TakeKnownType(entry, word);
+  const std::string_view type = TypeOf(entry);
   const std::size_t after_brace = type.size() + std::string_view("@{").size();
   rules_.on_entry({type, CopyUntilChar(entry.substr(after_brace), ','), offset});
   return true;
@@ -241,10 +221,10 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   closing_line_ = false;
   head_ = offset;
   if (rules_.on_entry) rules_.on_entry({type, key, offset});
-  if (IsKnownType(type)) return;
+  if (!FindEntryType(type).empty()) return;
   const std::string word(type);
-  const std::string_view trimmed = TrimEnd(type);
-  if (IsKnownType(trimmed)) {
+  const std::string_view trimmed = TrimEnd(type, kBlanks);
+  if (!FindEntryType(trimmed).empty()) {
     Report(WarningKind::kBlankInType, offset,
            "the type is read as '" + word + "', with the blank, and is no known one");
   } else {
@@ -269,7 +249,7 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
   const bool braced = behind < line.size() && line[behind] == '{';
   const std::string key(braced ? CopyUntilChar(line.substr(behind), '{', ',') : std::string_view());
   const std::string word(line.substr(at, end - at));
-  const bool blank = behind != end && braced && IsKnownType(type);
+  const bool blank = behind != end && braced && !FindEntryType(type).empty();
   warnings_.Report(blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
                    braced ? "'" + word +
                                 "' starts no entry: its lines belong to none, or to the "
@@ -321,7 +301,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   if (end == line.size() || line[end] != '=') {
     return end < line.size() && line[end] == '}' ? end : end + 1;
   }
-  tag_ = TrimEnd(line.substr(at, end - at));
+  tag_ = TrimEnd(line.substr(at, end - at), kBlanks);
   tag_place_ = offset;
   const std::size_t value = SkipBlanks(line, end + 1);
   state_ = State::kBeforeValue;
@@ -391,36 +371,7 @@ std::string_view TagNameOf(std::string_view line) {
   std::size_t end = begin;
   while (end < line.size() && !kNameEnds.Holds(line[end])) ++end;
   if (end == line.size() || line[end] != '=') return {};
-  return TrimEnd(line.substr(begin, end - begin));
-}
-
-std::size_t Utf8CharacterSize(std::string_view text) {
-  struct Form {
-    unsigned char low, high;  // the first byte
-    unsigned char from, to;   // the second byte
-    std::size_t size;
-  };
-  // Leaves out what could be written shorter, the surrogates and what is beyond U+10FFFF.
-  static constexpr std::array<Form, 8> kForms{{{0xC2, 0xDF, 0x80, 0xBF, 2},
-                                               {0xE0, 0xE0, 0xA0, 0xBF, 3},
-                                               {0xE1, 0xEC, 0x80, 0xBF, 3},
-                                               {0xED, 0xED, 0x80, 0x9F, 3},
-                                               {0xEE, 0xEF, 0x80, 0xBF, 3},
-                                               {0xF0, 0xF0, 0x90, 0xBF, 4},
-                                               {0xF1, 0xF3, 0x80, 0xBF, 4},
-                                               {0xF4, 0xF4, 0x80, 0x8F, 4}}};
-  if (text.empty()) return 0;
-  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (byte(0) < 0x80) return 1;
-  for (const Form& form : kForms) {
-    if (byte(0) < form.low || byte(0) > form.high) continue;
-    if (text.size() < form.size || byte(1) < form.from || byte(1) > form.to) return 0;
-    for (std::size_t i = 2; i < form.size; ++i) {
-      if ((byte(i) & 0xC0U) != 0x80) return 0;
-    }
-    return form.size;
-  }
-  return 0;
+  return TrimEnd(line.substr(begin, end - begin), kBlanks);
 }
 
 }  // namespace tarvel

@@ -49,8 +49,4 @@ void ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRule
 /// with none.
 std::string_view TagNameOf(std::string_view line);
 
-/// The size of the UTF-8 character at the start of `text`, or 0 when there is no valid one. ASCII
-/// counts as a character of one byte.
-std::size_t Utf8CharacterSize(std::string_view text);
-
 }  // namespace tarvel

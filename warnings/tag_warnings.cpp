@@ -2,8 +2,6 @@
 #include "warnings/tag_warnings.h"
 
 #include <algorithm>
-#include <utility>
-#include <vector>
 
 #include "core/text_primitives.h"
 #include "warnings/library_scan.h"
@@ -82,21 +80,13 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
   const std::string_view name = TagNameOf(line);
   if (name.empty()) return false;
   in_text_ = false;
-  // Few names make up most of the lines: each is nearly always found where it was before.
-  const auto byte = [name](std::size_t i) -> std::size_t {
-    return static_cast<unsigned char>(name[i]);
-  };
-  Tags::value_type*& recent =
-      recent_[(name.size() + 5 * byte(0) + 3 * byte(name.size() - 1)) % recent_.size()];
-  if (!recent || recent->first != name) recent = &*tags_.try_emplace(std::string(name)).first;
-  Dropped& dropped = recent->second;
-  if (dropped.count++ == 0) dropped.place = place;
+  unknown_tags_.Add(name, place);
   return true;
 }
 
 /// Tells of the first line of a text.
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
-  const std::string_view text = Trim(line, " \t\r\n");
+  const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = text.empty() || text == "}" || text == "},";
   if (!says_nothing && !in_text_) {
     warnings_.Report(
@@ -107,13 +97,8 @@ void TagWarnings::ReportText(std::string_view line, std::size_t place) {
 }
 
 void TagWarnings::ReportTags() {
-  std::vector<std::pair<std::string_view, Dropped>> tags(tags_.begin(), tags_.end());
-  std::sort(tags.begin(), tags.end(), [](const auto& one, const auto& other) {
-    return one.second.count != other.second.count ? one.second.count > other.second.count
-                                                  : one.second.place < other.second.place;
-  });
-  for (const auto& [name, dropped] : tags) {
-    warnings_.Report(WarningKind::kUnknownTag, dropped.place, {},
+  for (const auto& [name, dropped] : unknown_tags_.ByCount()) {
+    warnings_.Report(WarningKind::kUnknownTag, dropped.first, {},
                      std::string("the tag '")
                          .append(name)
                          .append("' is unknown and was dropped, times: ")

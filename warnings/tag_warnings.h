@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
+#include "warnings/tally.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -32,16 +31,11 @@ class TagWarnings {
   /// A value was read, and its tag is none that is known.
   void NotePassedTag(std::string_view line, std::size_t place);
   /// A tag was taken: text behind it is another one.
-  void NoteWritten() { in_text_ = false; }
+  void NoteTag() { in_text_ = false; }
   /// Tells of each unknown tag how often it was dropped.
   void ReportTags();
 
  private:
-  struct Dropped {
-    std::size_t count = 0;
-    std::size_t place = 0;
-  };
-
   bool CountTag(std::string_view line, std::size_t place);
   void ReportText(std::string_view line, std::size_t place);
 
@@ -51,9 +45,7 @@ class TagWarnings {
   bool in_entries_ = false;
   bool in_text_ = false;
   int depth_ = 0;  // of the braces of a dropped value that goes on
-  using Tags = std::unordered_map<std::string, Dropped>;
-  Tags tags_;
-  std::array<Tags::value_type*, 64> recent_{};
+  Tally unknown_tags_;
 };
 
 }  // namespace tarvel

@@ -1,63 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/usual_entry.h"
 
-#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
-#include "core/text_primitives.h"
+#include "core/ascii.h"
+#include "core/entry_types.h"
 
 namespace tarvel {
 
 namespace {
-
-using namespace std::string_view_literals;
-
-constexpr std::array kKnownTypes{
-    "ARTICLE"sv,          "BOOK"sv,       "PHDTHESIS"sv,  "INCOLLECTION"sv,
-    "INPROCEEDINGS"sv,    "MISC"sv,       "OTHER"sv,      "PROCEEDINGS"sv,
-    "ELECTRONIC"sv,       "BOOKLET"sv,    "INBOOK"sv,     "MASTERTHESIS"sv,
-    "CONFERENCE"sv,       "MANUAL"sv,     "TECHREPORT"sv, "UNPUBLISHED"sv,
-    "STANDARD"sv,         "PERIODICAL"sv, "PATENT"sv,     "MEETINGABSTRACT"sv,
-    "PROCEEDINGSPAPER"sv, "LETTER"sv,     "REVIEW"sv,     "EDITORIALMATERIAL"sv};
-
-/// The types by their size and first two letters: no two are in one place, so that one comparison
-/// tells whether a word is a type.
-class TypeTable {
- public:
-  constexpr TypeTable() {
-    for (const std::string_view type : kKnownTypes) {
-      TypeWord word{};
-      std::copy(type.begin(), type.end(), word.begin());
-      TypeWord& place = places_[PlaceOf(word, type.size())];
-      collides_ |= place[0] != 0;
-      place = word;
-    }
-  }
-  constexpr bool Collides() const { return collides_; }
-  /// Whether the word of that size, in capitals with zeros behind it, is a type.
-  bool Holds(const TypeWord& word, std::size_t size) const {
-    const TypeWord& place = places_[PlaceOf(word, size)];
-    return size > 0 && std::memcmp(place.data(), word.data(), word.size()) == 0;
-  }
-
- private:
-  static constexpr std::size_t PlaceOf(const TypeWord& word, std::size_t size) {
-    const auto letter = [&](std::size_t i) -> std::size_t {
-      return static_cast<unsigned char>(word[i]);
-    };
-    return (size + letter(0) * 5 + letter(1) * 3) % 128;
-  }
-
-  std::array<TypeWord, 128> places_{};
-  bool collides_ = false;
-};
-constexpr TypeTable kTypes;
-static_assert(!kTypes.Collides());
-
-constexpr bool IsBlank(char byte) {
-  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-}
 
 /// Signs by which an entry of the usual form is told from one that needs a closer look. Where all
 /// are zero and the last line is "}", every value is in braces and closed: were one open, there
@@ -164,28 +117,20 @@ bool EndsWithBraceLine(std::string_view text) {
 
 }  // namespace
 
-bool IsKnownType(std::string_view word) {
-  if (word.size() > kLongestType) return false;
-  TypeWord letters{};
-  std::copy(word.begin(), word.end(), letters.begin());
-  return kTypes.Holds(letters, word.size());
-}
-
-std::string_view TakeKnownType(std::string_view head, TypeWord& word) {
-  if (!head.starts_with('@')) return {};
-  const std::size_t size = head.substr(1, kLongestType + 1).find('{');
-  if (size == std::string_view::npos) return {};
-  word = {};
-  for (std::size_t i = 0; i < size; ++i) word[i] = ToUpper(head[i + 1]);
-  return kTypes.Holds(word, size) ? std::string_view(word.data(), size) : std::string_view();
+std::string_view TypeOf(std::string_view entry) {
+  constexpr std::size_t kLongest = 17;
+  if (!entry.starts_with('@')) return {};
+  const std::string_view head = entry.substr(1, kLongest + 1);
+  const std::size_t brace = head.find('{');
+  return brace == std::string_view::npos ? std::string_view()
+                                         : FindEntryType(head.substr(0, brace));
 }
 
 EntryText MeasureEntry(std::string_view text) {
   Signs signs;
   const std::size_t size = AddSigns(text, signs);
   const std::string_view entry = text.substr(0, size);
-  TypeWord word;
-  return {size, signs.AreZero() && EndsWithBraceLine(entry) && !TakeKnownType(entry, word).empty()};
+  return {size, signs.AreZero() && EndsWithBraceLine(entry) && !TypeOf(entry).empty()};
 }
 
 }  // namespace tarvel

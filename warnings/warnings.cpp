@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/utf8.h"
+
 namespace tarvel {
 
 namespace {
@@ -53,7 +55,7 @@ std::string EscapeField(std::string_view text) {
 std::string Shorten(std::string_view text) {
   if (text.size() <= kLongestText) return std::string(text);
   std::size_t size = kLongestText;
-  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80) --size;
+  while (size > 0 && ContinuesUtf8(text[size])) --size;
   return std::string(text.substr(0, size)).append("...");
 }
 

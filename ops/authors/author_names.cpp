@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "core/text_primitives.h"
+#include "core/utf8.h"
 
 namespace tarvel {
 
@@ -49,22 +50,16 @@ constexpr std::array<Particle, 9> kParticles{{{" Von ", " von "},
 
 bool IsOneOf(char byte, std::string_view bytes) { return bytes.find(byte) != kNone; }
 
-bool IsAsciiLetter(char byte) {
-  const char upper = ToUpper(byte);
-  return upper >= 'A' && upper <= 'Z';
-}
-
 bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 /// The number of bytes of the letter at `at`, or 0. A UTF-8 character counts as one letter, and so
 /// does a byte above 127 that begins none.
 std::size_t LetterSize(std::string_view text, std::size_t at) {
-  if (IsAscii(text[at])) return IsAsciiLetter(text[at]) ? 1 : 0;
+  if (IsAscii(text[at])) return IsLetter(text[at]) ? 1 : 0;
   const auto lead = static_cast<unsigned char>(text[at]);
   const std::size_t wanted = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
   std::size_t size = 1;
-  while (size < wanted && at + size < text.size() &&
-         (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80) {
+  while (size < wanted && at + size < text.size() && ContinuesUtf8(text[at + size])) {
     ++size;
   }
   return size == wanted ? size : 1;
@@ -73,7 +68,7 @@ std::size_t LetterSize(std::string_view text, std::size_t at) {
 /// The letters of the control word behind the backslash at `at`; empty when none stands there.
 std::string_view ControlWord(std::string_view text, std::size_t at) {
   std::size_t end = at + 1;
-  while (end < text.size() && IsAsciiLetter(text[end])) ++end;
+  while (end < text.size() && IsLetter(text[end])) ++end;
   return text.substr(at + 1, end - at - 1);
 }
 

@@ -54,10 +54,6 @@ bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
 
 std::size_t HashOfKey(std::string_view key) { return std::hash<std::string_view>()(key); }
 
-std::size_t HashOfContent(std::string_view type, const ComparedValues& values) {
-  return HashOf(values) ^ std::hash<std::string_view>()(type);
-}
-
 bool HasContent(const KnownEntry& entry, std::string_view type, const ComparedValues& values) {
   return entry.type == type && entry.compared == values;
 }
@@ -84,9 +80,14 @@ FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
     tags.ReadEntry(stream, record);
     const TypeRule<CompareRule> found = CompareRuleFor(record.type);
     if (!found.rule) continue;
-    const ComparedValues compared = KeepCompared(found.rule->group, record, store_);
-    entries_.push_back({found.rule, found.type, store_.Keep(record.key), compared, *start,
-                        HashOfKey(record.key), HashOfContent(found.type, compared)});
+    const ComparedValues compared = KeepComparedValues(found.rule->group, record, store_);
+    entries_.push_back({.rule = found.rule,
+                        .type = found.type,
+                        .key = store_.Keep(record.key),
+                        .compared = compared,
+                        .start = *start,
+                        .key_hash = HashOfKey(record.key),
+                        .content_hash = ContentHash(found.type, compared)});
   }
   BuildIndexes();
 }
@@ -111,14 +112,14 @@ void FirstLibrary::BuildIndexes() {
 
 Matches FirstLibrary::Find(const EntryRecord& entry) const {
   const TypeRule<CompareRule> type = CompareRuleFor(entry.type);
-  const ComparedValues values = type.rule ? Compared(type.rule->group, entry) : ComparedValues();
-  const std::size_t content_hash = HashOfContent(type.type, values);
+  const ComparedValues values =
+      type.rule ? ComparedValuesOf(type.rule->group, entry) : ComparedValues();
   const auto by_key = by_key_.Find(
       HashOfKey(entry.key), [&](std::size_t number) { return entries_[number].key == entry.key; });
   const KnownEntry* first_by_key = by_key ? &entries_[*by_key] : nullptr;
   // An entry that lacks a tag is found nowhere: only complete ones are in the index.
   if (!type.rule || !values.Complete()) return {first_by_key, nullptr};
-  const auto by_content = by_content_.Find(content_hash, [&](std::size_t number) {
+  const auto by_content = by_content_.Find(ContentHash(type.type, values), [&](std::size_t number) {
     return HasContent(entries_[number], type.type, values);
   });
   return {first_by_key, by_content ? &entries_[*by_content] : nullptr};

@@ -89,7 +89,7 @@ class SecondLibrary {
 
  private:
   LineStream& stream_;
-  OverlappingReader reader_{kCompareTags};
+  OverlappingReader reader_{TagReader(kCompareTags)};
   std::string head_;
   std::size_t start_ = 0;
 };

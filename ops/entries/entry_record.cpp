@@ -12,12 +12,6 @@ namespace tarvel {
 
 namespace {
 
-std::vector<std::string_view> NamesOf(std::span<const TagName> tags) {
-  std::vector<std::string_view> names;
-  for (const TagName& tag : tags) names.push_back(tag.name);
-  return names;
-}
-
 /// The value behind the first "{" of `line` if all of it stands on this line; nothing if it goes on
 /// behind a line break.
 std::optional<std::string_view> ValueOnLine(std::string_view line) {
@@ -26,12 +20,10 @@ std::optional<std::string_view> ValueOnLine(std::string_view line) {
   const std::string_view rest = line.substr(brace + 1);
   if (rest.empty()) return std::nullopt;
   int depth = 1;
-  for (std::size_t i = 0; i < rest.size(); ++i) {
-    if (rest[i] == '\n') return std::nullopt;
-    if (rest[i] == '{') ++depth;
-    if (rest[i] == '}' && --depth == 0) return rest.substr(0, i);
-  }
-  return rest;  // the line ends without a line break, and the value with it
+  const std::size_t end = FindValueStop(rest, 0, depth);
+  // A line that ends without a line break ends the value with it.
+  const bool goes_on = depth != 0 && end < rest.size();
+  return goes_on ? std::nullopt : std::optional(rest.substr(0, end));
 }
 
 void ReadValue(std::string_view text, LineStream& stream, FieldValue& value,
@@ -44,12 +36,6 @@ void ReadValue(std::string_view text, LineStream& stream, FieldValue& value,
   Line line(text);
   ReadFieldValue(line, stream, value.SetJoined());
   if (long_values) long_values->CountRead(stream.Position() - start);
-}
-
-/// Keeps the first page: "123-130" and "123--130" both become "123", "-130" becomes empty.
-void KeepFirstPage(FieldValue& pages) {
-  const std::size_t dash = pages.Text().find('-');
-  if (dash != std::string_view::npos) pages.Cut(dash);
 }
 
 }  // namespace
@@ -65,7 +51,7 @@ std::string_view TextStore::Keep(std::span<const std::string_view> texts) {
   return {copy, size};
 }
 
-void FieldValue::Cut(std::size_t size) {
+void FieldValue::Truncate(std::size_t size) {
   if (is_joined_) {
     joined_.resize(std::min(size, joined_.size()));
   } else {
@@ -91,8 +77,6 @@ std::optional<std::string_view> LongValues::LookUp(std::string_view line, LineSt
   return value->text;
 }
 
-TagReader::TagReader(std::span<const TagName> tags) : tags_(tags), matcher_(NamesOf(tags)) {}
-
 EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,
                                  LongValues* long_values) const {
   const bool met_end = stream.AtEnd();
@@ -105,7 +89,7 @@ EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,
   FieldValue& value = record[field];
   ReadValue(*line, stream, value, long_values);
   value.SetPlace(place);
-  if (field == Field::kPages) KeepFirstPage(value);
+  if (field == Field::kPages) value.Truncate(FirstPage(value.Text()).size());
   return EntryLineEnd::kInside;
 }
 

@@ -104,8 +104,8 @@ class FieldValue {
     is_joined_ = true;
     return joined_;
   }
-  /// Cuts the value behind its first `size` bytes.
-  void Cut(std::size_t size);
+  /// Keeps the first `size` bytes of the value.
+  void Truncate(std::size_t size);
   /// Where in its file the line begins that the value was read from; 0 for a field that no line
   /// filled, as an entry's first line is never a tag's.
   std::size_t Place() const { return place_; }
@@ -168,7 +168,8 @@ enum class EntryLineEnd {
 class TagReader {
  public:
   /// At most 64 names; `tags` must outlive the reader.
-  explicit TagReader(std::span<const TagName> tags);
+  template <std::size_t N>
+  explicit TagReader(const std::array<TagName, N>& tags) : tags_(tags), matcher_(NamesOf(tags)) {}
 
   /// Reads one line (at most 4,999 bytes) and, when it names a tag, the tag's value. Views in
   /// `record` point into the stream's bytes, or into `long_values`, which a stream needs that is

@@ -207,20 +207,22 @@ bool ComparedValues::Complete() const {
   return std::none_of(values.begin(), end, [](std::string_view value) { return value.empty(); });
 }
 
-ComparedValues Compared(const TypeGroup& group, const EntryRecord& entry) {
+ComparedValues ComparedValuesOf(const TypeGroup& group, const EntryRecord& entry) {
   return Collect(group, entry, [](const FieldValue& value) { return value.Text(); });
 }
 
-ComparedValues KeepCompared(const TypeGroup& group, const EntryRecord& entry, TextStore& store) {
+ComparedValues KeepComparedValues(const TypeGroup& group, const EntryRecord& entry,
+                                  TextStore& store) {
   return Collect(group, entry, [&store](const FieldValue& value) { return value.Keep(store); });
 }
 
-std::size_t HashOf(const ComparedValues& values) {
+std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
   constexpr std::size_t kMultiplier = 0x9E3779B97F4A7C15;
   std::size_t hash = 0;
-  for (std::size_t i = 0; i < values.count; ++i)
+  for (std::size_t i = 0; i < values.count; ++i) {
     hash = hash * kMultiplier + HashOf(values.values[i]);
-  return hash;
+  }
+  return hash ^ std::hash<std::string_view>()(type);
 }
 
 Content JudgeContent(const ComparedValues& one, const ComparedValues& two) {

@@ -34,11 +34,12 @@ struct ComparedValues {
 };
 
 /// The compared values of an entry; views into it.
-ComparedValues Compared(const TypeGroup& group, const EntryRecord& entry);
+ComparedValues ComparedValuesOf(const TypeGroup& group, const EntryRecord& entry);
 /// The same as views that live as long as the library's bytes and `store`.
-ComparedValues KeepCompared(const TypeGroup& group, const EntryRecord& entry, TextStore& store);
-/// For an index over compared values.
-std::size_t HashOf(const ComparedValues& values);
+ComparedValues KeepComparedValues(const TypeGroup& group, const EntryRecord& entry,
+                                  TextStore& store);
+/// The hash of an entry's type and compared values, for an index over them.
+std::size_t ContentHash(std::string_view type, const ComparedValues& values);
 
 /// How the compared tags of two entries stand to each other.
 enum class Content { kTagMissing, kEqual, kDifferent };

@@ -35,7 +35,7 @@ JoinedText::JoinedText(std::string_view bytes) : bytes_(bytes) {
 /// Fills the last line of the list and adds the one behind it.
 void JoinedText::AddLine(std::size_t start, std::size_t end) {
   const std::string_view line = bytes_.substr(start, end - start);
-  const std::size_t first = SkipBlanks(line, 0);
+  const std::size_t first = SkipContinuationBlanks(line, 0);
   const bool is_blank = first == line.size();
   JoinedLine& added = lines_.back();
   if (!is_blank && !text_.empty()) text_.push_back(' ');
@@ -74,7 +74,8 @@ std::size_t JoinedText::LimitOf(std::size_t number) const {
   if (number == 0) return limits::kContinuation;
   const std::size_t start = lines_[number - 1].start;
   const std::string_view before = bytes_.substr(start, lines_[number].start - start);
-  return SkipBlanks(before, 0) == before.size() ? limits::kShortLine : limits::kContinuation;
+  return SkipContinuationBlanks(before, 0) == before.size() ? limits::kShortLine
+                                                            : limits::kContinuation;
 }
 
 /// The first line from this one on in which the depth falls below `depth`, or the end.
@@ -103,13 +104,14 @@ std::optional<JoinedText::Value> JoinedText::ValueBehind(std::size_t brace) cons
   const std::size_t last = std::min(FirstBelow(number + 1, inside), NextBarrier(number + 1));
   const std::size_t limit = LimitOf(last);
   const std::string_view piece = LineAt(last).substr(0, limit - 1);
-  const std::size_t first = SkipBlanks(piece, 0);
+  const std::size_t first = SkipContinuationBlanks(piece, 0);
   if (first == piece.size() && !piece.empty()) return std::nullopt;
   std::ptrdiff_t depth = lines_[last].depth;
   std::size_t size = first;
   while (size < piece.size() && (depth += StepOf(piece[size])) >= inside) ++size;
 
-  const std::size_t begin = line.joined + (brace + 1 - line.start - SkipBlanks(LineAt(number), 0));
+  const std::size_t begin =
+      line.joined + (brace + 1 - line.start - SkipContinuationBlanks(LineAt(number), 0));
   const std::size_t end = lines_[last].joined + (size - first);
   return Value{std::string_view(text_).substr(begin, end - begin), lines_[last].start, limit};
 }

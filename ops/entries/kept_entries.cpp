@@ -15,10 +15,6 @@ std::size_t IndexOf(const DoublesRule& rule) {
 /// Whether entries of this rule's types are told apart by their tags at all.
 bool ComparesTags(const DoublesRule* rule) { return rule && !rule->group.compared.empty(); }
 
-std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
-  return HashOf(values) ^ std::hash<std::string_view>()(type);
-}
-
 }  // namespace
 
 KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::size_t end_place,
@@ -36,14 +32,14 @@ KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::siz
   values_ = store.Keep(texts);
   for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
     const TypeGroup& group = kDoublesRules[i].group;
-    if (!group.compared.empty() && Compared(group).Complete()) complete_ |= 1U << i;
+    if (!group.compared.empty() && ComparedValuesOf(group).Complete()) complete_ |= 1U << i;
   }
   if (rule.rule && IsComplete(*rule.rule)) {
-    content_hash = ContentHash(rule.type, Compared(rule.rule->group));
+    content_hash = ContentHash(rule.type, ComparedValuesOf(rule.rule->group));
   }
 }
 
-ComparedValues KeptEntry::Compared(const TypeGroup& group) const {
+ComparedValues KeptEntry::ComparedValuesOf(const TypeGroup& group) const {
   ComparedValues compared;
   for (const Field field : group.compared) {
     const auto index = static_cast<std::size_t>(field);
@@ -153,7 +149,7 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   if (!found) return nullptr;
   return found->all.First([&](const KeptEntry& entry) {
-    return entry.rule.type == rule.type && entry.Compared(rule.rule->group) == values;
+    return entry.rule.type == rule.type && entry.ComparedValuesOf(rule.rule->group) == values;
   });
 }
 

@@ -23,7 +23,7 @@ struct KeptEntry {
   /// places of the entry's first line and of the line behind its last.
   KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end, TextStore& store);
 
-  ComparedValues Compared(const TypeGroup& group) const;
+  ComparedValues ComparedValuesOf(const TypeGroup& group) const;
   /// Whether all the compared tags of `rule` are present.
   bool IsComplete(const DoublesRule& rule) const;
 

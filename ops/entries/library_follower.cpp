@@ -9,19 +9,8 @@
 
 namespace tarvel {
 
-namespace {
-
-std::vector<std::string_view> TagNames() {
-  std::vector<std::string_view> names;
-  names.reserve(kDoublesTags.size());
-  for (const TagName& tag : kDoublesTags) names.push_back(tag.name);
-  return names;
-}
-
-}  // namespace
-
 LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t expected)
-    : library_(library), tags_(TagNames()), entries_(expected) {
+    : library_(library), tags_(kDoublesTagNames), entries_(expected) {
   ReadAppended();
 }
 
@@ -50,7 +39,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
 void LibraryFollower::ReadAppended() {
   do {
     if (current_.phase == Phase::kBetweenEntries) MarkPlace(current_.next);
-  } while (ReadOn(current_) == Step::kDone);
+  } while (ReadOn(current_));
 }
 
 /// Reads what a write from `begin` to `end` changed. The reading that had stopped at the end of the
@@ -58,7 +47,7 @@ void LibraryFollower::ReadAppended() {
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
-  for (Step step = Step::kDone; step == Step::kDone;) {
+  for (bool more = true; more;) {
     const std::size_t place = anew.next;
     const bool between = anew.phase == Phase::kBetweenEntries;
     if (between && place >= end && place < between_entries_.size() && between_entries_[place]) {
@@ -66,7 +55,7 @@ void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
     }
     ForgetOld(place, place + 1);
     if (between) MarkPlace(place);
-    step = ReadOn(anew);
+    more = ReadOn(anew);
     ForgetOld(place + 1, anew.next);
   }
   current_ = std::move(anew);
@@ -83,94 +72,66 @@ void LibraryFollower::MarkPlace(std::size_t place) {
   between_entries_[place] = true;
 }
 
-/// One line further, or as far as the text goes.
-LibraryFollower::Step LibraryFollower::ReadOn(Reading& reading) {
+/// Reads one line further; false when the library has no more.
+bool LibraryFollower::ReadOn(Reading& reading) {
+  const bool in_value = reading.phase == Phase::kInValue;
+  const auto text = library_.ReadLine(reading.next, in_value ? reading.limit : limits::kPairLine);
+  if (!text) return false;
+  const std::size_t start = reading.next;
+  reading.next += text->size();
+  std::string_view part;  // what the line holds of a value
   switch (reading.phase) {
-    case Phase::kBetweenEntries:
-      return LookForHead(reading);
-    case Phase::kInEntry:
-      return ReadEntryLine(reading);
-    case Phase::kInValue:
-      return ContinueValue(reading);
+    case Phase::kBetweenEntries: {
+      // A head begins an entry; other lines belong to none.
+      Line line(*text);
+      if (!IsKnownEntry(line)) return true;
+      reading.record.Start(line.Text());
+      reading.head = start;
+      reading.phase = Phase::kInEntry;
+      return true;
+    }
+    case Phase::kInEntry: {
+      // A line that names a tag begins its value. Of the others a "}" ends the entry.
+      const int tag = tags_.First(*text);
+      if (tag < 0) {
+        if (text->front() != '}') return true;
+        reading.phase = Phase::kBetweenEntries;
+        entries_.Add(reading.record, reading.head, reading.next);
+        return true;
+      }
+      reading.field = kDoublesTags[static_cast<std::size_t>(tag)].field;
+      reading.record[reading.field].SetJoined().clear();
+      const std::size_t brace = text->find('{');
+      if (brace == std::string_view::npos) return true;
+      reading.depth = 1;
+      reading.phase = Phase::kInValue;
+      reading.at_line_break = false;
+      reading.limit = limits::kShortLine;
+      part = text->substr(brace + 1);
+      if (part.empty()) return true;  // the value begins on the next line
+      break;
+    }
+    case Phase::kInValue: {
+      // The blanks that begin the line, and blank lines, are no part of the value.
+      const std::size_t first = SkipContinuationBlanks(*text, 0);
+      reading.limit = limits::kShortLine;
+      if (first == text->size()) return true;
+      if (reading.at_line_break) reading.record[reading.field].SetJoined().push_back(' ');
+      part = text->substr(first);
+      break;
+    }
   }
-  return Step::kNeedsText;
-}
-
-LibraryFollower::Step LibraryFollower::LookForHead(Reading& reading) {
-  const auto text = library_.ReadLine(reading.next, limits::kPairLine);
-  if (!text) return Step::kNeedsText;
-  Line line(*text);
-  if (IsKnownEntry(line)) {
-    reading.record.Start(line.Text());
-    reading.head = reading.next;
-    reading.phase = Phase::kInEntry;
-  }
-  reading.next += text->size();
-  return Step::kDone;
-}
-
-LibraryFollower::Step LibraryFollower::ReadEntryLine(Reading& reading) {
-  const auto text = library_.ReadLine(reading.next, limits::kPairLine);
-  if (!text) return Step::kNeedsText;
-  reading.next += text->size();
-  const int tag = tags_.First(*text);
-  if (tag < 0) {
-    if (text->front() != '}') return Step::kDone;
-    reading.phase = Phase::kBetweenEntries;
-    entries_.Add(reading.record, reading.head, reading.next);
-    return Step::kDone;
-  }
-  reading.field = kDoublesTags[static_cast<std::size_t>(tag)].field;
-  reading.record[reading.field].SetJoined().clear();
-  const std::size_t brace = text->find('{');
-  if (brace == std::string_view::npos) return Step::kDone;
-  reading.depth = 1;
-  reading.phase = Phase::kInValue;
-  if (brace + 1 < text->size()) {
-    ReadValue(reading, text->substr(brace + 1));
-  } else {
-    reading.at_line_break = false;
-    reading.limit = limits::kShortLine;
-  }
-  return Step::kDone;
-}
-
-LibraryFollower::Step LibraryFollower::ContinueValue(Reading& reading) {
-  const auto text = library_.ReadLine(reading.next, reading.limit);
-  if (!text) return Step::kNeedsText;
-  reading.next += text->size();
-  const std::size_t start = SkipBlanks(*text, 0);
-  if (start == text->size()) {
-    reading.limit = limits::kShortLine;
-    return Step::kDone;
-  }
-  if (reading.at_line_break) reading.record[reading.field].SetJoined().push_back(' ');
-  ReadValue(reading, text->substr(start));
-  return Step::kDone;
-}
-
-/// Takes what `text` holds of the value: up to the brace that ends it, to a line break behind which
-/// it goes on, or to the end of a line that has none, which ends the value too.
-void LibraryFollower::ReadValue(Reading& reading, std::string_view text) {
-  std::size_t size = 0;
-  for (; size < text.size() && text[size] != '\n'; ++size) {
-    if (text[size] == '{') ++reading.depth;
-    if (text[size] == '}' && --reading.depth == 0) break;
-  }
-  reading.record[reading.field].SetJoined().append(text.substr(0, size));
-  if (size == text.size() || text[size] != '\n') {
-    EndValue(reading);
-    return;
-  }
-  reading.at_line_break = true;
-  reading.limit = limits::kContinuation;
-}
-
-void LibraryFollower::EndValue(Reading& reading) {
   FieldValue& value = reading.record[reading.field];
-  if (reading.field == Field::kPages)
-    value.Cut(std::min(value.Text().find('-'), value.Text().size()));
+  const std::size_t end = FindValueStop(part, 0, reading.depth);
+  value.SetJoined().append(part.substr(0, end));
+  if (reading.depth > 0 && end < part.size()) {  // a line break: the value goes on
+    reading.at_line_break = true;
+    reading.limit = limits::kContinuation;
+    return true;
+  }
+  if (reading.field == Field::kPages) value.Truncate(FirstPage(value.Text()).size());
   reading.phase = Phase::kInEntry;
+  return true;
 }
 
 }  // namespace tarvel

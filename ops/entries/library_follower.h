@@ -50,15 +50,8 @@ class LibraryFollower {
     bool at_line_break = false;
     std::size_t limit = 0;
   };
-  enum class Step { kDone, kNeedsText };
 
-  Step ReadOn(Reading& reading);
-  Step LookForHead(Reading& reading);
-  Step ReadEntryLine(Reading& reading);
-  Step ContinueValue(Reading& reading);
-  void ReadValue(Reading& reading, std::string_view text);
-  void EndValue(Reading& reading);
-
+  bool ReadOn(Reading& reading);
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
   void ForgetOld(std::size_t begin, std::size_t end);

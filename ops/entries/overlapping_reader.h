@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -18,8 +17,7 @@ namespace tarvel {
 /// behind them are looked up, not read again.
 class OverlappingReader {
  public:
-  /// `tags` must outlive the reader.
-  explicit OverlappingReader(std::span<const TagName> tags) : tags_(tags) {}
+  explicit OverlappingReader(const TagReader& tags) : tags_(tags) {}
 
   /// Reads the entry whose first line, `head`, was just taken from `input`, up to what ends it.
   /// Every entry of an input must be further on than the one before.

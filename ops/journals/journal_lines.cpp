@@ -4,12 +4,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
-#include <unordered_map>
-#include <utility>
-#include <vector>
 
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
+#include "warnings/tally.h"
 
 namespace tarvel {
 
@@ -19,18 +17,12 @@ namespace {
 bool BeginsIgnoringBlanks(std::string_view text, std::string_view letters) {
   std::size_t at = 0;
   for (const char letter : letters) {
-    while (at < text.size() && (text[at] == ' ' || text[at] == '\t')) ++at;
+    while (at < text.size() && IsBlankOrTab(text[at])) ++at;
     if (at == text.size() || ToUpper(text[at]) != letter) return false;
     ++at;
   }
   return true;
 }
-
-/// A name that is not in the list.
-struct UnknownName {
-  std::size_t count = 0;
-  std::size_t place = 0;  // of its first line
-};
 
 /// One pass over a library.
 class JournalRenamer {
@@ -59,7 +51,7 @@ class JournalRenamer {
   const JournalTable& journals_;
   const Settings& settings_;
   FileWarnings& warnings_;
-  std::unordered_map<std::string, UnknownName> unknown_;
+  Tally unknown_;  // names that are not in the list
   std::string bibitem_;
   std::string value_;
   int changes_ = 0;
@@ -103,7 +95,7 @@ void JournalRenamer::ReportCutLine(std::string_view line) {
   const std::size_t comma = std::min(line.find(','), line.size());
   const bool is_tag = MentionsJournal(line.substr(0, std::min(line.find('='), comma)));
   const std::string_view lost = line.substr(std::min(comma + 1, line.size()));
-  const bool loses = lost.find_first_not_of(" \t\r\n") != std::string_view::npos;
+  const bool loses = lost.find_first_not_of(kBlanks) != std::string_view::npos;
   if (is_tag && line.find('=') < comma && !loses) return;
   warnings_.Report(WarningKind::kLineCut, input_.Position() - 1, bibitem_,
                    std::string("a line that mentions a journal was cut and got a \"}\": '")
@@ -114,18 +106,12 @@ void JournalRenamer::ReportCutLine(std::string_view line) {
 void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {
   if (!warnings_.Wanted() || value_.empty()) return;
   if (!MentionsJournal(line.substr(0, line.find('=')))) return;
-  UnknownName& name = unknown_[value_];
-  if (name.count++ == 0) name.place = place;
+  unknown_.Add(value_, place);
 }
 
 void JournalRenamer::ReportUnknown() {
-  std::vector<std::pair<std::string_view, UnknownName>> names(unknown_.begin(), unknown_.end());
-  std::sort(names.begin(), names.end(), [](const auto& one, const auto& other) {
-    return one.second.count != other.second.count ? one.second.count > other.second.count
-                                                  : one.second.place < other.second.place;
-  });
-  for (const auto& [name, found] : names) {
-    warnings_.Report(WarningKind::kUnknownJournal, found.place, {},
+  for (const auto& [name, found] : unknown_.ByCount()) {
+    warnings_.Report(WarningKind::kUnknownJournal, found.first, {},
                      std::string("the journal '")
                          .append(name)
                          .append("' is not in the list, times: ")

@@ -14,10 +14,7 @@ namespace tarvel {
 
 namespace {
 
-constexpr std::string_view kJabRefMarker = "@comment{jabref";
 constexpr std::string_view kBooktitle = "booktitle";
-
-constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
 // ORDER: Value
 constexpr std::array<std::string_view, kValueCount> kValueNames{
@@ -198,8 +195,9 @@ void ReferenceWalk::ReportCommands(std::span<const Value> shown, std::string_vie
     const std::string& text = At(values_, value);
     const std::size_t at = text.find('\\');
     if (value == Value::kBibitem || at == std::string::npos) continue;
-    const std::size_t letters = text.find_first_not_of(kLetters, at + 1);
-    const std::size_t end = std::max(std::min(letters, text.size()), std::min(at + 2, text.size()));
+    std::size_t end = at + 1;
+    while (end < text.size() && IsLetter(text[end])) ++end;
+    end = std::max(end, std::min(at + 2, text.size()));
     warnings_->Report(WarningKind::kCommandLeft, head_, key,
                       std::string("'")
                           .append(text, at, end - at)
@@ -212,19 +210,12 @@ void ReferenceWalk::PassUnsupported(std::string_view key, std::string_view type_
   ++unsupported_;
   output_.Write({"\n\nAttention!\n==========\nThe entry type of the bibitem-key '", key, "' is '@",
                  type_word, "', which is not supported, so far.\n", rules_.advice, "\n\n\n\n"});
-  while (ReadNext() && !AtEntryEnd()) {
+  while (ReadNext() && !IsKnownEntry(line_)) {
   }
 }
 
-/// Whether the current line ends an entry. The head test comes first and upper-cases the marker
-/// that JabRef writes in front of its own data, so the marker never ends an entry; this order is
-/// kept.
-bool ReferenceWalk::AtEntryEnd() {
-  return IsKnownEntry(line_) || line_.Text().find(kJabRefMarker) != std::string_view::npos;
-}
-
 void ReferenceWalk::ReadTags(const EntryKind& kind) {
-  while (!AtEntryEnd()) {
+  while (!IsKnownEntry(line_)) {
     ReadTagsOfLine(kind);
     if (!ReadNext()) return;
   }
@@ -270,7 +261,7 @@ void ReferenceWalk::Treat(const TagRead& tag) {
       return;
     case AfterReading::kCutPages:
       if (settings_.PagesRange == 0) {
-        value.resize(std::min(value.find('-'), value.size()));
+        value.resize(FirstPage(value).size());
       } else if (rules_.collapses_dashes) {
         CollapseDoubledChar(value, '-');
       }

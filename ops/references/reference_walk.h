@@ -93,7 +93,6 @@ class ReferenceWalk {
   void ReadTagsOfLine(const EntryKind& kind);
   bool PassesOver(const TagRead& tag) const;
   void Treat(const TagRead& tag);
-  bool AtEntryEnd();
   void ReportNothingPrinted(std::string_view key, std::string_view why);
   void ReportCommands(std::span<const Value> shown, std::string_view key);
   void ReportCarriedOver(std::span<const Value> shown, std::string_view key);

@@ -57,33 +57,6 @@ TEST(ReadFieldValue, ReadsTheTextInTheOuterBraces) {
   }
 }
 
-TEST(ReadFieldValue, StartsWhereItIsTold) {
-  struct Start {
-    ValueStart start;
-    int depth;
-    std::string line, rest;
-    bool whole;
-    std::string value;
-  };
-  const Start cases[] = {
-      {ValueStart::kLineStart, 1, "ab}c\n", "", true, "ab"},
-      {ValueStart::kLineStart, 0, "a}b", "", true, "a}b"},
-      {ValueStart::kLineStart, 0, "a{b}}c", "", true, "a{b"},
-      {ValueStart::kLineStart, 1, "", "  x}\n", true, "x"},
-      {ValueStart::kLineStart, 1, "", "", false, ""},
-      {ValueStart::kLineStart, 1, "  a}\n", "", true, "  a"},
-      {ValueStart::kSkipBlanks, 1, " \t a}\n", "", true, "a"},
-      {ValueStart::kAfterBrace, 1, "x{a}b}\n", "", true, "a}b"},
-  };
-  for (const Start& c : cases) {
-    Line line(c.line);
-    LineStream stream(c.rest);
-    std::string value;
-    EXPECT_EQ(ReadFieldValue(line, stream, c.start, c.depth, value), c.whole) << c.line;
-    EXPECT_EQ(value, c.value) << c.line;
-  }
-}
-
 TEST(ReadFieldValue, ContinuesInReadsOf24999Bytes) {
   // A continuation line that is longer comes in pieces, and a piece has no line feed: the value
   // ends with it.
@@ -163,6 +136,55 @@ TEST(ReadFieldValue, SeesABraceOrALineFeedAtEveryPlaceOfALongStretch) {
     EXPECT_TRUE(ReadFieldValue(line, second, value));
     EXPECT_EQ(value, join({before, " b", behind})) << at;
   }
+}
+
+TEST(FindValueStop, StopsAtTheClosingBraceALineFeedOrTheEnd) {
+  struct Stop {
+    std::string_view text;
+    int depth;
+    std::size_t stop;
+    int depth_there;
+  };
+  const Stop cases[] = {
+      {"ab}c", 1, 2, 0},     {"a{b}c}d", 1, 5, 0}, {"a}b}c", 2, 3, 0},
+      {"a{b\nc}}", 1, 3, 2}, {"a{b}c", 1, 5, 1},   {"", 1, 0, 1},
+      {"\n", 3, 0, 3},       {"}", 1, 0, 0},       {"{{{}}}}}", 1, 6, 0},
+  };
+  for (const Stop& c : cases) {
+    int depth = c.depth;
+    EXPECT_EQ(FindValueStop(c.text, 0, depth), c.stop) << c.text;
+    EXPECT_EQ(depth, c.depth_there) << c.text;
+  }
+  int depth = 1;
+  EXPECT_EQ(FindValueStop("}}x}", 2, depth), 3U) << "what stands before is not looked at";
+}
+
+TEST(SkipContinuationBlanks, PassesOverControlsAndBytesAbove127ButNoZero) {
+  EXPECT_EQ(SkipContinuationBlanks(" \t\r\n\x01\x1f\x80\xff"
+                                   "x ",
+                                   0),
+            8U);
+  EXPECT_EQ(SkipContinuationBlanks(std::string_view("\0 ", 2), 0), 0U);
+  EXPECT_EQ(SkipContinuationBlanks("\x7f", 0), 0U);
+  EXPECT_EQ(SkipContinuationBlanks("  x", 1), 2U);
+  EXPECT_EQ(SkipContinuationBlanks("x  ", 1), 3U);
+  EXPECT_EQ(SkipContinuationBlanks("", 0), 0U);
+}
+
+TEST(TextAfterValue, IsWhatFollowsTheClosingBrace) {
+  struct After {
+    std::string_view line, text, says;
+  };
+  const After cases[] = {
+      {"a = {b},\n", "", "blanks and commas at the ends are left out"},
+      {"a = {b}, year = 2001,\r\n", "year = 2001", ""},
+      {"a = {b {c}} d", "d", "inner braces belong to the value"},
+      {"a = {b}}\n", "}", "the brace that ends the entry counts"},
+      {"a = {b {c}\n", "", "the value does not close"},
+      {"a = b, c\n", "", "there is no value"},
+      {"}a = {b} c {d}", "c {d}", "it begins at the first opening brace"},
+  };
+  for (const After& c : cases) EXPECT_EQ(TextAfterValue(c.line), c.text) << c.line << c.says;
 }
 
 }  // namespace

@@ -300,33 +300,5 @@ TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {
   }
 }
 
-TEST(Utf8CharacterSize, TakesValidCharactersOnly) {
-  struct Case {
-    std::string text;
-    std::size_t size;
-  };
-  const Case cases[] = {{"", 0},
-                        {"a", 1},
-                        {"\0"s, 1},
-                        {"\xC3\xBCx", 2},
-                        {"\xE2\x82\xAC", 3},
-                        {"\xF0\x9F\x98\x80", 4},
-                        {"\xF4\x8F\xBF\xBF", 4},
-                        {"\x80", 0},
-                        {"\xC3", 0},
-                        {"\xC3x", 0},
-                        {"\xE2\x82", 0},
-                        {"\xE2\x82x", 0},
-                        {"\xC0\x80", 0},
-                        {"\xC1\xBF", 0},
-                        {"\xE0\x9F\xBF", 0},
-                        {"\xED\xA0\x80", 0},
-                        {"\xF0\x8F\xBF\xBF", 0},
-                        {"\xF4\x90\x80\x80", 0},
-                        {"\xF5\x80\x80\x80", 0},
-                        {"\xFF", 0}};
-  for (const Case& c : cases) EXPECT_EQ(Utf8CharacterSize(c.text), c.size) << c.text;
-}
-
 }  // namespace
 }  // namespace tarvel

@@ -22,9 +22,8 @@ struct Read {
   std::size_t position;
 };
 
-Read ReadTags(LineStream& stream, std::span<const TagName> tags = kCompareTags) {
+Read ReadTags(LineStream& stream, const TagReader& reader = TagReader(kCompareTags)) {
   Read read;
-  const TagReader reader(tags);
   read.end = reader.ReadEntry(stream, read.record);
   read.position = stream.Position();
   return read;
@@ -81,7 +80,7 @@ TEST(TagReader, TheFirstNameOfTheListDecides) {
     LineStream stream(c.line);
     EXPECT_EQ(ReadTags(stream).record[c.compare].Text(), "v") << c.line;
     LineStream again(c.line);
-    EXPECT_EQ(ReadTags(again, kDoublesTags).record[c.doubles].Text(), "v") << c.line;
+    EXPECT_EQ(ReadTags(again, TagReader(kDoublesTags)).record[c.doubles].Text(), "v") << c.line;
   }
 }
 
@@ -89,7 +88,7 @@ TEST(TagReader, OnlyCompareKnowsComments) {
   LineStream stream("comment = {v}\n}\n");
   EXPECT_EQ(ReadTags(stream).record[Field::kComment].Text(), "v");
   LineStream again("comment = {v}\n}\n");
-  EXPECT_EQ(ReadTags(again, kDoublesTags).record[Field::kComment].Text(), "");
+  EXPECT_EQ(ReadTags(again, TagReader(kDoublesTags)).record[Field::kComment].Text(), "");
 }
 
 TEST(TagReader, EveryFieldHasOneName) {

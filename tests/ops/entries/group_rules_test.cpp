@@ -35,8 +35,8 @@ std::string DetailsOf(const TypeRule<Rule>& found) {
   const EntryRecord one = FullRecord("1");
   const EntryRecord two = FullRecord("2");
   return Written([&](OutputFile& out) {
-    WriteDetails(out, found.rule->group, Compared(found.rule->group, one),
-                 Compared(found.rule->group, two));
+    WriteDetails(out, found.rule->group, ComparedValuesOf(found.rule->group, one),
+                 ComparedValuesOf(found.rule->group, two));
   });
 }
 
@@ -150,29 +150,30 @@ TEST(GroupRules, ContentIsJudgedByPresenceFirst) {
     lacking[field].Clear();
     EntryRecord changed = full;
     changed[field].SetJoined() += " ";
-    const ComparedValues values = Compared(group, full);
-    EXPECT_EQ(JudgeContent(values, Compared(group, lacking)), Content::kTagMissing);
-    EXPECT_EQ(JudgeContent(Compared(group, lacking), values), Content::kTagMissing);
-    EXPECT_EQ(JudgeContent(Compared(group, lacking), Compared(group, lacking)),
+    const ComparedValues values = ComparedValuesOf(group, full);
+    EXPECT_EQ(JudgeContent(values, ComparedValuesOf(group, lacking)), Content::kTagMissing);
+    EXPECT_EQ(JudgeContent(ComparedValuesOf(group, lacking), values), Content::kTagMissing);
+    EXPECT_EQ(JudgeContent(ComparedValuesOf(group, lacking), ComparedValuesOf(group, lacking)),
               Content::kTagMissing);
-    EXPECT_EQ(JudgeContent(values, Compared(group, changed)), Content::kDifferent);
+    EXPECT_EQ(JudgeContent(values, ComparedValuesOf(group, changed)), Content::kDifferent);
     EXPECT_EQ(JudgeContent(values, values), Content::kEqual);
   }
   EntryRecord elsewhere = full;
   elsewhere[Field::kTitle].Clear();
-  EXPECT_EQ(JudgeContent(Compared(group, full), Compared(group, elsewhere)), Content::kEqual);
+  EXPECT_EQ(JudgeContent(ComparedValuesOf(group, full), ComparedValuesOf(group, elsewhere)),
+            Content::kEqual);
 }
 
 TEST(GroupRules, KeptValuesOutliveTheEntry) {
   TextStore store;
   EntryRecord record = FullRecord("x");
-  const ComparedValues kept = KeepCompared(CompareRuleFor("BOOK").rule->group, record, store);
-  const std::size_t hash = HashOf(kept);
+  const ComparedValues kept = KeepComparedValues(CompareRuleFor("BOOK").rule->group, record, store);
+  const std::size_t hash = ContentHash("BOOK", kept);
   record = EntryRecord();
   EXPECT_EQ(kept.values[0], "ax");
   EXPECT_EQ(kept.values[1], "tx");
   EXPECT_EQ(kept.count, 2u);
-  EXPECT_EQ(HashOf(kept), hash);
+  EXPECT_EQ(ContentHash("BOOK", kept), hash);
 }
 
 TEST(GroupRules, FormatsKnowNothingButPlaces) {

@@ -46,7 +46,7 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
   KeptEntries entries(0);
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");
-  const ComparedValues values = Compared(rule.rule->group, book);
+  const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
   for (const std::size_t head : {100U, 200U, 300U}) entries.Add(book, head, head + 50);
   entries.Add(Book("l", "U"), 400, 450);
 

@@ -17,7 +17,7 @@ void ExpectSameAsFromTheStart(const std::string& library) {
   LineStream input(library);
   LineStream other(library);
   const TagReader plain(kDoublesTags);
-  OverlappingReader reader(kDoublesTags);
+  OverlappingReader reader{TagReader(kDoublesTags)};
   EntryRecord expected;
   std::size_t start = 0;
   for (Line line; ReadLine(input, limits::kPairLine, line); start = input.Position()) {

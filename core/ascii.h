@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+// Bytes as ASCII has them, whatever the locale: one from 128 on is neither a letter nor a blank.
+
+namespace tarvel {
+
+/// Upper-cases one byte as the POSIX locale does: 'a' to 'z' only, bytes above 127 stay.
+constexpr char ToUpper(char byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+}
+
+constexpr bool IsLetter(char byte) {
+  const char upper = ToUpper(byte);
+  return upper >= 'A' && upper <= 'Z';
+}
+
+/// What stands between the words of a file, line breaks included.
+inline constexpr std::string_view kBlanks = " \t\r\n";
+
+constexpr bool IsBlank(char byte) {
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+}
+/// The same without line breaks.
+constexpr bool IsBlankOrTab(char byte) { return byte == ' ' || byte == '\t'; }
+
+/// Whether two texts are the same, letter case aside.
+constexpr bool EqualNoCase(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](char a, char b) { return ToUpper(a) == ToUpper(b); });
+}
+
+/// The text without those of `bytes` that stand at its end.
+constexpr std::string_view TrimEnd(std::string_view text, std::string_view bytes) {
+  return text.substr(0, text.find_last_not_of(bytes) + 1);  // npos + 1 is 0
+}
+/// The text without those of `bytes` that stand at its ends.
+constexpr std::string_view Trim(std::string_view text, std::string_view bytes) {
+  text = TrimEnd(text, bytes);
+  return text.substr(std::min(text.find_first_not_of(bytes), text.size()));
+}
+
+/// The offset of the first byte from `from` on that is not blank, or the size of the text.
+constexpr std::size_t SkipBlanks(std::string_view text, std::size_t from) {
+  return std::min(text.find_first_not_of(kBlanks, from), text.size());
+}
+
+}  // namespace tarvel

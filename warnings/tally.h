@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace tarvel {
+
+/// How often something occurs in a file, and where first.
+struct Occurrences {
+  std::size_t count = 0;
+  std::size_t first = 0;  // an offset
+
+  void Add(std::size_t offset) {
+    if (count++ == 0) first = offset;
+  }
+};
+
+/// The occurrences of many names.
+class Tally {
+ public:
+  void Add(std::string_view name, std::size_t offset);
+  /// All names, the most frequent first, and of equally frequent ones the first in the file. The
+  /// views live as long as the tally.
+  std::vector<std::pair<std::string_view, Occurrences>> ByCount() const;
+
+ private:
+  struct Hash {
+    using is_transparent = void;  // a name is looked up without making a string of it
+    std::size_t operator()(std::string_view name) const {
+      return std::hash<std::string_view>()(name);
+    }
+  };
+  std::unordered_map<std::string, Occurrences, Hash, std::equal_to<>> names_;
+};
+
+}  // namespace tarvel
