@@ -34,19 +34,22 @@ constexpr bool EqualNoCase(std::string_view one, std::string_view other) {
                     [](char a, char b) { return ToUpper(a) == ToUpper(b); });
 }
 
-/// The text without those of `bytes` that stand at its end.
-constexpr std::string_view TrimEnd(std::string_view text, std::string_view bytes) {
-  return text.substr(0, text.find_last_not_of(bytes) + 1);  // npos + 1 is 0
+/// The text without the bytes at its end for which `drops` is true.
+constexpr std::string_view TrimEnd(std::string_view text, bool (*drops)(char)) {
+  while (!text.empty() && drops(text.back())) text.remove_suffix(1);
+  return text;
 }
 /// The text without those of `bytes` that stand at its ends.
 constexpr std::string_view Trim(std::string_view text, std::string_view bytes) {
-  text = TrimEnd(text, bytes);
-  return text.substr(std::min(text.find_first_not_of(bytes), text.size()));
+  const std::size_t begin = text.find_first_not_of(bytes);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(bytes) + 1 - begin);
 }
 
 /// The offset of the first byte from `from` on that is not blank, or the size of the text.
 constexpr std::size_t SkipBlanks(std::string_view text, std::size_t from) {
-  return std::min(text.find_first_not_of(kBlanks, from), text.size());
+  while (from < text.size() && IsBlank(text[from])) ++from;
+  return std::min(from, text.size());
 }
 
 }  // namespace tarvel

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -15,9 +14,6 @@ namespace tarvel {
 /// lower bits.
 class HashIndex {
  public:
-  /// `expected`: how many numbers will be put in; more are fine.
-  explicit HashIndex(std::size_t expected = 0) : slots_(std::bit_ceil(2 * expected + 2)) {}
-
   /// The number under this hash for which `is_same(number)` is true.
   template <typename IsSame>
   std::optional<std::size_t> Find(std::size_t hash, const IsSame& is_same) const {
@@ -79,7 +75,7 @@ class HashIndex {
     }
   }
 
-  std::vector<Slot> slots_;  // a power of two of them
+  std::vector<Slot> slots_ = std::vector<Slot>(16);  // a power of two of them
   std::size_t count_ = 0;
 };
 

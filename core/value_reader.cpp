@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/value_reader.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <string_view>
-
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -33,31 +27,6 @@ std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::si
   }
 }
 
-constexpr std::uint64_t Repeat(char byte) {
-  return 0x0101010101010101U * static_cast<unsigned char>(byte);
-}
-
-/// Whether one of eight bytes is zero.
-constexpr bool HasZero(std::uint64_t bytes) {
-  return ((bytes - Repeat('\x01')) & ~bytes & Repeat('\x80')) != 0;
-}
-
-constexpr bool IsStop(char byte) { return byte == '{' || byte == '}' || byte == '\n'; }
-
-/// The offset of the next brace or line feed. Values have long stretches without one, so eight
-/// bytes are looked at together.
-std::size_t FindStop(std::string_view text, std::size_t from) {
-  for (std::uint64_t bytes = 0; from + sizeof bytes <= text.size(); from += sizeof bytes) {
-    std::memcpy(&bytes, text.data() + from, sizeof bytes);
-    if (HasZero(bytes ^ Repeat('{')) || HasZero(bytes ^ Repeat('}')) ||
-        HasZero(bytes ^ Repeat('\n'))) {
-      break;
-    }
-  }
-  while (from < text.size() && !IsStop(text[from])) ++from;
-  return from;
-}
-
 }  // namespace
 
 std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from) {
@@ -66,11 +35,11 @@ std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from) {
 }
 
 std::size_t FindValueStop(std::string_view text, std::size_t from, int& depth) {
-  for (std::size_t at = FindStop(text, from);; at = FindStop(text, at + 1)) {
-    if (at == text.size() || text[at] == '\n') return at;
-    depth += text[at] == '{' ? 1 : -1;
-    if (depth == 0) return at;
+  for (; from < text.size() && text[from] != '\n'; ++from) {
+    if (text[from] == '{') ++depth;
+    if (text[from] == '}' && --depth == 0) break;
   }
+  return from;
 }
 
 bool ReadFieldValue(Line& line, LineStream& stream, std::string& value) {

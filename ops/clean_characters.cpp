@@ -51,7 +51,7 @@ bool HoldsBadByte(std::string_view line) {
 /// Whether the text ends with `word`, given in upper case, blanks and tabs passed over.
 bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
-    text = TrimEnd(text, " \t");
+    text = TrimEnd(text, IsBlankOrTab);
     if (text.empty() || ToUpper(text.back()) != word.back()) return false;
     text.remove_suffix(1);
   }
@@ -65,7 +65,7 @@ constexpr std::size_t kNoTag = kExemptTags.size();
 std::size_t FindExemptTag(std::string_view line) {
   for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
        brace = line.find('{', brace + 1)) {
-    std::string_view before = TrimEnd(line.substr(0, brace), " \t");
+    std::string_view before = TrimEnd(line.substr(0, brace), IsBlankOrTab);
     if (!before.ends_with('=')) continue;
     before.remove_suffix(1);
     for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {

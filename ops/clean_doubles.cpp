@@ -48,13 +48,6 @@ struct EntryCopy {
   bool unchanged = false;  // all but its first line stands in the input as it does here
 };
 
-/// How many entries to make room for. Where more "@" stand than this, few of them start an entry.
-std::size_t ExpectedEntries(std::string_view input) {
-  constexpr std::size_t kShortEntry = 32;
-  const auto count = static_cast<std::size_t>(std::count(input.begin(), input.end(), '@'));
-  return std::min(count, input.size() / kShortEntry);
-}
-
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
@@ -63,7 +56,7 @@ class DoubleCleaner {
                 FileWarnings& input_warnings, bool append_renamed)
       : input_(input),
         library_(library),
-        follower_(library, ExpectedEntries(input.Bytes())),
+        follower_(library),
         log_(log),
         warnings_(warnings),
         input_warnings_(input_warnings),

@@ -223,7 +223,7 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   if (rules_.on_entry) rules_.on_entry({type, key, offset});
   if (!FindEntryType(type).empty()) return;
   const std::string word(type);
-  const std::string_view trimmed = TrimEnd(type, kBlanks);
+  const std::string_view trimmed = TrimEnd(type, IsBlank);
   if (!FindEntryType(trimmed).empty()) {
     Report(WarningKind::kBlankInType, offset,
            "the type is read as '" + word + "', with the blank, and is no known one");
@@ -301,7 +301,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   if (end == line.size() || line[end] != '=') {
     return end < line.size() && line[end] == '}' ? end : end + 1;
   }
-  tag_ = TrimEnd(line.substr(at, end - at), kBlanks);
+  tag_ = TrimEnd(line.substr(at, end - at), IsBlank);
   tag_place_ = offset;
   const std::size_t value = SkipBlanks(line, end + 1);
   state_ = State::kBeforeValue;
@@ -371,7 +371,7 @@ std::string_view TagNameOf(std::string_view line) {
   std::size_t end = begin;
   while (end < line.size() && !kNameEnds.Holds(line[end])) ++end;
   if (end == line.size() || line[end] != '=') return {};
-  return TrimEnd(line.substr(begin, end - begin), kBlanks);
+  return TrimEnd(line.substr(begin, end - begin), IsBlank);
 }
 
 }  // namespace tarvel

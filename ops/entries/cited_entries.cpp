@@ -20,7 +20,7 @@ bool IsHead(std::string_view text) {
 }  // namespace
 
 CitedEntries::CitedEntries(const std::vector<std::string>& keys)
-    : keys_(keys), index_(keys.size()), heads_(keys.size()) {
+    : keys_(keys), heads_(keys.size()) {
   for (std::size_t i = keys.size(); i-- > 0;) {
     index_.Put(HashOf(keys[i]), i, [&](std::size_t other) { return keys[other] == keys[i]; });
     longest_ = std::max(longest_, keys[i].size());

@@ -93,8 +93,6 @@ FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
 }
 
 void FirstLibrary::BuildIndexes() {
-  by_key_ = HashIndex(entries_.size());
-  by_content_ = HashIndex(entries_.size());
   // From the last entry on, so that each chain leads through the file from the front.
   for (std::size_t number = entries_.size(); number-- > 0;) {
     KnownEntry& entry = entries_[number];

@@ -91,8 +91,6 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
   return nullptr;
 }
 
-KeptEntries::KeptEntries(std::size_t expected) : by_key_(expected), by_content_(expected) {}
-
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
   const auto added =
       entries_.emplace_hint(entries_.end(), head, KeptEntry(record, head, end, texts_));

@@ -74,9 +74,6 @@ class GroupTable {
  public:
   using Id = decltype(Group::id);
 
-  /// `expected`: how many groups there will be; more are fine.
-  explicit GroupTable(std::size_t expected) : index_(expected) {}
-
   /// The group; null if there is none.
   const Group* Find(const Id& id) const {
     const auto number = index_.Find(HashOf(id), IsGroupOf(id));
@@ -102,9 +99,6 @@ class GroupTable {
 /// gives the first of the file that fits, without looking at those that do not.
 class KeptEntries {
  public:
-  /// Room for `expected` entries; more are fine.
-  explicit KeptEntries(std::size_t expected);
-
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or behind, but before `end`.

@@ -9,8 +9,8 @@
 
 namespace tarvel {
 
-LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t expected)
-    : library_(library), tags_(kDoublesTagNames), entries_(expected) {
+LibraryFollower::LibraryFollower(GrowingLibrary& library)
+    : library_(library), tags_(kDoublesTagNames) {
   ReadAppended();
 }
 

@@ -20,9 +20,8 @@ namespace tarvel {
 /// changed: up to a place behind the written bytes where the old reading looked for an entry too.
 class LibraryFollower {
  public:
-  /// Follows `library`, which must outlive it; only its header may have been written. It is
-  /// expected to get `expected` entries.
-  LibraryFollower(GrowingLibrary& library, std::size_t expected);
+  /// Follows `library`, which must outlive it; only its header may have been written.
+  explicit LibraryFollower(GrowingLibrary& library);
 
   /// Writes an entry's text at `position`: the end of the library or of one of its entries.
   /// References into `Entries` may be gone afterwards.

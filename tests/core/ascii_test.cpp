@@ -27,8 +27,8 @@ TEST(Ascii, TrimsOnlyTheEnds) {
   EXPECT_EQ(Trim("   ", " "), "");
   EXPECT_EQ(Trim("", " "), "");
   EXPECT_EQ(Trim(" a", "b"), " a");
-  EXPECT_EQ(TrimEnd(" a\n", kBlanks), " a");
-  EXPECT_EQ(TrimEnd("\t\n", kBlanks), "");
+  EXPECT_EQ(TrimEnd(" a\n", IsBlank), " a");
+  EXPECT_EQ(TrimEnd("\t\n", IsBlank), "");
 }
 
 TEST(Ascii, SkipsBlanksFromAnOffsetOn) {

@@ -18,19 +18,16 @@ auto Is(std::size_t wanted) {
 constexpr auto kAny = [](std::size_t) { return true; };
 constexpr auto kNone = [](std::size_t) { return false; };
 
-TEST(HashIndex, EmptyIndexFindsNothing) {
-  EXPECT_EQ(HashIndex().Find(0, kAny), std::nullopt);
-  EXPECT_EQ(HashIndex(10).Find(17, kAny), std::nullopt);
-}
+TEST(HashIndex, EmptyIndexFindsNothing) { EXPECT_EQ(HashIndex().Find(0, kAny), std::nullopt); }
 
 TEST(HashIndex, NumberZeroAndHashZeroAreLikeAnyOther) {
-  HashIndex index(1);
+  HashIndex index;
   EXPECT_EQ(index.Put(0, 0, kAny), std::nullopt);
   EXPECT_EQ(index.Find(0, kAny), 0U);
 }
 
 TEST(HashIndex, ThingsOfTheSameHashAreToldApart) {
-  HashIndex index(3);
+  HashIndex index;
   for (std::size_t number = 0; number < 3; ++number) {
     EXPECT_EQ(index.Put(42, number, kNone), std::nullopt);
   }
@@ -41,7 +38,7 @@ TEST(HashIndex, ThingsOfTheSameHashAreToldApart) {
 }
 
 TEST(HashIndex, PuttingTheSameThingAgainGivesTheNumberBefore) {
-  HashIndex index(2);
+  HashIndex index;
   index.Put(7, 5, kAny);
   EXPECT_EQ(index.Put(7, 6, Is(5)), 5U);
   EXPECT_EQ(index.Find(7, kAny), 6U);
@@ -49,7 +46,7 @@ TEST(HashIndex, PuttingTheSameThingAgainGivesTheNumberBefore) {
 }
 
 TEST(HashIndex, FindsOrPuts) {
-  HashIndex index(2);
+  HashIndex index;
   EXPECT_EQ(index.FindOrPut(7, 5, Is(5)), std::nullopt);
   EXPECT_EQ(index.FindOrPut(7, 6, Is(5)), 5U);
   EXPECT_EQ(index.Find(7, kAny), 5U);
@@ -57,9 +54,9 @@ TEST(HashIndex, FindsOrPuts) {
   EXPECT_EQ(index.Find(7, Is(6)), 6U);
 }
 
-TEST(HashIndex, TakesMoreThanWasExpected) {
+TEST(HashIndex, TakesAnyNumberOfNumbers) {
   const auto hash_of = [](std::size_t number) { return number * 0x9E3779B97F4A7C15U; };
-  HashIndex index(3);
+  HashIndex index;
   for (std::size_t number = 0; number < 1000; ++number) {
     index.Put(hash_of(number), number, Is(number));
   }
@@ -70,13 +67,13 @@ TEST(HashIndex, TakesMoreThanWasExpected) {
 }
 
 TEST(HashIndex, AsksOnlyAboutNumbersWithThatHash) {
-  HashIndex index(2);
+  HashIndex index;
   index.Put(std::size_t{1} << 50, 5, kAny);  // the same slot, other upper bits
   EXPECT_EQ(index.Find(0, kAny), std::nullopt);
 }
 
 TEST(HashIndex, SlotsRunOnFromTheLastToTheFirst) {
-  HashIndex index(3);
+  HashIndex index;
   const std::size_t last = ~std::size_t{0};
   for (std::size_t number = 0; number < 3; ++number) index.Put(last, number, kNone);
   for (std::size_t number = 0; number < 3; ++number)
@@ -89,7 +86,7 @@ TEST(HashIndex, DoesWhatAMapDoes) {
     std::mt19937_64 random(1);
     std::vector<std::size_t> hashes(kKeys);
     for (std::size_t& hash : hashes) hash = well_mixed ? random() : random() % 5;
-    HashIndex index(kKeys);
+    HashIndex index;
     std::map<std::size_t, std::size_t> plain;  // key to number
     std::vector<std::size_t> keys;             // number to key
     for (int step = 0; step < 2000; ++step) {
