@@ -31,7 +31,7 @@ int RunRequest(const BatchRequest& request) {
   if (!request.warnings_file.empty() && !(warnings = CreateSideFile(request.warnings_file)))
     return 1;
   if (!request.key_map_file.empty() && !(key_map = CreateSideFile(request.key_map_file))) return 1;
-  GlobalWarningOutputs = {request.quiet, warnings.get(), key_map.get()};
+  GlobalWarningOutputs = {.quiet = request.quiet, .file = warnings.get(), .key_map = key_map.get()};
   bool good = RunOperation(*request.operation) == 1;
   GlobalWarningOutputs = {};
   for (OutputFile* file : {warnings.get(), key_map.get()}) {

@@ -31,34 +31,37 @@ bool IsDocumentLine(Line& line) {
 
 bool IsJournalLine(Line& line) { return Contains(line, "******* Journal-start *******"); }
 
-const FileCheck kFirstLibrary{FirstFilePath,
-                              IsEntryLine,
-                              "Load BibTeX file",
-                              "Please, load a BibTeX file (first file)",
-                              "BibTeX file ?",
-                              "Could not open the BibTeX file (first file)!",
-                              "The first file does not seem to be a BibTeX file!"};
-const FileCheck kSecondLibrary{SecondFilePath,
-                               IsEntryLine,
-                               "Load BibTeX file",
-                               "Please, load a BibTeX file (second file)",
-                               "BibTeX file ?",
-                               "Could not open the BibTeX file (second file)!",
-                               "The second file does not seem to be a BibTeX file!"};
-const FileCheck kDocument{FirstFilePath,
-                          IsDocumentLine,
-                          "Load LaTeX file",
-                          "Please, load a LaTeX file (first file)",
-                          "LaTeX file ?",
-                          "Could not open the LaTeX file (first file)!",
-                          "The first file does not seem to be a LaTeX file!"};
-const FileCheck kJournalList{SecondFilePath,
-                             IsJournalLine,
-                             "Load Tarvel file",
-                             "Please, load a Tarvel file (second file)",
-                             "Tarvel file ?",
-                             "Could not open the Tarvel file (second file)!",
-                             "The second file does not seem to be a Tarvel file!"};
+const FileCheck kFirstLibrary{
+    .path = FirstFilePath,
+    .settles = IsEntryLine,
+    .empty_caption = "Load BibTeX file",
+    .empty_message = "Please, load a BibTeX file (first file)",
+    .other_caption = "BibTeX file ?",
+    .not_opened_message = "Could not open the BibTeX file (first file)!",
+    .wrong_kind_message = "The first file does not seem to be a BibTeX file!"};
+const FileCheck kSecondLibrary{
+    .path = SecondFilePath,
+    .settles = IsEntryLine,
+    .empty_caption = "Load BibTeX file",
+    .empty_message = "Please, load a BibTeX file (second file)",
+    .other_caption = "BibTeX file ?",
+    .not_opened_message = "Could not open the BibTeX file (second file)!",
+    .wrong_kind_message = "The second file does not seem to be a BibTeX file!"};
+const FileCheck kDocument{.path = FirstFilePath,
+                          .settles = IsDocumentLine,
+                          .empty_caption = "Load LaTeX file",
+                          .empty_message = "Please, load a LaTeX file (first file)",
+                          .other_caption = "LaTeX file ?",
+                          .not_opened_message = "Could not open the LaTeX file (first file)!",
+                          .wrong_kind_message = "The first file does not seem to be a LaTeX file!"};
+const FileCheck kJournalList{
+    .path = SecondFilePath,
+    .settles = IsJournalLine,
+    .empty_caption = "Load Tarvel file",
+    .empty_message = "Please, load a Tarvel file (second file)",
+    .other_caption = "Tarvel file ?",
+    .not_opened_message = "Could not open the Tarvel file (second file)!",
+    .wrong_kind_message = "The second file does not seem to be a Tarvel file!"};
 
 bool Stop(std::string_view message, std::string_view caption) {
   ShowBox(message, caption);

@@ -157,7 +157,7 @@ int RunCleanAuthors(const RunContext& run) {
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kReadTags{std::string_view("author")};
-  ScanLibrary(input->Bytes(), {limits::kLongLine, kReadTags}, warnings);
+  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine, .read_tags = kReadTags}, warnings);
   const int changed = AuthorCleaner(*input, *library, *log, warnings).Walk();
   WriteSummary(*log, changed, run.first_path, library->Path());
   return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;

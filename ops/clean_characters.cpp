@@ -203,7 +203,7 @@ int RunCleanCharacters(const RunContext& run) {
   }
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {limits::kLongLine}, warnings);
+  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine}, warnings);
   CharacterCleaner cleaner(*input, *library, *log, warnings);
   cleaner.Walk();
   log->Write({"\n\n\nAbout ", std::to_string(cleaner.BadBytes()),

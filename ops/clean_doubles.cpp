@@ -270,7 +270,10 @@ int RunCleanDoubles(const RunContext& run) {
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {limits::kPairLine, kDoublesTagNames, true}, warnings);
+  ScanLibrary(
+      input->Bytes(),
+      {.line_limit = limits::kPairLine, .read_tags = kDoublesTagNames, .needs_closing_line = true},
+      warnings);
   DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
                         run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();

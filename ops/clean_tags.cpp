@@ -252,7 +252,8 @@ int RunCleanTags(const RunContext& run) {
   if (!log) return Fail(run, kLogNotCreated);
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {limits::kLongLine, kFilterNames}, file_warnings);
+  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine, .read_tags = kFilterNames},
+              file_warnings);
   const bool has_header = input->Bytes().starts_with(BibFileHeader);
   TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
   Counters counters;

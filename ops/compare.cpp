@@ -150,7 +150,8 @@ void ReportLibrary(const RunContext& run, const std::string& path, const LineStr
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return;
   RepeatedKeys keys(library.Bytes(), warnings);
-  ScanRules rules{limits::kPairLine, kCompareTagNames, true};
+  ScanRules rules{
+      .line_limit = limits::kPairLine, .read_tags = kCompareTagNames, .needs_closing_line = true};
   rules.on_entry = [&](const EntryHead& head) {
     if (!CompareRuleFor(head.type).rule) {
       warnings.Report(

@@ -79,18 +79,18 @@ void ReportMissing(const RunContext& run, OutputFile& references, std::size_t ci
                     "that could be found also in the BibTeX library ... .\n\n\n"});
 }
 
-std::vector<Value> PrintExtracted(const RunContext& run, OutputFile& references,
-                                  const EntryKind& entry, EntryValues& values) {
+std::vector<ReferenceValue> PrintExtracted(const RunContext& run, OutputFile& references,
+                                           const EntryKind& entry, EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(run.settings);
   if (!style) return {};
   const bool springer = *style == JournalStyle::kSpringerCompSci;
   ReferenceKind kind = entry.kind;
   if (kind == ReferenceKind::kArticle) {
-    if (springer) ReplaceString(At(values, Value::kJournal), ".", "");
+    if (springer) ReplaceString(values[ReferenceValue::kJournal], ".", "");
     if (run.settings.PrintTitle != 0) kind = ReferenceKind::kArticleTitle;
   }
   if (kind == ReferenceKind::kIncol && springer) kind = ReferenceKind::kInpro;
-  return PrintReference(references, run.styles.Format(*style, KeyOf(kind, true)),
+  return PrintReference(references, run.styles.Format(*style, StyleKeyFor(kind, true)),
                         ValueOrder(kind, *style), values);
 }
 
@@ -110,7 +110,7 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
   if (!output) return Fail(run, kLibraryNotCreated);
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
-  const ScanRules rules{limits::kShortLine, kReferenceTags};
+  const ScanRules rules{.line_limit = limits::kShortLine, .read_tags = kReferenceTags};
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
     observer.on_range = [&](const LibraryRange& range) {
@@ -134,14 +134,19 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, source, *library);
-  ReferenceWalk walk(
-      *library, *references, run.settings,
-      {limits::kLongLine, true, false, kAdvice,
-       [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
-       [&](const EntryKind& entry, EntryValues& values) {
-         return PrintExtracted(run, *references, entry, values);
-       }},
-      &warnings);
+  const WalkRules rules{
+      .line_limit = limits::kLongLine,
+      .strips_titles = true,
+      .collapses_dashes = false,
+      .is_plain_text = false,
+      .advice = kAdvice,
+      .name_reference =
+          [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
+      .print =
+          [&](const EntryKind& entry, EntryValues& values) {
+            return PrintExtracted(run, *references, entry, values);
+          }};
+  ReferenceWalk walk(*library, *references, run.settings, rules, warnings);
   if (!walk.ReadNext()) return Fail(run, kNoHeader);
   if (!walk.Run(found)) return Fail(run, kLibraryTooShort);
   ReportUnsupported(run.reporter, walk.Unsupported(), kReferencesName);

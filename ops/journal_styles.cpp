@@ -63,28 +63,28 @@ constexpr std::array<KindKeys, 6> kKindKeys{{
 
 class ValueList {
  public:
-  constexpr ValueList(std::initializer_list<Value> values) {
-    for (const Value value : values) values_[size_++] = value;
+  constexpr ValueList(std::initializer_list<ReferenceValue> values) {
+    for (const ReferenceValue value : values) values_[size_++] = value;
   }
-  constexpr std::span<const Value> Values() const { return {values_.data(), size_}; }
+  constexpr std::span<const ReferenceValue> Values() const { return {values_.data(), size_}; }
 
  private:
-  std::array<Value, 8> values_{};
+  std::array<ReferenceValue, 8> values_{};
   std::size_t size_ = 0;
 };
 
-constexpr Value Bibitem = Value::kBibitem;
-constexpr Value Author = Value::kAuthor;
-constexpr Value Title = Value::kTitle;
-constexpr Value Journal = Value::kJournal;
-constexpr Value Year = Value::kYear;
-constexpr Value Volume = Value::kVolume;
-constexpr Value Pages = Value::kPages;
-constexpr Value Publisher = Value::kPublisher;
-constexpr Value Address = Value::kAddress;
-constexpr Value Editor = Value::kEditor;
-constexpr Value Booktitle = Value::kBooktitle;
-constexpr Value School = Value::kSchool;
+constexpr auto Bibitem = ReferenceValue::kBibitem;
+constexpr auto Author = ReferenceValue::kAuthor;
+constexpr auto Title = ReferenceValue::kTitle;
+constexpr auto Journal = ReferenceValue::kJournal;
+constexpr auto Year = ReferenceValue::kYear;
+constexpr auto Volume = ReferenceValue::kVolume;
+constexpr auto Pages = ReferenceValue::kPages;
+constexpr auto Publisher = ReferenceValue::kPublisher;
+constexpr auto Address = ReferenceValue::kAddress;
+constexpr auto Editor = ReferenceValue::kEditor;
+constexpr auto Booktitle = ReferenceValue::kBooktitle;
+constexpr auto School = ReferenceValue::kSchool;
 
 // Odd places are meant: APS books put the title first, Wiley theses print publisher and address,
 // which no thesis has. Style files rely on them. ORDER: ReferenceKind, then JournalStyle
@@ -213,12 +213,12 @@ std::optional<JournalStyle> SelectedStyle(const Settings& settings) {
   return std::nullopt;
 }
 
-StyleKey KeyOf(ReferenceKind kind, bool latex) {
+StyleKey StyleKeyFor(ReferenceKind kind, bool latex) {
   const KindKeys& keys = kKindKeys[static_cast<std::size_t>(kind)];
   return latex ? keys.latex : keys.plain;
 }
 
-std::span<const Value> ValueOrder(ReferenceKind kind, JournalStyle style) {
+std::span<const ReferenceValue> ValueOrder(ReferenceKind kind, JournalStyle style) {
   return kValueOrders[static_cast<std::size_t>(kind)][static_cast<std::size_t>(style)].Values();
 }
 

@@ -39,7 +39,7 @@ inline constexpr std::size_t kStyleKeyCount = 12;
 enum class ReferenceKind { kArticleTitle, kArticle, kBook, kIncol, kInpro, kPhd };
 
 /// The values that a reference can be made of.
-enum class Value {
+enum class ReferenceValue {
   kBibitem,  // the name of the reference
   kAuthor,
   kTitle,
@@ -54,6 +54,19 @@ enum class Value {
   kSchool,
 };
 inline constexpr std::size_t kValueCount = 12;
+
+/// The values that the last entry left. They are emptied before the first entry and not between
+/// entries: a tag that an entry lacks is printed as an earlier entry had it.
+class EntryValues {
+ public:
+  std::string& operator[](ReferenceValue value) { return texts_[static_cast<std::size_t>(value)]; }
+  const std::string& operator[](ReferenceValue value) const {
+    return texts_[static_cast<std::size_t>(value)];
+  }
+
+ private:
+  std::array<std::string, kValueCount> texts_;
+};
 
 /// The format strings of all styles.
 class JournalStyles {
@@ -78,9 +91,9 @@ int ReadJournalStyles(const RunContext& run, JournalStyles& styles);
 std::optional<JournalStyle> SelectedStyle(const Settings& settings);
 
 /// The key of the format for a kind of reference.
-StyleKey KeyOf(ReferenceKind kind, bool latex);
+StyleKey StyleKeyFor(ReferenceKind kind, bool latex);
 
 /// The values that a reference's format receives, in their order.
-std::span<const Value> ValueOrder(ReferenceKind kind, JournalStyle style);
+std::span<const ReferenceValue> ValueOrder(ReferenceKind kind, JournalStyle style);
 
 }  // namespace tarvel

@@ -29,17 +29,16 @@ constexpr std::string_view kLibraryTooShort =  // sic: the library is not a new 
 constexpr std::string_view kAdvice = "You have to type the entry yourself. ";
 constexpr std::string_view kTextName = "_text.txt";
 
-constexpr std::array kArticleTexts{Value::kAuthor, Value::kTitle, Value::kJournal};
-constexpr std::array kBookTexts{Value::kAuthor, Value::kTitle, Value::kPublisher, Value::kAddress};
-constexpr std::array kIncolTexts{Value::kAuthor, Value::kTitle,     Value::kBooktitle,
-                                 Value::kEditor, Value::kPublisher, Value::kAddress};
-constexpr std::array kInproTexts{Value::kAuthor, Value::kTitle, Value::kBooktitle, Value::kEditor,
-                                 Value::kAddress};
-constexpr std::array kThesisTexts{Value::kAuthor, Value::kTitle, Value::kSchool};
+using enum ReferenceValue;
+constexpr std::array kArticleTexts{kAuthor, kTitle, kJournal};
+constexpr std::array kBookTexts{kAuthor, kTitle, kPublisher, kAddress};
+constexpr std::array kIncolTexts{kAuthor, kTitle, kBooktitle, kEditor, kPublisher, kAddress};
+constexpr std::array kInproTexts{kAuthor, kTitle, kBooktitle, kEditor, kAddress};
+constexpr std::array kThesisTexts{kAuthor, kTitle, kSchool};
 
 // The values of a kind of entry that may hold LaTeX commands. ORDER: ReferenceKind
-constexpr std::array<std::span<const Value>, 6> kTexts{kArticleTexts, kArticleTexts, kBookTexts,
-                                                       kIncolTexts,   kInproTexts,   kThesisTexts};
+constexpr std::array<std::span<const ReferenceValue>, 6> kTexts{
+    kArticleTexts, kArticleTexts, kBookTexts, kIncolTexts, kInproTexts, kThesisTexts};
 
 std::string NameReference(const Settings& settings, std::string_view key) {
   if (settings.PrintBibitem == 0) return {};
@@ -52,23 +51,23 @@ std::string NameReference(const Settings& settings, std::string_view key) {
 void TreatValues(const Settings& settings, const LaTeXCommands& commands, ReferenceKind kind,
                  EntryValues& values) {
   if (settings.UseLaTeXCode != 0) {
-    StripBraces(At(values, Value::kTitle));
-    StripBraces(At(values, Value::kBooktitle));
+    StripBraces(values[kTitle]);
+    StripBraces(values[kBooktitle]);
     return;
   }
-  for (const Value value : kTexts[static_cast<std::size_t>(kind)]) {
-    ApplyLaTeXCommands(At(values, value), commands);
+  for (const ReferenceValue value : kTexts[static_cast<std::size_t>(kind)]) {
+    ApplyLaTeXCommands(values[value], commands);
   }
 }
 
-std::vector<Value> PrintText(const RunContext& run, OutputFile& output, ReferenceKind kind,
-                             const EntryValues& values) {
+std::vector<ReferenceValue> PrintText(const RunContext& run, OutputFile& output, ReferenceKind kind,
+                                      const EntryValues& values) {
   const std::optional<JournalStyle> style = SelectedStyle(run.settings);
   if (!style) return {};
   if (kind == ReferenceKind::kArticle && run.settings.PrintTitle != 0) {
     kind = ReferenceKind::kArticleTitle;
   }
-  const StyleKey key = KeyOf(kind, run.settings.UseLaTeXCode != 0);
+  const StyleKey key = StyleKeyFor(kind, run.settings.UseLaTeXCode != 0);
   return PrintReference(output, run.styles.Format(*style, key), ValueOrder(kind, *style), values);
 }
 
@@ -95,16 +94,22 @@ int RunText(const RunContext& run) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
-  ScanLibrary(library->Bytes(), {limits::kShortLine, kReferenceTags}, warnings);
-  ReferenceWalk walk(*library, *output, run.settings,
-                     {limits::kShortLine, false, true, kAdvice,
-                      [&](std::string_view key) { return NameReference(run.settings, key); },
-                      [&](const EntryKind& entry, EntryValues& values) {
-                        TreatValues(run.settings, commands, entry.kind, values);
-                        return PrintText(run, *output, entry.kind, values);
-                      },
-                      run.settings.UseLaTeXCode == 0},
-                     &warnings);
+  ScanLibrary(library->Bytes(), {.line_limit = limits::kShortLine, .read_tags = kReferenceTags},
+              warnings);
+  const bool latex = run.settings.UseLaTeXCode != 0;
+  const WalkRules rules{
+      .line_limit = limits::kShortLine,
+      .strips_titles = false,
+      .collapses_dashes = true,
+      .is_plain_text = !latex,
+      .advice = kAdvice,
+      .name_reference = [&](std::string_view key) { return NameReference(run.settings, key); },
+      .print =
+          [&](const EntryKind& entry, EntryValues& values) {
+            TreatValues(run.settings, commands, entry.kind, values);
+            return PrintText(run, *output, entry.kind, values);
+          }};
+  ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(*entries)) return Fail(run, kLibraryTooShort);
   ReportUnsupported(run.reporter, walk.Unsupported(), kTextName);
   return CloseOutputs(run, {output.get()}) ? kSucceeded : kFailed;

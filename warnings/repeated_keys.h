@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "core/hash_index.h"
@@ -23,11 +24,11 @@ class RepeatedKeys {
 
  private:
   std::string_view KeyAt(std::size_t offset) const;
-  bool IsKey(std::size_t offset, std::string_view key) const;
 
   std::string_view library_;
   FileWarnings& warnings_;
   HashIndex offsets_;  // of the keys
+  std::string upper_;
 };
 
 }  // namespace tarvel

@@ -112,32 +112,23 @@ std::size_t CopyLetter(std::string_view word, std::size_t at, std::string& initi
   return size;
 }
 
-/// Where reading an accented initial stands.
-struct InitialReader {
-  std::string_view word;
-  std::string& initial;
-  std::size_t at = 0;
-  std::size_t depth = 0;
-  bool has_letter = false;
-
-  void ReadCommand();
-  void ReadNext();
-};
-
-void InitialReader::ReadCommand() {
+/// Copies the command at `at`, a backslash, as far as it belongs to an initial, and returns the
+/// offset after it. Sets `is_letter` where the command is the letter that the initial is of.
+std::size_t CopyCommand(std::string_view word, std::size_t at, std::string& initial,
+                        bool& is_letter) {
   const std::string_view name = ControlWord(word, at);
   if (name.empty()) {
+    // An accent of one byte: of a byte from 128 on only the backslash is copied.
     const bool accent = at + 1 < word.size() && !IsOneOf(word[at + 1], "{} ");
     if (accent) initial.push_back('\\');
     if (accent && IsAscii(word[at + 1])) initial.push_back(word[++at]);
-    ++at;
-    return;
+    return at + 1;
   }
   at += 1 + name.size();
   if (const LetterCommand* letter = FindLetterCommand(name)) {
     initial.append(letter->upper);
-    has_letter = true;
-    return;
+    is_letter = true;
+    return at;
   }
   std::string_view command = name;
   // An accent glued to its letter, as in "\vS".
@@ -147,21 +138,7 @@ void InitialReader::ReadCommand() {
   }
   initial.append("\\").append(command);
   if (at < word.size() && word[at] == ' ') initial.push_back(' ');
-}
-
-void InitialReader::ReadNext() {
-  const char byte = word[at];
-  if (byte == '\\') {
-    ReadCommand();
-    return;
-  }
-  const std::size_t size = CopyLetter(word, at, initial);
-  has_letter = size != 0;
-  at += std::max<std::size_t>(size, 1);
-  if (byte == '{') ++depth;
-  const bool closes = byte == '}' && depth > 0;
-  if (closes) --depth;
-  if (byte == '{' || closes || IsOneOf(byte, kAccentBytes)) initial.push_back(byte);
+  return at;
 }
 
 /// The initial of one word; false when it holds no letter.
@@ -209,13 +186,27 @@ void AbbreviateFirstNames(std::string_view names, std::string& initials) {
 bool CopyAccentedInitial(std::string_view word, std::string& initial) {
   initial.clear();
   if (word.empty() || word.front() == ' ' || LetterSize(word, 0) != 0) return false;
-  InitialReader reader{word, initial};
-  while (reader.at < word.size() && !reader.has_letter) reader.ReadNext();
-  if (!reader.has_letter) {
+  std::size_t depth = 0;  // of the braces that were copied
+  bool has_letter = false;
+  for (std::size_t at = 0; at < word.size() && !has_letter;) {
+    const char byte = word[at];
+    if (byte == '\\') {
+      at = CopyCommand(word, at, initial, has_letter);
+      continue;
+    }
+    const std::size_t size = CopyLetter(word, at, initial);
+    has_letter = size != 0;
+    at += std::max<std::size_t>(size, 1);
+    const bool closes = byte == '}' && depth > 0;
+    if (byte == '{') ++depth;
+    if (closes) --depth;
+    if (byte == '{' || closes || IsOneOf(byte, kAccentBytes)) initial.push_back(byte);
+  }
+  if (!has_letter) {
     initial.clear();
     return false;
   }
-  initial.append(reader.depth, '}');
+  initial.append(depth, '}');
   return true;
 }
 

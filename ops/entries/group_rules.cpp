@@ -49,16 +49,22 @@ constexpr std::string_view kProbableOfType = "%s - Probably the same : %s and %s
 
 // What most groups do.
 constexpr Verdict Missing(std::string_view headline) {
-  return {headline, kStoredForSecurity, Counted::kExact, true};
+  return {.headline = headline,
+          .closing = kStoredForSecurity,
+          .counted = Counted::kExact,
+          .stops = true};
 }
 constexpr Verdict Exact(std::string_view headline) {
-  return {headline, kStored, Counted::kExact, true};
+  return {.headline = headline, .closing = kStored, .counted = Counted::kExact, .stops = true};
 }
 constexpr Verdict Differs(std::string_view headline) {
-  return {headline, kMarkedAsMissing, Counted::kNothing, false};
+  return {.headline = headline,
+          .closing = kMarkedAsMissing,
+          .counted = Counted::kNothing,
+          .stops = false};
 }
 constexpr Verdict Probable(std::string_view headline) {
-  return {headline, kStored, Counted::kProbable, true};
+  return {.headline = headline, .closing = kStored, .counted = Counted::kProbable, .stops = true};
 }
 
 // Clean doubles
@@ -114,92 +120,116 @@ std::size_t HashOf(std::string_view value) {
 }  // namespace
 
 const std::array<CompareRule, 8> kCompareRules{{
-    {{kCompareAuthorTitleTypes, kAuthorTitle, "\n"},
-     Missing("%s - One of the two entries (%s and %s)\n"
-             "does not have one of the following tags: author or title\n\n"),
-     Exact(kExactOfType),
-     Differs("%s - Same item (%s) but not the same tags (author and title)\n"),
-     Probable(kProbableOfType)},
+    {.group = {.types = kCompareAuthorTitleTypes, .compared = kAuthorTitle, .detail_end = "\n"},
+     .missing = Missing("%s - One of the two entries (%s and %s)\n"
+                        "does not have one of the following tags: author or title\n\n"),
+     .exact = Exact(kExactOfType),
+     .differs = Differs("%s - Same item (%s) but not the same tags (author and title)\n"),
+     .probable = Probable(kProbableOfType)},
     // The type is shown as "ARTICLE" whatever it is, except where the contents differ.
-    {{kCompareArticleTypes, kCompareArticle, "\n"},
-     Missing("ARTICLE - One of the two entries (%s and %s)\n"
-             "does not have one of the following tags: volume, pages, journal or year\n\n"),
-     Exact("ARTICLE - Exactly the same : %s and %s\n"),
-     Differs("%s - Same item (%s) but not the same tags (volume, pages, journal and year)\n"),
-     Probable("ARTICLE - Probably the same : %s and %s\n")},
-    {{kTitleTypes, kTitle, "\n"},
-     Missing("%s - One of the two entries (%s and %s)\n"
-             "does not have the following tag: title\n\n"),
-     Exact(kExactOfType),
-     Differs("%s - Same item (%s) but not the same tag (title)\n"),
-     Probable(kProbableOfType)},
+    {.group = {.types = kCompareArticleTypes, .compared = kCompareArticle, .detail_end = "\n"},
+     .missing =
+         Missing("ARTICLE - One of the two entries (%s and %s)\n"
+                 "does not have one of the following tags: volume, pages, journal or year\n\n"),
+     .exact = Exact("ARTICLE - Exactly the same : %s and %s\n"),
+     .differs =
+         Differs("%s - Same item (%s) but not the same tags (volume, pages, journal and year)\n"),
+     .probable = Probable("ARTICLE - Probably the same : %s and %s\n")},
+    {.group = {.types = kTitleTypes, .compared = kTitle, .detail_end = "\n"},
+     .missing = Missing("%s - One of the two entries (%s and %s)\n"
+                        "does not have the following tag: title\n\n"),
+     .exact = Exact(kExactOfType),
+     .differs = Differs("%s - Same item (%s) but not the same tag (title)\n"),
+     .probable = Probable(kProbableOfType)},
     // A probable match is left out of the count.
-    {{kElectronicTypes, kUrl, "\n"},
-     Missing("%s - One of the two entries (%s and %s)\n"
-             "does not have the following tag: url\n\n"),
-     Exact(kExactOfType),
-     Differs("%s - Same item (%s) but not the same tag (url)\n"),
-     {kProbableOfType, kStored, Counted::kNothing, true}},
-    {{kTitleYearTypes, kTitleYear, "\n"},
-     Missing("%s - One of the two entries (%s and %s)\n"
-             "does not have the following tags: title or year\n\n"),
-     Exact(kExactOfType),
-     Differs("%s - Same item (%s) but not the same tags (title and year)\n"),
-     Probable(kProbableOfType)},
-    {{kPatentTypes, kPatent, "\n"},
-     Missing("PATENT - One of the two entries (%s and %s)\n"
-             "does not have the following tags: nationality, number, year\n\n"),
-     Exact("PATENT - Exactly the same : %s and %s\n"),
-     Differs("%s - Same item (%s) but not the same tags (nationality, number and year)\n"),
-     Probable("PATENT - Probably the same : %s and %s\n")},
-    {{kMiscTypes, kNote, "\n"},
-     Missing("MISC - One of the two entries (%s and %s)\n"
-             "does not have the following tag: note\n\n"),
-     Exact("MISC - Exactly the same : %s and %s\n"),
-     Differs("%s - Same item (%s) but not the same tag (note)\n"),
-     Probable("MISC - Probably the same : %s and %s\n")},
+    {.group = {.types = kElectronicTypes, .compared = kUrl, .detail_end = "\n"},
+     .missing = Missing("%s - One of the two entries (%s and %s)\n"
+                        "does not have the following tag: url\n\n"),
+     .exact = Exact(kExactOfType),
+     .differs = Differs("%s - Same item (%s) but not the same tag (url)\n"),
+     .probable = {.headline = kProbableOfType,
+                  .closing = kStored,
+                  .counted = Counted::kNothing,
+                  .stops = true}},
+    {.group = {.types = kTitleYearTypes, .compared = kTitleYear, .detail_end = "\n"},
+     .missing = Missing("%s - One of the two entries (%s and %s)\n"
+                        "does not have the following tags: title or year\n\n"),
+     .exact = Exact(kExactOfType),
+     .differs = Differs("%s - Same item (%s) but not the same tags (title and year)\n"),
+     .probable = Probable(kProbableOfType)},
+    {.group = {.types = kPatentTypes, .compared = kPatent, .detail_end = "\n"},
+     .missing = Missing("PATENT - One of the two entries (%s and %s)\n"
+                        "does not have the following tags: nationality, number, year\n\n"),
+     .exact = Exact("PATENT - Exactly the same : %s and %s\n"),
+     .differs =
+         Differs("%s - Same item (%s) but not the same tags (nationality, number and year)\n"),
+     .probable = Probable("PATENT - Probably the same : %s and %s\n")},
+    {.group = {.types = kMiscTypes, .compared = kNote, .detail_end = "\n"},
+     .missing = Missing("MISC - One of the two entries (%s and %s)\n"
+                        "does not have the following tag: note\n\n"),
+     .exact = Exact("MISC - Exactly the same : %s and %s\n"),
+     .differs = Differs("%s - Same item (%s) but not the same tag (note)\n"),
+     .probable = Probable("MISC - Probably the same : %s and %s\n")},
     // Shows no tags, and a match does not end the search: the entry is counted and may still be
     // missing.
-    {{kOtherTypes, kComment, ""},
-     Missing("OTHER - One of the two entries (%s and %s)\ndoes not have the tag comment\n\n"),
-     {"OTHER - Exactly the same : %s and %s\n", "", Counted::kExact, false},
-     Differs("OTHER - Same item (%s) but not the same tag (comment)\n"),
-     {"OTHER - Probably the same : %s and %s\n", kStored, Counted::kProbable, false}},
+    {.group = {.types = kOtherTypes, .compared = kComment, .detail_end = ""},
+     .missing =
+         Missing("OTHER - One of the two entries (%s and %s)\ndoes not have the tag comment\n\n"),
+     .exact = {.headline = "OTHER - Exactly the same : %s and %s\n",
+               .closing = "",
+               .counted = Counted::kExact,
+               .stops = false},
+     .differs = Differs("OTHER - Same item (%s) but not the same tag (comment)\n"),
+     .probable = {.headline = "OTHER - Probably the same : %s and %s\n",
+                  .closing = kStored,
+                  .counted = Counted::kProbable,
+                  .stops = false}},
 }};
 
 const std::array<DoublesRule, 8> kDoublesRules{{
-    {{kDoublesAuthorTitleYearTypes, kAuthorTitleYear, "\n"},
-     "",
-     kProbableWithBibitem,
-     kBibitemStays,
-     ClosingKeys::kLaterThenEarlier},
-    {{kDoublesArticleTypes, kDoublesArticle, "\n"},
-     "",
-     kProbableWithBibitem,
-     kBibitemStays,
-     ClosingKeys::kEarlierThenLater},
-    {{kTitleTypes, kTitle, " \n"},
-     "",
-     kProbableWithBibitem,
-     kBibitemStays,
-     ClosingKeys::kLaterThenEarlier},
-    {{kElectronicTypes, kUrl, " \n"},
-     "",
-     kProbableDouble,
-     kDoublesExactClosing,
-     ClosingKeys::kNone},
-    {{kMiscTypes, kNote, " \n"}, "", kProbableDouble, kDoublesExactClosing, ClosingKeys::kNone},
-    {{kTitleYearTypes, kTitleYear, "\n"},
-     "",
-     kProbableDouble,
-     kDoublesExactClosing,
-     ClosingKeys::kNone},
-    {{kPatentTypes, kPatent, "\n"}, "", kProbableDouble, kDoublesExactClosing, ClosingKeys::kNone},
-    {{kOtherTypes, {}, ""},
-     "............. The item (@OTHER) names are equal (%s and %s), but not the content.\n",
-     "",
-     "",
-     ClosingKeys::kNone},
+    {.group = {.types = kDoublesAuthorTitleYearTypes,
+               .compared = kAuthorTitleYear,
+               .detail_end = "\n"},
+     .same_key_note = "",
+     .probable = kProbableWithBibitem,
+     .closing = kBibitemStays,
+     .closing_keys = ClosingKeys::kLaterThenEarlier},
+    {.group = {.types = kDoublesArticleTypes, .compared = kDoublesArticle, .detail_end = "\n"},
+     .same_key_note = "",
+     .probable = kProbableWithBibitem,
+     .closing = kBibitemStays,
+     .closing_keys = ClosingKeys::kEarlierThenLater},
+    {.group = {.types = kTitleTypes, .compared = kTitle, .detail_end = " \n"},
+     .same_key_note = "",
+     .probable = kProbableWithBibitem,
+     .closing = kBibitemStays,
+     .closing_keys = ClosingKeys::kLaterThenEarlier},
+    {.group = {.types = kElectronicTypes, .compared = kUrl, .detail_end = " \n"},
+     .same_key_note = "",
+     .probable = kProbableDouble,
+     .closing = kDoublesExactClosing,
+     .closing_keys = ClosingKeys::kNone},
+    {.group = {.types = kMiscTypes, .compared = kNote, .detail_end = " \n"},
+     .same_key_note = "",
+     .probable = kProbableDouble,
+     .closing = kDoublesExactClosing,
+     .closing_keys = ClosingKeys::kNone},
+    {.group = {.types = kTitleYearTypes, .compared = kTitleYear, .detail_end = "\n"},
+     .same_key_note = "",
+     .probable = kProbableDouble,
+     .closing = kDoublesExactClosing,
+     .closing_keys = ClosingKeys::kNone},
+    {.group = {.types = kPatentTypes, .compared = kPatent, .detail_end = "\n"},
+     .same_key_note = "",
+     .probable = kProbableDouble,
+     .closing = kDoublesExactClosing,
+     .closing_keys = ClosingKeys::kNone},
+    {.group = {.types = kOtherTypes, .compared = {}, .detail_end = ""},
+     .same_key_note =
+         "............. The item (@OTHER) names are equal (%s and %s), but not the content.\n",
+     .probable = "",
+     .closing = "",
+     .closing_keys = ClosingKeys::kNone},
 }};
 
 bool ComparedValues::Complete() const {

@@ -92,7 +92,7 @@ std::size_t JoinedText::NextBarrier(std::size_t number) const {
   return barrier == barriers_.end() ? lines_.size() - 1 : *barrier;
 }
 
-std::optional<JoinedText::Value> JoinedText::ValueBehind(std::size_t brace) const {
+std::optional<JoinedText::FoundValue> JoinedText::ValueAfter(std::size_t brace) const {
   const auto behind = std::upper_bound(
       lines_.begin(), lines_.end(), brace,
       [](std::size_t place, const JoinedLine& line) { return place < line.start; });
@@ -113,7 +113,7 @@ std::optional<JoinedText::Value> JoinedText::ValueBehind(std::size_t brace) cons
   const std::size_t begin =
       line.joined + (brace + 1 - line.start - SkipContinuationBlanks(LineAt(number), 0));
   const std::size_t end = lines_[last].joined + (size - first);
-  return Value{std::string_view(text_).substr(begin, end - begin), lines_[last].start, limit};
+  return FoundValue{std::string_view(text_).substr(begin, end - begin), lines_[last].start, limit};
 }
 
 }  // namespace tarvel

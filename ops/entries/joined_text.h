@@ -21,14 +21,14 @@ class JoinedText {
   explicit JoinedText(std::string_view bytes);
 
   /// Where a value comes to its end.
-  struct Value {
+  struct FoundValue {
     std::string_view text;  // lives as long as the `JoinedText`
     std::size_t line;       // where the line begins that ends it, or the end of the file
     std::size_t limit;      // with which that line is read
   };
   /// The value behind the brace at `brace`, whose line goes on to a line feed and so does not end
   /// it. Nothing where only reading can tell: it comes to a line whose first piece is blank.
-  std::optional<Value> ValueBehind(std::size_t brace) const;
+  std::optional<FoundValue> ValueAfter(std::size_t brace) const;
 
  private:
   struct JoinedLine {

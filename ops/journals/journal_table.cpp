@@ -44,7 +44,7 @@ bool ReadName(LineStream& lines, std::string_view& name) {
   return true;
 }
 
-std::string KeyOf(std::string_view name) {
+std::string SearchKeyOf(std::string_view name) {
   std::string key;
   SqueezeJournalName(name, key);
   StringToUpper(key);
@@ -104,11 +104,11 @@ void JournalTable::BuildIndex() {
 }
 
 void JournalTable::Add(std::string_view text, std::size_t index) {
-  found_by_key_.try_emplace(KeyOf(text), JournalMatch{text, index});
+  found_by_key_.try_emplace(SearchKeyOf(text), JournalMatch{text, index});
 }
 
 std::optional<JournalMatch> JournalTable::FindJournal(std::string_view value) const {
-  const auto found = found_by_key_.find(KeyOf(value));
+  const auto found = found_by_key_.find(SearchKeyOf(value));
   if (found == found_by_key_.end()) return std::nullopt;
   return found->second;
 }

@@ -16,7 +16,7 @@
 #include "core/output_file.h"
 #include "core/reports.h"
 #include "ops/journal_styles.h"
-#include "warnings/warnings.h"
+#include "ops/references/reference_warnings.h"
 
 namespace tarvel {
 
@@ -34,7 +34,7 @@ enum class PassOver { kNothing, kBooktitleAnyCase, kBooktitleLowerCase };
 /// One tag of a kind of entry.
 struct TagRead {
   std::string_view name;  // looked for anywhere on a line, any case
-  Value value;
+  ReferenceValue value;
   AfterReading after = AfterReading::kNothing;
   PassOver pass_over = PassOver::kNothing;
 };
@@ -49,32 +49,24 @@ struct EntryKind {
 /// The kind of entry with this very type word; null when references are not made of it.
 const EntryKind* FindEntryKind(std::string_view type_word);
 
-/// The values that the last entry left. They are emptied before the first entry and not between
-/// entries: a tag that an entry lacks is printed as an earlier entry had it.
-using EntryValues = std::array<std::string, kValueCount>;
-
-inline std::string& At(EntryValues& values, Value value) {
-  return values[static_cast<std::size_t>(value)];
-}
-
 /// Where Extract and Text differ in walking a library.
 struct WalkRules {
   std::size_t line_limit;
   bool strips_titles;       // while reading
   bool collapses_dashes;    // of ranges of pages
+  bool is_plain_text;       // a command that is left in a reference is worth a warning
   std::string_view advice;  // closes the note on an entry of an unsupported type
   std::function<std::string(std::string_view key)> name_reference;
-  /// Prints a reference; gives the values that it shows, none when it printed nothing.
-  std::function<std::vector<Value>(const EntryKind& kind, EntryValues& values)> print;
-  bool is_plain_text = false;  // a command that is left in a reference is worth a warning
+  /// Prints a reference; returns the values that it shows, none when it printed nothing.
+  std::function<std::vector<ReferenceValue>(const EntryKind& kind, EntryValues& values)> print;
 };
 
 /// Walks a library and has a reference printed for each entry of a supported type.
 class ReferenceWalk {
  public:
-  /// `warnings`, which may be null, are those of the library.
-  ReferenceWalk(LineStream& library, OutputFile& output, const Settings& settings, WalkRules rules,
-                FileWarnings* warnings = nullptr);
+  /// `warnings` are those of the library. All must outlive the walk.
+  ReferenceWalk(LineStream& library, OutputFile& output, const Settings& settings,
+                const WalkRules& rules, FileWarnings& warnings);
 
   /// Reads the next line of the library; false at its end, which leaves the current line.
   bool ReadNext() { return ReadLine(library_, rules_.line_limit, line_); }
@@ -93,32 +85,26 @@ class ReferenceWalk {
   void ReadTagsOfLine(const EntryKind& kind);
   bool PassesOver(const TagRead& tag) const;
   void Treat(const TagRead& tag);
-  void ReportNothingPrinted(std::string_view key, std::string_view why);
-  void ReportCommands(std::span<const Value> shown, std::string_view key);
-  void ReportCarriedOver(std::span<const Value> shown, std::string_view key);
 
   LineStream& library_;
   OutputFile& output_;
   const Settings& settings_;
-  const WalkRules rules_;
+  const WalkRules& rules_;
   const std::optional<JournalStyle> style_;
   Line line_;
   EntryValues values_;
   int unsupported_ = 0;
-
-  FileWarnings* warnings_;
-  std::size_t head_ = 0;                        // the place of the entry that is being handled
-  std::array<bool, kValueCount> read_{};        // the values that it has
-  std::array<std::string, kValueCount> owner_;  // the entries that the values are of
+  ReferenceWarnings warnings_;
 };
 
 /// The names of all the tags that references are made of.
 extern const std::array<std::string_view, 11> kReferenceTags;
 
-/// Prints a reference with a format and the values that belong to it; gives those values that the
+/// Prints a reference with a format and the values that belong to it; returns the values that the
 /// format shows, none when nothing was printed.
-std::vector<Value> PrintReference(OutputFile& output, const std::string& format,
-                                  std::span<const Value> order, const EntryValues& values);
+std::vector<ReferenceValue> PrintReference(OutputFile& output, const std::string& format,
+                                           std::span<const ReferenceValue> order,
+                                           const EntryValues& values);
 
 /// Shows the box that says how many entries are not in the file; none when it is 0. `file_name` is
 /// what the text calls the file.

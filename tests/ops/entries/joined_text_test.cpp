@@ -34,7 +34,7 @@ int ExpectValuesAsRead(const std::string& file, std::size_t limit) {
     ReadFieldValue(line, stream, value);
     if (stream.Position() == start + text->size() && !stream.AtEnd()) continue;  // ends on its line
 
-    const auto found = joined.ValueBehind(start + brace);
+    const auto found = joined.ValueAfter(start + brace);
     if (!found) continue;
     ++looked_up;
     EXPECT_EQ(found->text, value) << "behind byte " << start + brace;
