@@ -74,27 +74,5 @@ TEST(DirectoryOf, CutsAtTheLastSlash) {
   EXPECT_EQ(DirectoryOf(""), "");
 }
 
-TEST(PathBuffer, Takes1000Bytes) {
-  PathBuffer buffer("first file");
-  EXPECT_TRUE(buffer.Empty());
-  buffer.Set(std::string(1000, 'x'));
-  EXPECT_EQ(buffer.Get(), std::string(1000, 'x'));
-  buffer.Set("");
-  EXPECT_TRUE(buffer.Empty());
-}
-
-TEST(PathBufferDeathTest, EndsTheProcessOnALongerPath) {
-  PathBuffer buffer("first file");
-  EXPECT_EXIT(buffer.Set(std::string(1001, 'x')), ::testing::KilledBySignal(SIGABRT),
-              "the path of the first file is 1001 bytes long; 1000 are the most\n");
-}
-
-TEST(Globals, StartEmptyAndNameThisSystem) {
-  EXPECT_EQ(HostSystemCode, 5555);
-  EXPECT_EQ(kStylesFile, "/JournalStyles/Journal_styles_linux.tvl");
-  EXPECT_EQ(kLaTeXCommandsFile, "/LaTeXCommands/LaTeXCommands_linux.tvl");
-  EXPECT_EQ(kJournalListFile, "/JournalStrings/JournalStrings.tvl");
-}
-
 }  // namespace
 }  // namespace tarvel

@@ -5,8 +5,6 @@
 
 #include <string_view>
 
-#include "app/operations.h"
-
 namespace tarvel {
 namespace {
 
@@ -44,46 +42,6 @@ TEST(Texts, KeepTheirSlips) {
             "produce an ASCII file ...");
   EXPECT_EQ(DoneText, "Done!");
   EXPECT_EQ(NoteTitle, "Note!");
-}
-
-TEST(Operations, AreTheEightRows) {
-  struct Row {
-    int code;
-    std::string_view button, batch_name, description, caption;
-    bool has_note, has_preferences;
-  };
-  const Row rows[] = {
-      {9005, "Extract", "extract", "Extract bibitems", "Error in function 'Extract'!", false, true},
-      {9004, "Compare", "compare", "Compare two libraries", "Error in function 'Compare'!", true,
-       false},
-      {9006, "Text", "text", "Create text file", "Error in function 'Text'!", true, true},
-      {9007, "Journals", "journals", "Change journal names", "Error in function 'Journals'!", false,
-       true},
-      {9002, "Clean doubles", "clean-doubles", "Remove double entries",
-       "Error in function 'Clean doubles'!", true, false},
-      {9000, "Clean authors", "clean-authors", "Correct author names",
-       "Error in function 'Clean authors'!", false, false},
-      {9001, "Clean characters", "clean-characters", "Find bad characters",
-       "Error in function 'Clean characters'!", false, false},
-      {9003, "Clean tags", "clean-tags", "Remove tags", "Error in function 'Clean tags'!", false,
-       true},
-  };
-  const auto& operations = kOperations;
-  ASSERT_EQ(operations.size(), std::size(rows));
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    const Row& row = rows[i];
-    const Operation& operation = operations[i];
-    EXPECT_EQ(static_cast<int>(operation.code), row.code);
-    EXPECT_EQ(operation.button, row.button);
-    EXPECT_EQ(operation.batch_name, row.batch_name);
-    EXPECT_EQ(operation.description, row.description);
-    EXPECT_EQ(operation.error_caption, row.caption);
-    EXPECT_EQ(!operation.note.empty(), row.has_note) << row.button;
-    EXPECT_EQ(operation.has_preferences, row.has_preferences) << row.button;
-    EXPECT_EQ(FindOperation(row.code), &operation);
-  }
-  EXPECT_EQ(FindOperation(8999), nullptr);
-  EXPECT_EQ(FindOperation(9008), nullptr);
 }
 
 }  // namespace

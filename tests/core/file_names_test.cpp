@@ -40,5 +40,20 @@ TEST(OutputSuffixes, NameTheSeventeenFiles) {
   EXPECT_EQ(SuffixOf(Output::kAuthorLibrary), "_author.bib");
 }
 
+TEST(ModeOf, IsReadingTooForTheFilesThatAreReadBack) {
+  for (std::size_t i = 0; i < OutputSuffixes.size(); ++i) {
+    const std::string_view suffix = OutputSuffixes[i];
+    const bool reads = suffix.starts_with("_char") || suffix.starts_with("_author") ||
+                       suffix == "_tag.bib" || suffix == "_double.bib" || suffix == "_journal.bib";
+    EXPECT_EQ(ModeOf(static_cast<Output>(i)) == CreateMode::kWriteRead, reads) << suffix;
+  }
+}
+
+TEST(ConfigurationFiles, StandBelowTheProgramDirectory) {
+  EXPECT_EQ(kStylesFile, "/JournalStyles/Journal_styles_linux.tvl");
+  EXPECT_EQ(kLaTeXCommandsFile, "/LaTeXCommands/LaTeXCommands_linux.tvl");
+  EXPECT_EQ(kJournalListFile, "/JournalStrings/JournalStrings.tvl");
+}
+
 }  // namespace
 }  // namespace tarvel

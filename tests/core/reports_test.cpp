@@ -30,5 +30,17 @@ TEST(ReportError, ObeysItsModes) {
   EXPECT_EQ(reporter.printed, "Attention, an error occured!\nError: text\n\n");
 }
 
+TEST(TerminalReporter, KeepsStandardOutputForWhatIsPrinted) {
+  ::testing::internal::CaptureStdout();
+  ::testing::internal::CaptureStderr();
+  TerminalReporter reporter("program");
+  EXPECT_EQ(reporter.Print(std::string_view("a%s\0b", 5)), 5);
+  reporter.Box("message %d\n", "caption");
+  reporter.Warn("text");
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string("a%s\0b", 5));
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "[caption] message %d\n\nprogram: warning: text\n");
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -13,7 +13,7 @@ struct HelpText {
   const char* text;
 };
 
-inline constexpr std::array<HelpText, 8> kHelpTexts{{
+inline constexpr auto kHelpTexts = std::to_array<HelpText>({
     {"Extract",
      "This function extracts the BibTeX entries, which are linked\n"
      "to citations in a LaTeX file.\n\n\n"
@@ -111,7 +111,7 @@ inline constexpr std::array<HelpText, 8> kHelpTexts{{
      "A new BibTeX file is created in the last chosen directory and\n"
      "is named <bibfilename_tag.bib>. Further, a log\n"
      "file is created: <bibfilename_tag.log>"},
-}};
+});
 
 inline constexpr const char* kJournalFileText =
     "By default, Tarvel uses the file 'JournalStrings.tvl', which\n"

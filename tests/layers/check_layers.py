@@ -8,7 +8,8 @@ LAYERS names the layers from the lowest to the highest; a file belongs to the fi
 matches. A file includes only files of its own layer or of lower ones. Batch program and dialogs
 stand side by side: neither includes the other. A header and its source count as one in the search
 for circles. The CMake library of a layer names only sources of the layer and links with the next
-lower one only.
+lower one only. Below the dialogs, whose tests drive several of their sources at once, each source
+has a test file of its own name and place.
 """
 
 import re
@@ -97,6 +98,14 @@ def check_circles(files):
             yield from walk(node, [node])
 
 
+def check_tests(project, files):
+    untested = re.compile(r"gui/(?!input_checks|line_endings)|batch/main|app/(main|tarvel_app)")
+    for name in files:
+        test = f"tests/{name.removesuffix('.cpp')}_test.cpp"
+        if name.endswith(".cpp") and not untested.match(name) and not (project / test).is_file():
+            yield f"{name}: has no test file {test}"
+
+
 def check_libraries(project):
     text = "\n".join((project / directory / "CMakeLists.txt").read_text("utf-8")
                      .replace("${PROJECT_SOURCE_DIR}/", "/")
@@ -121,7 +130,8 @@ def check_libraries(project):
 def main(arguments):
     project = Path(arguments[0])
     files = read_includes(project)
-    complaints = [*check_arrows(files), *check_circles(files), *check_libraries(project)]
+    complaints = [*check_arrows(files), *check_circles(files), *check_libraries(project),
+                  *check_tests(project, files)]
     if len(files) < 100:
         complaints.append(f"only {len(files)} files were found")
     print(f"{len(files)} files", *complaints, sep="\n")

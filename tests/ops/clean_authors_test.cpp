@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "app/texts.h"
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/plain_clean_authors.h"
 #include "tests/support/recording_reporter.h"
 
@@ -17,8 +17,12 @@ namespace tarvel {
 namespace {
 
 using namespace std::string_view_literals;
+using testing::kBibHeader;
+using testing::kLogHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
+using testing::Outcome;
+using testing::OutcomeOf;
 using testing::Printed;
 using testing::RecordingReporter;
 
@@ -29,21 +33,13 @@ struct Cleaned {
   int changed = -1;     // as the summary tells
 };
 
-/// `text` without the start it must have.
-std::string Behind(const std::string& start, const std::string& text) {
-  EXPECT_TRUE(text.starts_with(start)) << text;
-  return text.substr(std::min(start.size(), text.size()));
-}
-
 Cleaned Clean(std::string_view library) {
-  RecordingReporter reporter;
-  MemoryFiles files;
-  files.files["/d/lit.bib"] = library;
+  const Outcome outcome = OutcomeOf({RunCleanAuthors, Output::kAuthorLibrary, Output::kAuthorLog},
+                                    library, {}, {}, "/d/lit.bib");
   Cleaned cleaned;
-  cleaned.result = RunCleanAuthors(MemoryRun(files, "/d/lit.bib"));
-  EXPECT_EQ(files.files["/d/lit.bib"], library) << "the input is never changed";
-  cleaned.library = Behind(std::string(BibFileHeader) + "\n", files.files["/d/lit_author.bib"]);
-  cleaned.log = Behind(std::string(LogFileHeader) + "\n", files.files["/d/lit_author.log"]);
+  cleaned.result = outcome.result;
+  cleaned.library = outcome.library;
+  cleaned.log = outcome.log;
   const std::string_view summary = "\n\n\nThe author list of ";
   const std::size_t start = cleaned.log.rfind(summary);
   if (start == std::string::npos) {
@@ -200,8 +196,8 @@ TEST(CleanAuthors, DropsTheFirstLinesThatHoldANumberSign) {
 }
 
 TEST(CleanAuthors, DropsOnlyTheFirstLineOfItsOwnHeader) {
-  EXPECT_EQ(Clean(std::string(BibFileHeader) + "\nx\n").library,
-            std::string(BibFileHeader.substr(2)) + "\nx\n");
+  EXPECT_EQ(Clean(std::string(kBibHeader) + "x\n").library,
+            std::string(kBibHeader.substr(2)) + "x\n");
 }
 
 TEST(CleanAuthors, LogsWhatChangedAndCountsIt) {
@@ -306,8 +302,7 @@ TEST(CleanAuthors, FailsWithItsNumberedTexts) {
             "/d/lit_author.bib /d/lit.bib\n" +
                 Printed("Function Clean_author()_4, Could not open the new BibTeX "
                         "file/d/lit_author.bib !"));
-  EXPECT_EQ(files.files["/d/lit_author.log"], std::string(LogFileHeader) + "\n")
-      << "what was written stays";
+  EXPECT_EQ(files.files["/d/lit_author.log"], kLogHeader) << "what was written stays";
 
   files.not_creatable.clear();
   files.files["/d/lit"] = "";

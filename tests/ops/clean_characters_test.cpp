@@ -12,6 +12,7 @@
 #include "ops/operations.h"
 #include "tests/support/create_modes.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/plain_clean_characters.h"
 #include "tests/support/recording_reporter.h"
 
@@ -19,35 +20,21 @@ namespace tarvel {
 namespace {
 
 using namespace std::string_literals;
+using testing::kBibHeader;
+using testing::kLogHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
+using testing::Outcome;
+using testing::OutcomeOf;
 using Box = testing::RecordingReporter::ShownBox;
 
-constexpr std::string_view kBibHeader =
-    "#\n\nThis BibTeX file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
-constexpr std::string_view kLogHeader =
-    "#\n\nThis log file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
-
-struct Outcome {
-  std::string library;
-  std::string log;
-};
-
-/// Runs on a library "a.bib" and gives the files without their headers.
+/// Runs on a library "a.bib".
 Outcome Clean(std::string_view input) {
-  testing::RecordingReporter reporter;
-  MemoryFiles files;
-  files.files["a.bib"] = input;
-  EXPECT_EQ(RunCleanCharacters(MemoryRun(files, "a.bib")), 1);
-  EXPECT_EQ(reporter.printed, "");
-  EXPECT_TRUE(reporter.boxes.empty());
-  EXPECT_EQ(files.files["a.bib"], input);
-  EXPECT_EQ(files.files.size(), 3U);
-  Outcome outcome{files.files["a_char.bib"], files.files["a_char.log"]};
-  EXPECT_TRUE(outcome.library.starts_with(kBibHeader));
-  EXPECT_TRUE(outcome.log.starts_with(kLogHeader));
-  outcome.library.erase(0, kBibHeader.size());
-  outcome.log.erase(0, kLogHeader.size());
+  const Outcome outcome =
+      OutcomeOf({RunCleanCharacters, Output::kCharacterLibrary, Output::kCharacterLog}, input);
+  EXPECT_EQ(outcome.result, 1);
+  EXPECT_EQ(outcome.printed, "");
+  EXPECT_TRUE(outcome.boxes.empty());
   return outcome;
 }
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/texts.h"
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/recording_reporter.h"
 #include "tests/support/recording_warnings.h"
 
@@ -20,7 +20,7 @@ using std::string_view_literals::operator""sv;
 
 using Tags = std::map<std::string, std::string>;
 
-struct Outcome {
+struct Cleaned {
   int result = 0;
   std::string log;      // behind the header
   std::string library;  // behind the header
@@ -28,22 +28,17 @@ struct Outcome {
   std::string printed;
 };
 
-std::string WithoutHeader(const std::string& text, std::string_view header) {
-  EXPECT_TRUE(text.starts_with(std::string(header) + "\n")) << text;
-  return text.substr(header.size() + 1);
-}
-
-Outcome Clean(const std::string& library) {
+Cleaned Clean(const std::string& library) {
   RecordingReporter reporter;
   MemoryFiles files;
   files.files["/d/lit.bib"] = library;
-  Outcome outcome;
+  Cleaned outcome;
   RecordingWarnings warnings;
   RunContext run = MemoryRun(files, "/d/lit.bib");
   run.warnings = &warnings;
   outcome.result = RunCleanDoubles(run);
-  outcome.log = WithoutHeader(files.files["/d/lit_double.log"], LogFileHeader);
-  outcome.library = WithoutHeader(files.files["/d/lit_double.bib"], BibFileHeader);
+  outcome.log = WithoutStart(files.files["/d/lit_double.log"], kLogHeader);
+  outcome.library = WithoutStart(files.files["/d/lit_double.bib"], kBibHeader);
   outcome.warnings = warnings.TextsOf(WarningKind::kOverwritten);
   outcome.printed = reporter.printed;
   EXPECT_EQ(files.files["/d/lit.bib"], library) << "the input is never changed";
@@ -153,7 +148,7 @@ TEST(CleanDoubles, DropsAnEntryWithTheSameKeyAndTheSameContent) {
     Tags other = AllTags();
     for (auto& [name, value] : other) value += "2";
     for (const std::string& name : row.compared) other[name] = AllTags()[name];
-    const Outcome out = Clean(first + Entry(type, "k", other));
+    const Cleaned out = Clean(first + Entry(type, "k", other));
     EXPECT_EQ(out.result, 1);
     EXPECT_EQ(out.library, first + "\n");
     EXPECT_EQ(out.log, "Exactly the same : k and k\n" + Details(row, other, AllTags()) +
@@ -167,7 +162,7 @@ TEST(CleanDoubles, RenamesAnEntryWithTheSameKeyAndAnyDifferentTag) {
       SCOPED_TRACE(name);
       Tags other = AllTags();
       other[name] = "else";
-      const Outcome out = Clean(Entry(type, "k", AllTags()) + Entry(type, "k", other));
+      const Cleaned out = Clean(Entry(type, "k", AllTags()) + Entry(type, "k", other));
       EXPECT_EQ(out.result, 1);
       // Behind the first entry, over its empty line.
       EXPECT_EQ(out.library, Entry(type, "k", AllTags()) + Entry(type, "k_a", other) + "\n");
@@ -207,7 +202,7 @@ TEST(CleanDoubles, DropsAnEntryOfTheSameTypeWithTheSameContentUnderAnotherKey) {
     Tags other = AllTags();
     for (auto& [name, value] : other) value += "2";
     for (const std::string& name : row.compared) other[name] = AllTags()[name];
-    const Outcome out = Clean(first + Entry(type, "new", other));
+    const Cleaned out = Clean(first + Entry(type, "new", other));
     EXPECT_EQ(out.library, first + "\n");
     const Tags keys = {{"A", "new"}, {"B", "old"}};
     EXPECT_EQ(out.log, Filled(row.probable, keys) + Details(row, other, AllTags()) +
@@ -221,7 +216,7 @@ TEST(CleanDoubles, KeepsBothUnderDifferentKeysWhenAnyTagOrTheTypeDiffers) {
     for (const std::string& name : row.compared) {
       Tags other = AllTags();
       other[name] = "V" + other[name].substr(1);  // letter case counts
-      const Outcome out = Clean(first + Entry(type, "new", other));
+      const Cleaned out = Clean(first + Entry(type, "new", other));
       EXPECT_EQ(out.library, first + "\n" + Entry(type, "new", other) + "\n") << name;
       EXPECT_EQ(out.log, Summary(0)) << name;
     }
@@ -258,7 +253,7 @@ TEST(CleanDoubles, TypesWithoutAGroupAreNeverDoubles) {
   for (const std::string& type : kTypesWithoutGroup) {
     const std::string entry = Entry(type, "k", AllTags());
     const std::string other = Entry(type, "l", AllTags());
-    const Outcome out = Clean(entry + entry + other);
+    const Cleaned out = Clean(entry + entry + other);
     EXPECT_EQ(out.library, entry + "\n" + entry + "\n" + other + "\n") << type;
     EXPECT_EQ(out.log, Summary(0)) << type;
     // Nor does an entry of a group become one by such an entry under another key.
@@ -270,7 +265,7 @@ TEST(CleanDoubles, OtherIsNotedUnderTheSameKeyWhateverTheContentAndAlwaysKept) {
   const std::string note =
       "............. The item (@OTHER) names are equal (k and k), but not the content.\n";
   const std::string other = Entry("OTHER", "k", AllTags());
-  const Outcome twice = Clean(other + other + other);
+  const Cleaned twice = Clean(other + other + other);
   EXPECT_EQ(twice.library, other + "\n" + other + "\n" + other + "\n");
   EXPECT_EQ(twice.log, note + note + note + Summary(0)) << "one for each earlier entry";
   EXPECT_EQ(Clean(Entry("LETTER", "k", {}) + other).log, note + Summary(0))
@@ -281,7 +276,7 @@ TEST(CleanDoubles, OtherIsNotedUnderTheSameKeyWhateverTheContentAndAlwaysKept) {
 
 TEST(CleanDoubles, KeysKeepTheirLetterCaseAndAreComparedWithIt) {
   const std::string first = Entry("BOOK", "Smith2001", AllTags());
-  const Outcome out = Clean(first + Entry("BOOK", "smith2001", AllTags()));
+  const Cleaned out = Clean(first + Entry("BOOK", "smith2001", AllTags()));
   EXPECT_EQ(out.library, first + "\n");
   EXPECT_TRUE(out.log.starts_with("Probably the same: smith2001 Smith2001\n")) << out.log;
 }
@@ -291,7 +286,7 @@ TEST(CleanDoubles, ASecondConflictAnywhereGetsTheNextLetter) {
     return Entry("MISC", key, {{"note", note}});
   };
   // The second conflict is behind the last entry, so nothing is lost.
-  const Outcome out = Clean(misc("k", "1") + misc("k", "2") + misc("l", "3") + misc("l", "4"));
+  const Cleaned out = Clean(misc("k", "1") + misc("k", "2") + misc("l", "3") + misc("l", "4"));
   EXPECT_EQ(out.library,
             misc("k", "1") + misc("k_a", "2") + "\n" + misc("l", "3") + misc("l_b", "4") + "\n");
   EXPECT_TRUE(out.log.ends_with("from l to l_b\n\n" + Summary(2))) << out.log;
@@ -366,7 +361,7 @@ TEST(CleanDoubles, TheFirstTagNameOnALineDecidesWhoseValueItIs) {
       auto [type, tags] = told_by.at(order[first]);
       // Both names stand on the line, the later one of the order in front.
       tags[order[second] + " or " + order[first]] = "value";
-      const Outcome out = Clean(Entry(type, "k", tags) + Entry(type, "l", tags));
+      const Cleaned out = Clean(Entry(type, "k", tags) + Entry(type, "l", tags));
       EXPECT_TRUE(out.log.starts_with("Probably the same")) << order[first] << " " << order[second];
     }
   }
@@ -374,20 +369,20 @@ TEST(CleanDoubles, TheFirstTagNameOnALineDecidesWhoseValueItIs) {
 
 TEST(CleanDoubles, LinesOutsideEntriesAreNotCopied) {
   const std::string entry = Entry("LETTER", "k", {{"title", "t"}});
-  const Outcome out = Clean("% text\n@STRING{a = {b}}\n@preamble{\"x\"}\n" + entry +
+  const Cleaned out = Clean("% text\n@STRING{a = {b}}\n@preamble{\"x\"}\n" + entry +
                             "free text\n\n@string{c = {d}}\n" + entry + "@comment{x}\n");
   EXPECT_EQ(out.library, entry + "\n" + entry + "\n");
 }
 
 TEST(CleanDoubles, EveryCopiedLineHasItsTypeWordsUpperCased) {
-  const Outcome out = Clean("@book{Key,\n  title = {mail x@y {z}},\n@comment{jabref-x}\n}\n");
+  const Cleaned out = Clean("@book{Key,\n  title = {mail x@y {z}},\n@comment{jabref-x}\n}\n");
   EXPECT_EQ(out.library, "@BOOK{Key,\n  title = {mail x@Y {z}},\n@COMMENT{jabref-x}\n}\n\n");
 }
 
 TEST(CleanDoubles, ValuesAreComparedAsTheyStandInEachLibrary) {
   // The copy of the first entry has "X@Y {z}" where the second still has "X@y {z}".
   const std::string title = "  title = {X@y {z}},\n}\n";
-  const Outcome out = Clean("@booklet{k,\n" + title + "@booklet{k,\n" + title);
+  const Cleaned out = Clean("@booklet{k,\n" + title + "@booklet{k,\n" + title);
   EXPECT_EQ(out.log,
             "Two identical bibitems (k and k) were found with different content:\n"
             "     1.: Title: X@y {z} \n     2.: Title: X@Y {z} \n"
@@ -397,14 +392,14 @@ TEST(CleanDoubles, ValuesAreComparedAsTheyStandInEachLibrary) {
 
 TEST(CleanDoubles, AnEntryIsCopiedUpToTheFirstBraceLineEvenIfItGoesOn) {
   // "} title" names a tag: it does not end the reading of the tags, but it ends the copy.
-  const Outcome out = Clean("@misc{k,\n} title\n  note = {n},\n}\n@misc{l,\n  note = {n},\n}\n");
+  const Cleaned out = Clean("@misc{k,\n} title\n  note = {n},\n}\n@misc{l,\n  note = {n},\n}\n");
   EXPECT_EQ(out.library, "@MISC{k,\n} title\n\n@MISC{l,\n  note = {n},\n}\n\n");
   EXPECT_EQ(out.log, Summary(0)) << "the first entry of the new library reads on into the second";
 }
 
 TEST(CleanDoubles, BehindADroppedEntryTheInputIsReadOnWhereItsTagsEnded) {
   const std::string misc = Entry("misc", "k", {{"note", "n"}});
-  const Outcome out =
+  const Cleaned out =
       Clean(misc + "@misc{k,\n  note = {n},\n@letter{inside,\n}\n" + Entry("LETTER", "l", {}));
   EXPECT_EQ(out.library, "@MISC{k,\n  note = {n},\n}\n\n" + Entry("LETTER", "l", {}) + "\n");
 }
@@ -413,7 +408,7 @@ TEST(CleanDoubles, AConflictInTheMiddleIsWrittenOverWhatFollowsAndTellsWhatIsLos
   const auto misc = [](const std::string& key, const std::string& note) {
     return Entry("MISC", key, {{"note", note}});
   };
-  const Outcome out = Clean(misc("k", "1") + misc("l", "22") + misc("m", "3") + misc("k", "4"));
+  const Cleaned out = Clean(misc("k", "1") + misc("l", "22") + misc("m", "3") + misc("k", "4"));
   // The new entry ends 3 bytes before the end of the line behind "l"; what follows is cut nowhere.
   const std::string after_k = "\n" + misc("l", "22") + "\n" + misc("m", "3") + "\n";
   const std::string written = misc("k_a", "4") + "\n";
@@ -428,7 +423,7 @@ TEST(CleanDoubles, EveryEntryThatIsWrittenOverIsToldOnce) {
     return Entry("MISC", key, {{"note", note}});
   };
   const std::string lost = misc("l", "2") + misc("m", "3") + misc("o", "4") + misc("p", "5");
-  const Outcome out = Clean(misc("k", "1") + lost + misc("k", std::string(30, '6')) +
+  const Cleaned out = Clean(misc("k", "1") + lost + misc("k", std::string(30, '6')) +
                             misc("k", std::string(30, '7')) + misc("k", "8"));
   EXPECT_EQ(out.warnings, (std::vector<std::string>{
                               "the new entry 'k_a' was written over the kept entry 'l'",
@@ -444,7 +439,7 @@ TEST(CleanDoubles, AnEntryCanBeWrittenOverFromItsOwnMiddle) {
   // in pieces of 4,999.
   const std::string to_limit = "  note = {a\n" + std::string(24999, 'f');
   const std::string rest = "} tail\n  year = {1}\n}\n";
-  const Outcome out = Clean("@MISC{k,\n" + to_limit + rest + Entry("MISC", "k", {{"note", "b"}}));
+  const Cleaned out = Clean("@MISC{k,\n" + to_limit + rest + Entry("MISC", "k", {{"note", "b"}}));
   const std::string written = Entry("MISC", "k_a", {{"note", "b"}}) + "\n";
   EXPECT_EQ(out.library, "@MISC{k,\n" + to_limit + "} tail\n" + written);
   EXPECT_EQ(out.warnings,
@@ -455,7 +450,7 @@ TEST(CleanDoubles, AValueThatBeginsOnTheNextLineHasNoBlankBeforeIt) {
   // The piece ends behind the brace, so the value begins with the next piece. The "@" has the copy
   // read once more.
   const std::string piece = "  note = " + std::string(4999 - 10, ' ') + "{";
-  const Outcome out = Clean("@MISC{k,\n  doi = {m@n},\n" + piece + "  n},\n}\n" +
+  const Cleaned out = Clean("@MISC{k,\n  doi = {m@n},\n" + piece + "  n},\n}\n" +
                             Entry("MISC", "k", {{"note", "n"}}));
   EXPECT_EQ(out.log,
             "Exactly the same : k and k\n     1.: Note: n \n     2.: Note: n \n"
@@ -470,14 +465,14 @@ TEST(CleanDoubles, WhatAnOverwrittenEntryLeavesIsReadAsWhatItIsThen) {
   // Entry "l" is overwritten up to a line that starts an entry of its own: "m" is found there.
   const std::string hiding =
       "@MISC{l,\n  note = {" + std::string(20, 'x') + "\n@MISC{m,\n  " + "note = {y}\n},\n}\n";
-  const Outcome out = Clean(misc("k", "1") + hiding + misc("k", "2") + misc("n", "y"));
+  const Cleaned out = Clean(misc("k", "1") + hiding + misc("k", "2") + misc("n", "y"));
   EXPECT_TRUE(out.log.find("Probably the same : n and m\n") != std::string::npos) << out.log;
 }
 
 TEST(CleanDoubles, AfterTheLastLetterComeTheNextBytes) {
   std::string library = "@misc{k,\nnote = {0}\n}\n";
   for (int i = 1; i <= 200; ++i) library += "@misc{k,\nnote = {" + std::to_string(i) + "}\n}\n";
-  const Outcome out = Clean(library);
+  const Cleaned out = Clean(library);
   for (int i = 0; i < 200; ++i) {
     const std::string letter(1, static_cast<char>(static_cast<unsigned char>(97 + i)));
     EXPECT_NE(out.log.find("from k to k_" + letter + "\n\n"), std::string::npos) << i;
@@ -493,12 +488,12 @@ TEST(CleanDoubles, ARenamedKeyIsNotCheckedAgainstThoseThatAreThere) {
   const auto misc = [](const std::string& key, const std::string& note) {
     return Entry("MISC", key, {{"note", note}});
   };
-  const Outcome out = Clean(misc("k_a", "0") + misc("k", "1") + misc("k", "2"));
+  const Cleaned out = Clean(misc("k_a", "0") + misc("k", "1") + misc("k", "2"));
   EXPECT_EQ(out.library, misc("k_a", "0") + "\n" + misc("k", "1") + misc("k_a", "2") + "\n");
 }
 
 TEST(CleanDoubles, ARenamedHeadWithoutACommaIsReplacedUpToTheLineBreak) {
-  const Outcome out = Clean("@misc{k\nnote = {1}\n}\n@misc{k\nnote = {2}\n}\n");
+  const Cleaned out = Clean("@misc{k\nnote = {1}\n}\n@misc{k\nnote = {2}\n}\n");
   EXPECT_EQ(out.library, "@MISC{k\nnote = {1}\n}\n@MISC{k_a\nnote = {2}\n}\n\n");
 }
 
@@ -531,7 +526,7 @@ TEST(CleanDoubles, AnInputThatEndsInsideAnEntryFailsInSilenceOrEndsIt) {
       {"no entry\n", 1, "", "a library without an entry"},
   };
   for (const EndRow& row : rows) {
-    const Outcome out = Clean(row.library);
+    const Cleaned out = Clean(row.library);
     EXPECT_EQ(out.result, row.result) << row.says;
     EXPECT_EQ(out.library, row.kept) << row.says;
     EXPECT_EQ(out.log, row.result == 1 ? Summary(0) : "") << row.says;
@@ -542,7 +537,7 @@ TEST(CleanDoubles, AnInputThatEndsInsideAnEntryFailsInSilenceOrEndsIt) {
 TEST(CleanDoubles, LinesAreReadInPiecesOf4999Bytes) {
   // The second piece of the line begins with "}" and ends the entry, in the copy too.
   const std::string line(4999, 'f');
-  const Outcome out = Clean("@letter{k,\n" + line + "} rest\n  note = {n}\n}\n");
+  const Cleaned out = Clean("@letter{k,\n" + line + "} rest\n  note = {n}\n}\n");
   EXPECT_EQ(out.library, "@LETTER{k,\n" + line + "} rest\n\n");
   EXPECT_EQ(Clean("@letter{k,\n" + line.substr(1) + "} rest\n}\n").library,
             "@LETTER{k,\n" + line.substr(1) + "} rest\n}\n\n");
@@ -626,7 +621,7 @@ TEST(CleanDoubles, WithoutTheNewLibraryTheLogHoldsItsHeader) {
   files.files["/d/lit.bib"] = "@BOOK{k,\n}\n";
   files.not_creatable.insert("/d/lit_double.bib");
   RunCleanDoubles(MemoryRun(files, "/d/lit.bib"));
-  EXPECT_EQ(files.files["/d/lit_double.log"], std::string(LogFileHeader) + "\n");
+  EXPECT_EQ(files.files["/d/lit_double.log"], kLogHeader);
 }
 
 TEST(CleanDoubles, AReadOnlyLibraryIsEnough) {

@@ -8,19 +8,19 @@
 
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/plain_clean_tags.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel {
 namespace {
 
+using testing::kBibHeader;
+using testing::kLogHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
-
-constexpr std::string_view kBibHeader =
-    "#\n\nThis BibTeX file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
-constexpr std::string_view kLogHeader =
-    "#\n\nThis log file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
+using testing::Outcome;
+using testing::OutcomeOf;
 
 Settings KeepAll() {
   Settings settings;
@@ -28,28 +28,11 @@ Settings KeepAll() {
   return settings;
 }
 
-struct Outcome {
-  int result;
-  std::string library;
-  std::string log;
-  std::string printed;
-};
-
-/// Runs on a library "a.bib" and gives the files without their headers.
+/// Runs on a library "a.bib".
 Outcome Clean(std::string_view input, const Settings& settings = {}) {
-  testing::RecordingReporter reporter;
-  MemoryFiles files;
-  files.files["a.bib"] = input;
-  RunContext run = MemoryRun(files, "a.bib");
-  run.settings = settings;
-  Outcome outcome{RunCleanTags(run), files.files["a_tag.bib"], files.files["a_tag.log"],
-                  reporter.printed};
-  EXPECT_TRUE(outcome.library.starts_with(kBibHeader));
-  EXPECT_TRUE(outcome.log.starts_with(kLogHeader));
-  outcome.library.erase(0, kBibHeader.size());
-  outcome.log.erase(0, kLogHeader.size());
-  EXPECT_EQ(files.files["a.bib"], input);
-  EXPECT_TRUE(reporter.boxes.empty());
+  const Outcome outcome =
+      OutcomeOf({RunCleanTags, Output::kTagLibrary, Output::kTagLog}, input, settings);
+  EXPECT_TRUE(outcome.boxes.empty());
   return outcome;
 }
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/texts.h"
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/recording_reporter.h"
 #include "tests/support/recording_warnings.h"
 
@@ -38,11 +38,6 @@ struct Result {
   bool operator==(const Result&) const = default;
 };
 
-std::string WithoutStart(const std::string& text, const std::string& start) {
-  EXPECT_TRUE(text.starts_with(start)) << text;
-  return text.substr(std::min(start.size(), text.size()));
-}
-
 std::string Summary(int missing, int exact, int probable) {
   return "\n\n\n" + std::to_string(missing) +
          " BibTeX entries from the BibTeX file\n    '/lit/two.bib'\ndo not appear in the BibTeX "
@@ -67,9 +62,9 @@ Result Compared(std::string_view first, std::string_view second) {
   got.result = RunCompare(MemoryRun(files, kOne, kTwo));
   EXPECT_EQ(reporter.printed, "");
   EXPECT_TRUE(reporter.boxes.empty());
-  got.log = WithoutStart(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n");
-  got.missing = WithoutStart(files.files[std::string(kMissing)], std::string(BibFileHeader) + "\n");
-  got.equal = WithoutStart(files.files[std::string(kEqual)], std::string(BibFileHeader) + "\n");
+  got.log = WithoutStart(files.files[std::string(kLog)], kLogHeader);
+  got.missing = WithoutStart(files.files[std::string(kMissing)], kBibHeader);
+  got.equal = WithoutStart(files.files[std::string(kEqual)], kBibHeader);
   return got;
 }
 
@@ -695,7 +690,7 @@ TEST(CompareFailures, WhatWasWrittenBeforeStays) {
   files.not_creatable = {std::string(kEqual)};
   RecordingReporter reporter;
   EXPECT_EQ(RunCompare(MemoryRun(files, kOne, kTwo)), 0);
-  EXPECT_EQ(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n");
+  EXPECT_EQ(files.files[std::string(kLog)], kLogHeader);
   EXPECT_EQ(files.files[std::string(kMissing)], "");  // headers come when both exist
 }
 
@@ -721,7 +716,7 @@ TEST(CompareFailures, ASecondLibraryThatIsAnOutputIsNotOverwritten) {
 
 TEST(CompareFailures, AByteThatDoesNotArriveIsAFailure) {
   for (const std::string_view path : {kLog, kMissing, kEqual}) {
-    for (const std::size_t room : {std::size_t{0}, BibFileHeader.size() + 2}) {
+    for (const std::size_t room : {std::size_t{0}, kBibHeader.size() + 1}) {
       MemoryFiles files = Libraries(Entry("misc", "k", {{"note", "n"}}),
                                     Entry("misc", "k", {}) + Entry("misc", "l", {}));
       files.room[std::string(path)] = room;
@@ -746,9 +741,9 @@ TEST(CompareFailures, EarlierOutputsAreReplaced) {
   }
   RecordingReporter reporter;
   EXPECT_EQ(RunCompare(MemoryRun(files, kOne, kTwo)), 1);
-  EXPECT_EQ(files.files[std::string(kMissing)], std::string(BibFileHeader) + "\n");
-  EXPECT_EQ(files.files[std::string(kEqual)], std::string(BibFileHeader) + "\n");
-  EXPECT_EQ(files.files[std::string(kLog)], std::string(LogFileHeader) + "\n" + Summary(0, 0, 0));
+  EXPECT_EQ(files.files[std::string(kMissing)], kBibHeader);
+  EXPECT_EQ(files.files[std::string(kEqual)], kBibHeader);
+  EXPECT_EQ(files.files[std::string(kLog)], std::string(kLogHeader) + Summary(0, 0, 0));
 }
 
 TEST(CompareWarnings, TellOfEachKeyThatComesAgainAmongVeryManyShortEntries) {

@@ -4,16 +4,19 @@
 #include <gtest/gtest.h>
 
 #include "app/globals.h"
-#include "app/texts.h"
 #include "ops/operations.h"
+#include "tests/support/outcome.h"
 #include "tests/support/reference_worlds.h"
 
 namespace tarvel {
 namespace {
 
 using namespace std::string_literals;
+using testing::kBibHeader;
 using testing::kDocumentPath;
 using testing::kLibraryPath;
+using testing::kTexHeader;
+using testing::kTextHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
 using testing::PlainOutcome;
@@ -250,7 +253,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;
-  const std::string header = std::string(TexFileHeader) + "\n";
+  const std::string header = std::string(kTexHeader);
   const std::string tex = outcome.files["_extract.tex"];
   EXPECT_TRUE(tex.starts_with(header));
   return tex.substr(std::min(header.size(), tex.size()));
@@ -265,13 +268,12 @@ TEST(Extract, WritesKeysLibraryAndReferencesInTheOrderOfCitation) {
   PlainOutcome outcome = RunOver(World("\\cite{b,a} and \\cite{a}\n", std::string(kLibrary)));
   EXPECT_EQ(outcome.result, 1);
   EXPECT_EQ(outcome.files.size(), 3U);
-  EXPECT_EQ(outcome.files["_extract.txt"], std::string(TextFileHeader) + "\nb\na\n");
-  EXPECT_TRUE(
-      outcome.files["_extract.bib"].starts_with(std::string(BibFileHeader) + "\n@BOOK{b,\n"));
+  EXPECT_EQ(outcome.files["_extract.txt"], std::string(kTextHeader) + "b\na\n");
+  EXPECT_TRUE(outcome.files["_extract.bib"].starts_with(std::string(kBibHeader) + "@BOOK{b,\n"));
   EXPECT_GT(outcome.files["_extract.bib"].find("@ARTICLE{a,\n"),
             outcome.files["_extract.bib"].find("@BOOK{b,\n"));
   EXPECT_EQ(outcome.files["_extract.tex"],
-            std::string(TexFileHeader) + "\n" + std::string(kReferenceB).append(kReferenceA));
+            std::string(kTexHeader) + std::string(kReferenceB).append(kReferenceA));
   EXPECT_EQ(outcome.printed, "");
   EXPECT_TRUE(outcome.boxes.empty());
 }
@@ -285,8 +287,8 @@ TEST(Extract, TellsOfKeysWithoutAnEntry) {
             "3 citations could be found in the LaTeX file. However, only 2 corresponding entries "
             "were found in the BibTeX library! Did you choose the correct files?");
   EXPECT_EQ(outcome.files["_extract.tex"],
-            std::string(TexFileHeader) +
-                "\n   Note: 3 citations could be found in the LaTeX file.\n   However, only 2 "
+            std::string(kTexHeader) +
+                "   Note: 3 citations could be found in the LaTeX file.\n   However, only 2 "
                 "corresponding entries could be found in the BibTeX library!\n   Did you choose "
                 "the correct files?\n\n   Here are all entries cited in the LaTeX file that could "
                 "be found also in the BibTeX library ... .\n\n\n" +
@@ -296,11 +298,10 @@ TEST(Extract, TellsOfKeysWithoutAnEntry) {
 TEST(Extract, CopiesUnsupportedEntriesAndTellsOfThem) {
   PlainOutcome one = RunOver(World("\\cite{m}\n", std::string(kLibrary)));
   EXPECT_EQ(one.result, 1);
-  EXPECT_EQ(one.files["_extract.bib"],
-            std::string(BibFileHeader) + "\n@MISC{m,\n  title = {M},\n}\n");
+  EXPECT_EQ(one.files["_extract.bib"], std::string(kBibHeader) + "@MISC{m,\n  title = {M},\n}\n");
   EXPECT_EQ(one.files["_extract.tex"],
-            std::string(TexFileHeader) +
-                "\n\n\nAttention!\n==========\nThe entry type of the bibitem-key 'm' is '@MISC', "
+            std::string(kTexHeader) +
+                "\n\nAttention!\n==========\nThe entry type of the bibitem-key 'm' is '@MISC', "
                 "which is not supported, so far.\nYou have to enter the bibitem manually into this "
                 "file. \n\n\n\n");
   ASSERT_EQ(one.boxes.size(), 1U);
@@ -521,8 +522,8 @@ TEST(Extract, EndsWellWhenAValueRunsIntoTheEndWithAHeadInIt) {
            "into this file. \n\n\n\n";
   };
   EXPECT_EQ(misc.files["_extract.tex"],
-            std::string(TexFileHeader) +
-                "\n<APS_book_latex>\\bibitem{a}| } @MISC{b, } @MISC{c, |||||||\n" +
+            std::string(kTexHeader) +
+                "<APS_book_latex>\\bibitem{a}| } @MISC{b, } @MISC{c, |||||||\n" +
                 note("{}@MISC{b") + note("{}@MISC{B"))
       << "of an unsupported type: once for each head that is missing, in capitals by then";
 }
@@ -533,9 +534,9 @@ TEST(Extract, FailsWhenTheNewLibraryHasTooFewHeads) {
   EXPECT_EQ(outcome.result, 0);
   EXPECT_EQ(outcome.printed,
             Printed("Function Extract()_11 => Could not read the new BibTeX file?"));
-  EXPECT_EQ(outcome.files["_extract.tex"],
-            std::string(TexFileHeader) +
-                "\n<APS_article_title_latex>\\bibitem{a}||T @ARTICLE{b, ||||||\n");
+  EXPECT_EQ(
+      outcome.files["_extract.tex"],
+      std::string(kTexHeader) + "<APS_article_title_latex>\\bibitem{a}||T @ARTICLE{b, ||||||\n");
 }
 
 struct Failure {

@@ -13,6 +13,7 @@
 #include "ops/operations.h"
 #include "tests/support/create_modes.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/outcome.h"
 #include "tests/support/plain_journals.h"
 #include "tests/support/recording_reporter.h"
 
@@ -20,14 +21,14 @@ namespace tarvel {
 namespace {
 
 using namespace std::string_literals;
+using testing::kBibHeader;
+using testing::kLogHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
+using testing::Outcome;
+using testing::OutcomeOf;
 using testing::Printed;
 
-constexpr std::string_view kBibHeader =
-    "#\n\nThis BibTeX file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
-constexpr std::string_view kLogHeader =
-    "#\n\nThis log file has been created by Tarvel v3.81\n\n      Veldo Marsk 2014\n\n#\n\n\n";
 constexpr std::string_view kRenamed = "Here are all Journal names which have been renamed:\n\n\n";
 
 const std::string kStart = "******* Journal-start *******\n";
@@ -54,31 +55,14 @@ Settings NeitherNames() {
   return settings;
 }
 
-struct Outcome {
-  int result;
-  std::string library;
-  std::string log;
-  std::string printed;
-};
-
-/// Runs on a library "a.bib" with the program's own list and gives the files without headers.
+/// Runs on a library "a.bib" with the program's own list.
 Outcome Rename(std::string_view input, const Settings& settings = {},
                std::string_view list = kList) {
-  testing::RecordingReporter reporter;
   MemoryFiles files;
-  files.files["a.bib"] = input;
   files.files[std::string(kProgramList)] = list;
-  RunContext run = MemoryRun(files, "a.bib");
-  run.settings = settings;
-  Outcome outcome{RunJournals(run), files.files["a_journal.bib"], files.files["a_journal.log"],
-                  reporter.printed};
-  EXPECT_TRUE(outcome.library.starts_with(kBibHeader));
-  EXPECT_TRUE(outcome.log.starts_with(kLogHeader));
-  outcome.library.erase(0, kBibHeader.size());
-  outcome.log.erase(0, kLogHeader.size());
-  EXPECT_EQ(files.files["a.bib"], input);
-  EXPECT_TRUE(reporter.boxes.empty());
-  EXPECT_EQ(files.files.size(), 4U);
+  const Outcome outcome = OutcomeOf({RunJournals, Output::kJournalLibrary, Output::kJournalLog},
+                                    input, settings, files);
+  EXPECT_TRUE(outcome.boxes.empty());
   return outcome;
 }
 

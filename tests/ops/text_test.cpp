@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "app/globals.h"
-#include "app/texts.h"
 #include "ops/operations.h"
+#include "tests/support/outcome.h"
 #include "tests/support/reference_worlds.h"
 
 namespace tarvel {
@@ -11,6 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 using testing::kLibraryPath;
+using testing::kTextHeader;
 using testing::MemoryFiles;
 using testing::MemoryRun;
 using testing::PlainOutcome;
@@ -42,7 +43,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;
-  const std::string header = std::string(TextFileHeader) + "\n";
+  const std::string header = std::string(kTextHeader);
   const std::string text = outcome.files["_text.txt"];
   EXPECT_TRUE(text.starts_with(header));
   return text.substr(std::min(header.size(), text.size()));
@@ -169,8 +170,8 @@ std::string Note(const std::string& key, const std::string& type) {
 TEST(Text, TellsOfUnsupportedEntries) {
   PlainOutcome one = RunOver(World("@misc{m, x\n title = {T},\n}\n@article{a,\n}\n", "", {}));
   EXPECT_EQ(one.result, 1);
-  EXPECT_EQ(one.files["_text.txt"], std::string(TextFileHeader) + "\n" + Note("m", "MISC") +
-                                        "<APS_article_title>||||||||\n");
+  EXPECT_EQ(one.files["_text.txt"],
+            std::string(kTextHeader) + Note("m", "MISC") + "<APS_article_title>||||||||\n");
   ASSERT_EQ(one.boxes.size(), 1U);
   EXPECT_EQ(one.boxes[0].caption, "No support !");
   EXPECT_EQ(one.boxes[0].message,
@@ -181,7 +182,7 @@ TEST(Text, TellsOfUnsupportedEntries) {
   PlainOutcome two = RunOver(World("@misc{m,\n}\n@Manual{n,\n", "", {}));
   EXPECT_EQ(two.result, 1);
   EXPECT_EQ(two.files["_text.txt"],
-            std::string(TextFileHeader) + "\n" + Note("m", "MISC") + Note("n", "MANUAL"));
+            std::string(kTextHeader) + Note("m", "MISC") + Note("n", "MANUAL"));
   ASSERT_EQ(two.boxes.size(), 1U);
   EXPECT_EQ(two.boxes[0].message,
             "2 entries are not saved in the '_text.txt' file, because they are not an ARTICLE, "
@@ -202,7 +203,7 @@ TEST(Text, FailsWhenAValueSwallowsAHeadThatWasCounted) {
   EXPECT_EQ(outcome.result, 0);
   EXPECT_EQ(outcome.printed, Printed("Function Text()_5 => Could not read the new BibTeX file?"));
   EXPECT_EQ(outcome.files["_text.txt"],
-            std::string(TextFileHeader) + "\n<APS_article_title>||T @article{b, }||||||\n");
+            std::string(kTextHeader) + "<APS_article_title>||T @article{b, }||||||\n");
   EXPECT_TRUE(outcome.boxes.empty());
 }
 
@@ -301,7 +302,7 @@ TEST(Text, KeepsWhatItWroteWhenTheTablesAreMissing) {
   files.files.erase(std::string(testing::kCommandsPath));
   RecordingReporter reporter;
   EXPECT_EQ(RunText(MemoryRun(files, kLibraryPath)), 0);
-  EXPECT_EQ(files.files["/lib/lit_text.txt"], std::string(TextFileHeader) + "\n");
+  EXPECT_EQ(files.files["/lib/lit_text.txt"], std::string(kTextHeader));
 }
 
 }  // namespace

@@ -68,6 +68,9 @@ const RowPromise kRows[] = {
      "Error in function 'Clean tags'!"},
 };
 
+static_assert(std::size(kRows) == kOperations.size() && kHelpTexts.size() == kOperations.size(),
+              "each row of kOperations needs its promise here and its text in known_texts.h");
+
 Boxes NoteThen(const RowPromise& row, BoxRecorder::ShownBox last) {
   Boxes boxes;
   if (*row.note) boxes.push_back({"Note!", row.note});
@@ -177,6 +180,25 @@ TEST_F(MainDialogTest, TheInitialisationEventReachesTheToolkit) {
   Find(*dialog, "button &Quit").SetValidator(CountingValidator());
   dialog->InitDialog();
   EXPECT_EQ(filled, 1);
+}
+
+/// The table's row, its help and its preferences lead to what they name; without a picked file the
+/// operation itself does not run.
+TEST_F(MainDialogTest, ServesEachRowOfTheOperationTable) {
+  for (const Operation& row : kOperations) {
+    recorder.boxes.clear();
+    Find(*dialog, "label " + std::string(row.description));
+    PressButton(*dialog, "Help", "Help for " + std::string(row.button));
+    ASSERT_EQ(recorder.boxes.size(), 1U) << row.button;
+    EXPECT_EQ(recorder.boxes[0].message, row.help);
+    PressButton(*dialog, row.button);
+    ASSERT_EQ(recorder.boxes.size(), 2U) << row.button;
+    EXPECT_TRUE(recorder.boxes[1].message.starts_with("Please, load a ")) << row.button;
+    if (!row.has_preferences) continue;
+    const std::size_t before = wxTopLevelWindows.GetCount();
+    PressButton(*dialog, "Preferences", "Preferences for " + std::string(row.button));
+    EXPECT_EQ(wxTopLevelWindows.GetCount(), before + 1) << row.button;
+  }
 }
 
 // --- Help and About

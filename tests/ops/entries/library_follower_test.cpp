@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/library_follower.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "core/text_primitives.h"
+#include "tests/support/hostile_library.h"
+
+namespace tarvel::testing {
+namespace {
+
+constexpr std::string_view kHeader = "#\n\nheader\n\n";
+
+struct PlainEntry {
+  std::size_t head;
+  std::size_t end;
+  EntryRecord record;
+};
+
+/// The entries that have ended, found by reading the library from its beginning.
+std::vector<PlainEntry> ReadAgain(std::string_view library) {
+  LineStream stream(library);
+  const TagReader tags(kDoublesTags);
+  std::vector<PlainEntry> entries;
+  std::size_t head = 0;
+  for (Line line; ReadLine(stream, limits::kPairLine, line); head = stream.Position()) {
+    if (!IsKnownEntry(line)) continue;
+    EntryRecord record;
+    record.Start(line.Text());
+    if (tags.ReadEntry(stream, record) != EntryLineEnd::kClosed) break;
+    for (FieldValue& field : record.fields) {  // views end with the stream
+      const std::string text(field.Text());
+      field.SetJoined() = text;
+    }
+    entries.push_back({head, stream.Position(), record});
+  }
+  return entries;
+}
+
+std::size_t HeadOf(const KeptEntry* entry) { return entry ? entry->head : std::string::npos; }
+
+/// Expects that every question about the entries is answered as reading again answers it.
+void ExpectSame(const KeptEntries& kept, std::string_view library) {
+  const std::vector<PlainEntry> plain = ReadAgain(library);
+  std::set<std::string> keys{"", "nowhere"};
+  for (const PlainEntry& entry : plain) keys.insert(entry.record.key);
+  for (const std::string& key : keys) {
+    std::vector<const PlainEntry*> same;
+    for (const PlainEntry& entry : plain) {
+      if (entry.record.key == key) same.push_back(&entry);
+    }
+    const EntryList* const list = kept.WithKey(key);
+    ASSERT_EQ(list ? list->Size() : 0, same.size()) << key << "\n" << library;
+    if (list) {
+      ASSERT_EQ(list->First()->head, same[0]->head) << library;
+      ASSERT_EQ(list->First()->end, same[0]->end) << library;
+    }
+    for (const DoublesRule& rule : kDoublesRules) {
+      if (rule.group.compared.empty()) continue;
+      std::size_t first = std::string::npos;
+      for (const PlainEntry* entry : same) {
+        if (first != std::string::npos) break;
+        if (ComparedValuesOf(rule.group, entry->record).Complete()) first = entry->head;
+      }
+      ASSERT_EQ(HeadOf(kept.FirstComplete(key, rule)), first) << key << "\n" << library;
+    }
+  }
+  for (const PlainEntry& entry : plain) {
+    const TypeRule<DoublesRule> rule = DoublesRuleFor(entry.record.type);
+    if (!rule.rule || rule.rule->group.compared.empty()) continue;
+    const ComparedValues values = ComparedValuesOf(rule.rule->group, entry.record);
+    std::size_t first = std::string::npos;
+    for (const PlainEntry& other : plain) {
+      if (first != std::string::npos || !values.Complete()) break;
+      if (other.record.type == entry.record.type &&
+          ComparedValuesOf(rule.rule->group, other.record) == values) {
+        first = other.head;
+      }
+    }
+    ASSERT_EQ(HeadOf(kept.FirstEqual(rule, values)), first) << library;
+  }
+}
+
+struct Followed {
+  GrowingLibrary library{kHeader, 0};
+  LibraryFollower follower{library};
+
+  void Check() const { ExpectSame(follower.Entries(), library.Bytes()); }
+};
+
+const std::string kMisc = "@MISC{k,\n  note = {n},\n}\n";
+
+TEST(LibraryFollower, KnowsEntriesThatWereAppended) {
+  Followed followed;
+  followed.Check();
+  followed.follower.Write(followed.library.Size(), kMisc + "\n");
+  ASSERT_NE(followed.follower.Entries().WithKey("k"), nullptr);
+  EXPECT_EQ(followed.follower.Entries().WithKey("k")->First()->head, kHeader.size());
+  EXPECT_EQ(followed.follower.Entries().WithKey("k")->First()->end, kHeader.size() + kMisc.size());
+  followed.Check();
+}
+
+TEST(LibraryFollower, ReadsOnInsideAValueThatGoesOn) {
+  Followed followed;
+  followed.follower.Write(followed.library.Size(), "@MISC{a,\n  note = {x\n");
+  EXPECT_EQ(followed.follower.Entries().WithKey("a"), nullptr) << "it has not ended";
+  followed.follower.Write(followed.library.Size(), "\n   y {z}\n");
+  followed.follower.Write(followed.library.Size(), "w}\n}\n");
+  const EntryList* const list = followed.follower.Entries().WithKey("a");
+  ASSERT_NE(list, nullptr);
+  const TypeRule<DoublesRule> rule = DoublesRuleFor("MISC");
+  EXPECT_EQ(list->First()->ComparedValuesOf(rule.rule->group).values[0], "x y {z} w");
+  followed.Check();
+}
+
+TEST(LibraryFollower, ForgetsWhatAWriteReplaces) {
+  Followed followed;
+  for (const std::string key : {"a", "b", "c"}) {
+    followed.follower.Write(followed.library.Size(), "@MISC{" + key + ",\n  note = {n},\n}\n\n");
+  }
+  const std::size_t end = followed.follower.Entries().WithKey("a")->First()->end;
+  followed.follower.Write(end, "@MISC{x,\n  note = {a longer value},\n}\n\n");
+  EXPECT_EQ(followed.follower.Entries().WithKey("b"), nullptr);
+  EXPECT_NE(followed.follower.Entries().WithKey("x"), nullptr);
+  EXPECT_NE(followed.follower.Entries().WithKey("a"), nullptr);
+  followed.Check();
+}
+
+/// Appends and replaces parts of hostile libraries as Clean doubles does, and asks everything after
+/// each write.
+TEST(LibraryFollower, KnowsWhatReadingAgainWouldFind) {
+  HostileLibraries libraries(20272);
+  std::mt19937 random(5);
+  std::size_t replaced = 0;
+  std::size_t appended = 0;
+  for (int i = RandomRuns(300); i > 0; --i) {
+    Followed followed;
+    for (int writes = 0; writes < 6; ++writes) {
+      const std::string text = libraries.Next() + "\n";
+      const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
+      const std::vector<PlainEntry> alone = ReadAgain(text);
+      if (random() % 3 == 0 && !entries.empty()) {
+        followed.follower.Write(entries[random() % entries.size()].end, text);
+        ++replaced;
+      } else if (random() % 2 == 0 && !alone.empty() && alone[0].head == 0) {
+        followed.follower.Append(text.substr(0, alone[0].end), alone[0].record);
+        ++appended;
+      } else {
+        followed.follower.Write(followed.library.Size(), text);
+      }
+      followed.Check();
+      if (HasFatalFailure()) return;
+    }
+  }
+  EXPECT_GT(replaced, 100U);
+  EXPECT_GT(appended, 100U);
+}
+
+}  // namespace
+}  // namespace tarvel::testing

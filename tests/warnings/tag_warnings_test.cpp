@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "warnings/tag_warnings.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/recording_warnings.h"
+
+namespace tarvel::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// A library of ten lines of ten bytes: the byte at 10 * n stands in line n + 1.
+const std::string kTenLines = [] {
+  std::string lines;
+  for (int i = 0; i < 10; ++i) lines += "123456789\n";
+  return lines;
+}();
+
+class TagWarningsTest : public ::testing::Test {
+ protected:
+  Lines Told() { return std::exchange(to_.lines, {}); }
+
+  RecordingWarnings to_;
+  FileWarnings file_{&to_, "l", kTenLines};
+  TagWarnings warnings_{file_, 20};
+};
+
+TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  EXPECT_EQ(Told(), Lines()) << "a comma and a line break";
+  const Lines lost{
+      "text-lost l:3 [b] the first line does not end with a comma and a line break: its last two "
+      "bytes were cut"};
+  for (const std::string_view head : {"@MISC{b, \n", "@MISC{b,", "@MISC{b\n"}) {
+    warnings_.StartEntry(head, 20);
+    EXPECT_EQ(Told(), lost) << head;
+  }
+}
+
+TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
+  warnings_.NoteDroppedWithoutKey(30);
+  EXPECT_EQ(Told(), Lines{"entry-dropped l:4 [] an entry without a key was dropped"});
+  warnings_.NoteDroppedAsEmpty("k", 40, "}\n");
+  warnings_.NoteDroppedAsEmpty("k", 40, "\n  note = {x}");
+  warnings_.NoteDroppedAsEmpty("k", 40, "");
+  EXPECT_EQ(Told(), Lines()) << "only the next line counts";
+  warnings_.NoteDroppedAsEmpty("k", 40, "  note = {x}\n}\n");
+  EXPECT_EQ(Told(), Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
+                          "'note'"});
+}
+
+TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
+  warnings_.NotePassedOutside("123456789\n123456789\n", 0);
+  EXPECT_EQ(Told(), Lines()) << "the header";
+  warnings_.NotePassedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
+  EXPECT_EQ(Told(),
+            (Lines{"text-not-copied l:3 [] text that is of no tag was not copied: 'text'",
+                   "text-not-copied l:4 [] text that is of no tag was not copied: 'again'"}))
+      << "a text of several lines once, and no definition of a string";
+  warnings_.StartEntry("@MISC{a,\n", 50);
+  warnings_.NotePassedOutside("text\n", 60);
+  EXPECT_EQ(Told(), Lines()) << "what follows the first head is passed line by line";
+}
+
+TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
+  const std::string told = "text-not-copied l:2 [a] text that is of no tag was not copied: ";
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  for (const std::string_view line : {"\n", "}\n", " },\n", "}"}) warnings_.NotePassed(line, 10);
+  EXPECT_EQ(Told(), Lines()) << "lines that say nothing";
+  warnings_.NotePassed(" stray \n", 10);
+  warnings_.NotePassed("more\n", 20);
+  EXPECT_EQ(Told(), Lines{told + "'stray'"});
+  warnings_.NoteTag();
+  warnings_.NotePassed("again\n", 10);
+  EXPECT_EQ(Told(), Lines{told + "'again'"});
+  warnings_.NotePassed("isbn = {1},\n", 10);
+  warnings_.NotePassed("and again\n", 10);
+  EXPECT_EQ(Told(), Lines{told + "'and again'"}) << "an unknown tag ends the text before it, too";
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  warnings_.NotePassed("anew\n", 10);
+  EXPECT_EQ(Told(), Lines{told + "'anew'"});
+}
+
+TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  warnings_.NotePassed("  isbn = {1\n", 10);
+  warnings_.NotePassed("  isbn = {2\n", 20);
+  warnings_.NotePassedTag("  x = {3\n", 30);
+  warnings_.NotePassed("}\n", 40);
+  warnings_.NotePassed("}\n", 50);
+  warnings_.NotePassed("stray\n", 60);
+  warnings_.ReportTags();
+  EXPECT_EQ(Told(),
+            (Lines{"text-not-copied l:7 [a] text that is of no tag was not copied: 'stray'",
+                   "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1"}));
+}
+
+TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  warnings_.NotePassed("isbn = {1},\n", 10);
+  warnings_.NotePassedTag("keywords = {1},\n", 20);
+  warnings_.NotePassed(" keywords={1},\n", 30);
+  warnings_.NotePassed("KEYWORDS = {1},\n", 40);
+  warnings_.NotePassedTag("no tag\n", 50);
+  warnings_.ReportTags();
+  EXPECT_EQ(Told(),
+            (Lines{"text-not-copied l:6 [a] text that is of no tag was not copied: 'no tag'",
+                   "unknown-tag l:3 [] the tag 'keywords' is unknown and was dropped, times: 2",
+                   "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1",
+                   "unknown-tag l:5 [] the tag 'KEYWORDS' is unknown and was dropped, times: 1"}));
+}
+
+TEST_F(TagWarningsTest, NothingIsDoneForNobody) {
+  FileWarnings nobody(nullptr, "l", kTenLines);
+  TagWarnings warnings(nobody, 0);
+  warnings.NotePassedOutside("text\n", 0);
+  warnings.StartEntry("@MISC{a\n", 0);
+  warnings.NotePassed("isbn = {1}\n", 0);
+  warnings.NotePassedTag("stray\n", 0);
+  warnings.ReportTags();
+}
+
+}  // namespace
+}  // namespace tarvel::testing
