@@ -4,7 +4,6 @@
 #include "app/globals.h"
 #include "app/process.h"
 #include "app/reporter.h"
-#include "ops/operations.h"
 
 namespace tarvel {
 

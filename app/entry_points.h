@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ops/run_context.h"
+#include "ops/operations.h"
 
 namespace tarvel {
 
