@@ -43,7 +43,8 @@ TEST(RepeatedKeys, AreComparedToTheLastByte) {
 TEST(RepeatedKeys, AreThoseThatAMapFinds) {
   HostileLibraries libraries(20252);
   std::size_t found = 0;
-  for (int i = RandomRuns(1000); i > 0; --i) {
+  const int runs = RandomRuns(1000);
+  for (int i = runs; i > 0; --i) {
     const std::string library = libraries.Next() + libraries.Next();
     Lines expected;
     std::map<std::string, std::size_t> first;
@@ -64,7 +65,7 @@ TEST(RepeatedKeys, AreThoseThatAMapFinds) {
     ASSERT_EQ(Repeated(library), expected) << library;
     found += expected.size();
   }
-  EXPECT_GT(found, 1000U);
+  EXPECT_GT(found, static_cast<std::size_t>(runs));
 }
 
 }  // namespace
