@@ -30,6 +30,9 @@ enum class Needs { kLibrary, kTwoLibraries, kDocumentAndLibrary, kLibraryAndJour
 /// The file pickers.
 enum class Picker { kFirst, kSecond };
 
+/// Neither constant nor defined: a row of `kOperations` without its function does not compile.
+int (*RowWithoutFunction())();
+
 /// One operation: everything that the dialog, the checks and the batch program know of it.
 struct Operation {
   OperationCode code;
@@ -41,9 +44,9 @@ struct Operation {
   std::string_view help;       // what its "Help" button shows
   std::string_view note = {};  // shown before the run; empty: none
   std::string_view error_caption;
-  int (*run)();                     // 1 is success, anything else is not
-  std::span<const Output> outputs;  // the files that it writes
-  Picker named_after;               // whose file they are named after, and beside which they stand
+  int (*run)() = RowWithoutFunction();  // 1 is success, anything else is not
+  std::span<const Output> outputs;      // the files that it writes
+  Picker named_after;  // whose file they are named after, and beside which they stand
 };
 
 inline constexpr std::array kExtractOutputs{Output::kExtractTex, Output::kExtractLibrary,
