@@ -27,7 +27,7 @@ make_root() {
   fi
   chmod 755 "$1"
   mount -t proc proc "$1/proc"
-  mount --bind /dev "$1/dev"
+  mount --rbind /dev "$1/dev"  # with the pseudo terminals below it
   for file in /etc/resolv.conf /etc/hosts; do
     [ ! -f "$file" ] || cp -L --remove-destination "$file" "$1/etc/"
   done
@@ -43,7 +43,7 @@ make_root() {
 
 # remove_root DIRECTORY: only its own file system is cleared; nothing below a mount is reached.
 remove_root() {
-  umount "$1/proc" "$1/dev" 2>/dev/null || true
+  umount -R "$1/proc" "$1/dev" 2>/dev/null || true
   rm -rf --one-file-system "$1"
 }
 
