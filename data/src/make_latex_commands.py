@@ -18,7 +18,8 @@ left. It is:
   4. "$", "{" and "}", which are dropped;
   5. stand-ins for characters that the rows before would have dropped or taken
      for markup: "\\$" becomes "\\dollar" in 1 and "$" here;
-  6. what is left of a backslash: that of a command stays, that of "\\ " goes.
+  6. what is left of a backslash: that of a command or an accent stays, that of
+     "\\ " goes.
 
 A guard gives a command that no row names, but whose beginning is a row, another
 first byte in place of its backslash; the last row of all gives the backslash back.
@@ -406,7 +407,7 @@ def all_rows(name):
         rows += raw_character_rows(accent_rows() + long_letter_rows() + greek_rows() + table_rows())
     rows += [(c, "") for c in "${}" for _ in range(3)]
     rows += [(row[0], row[column]) for row in STAND_INS for _ in range(2)]
-    rows += [("\\" + letter, GUARD + letter) for letter in BASE_LETTERS]
+    rows += [("\\" + sign, GUARD + sign) for sign in [*BASE_LETTERS, *SYMBOL_ACCENTS]]
     return rows + [("\\", ""), (GUARD, "\\")]
 
 
