@@ -260,8 +260,6 @@ def made_forms(journal, habits):
     full, abbreviation = journal.full, journal.abbreviation
     forms = letter_forms(full) + letter_forms(abbreviation)
     forms += ampersand_forms(full) + article_forms(full)
-    forms += [other for form in ampersand_forms(full) if form != full
-              for other in article_forms(form)]
     forms += punctuation_forms(full)
     forms += habit_forms(abbreviation, habits.get(journal.field, {}))
     forms += [form for form in ampersand_forms(abbreviation) if form != abbreviation]
