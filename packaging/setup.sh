@@ -1,7 +1,10 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
-# Installs what is missing to build Tarvel and its package, and with "tests" to test it as well:
-# packaging/setup.sh [tests]. For Debian 12.
+# Installs what is missing to build Tarvel: packaging/setup.sh [GROUP]... For Debian 12.
+#
+#   tests    for ./check too
+#   package  for packaging/build-package.sh too
+#   release  for packaging/release.sh and test-package.sh too, with the groups above
 #
 # A package counts as missing when the file that it brings does not exist. Nothing is asked and
 # nothing happens when none is missing. Otherwise root's rights are needed: as another user sudo is
@@ -15,8 +18,6 @@ wanted="
 /usr/include/CLI/CLI.hpp          libcli11-dev
 /usr/bin/wx-config                libwxgtk3.2-dev
 /usr/lib/*/gdk-pixbuf-2.0/*/loaders/libpixbufloader-svg.so librsvg2-common
-/usr/bin/file                     file
-/usr/bin/dpkg-shlibdeps           dpkg-dev
 "
 test_wanted="
 /usr/include/gtest/gtest.h        libgtest-dev
@@ -35,7 +36,26 @@ test_wanted="
 /usr/bin/bibtex                   texlive-binaries
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
-[ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
+package_wanted="
+/usr/share/build-essential/essential-packages-list build-essential
+/usr/bin/dh                       debhelper
+"
+release_wanted="
+/usr/bin/lintian                  lintian
+/usr/bin/autopkgtest              autopkgtest
+/usr/sbin/debootstrap             debootstrap
+"
+for group; do
+  case $group in
+    tests) wanted=$wanted$test_wanted ;;
+    package) wanted=$wanted$package_wanted ;;
+    release) wanted=$wanted$test_wanted$package_wanted$release_wanted ;;
+    *)
+      echo "usage: $0 [tests] [package] [release]" >&2
+      exit 2
+      ;;
+  esac
+done
 
 missing=$(echo "$wanted" | while read -r file package; do
   # The name may hold a pattern; without a match it stands for itself.
