@@ -118,14 +118,18 @@ try_run() {
   try_dialog
   nothing_untracked ./run
   say "the package"
-  timed "the package is built" 'cmake --build --preset release --target package'
-  package=$work/$(basename "$root"/home/user/tarvel/build/release/tarvel_*.deb)
-  cp "$root"/home/user/tarvel/build/release/tarvel_*.deb "$package"
+  timed "the package is built" packaging/build-package.sh
+  nothing_untracked packaging/build-package.sh
+  report_set_up "the package"
+  cp -r "$root/home/user/tarvel/build/package" "$work"
+  package=$(ls "$work"/package/tarvel_*.deb)
   depends=$(dpkg-deb -f "$package" Depends)
   case $depends in
     *libwxgtk3.2*) measured "the package depends on" "$depends" ;;
     *) fail "the package depends on: '$depends'" ;;
   esac
+  timed "the package is installed" 'sudo apt-get install -q -y ./build/package/tarvel_*.deb'
+  as_user "$root" 'tarvel-batch --version' || fail "the installed program does not start"
 }
 try_check() {
   say "an empty system: ./check"
@@ -139,7 +143,7 @@ try_check() {
 }
 try_package() {
   say "the package in an empty system"
-  [ -n "$package" ] || package=$(ls -t "$here"/../build/release/tarvel_*.deb | head -n 1)
+  [ -n "$package" ] || package=$(ls -t "$here"/../build/package/tarvel_*.deb | head -n 1)
   TARVEL_OWN_NAMESPACES=yes sh "$here/test-package.sh" "$package"
   measured "the package" "installed, used and removed"
 }

@@ -1,17 +1,21 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Installs a package in a clean Debian 12 below a temporary directory, as a user runs every
-# operation and opens the dialog, removes the package and looks for what it left.
+# operation and opens the dialog, removes the package, looks for what it left, and purges it. Then
+# autopkgtest runs debian/tests against it, if the source package is in the same directory.
 #
-#   packaging/test-package.sh [PACKAGE.deb]      (build/release/tarvel_*.deb)
+#   packaging/test-package.sh [PACKAGE.deb [PREVIOUS.deb]]      (build/package/tarvel_*.deb)
 #
-# Needs root, debootstrap and a Debian mirror; see bare_root.sh for TARVEL_BASE.
+# With a previous package that one is installed first and then upgraded. Needs root, debootstrap,
+# autopkgtest and a Debian mirror; see bare_root.sh for TARVEL_BASE.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/bare_root.sh"
 own_namespaces "$0" "$@"
 
-package=${1:-$(ls -t "$here"/../build/release/tarvel_*.deb | head -n 1)}
+package=$(realpath "${1:-$(ls -t "$here"/../build/package/tarvel_*.deb | head -n 1)}")
+previous=${2:-}
+source_package=${package%_*}.dsc
 root=$(mktemp -d)
 trap 'remove_root "$root"' EXIT
 
@@ -29,9 +33,16 @@ databases() { in_root "$root" sh -c 'cat /usr/share/mime/globs2 /usr/share/appli
 list_files >"$root/tmp/before"
 databases >"$root/tmp/databases" 2>/dev/null || true
 
+if [ -n "$previous" ]; then
+  say "install $(basename "$previous"), to be upgraded"
+  cp "$previous" "$root/tmp/previous.deb"
+  in_root "$root" apt-get install -q -y --no-install-recommends /tmp/previous.deb >/dev/null 2>&1
+fi
 say "install $(basename "$package")"
 cp "$package" "$root/tmp/tarvel.deb"
-in_root "$root" dpkg -i /tmp/tarvel.deb >/dev/null
+in_root "$root" apt-get install -q -y --no-install-recommends /tmp/tarvel.deb >/dev/null 2>&1
+version=$(in_root "$root" dpkg-query --show --showformat '${Version}' tarvel)
+[ "$version" = "$(dpkg-deb -f "$package" Version)" ] || fail "installed is $version"
 in_root "$root" dpkg --verify tarvel
 [ "$(in_root "$root" tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
 
@@ -96,7 +107,7 @@ done
 grep -q 'text/x-tarvel-list' "$root/usr/share/mime/globs2" || fail "the type of *.tvl"
 
 say "remove it"
-in_root "$root" dpkg -P tarvel >/dev/null
+in_root "$root" dpkg --remove tarvel >/dev/null
 in_root "$root" userdel --remove user 2>/dev/null
 list_files >"$root/tmp/after"
 ignored='^/home/user|^/var/log/|^/var/lib/dpkg/|^/var/cache/(apt|man)|^/var/mail|^/etc/.*-$|^/root/'
@@ -104,8 +115,20 @@ grep -Ev "$ignored" "$root/tmp/before" >"$root/tmp/before.kept"
 grep -Ev "$ignored" "$root/tmp/after" >"$root/tmp/after.kept"
 diff "$root/tmp/before.kept" "$root/tmp/after.kept" | grep '^>' && fail "files are left"
 databases 2>/dev/null | cmp - "$root/tmp/databases" || fail "a database of the desktop has changed"
+in_root "$root" dpkg --purge tarvel >/dev/null 2>&1
 # dpkg keeps its state of before as *-old.
 left=$(in_root "$root" grep -rlis --exclude="*-old" tarvel /usr /etc /var/lib --exclude-dir=apt || true)
 [ -z "$left" ] || fail "named in: $left"
 in_root "$root" dpkg -s tarvel >/dev/null 2>&1 && fail "dpkg still knows it"
-say "nothing left: passed"
+say "nothing left"
+
+if [ -e "$source_package" ]; then
+  say "autopkgtest"
+  in_root "$root" useradd --create-home --shell /bin/sh user
+  autopkgtest --user user "$source_package" "$package" -- chroot "$root" >"$root/tmp/log" 2>&1 || {
+    tail -n 60 "$root/tmp/log"
+    fail autopkgtest
+  }
+  grep -E ' (PASS|FAIL|SKIP)|passed, ' "$root/tmp/log"
+fi
+say passed
