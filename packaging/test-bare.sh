@@ -4,7 +4,8 @@
 # and ends with what it measured:
 #
 #   1. without sudo, the set-up says what is missing;
-#   2. ./run without a display, then with one, and the package is built;
+#   2. ./run without a display, then with one; the programs are installed without rights, and the
+#      package is built and installed;
 #   3. ./check;
 #   4. the package is installed, used and removed (test-package.sh).
 #
@@ -116,6 +117,9 @@ try_run() {
   report_set_up "./run"
   say "./run with a display"
   try_dialog
+  say "installed without rights"
+  timed "installed below ~/.local" 'cmake --install build/release --strip --prefix ~/.local &&
+    cp examples/lit.bib ~ && ~/.local/bin/tarvel-batch text ~/lit.bib && [ -s ~/lit_text.txt ]'
   nothing_untracked ./run
   say "the package"
   timed "the package is built" packaging/build-package.sh
