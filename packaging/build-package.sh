@@ -7,6 +7,10 @@
 # debian/changelog, so that two builds of the same sources give the same bytes.
 set -eu
 cd "$(dirname "$0")/.."
+if ! [ -d debian ] || ! [ -e .git ]; then
+  echo "The package is built from a clone; the archive of the sources has no debian/." >&2
+  exit 1
+fi
 packaging/setup.sh package "$@"
 if [ "${1:-}" != tests ]; then
   export DEB_BUILD_OPTIONS="nocheck ${DEB_BUILD_OPTIONS:-}" DEB_BUILD_PROFILES=nocheck
