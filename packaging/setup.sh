@@ -39,6 +39,7 @@ test_wanted="
 package_wanted="
 /usr/share/build-essential/essential-packages-list build-essential
 /usr/bin/dh                       debhelper
+/usr/bin/git                      git
 "
 release_wanted="
 /usr/bin/lintian                  lintian
