@@ -1,7 +1,14 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
-# Installs what the build, or with "tests" the tests as well, need and is missing. Debian 12.
-# A package is missing when the file that it brings is.
+# Installs what is missing to build Tarvel: packaging/setup.sh [GROUP]... For Debian 12.
+#
+#   tests    for ./check too
+#   package  for packaging/build-package.sh too
+#   release  for packaging/release.sh and test-package.sh too, with the groups above
+#
+# A package counts as missing when the file that it brings does not exist. Nothing is asked and
+# nothing happens when none is missing. Otherwise root's rights are needed: as another user sudo is
+# used, and where sudo cannot be used, one line says what to ask an administrator to install.
 set -eu
 
 wanted="
@@ -10,6 +17,7 @@ wanted="
 /usr/bin/ninja                    ninja-build
 /usr/include/CLI/CLI.hpp          libcli11-dev
 /usr/bin/wx-config                libwxgtk3.2-dev
+/usr/lib/*/gdk-pixbuf-2.0/*/loaders/libpixbufloader-svg.so librsvg2-common
 "
 test_wanted="
 /usr/include/gtest/gtest.h        libgtest-dev
@@ -28,16 +36,80 @@ test_wanted="
 /usr/bin/bibtex                   texlive-binaries
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
-[ "${1:-}" = tests ] && wanted="$wanted$test_wanted"
+package_wanted="
+/usr/share/build-essential/essential-packages-list build-essential
+/usr/bin/dh                       debhelper
+/usr/bin/git                      git
+"
+release_wanted="
+/usr/bin/lintian                  lintian
+/usr/bin/autopkgtest              autopkgtest
+/usr/sbin/debootstrap             debootstrap
+"
+for group; do
+  case $group in
+    tests) wanted=$wanted$test_wanted ;;
+    package) wanted=$wanted$package_wanted ;;
+    release) wanted=$wanted$test_wanted$package_wanted$release_wanted ;;
+    *)
+      echo "usage: $0 [tests] [package] [release]" >&2
+      exit 2
+      ;;
+  esac
+done
 
 missing=$(echo "$wanted" | while read -r file package; do
-  [ -z "$file" ] || [ -e "$file" ] || echo "$package"
+  # The name may hold a pattern; without a match it stands for itself.
+  set -- $file
+  [ $# -eq 0 ] || [ -e "$1" ] || echo "$package"
 done)
 [ -n "$missing" ] || exit 0
+missing=$(echo $missing)
 
-echo "Installing:" $missing
 as_root=
-[ "$(id -u)" -eq 0 ] || as_root=sudo
-export DEBIAN_FRONTEND=noninteractive
+if [ "$(id -u)" -ne 0 ]; then
+  as_root="sudo"
+  # sudo asks for its password on the terminal.
+  can_ask=no
+  (: </dev/tty) 2>/dev/null && can_ask=yes
+  if ! command -v sudo >/dev/null || { [ $can_ask = no ] && ! sudo -n true 2>/dev/null; }; then
+    echo "Packages are missing. Ask an administrator to run:" \
+      "apt-get install --no-install-recommends $missing" >&2
+    exit 1
+  fi
+fi
+
+echo "Installing: $missing"
 $as_root apt-get update -q >/dev/null
-$as_root apt-get install -q -y --no-install-recommends $missing >/dev/null
+# "Need to get 1,234 kB of archives." and the line on the disk space: of all that comes along.
+$as_root apt-get install --no-install-recommends --assume-no $missing 2>/dev/null |
+  grep -E '^[0-9]+ upgraded|^Need to get|^After this operation' || true
+
+# apt-get writes a line "dlstatus:..." or "pmstatus:..." for every step, with the percentage as its
+# third field. A line for every tenth is enough.
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+{
+  status=0
+  $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
+    -o APT::Status-Fd=1 $missing 2>&1 || status=$?
+  echo "apt-get ended with $status"
+} | awk -F: -v log_file="$log" '
+  function progress(what, percent) {
+    tenth = int(percent / 10)
+    if (what == last_what && tenth <= last_tenth) return
+    last_what = what
+    last_tenth = tenth
+    print what, tenth * 10 " %"
+    fflush()
+  }
+  $1 == "dlstatus" { progress("downloading", $3); next }
+  $1 == "pmstatus" { progress("installing", $3); next }
+  /^apt-get ended with / { status = substr($0, 20) }
+  { print >log_file }
+  END { exit status }' || {
+  status=$?
+  tail -n 20 "$log" >&2
+  echo "The packages could not be installed: $missing" >&2
+  exit $status
+}

@@ -1,71 +1,53 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Installs a package in a clean Debian 12 below a temporary directory, as a user runs every
-# operation and opens the dialog, removes the package and looks for what it left.
+# operation and opens the dialog, removes the package, looks for what it left, and purges it. Then
+# autopkgtest runs debian/tests against it, if the source package is in the same directory.
 #
-#   packaging/test-package.sh [PACKAGE.deb]      (build/release/tarvel_*.deb)
+#   packaging/test-package.sh [PACKAGE.deb [PREVIOUS.deb]]      (build/package/tarvel_*.deb)
 #
-# Needs root, debootstrap and a Debian mirror. TARVEL_BASE names a directory that debootstrap filled
-# before; it is copied, not changed.
+# With a previous package that one is installed first and then upgraded. Needs root, debootstrap,
+# autopkgtest and a Debian mirror; see bare_root.sh for TARVEL_BASE.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
+. "$here/bare_root.sh"
+own_namespaces "$0" "$@"
 
-# Mounts of a namespace of its own go away with it, however the script ends.
-if [ "${TARVEL_OWN_MOUNTS:-}" != yes ]; then
-  TARVEL_OWN_MOUNTS=yes exec unshare --mount --pid --fork --kill-child sh "$0" "$@"
-fi
-
-package=${1:-$(ls -t "$here"/../build/release/tarvel_*.deb | head -n 1)}
+package=$(realpath "${1:-$(ls -t "$here"/../build/package/tarvel_*.deb | head -n 1)}")
+previous=${2:-}
+source_package=${package%_*}.dsc
 root=$(mktemp -d)
-# Only this file system is cleared away: nothing behind a mount can be reached.
-trap 'umount "$root/proc" "$root/dev" 2>/dev/null || true; rm -rf --one-file-system "$root"' EXIT
-say() { echo "== $*"; }
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
-in_root() {
-  env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C DEBIAN_FRONTEND=noninteractive \
-    chroot "$root" "$@"
-}
-as_user() { in_root su user -c "$1"; }
+trap 'remove_root "$root"' EXIT
 
 say "a clean Debian 12"
-if [ -n "${TARVEL_BASE:-}" ]; then
-  cp -a "$TARVEL_BASE/." "$root"
-else
-  debootstrap --variant=minbase bookworm "$root" >/dev/null
-fi
-chmod 755 "$root"
-mount -t proc proc "$root/proc"
-mount --bind /dev "$root/dev"
-for file in /etc/resolv.conf /etc/hosts; do [ ! -f "$file" ] || cp -L "$file" "$root/etc/"; done
-for directory in /etc/apt/apt.conf.d /usr/local/share/ca-certificates /etc/ssl/certs; do
-  [ -d "$directory" ] || continue
-  mkdir -p "$root$directory"
-  cp -rL "$directory/." "$root$directory"
-done
-in_root useradd --create-home user
+make_root "$root"
 
 say "what the package depends on, and a display"
-in_root apt-get update -q >/dev/null
-in_root apt-get satisfy -q -y --no-install-recommends \
+in_root "$root" apt-get update -q >/dev/null
+in_root "$root" apt-get satisfy -q -y --no-install-recommends \
   "$(dpkg-deb -f "$package" Depends), xvfb, xdotool, x11-utils" >/dev/null 2>&1
 
 # The names of all files, and what the desktop's databases hold.
-list_files() { in_root find / -xdev -path /proc -prune -o -path /tmp -prune -o -print | sort; }
-databases() { in_root sh -c 'cat /usr/share/mime/globs2 /usr/share/applications/*.cache'; }
+list_files() { in_root "$root" find / -xdev -path /proc -prune -o -path /tmp -prune -o -print | sort; }
+databases() { in_root "$root" sh -c 'cat /usr/share/mime/globs2 /usr/share/applications/*.cache'; }
 list_files >"$root/tmp/before"
 databases >"$root/tmp/databases" 2>/dev/null || true
 
+if [ -n "$previous" ]; then
+  say "install $(basename "$previous"), to be upgraded"
+  cp "$previous" "$root/tmp/previous.deb"
+  in_root "$root" apt-get install -q -y --no-install-recommends /tmp/previous.deb >/dev/null 2>&1
+fi
 say "install $(basename "$package")"
 cp "$package" "$root/tmp/tarvel.deb"
-in_root dpkg -i /tmp/tarvel.deb >/dev/null
-in_root dpkg --verify tarvel
-[ "$(in_root tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
+in_root "$root" apt-get install -q -y --no-install-recommends /tmp/tarvel.deb >/dev/null 2>&1
+version=$(in_root "$root" dpkg-query --show --showformat '${Version}' tarvel)
+[ "$version" = "$(dpkg-deb -f "$package" Version)" ] || fail "installed is $version"
+in_root "$root" dpkg --verify tarvel
+[ "$(in_root "$root" tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
 
 say "run every operation"
-as_user 'mkdir ~/trial && cp /usr/share/doc/tarvel/examples/* ~/trial'
+as_user "$root" 'mkdir ~/trial && cp /usr/share/doc/tarvel/examples/* ~/trial'
 run() { # run ARGUMENTS... -- FILES-WRITTEN...
   arguments=
   while [ "$1" != -- ]; do
@@ -73,7 +55,7 @@ run() { # run ARGUMENTS... -- FILES-WRITTEN...
     shift
   done
   shift
-  as_user "cd ~/trial && tarvel-batch$arguments >out 2>&1" || {
+  as_user "$root" "cd ~/trial && tarvel-batch$arguments >out 2>&1" || {
     cat "$root/home/user/trial/out"
     fail "tarvel-batch$arguments"
   }
@@ -116,7 +98,7 @@ kill $program $server 2>/dev/null
 wait
 [ -n "$found" ]
 EOF
-as_user 'sh /tmp/dialog.sh' || fail "no dialog, or no icon on it: $(cat "$root/tmp/dialog.err")"
+as_user "$root" 'sh /tmp/dialog.sh' || fail "no dialog, or no icon on it: $(cat "$root/tmp/dialog.err")"
 
 say "its manual pages, its icon and its type of file"
 for page in man1/tarvel.1 man1/tarvel-batch.1 man5/tarvel-files.5; do
@@ -125,16 +107,28 @@ done
 grep -q 'text/x-tarvel-list' "$root/usr/share/mime/globs2" || fail "the type of *.tvl"
 
 say "remove it"
-in_root dpkg -P tarvel >/dev/null
-in_root userdel --remove user 2>/dev/null
+in_root "$root" dpkg --remove tarvel >/dev/null
+in_root "$root" userdel --remove user 2>/dev/null
 list_files >"$root/tmp/after"
 ignored='^/home/user|^/var/log/|^/var/lib/dpkg/|^/var/cache/(apt|man)|^/var/mail|^/etc/.*-$|^/root/'
 grep -Ev "$ignored" "$root/tmp/before" >"$root/tmp/before.kept"
 grep -Ev "$ignored" "$root/tmp/after" >"$root/tmp/after.kept"
 diff "$root/tmp/before.kept" "$root/tmp/after.kept" | grep '^>' && fail "files are left"
 databases 2>/dev/null | cmp - "$root/tmp/databases" || fail "a database of the desktop has changed"
+in_root "$root" dpkg --purge tarvel >/dev/null 2>&1
 # dpkg keeps its state of before as *-old.
-left=$(in_root grep -rlis --exclude="*-old" tarvel /usr /etc /var/lib --exclude-dir=apt || true)
+left=$(in_root "$root" grep -rlis --exclude="*-old" tarvel /usr /etc /var/lib --exclude-dir=apt || true)
 [ -z "$left" ] || fail "named in: $left"
-in_root dpkg -s tarvel >/dev/null 2>&1 && fail "dpkg still knows it"
-say "nothing left: passed"
+in_root "$root" dpkg -s tarvel >/dev/null 2>&1 && fail "dpkg still knows it"
+say "nothing left"
+
+if [ -e "$source_package" ]; then
+  say "autopkgtest"
+  in_root "$root" useradd --create-home --shell /bin/sh user
+  autopkgtest --user user "$source_package" "$package" -- chroot "$root" >"$root/tmp/log" 2>&1 || {
+    tail -n 60 "$root/tmp/log"
+    fail autopkgtest
+  }
+  grep -E ' (PASS|FAIL|SKIP)|passed, ' "$root/tmp/log"
+fi
+say passed

@@ -4,17 +4,24 @@
 
 Usage: check_journals.py [LIST]
 
-Prints a line for each problem and exits with 1 when there is one. The rules are those the
-program's reader imposes, and one of house style: a word of a title is abbreviated in the
-same way in every row, but for the reasoned exceptions in journal_word_exceptions.tsv.
+Prints a line for each problem, with the file and line of the row, and exits with 1 when
+there is one. What is checked:
+
+  - the form that the program's reader needs;
+  - that no spelling belongs to two journals;
+  - that every acronym of up to five capitals stands in journal_acronyms.tsv with a reason,
+    and with the other journals that have these initials;
+  - that every abbreviation is what ISO 4 makes of the title with the words of
+    journal_words.tsv, but for the reasoned exceptions in journal_word_exceptions.tsv;
+  - that the list is what make_journals.py writes.
 """
 
 import re
 import sys
-import unicodedata
-from collections import Counter, defaultdict
+from collections import defaultdict
 from pathlib import Path
 
+import iso4
 import make_journals as tables
 
 # What the program's reader looks for and holds, stated here once more so that a slip in the
@@ -26,24 +33,19 @@ JOURNAL_END = "******* Journal-end   *******"
 MARKERS = (JOURNAL_START, VARIATIONS, JOURNAL_END)
 MAX_NAME_BYTES = 500
 MAX_VARIATIONS = 20
-DROPPED_IN_KEYS = set(" \t.:;{}\\")
+LEAST_JOURNALS = 7500
+MAX_ACRONYM = 5  # letters
 EXCEPTION_FILE = tables.SOURCE_DIR / "journal_word_exceptions.tsv"
 EXCEPTION_HEADER = "word\tabbreviation\ttitle\treason"
 # A whole title, as the word of an exception; the end of the title of an exception that
 # holds for every title with that beginning.
 ANY = "*"
-# Words that an abbreviated title leaves out.
-SILENT_WORDS = frozenset(
-    "& a al am an and at aus da de dei del della den der des di die do dos du e et for from für"
-    " fur i il in into its la las le les los no of on og och per sur the to und v van von y"
-    " zu".split()
-)
 
 
 def squeeze(name):
     """Return the key by which the program compares names: only ASCII letters lose case."""
-    kept = (c for c in name if c not in DROPPED_IN_KEYS)
-    return "".join(c.upper() if c.isascii() else c for c in kept)
+    kept = re.sub(r"[ \t.:;{}\\]+", "", name)
+    return re.sub("[a-z]+", lambda letters: letters[0].upper(), kept)
 
 
 # ---- bytes of the files ------------------------------------------------------------------
@@ -79,11 +81,13 @@ def check_name(kind, name):
         yield f"{kind} '{name[:40]}...' is {MAX_NAME_BYTES} bytes or longer"
     if any(marker in name for marker in MARKERS):
         yield f"{kind} '{name}' holds a marker"
-    if any(ord(c) < 32 or ord(c) == 127 for c in name):
+    if re.search("[\0-\37\177]", name):
         yield f"{kind} '{name!r}' holds a control character"
     # Written into a library as they stand, these would upset LaTeX or BibTeX.
     if kind != "variation" and re.search(r'[{}"#%$_~^\\]', name):
         yield f"{kind} '{name}' holds a character with a meaning in LaTeX"
+    if kind != "variation" and not tables.library_form(name).isascii():
+        yield f"{kind} '{name}' holds a letter that has no LaTeX form here"
     if "|" in name:
         yield f"{kind} '{name}' holds the separator of variations"
 
@@ -94,13 +98,18 @@ def check_row(journal):
     yield from check_name("abbreviation", journal.abbreviation)
     if len(journal.variations) > MAX_VARIATIONS:
         yield f"{len(journal.variations)} variations, {MAX_VARIATIONS} at most"
-    own = {squeeze(journal.full), squeeze(journal.abbreviation)}
+    own = {listed_key(journal.full), listed_key(journal.abbreviation)}
     for variation in journal.variations:
         yield from check_name("variation", variation)
-        key = squeeze(variation)
+        key = listed_key(variation)
         if key in own:
             yield f"variation '{variation}' is already covered by the row"
         own.add(key)
+
+
+def listed_key(name):
+    """Return the key of a name of the tables as the list has it."""
+    return squeeze(tables.library_form(name))
 
 
 def check_rows(journals):
@@ -126,8 +135,7 @@ def check_keys(journals):
     owners = {}
     for journal in journals:
         for kind, name in names_of(journal):
-            key = squeeze(name)
-            first = owners.setdefault(key, (journal, kind))
+            first = owners.setdefault(listed_key(name), (journal, kind))
             if first[0] is not journal:
                 other = first[0]
                 yield (
@@ -167,7 +175,7 @@ def check_marker_lines(name, lines):
             yield f"{name}:{number}: '{line}' is not exactly a marker"
 
 
-def check_list(path, journals):
+def check_list(path, journals, habits):
     """Yield the problems of the list: its form, and whether it is what the tables give."""
     if not path.exists():
         yield f"{path.name}: missing, run make_journals.py"
@@ -179,9 +187,9 @@ def check_list(path, journals):
     blocks, start = parse_list(lines)
     if start is None or lines[start] != LIST_START:
         yield f"{path.name}: the first line with {LIST_START} is not that word alone"
-    if text != tables.render(journals):
+    wanted = tables.list_blocks(journals, habits)
+    if text != tables.render(wanted):
         yield f"{path.name}: not what make_journals.py writes from the tables"
-    wanted = [tables.list_names(journal) for journal in journals]
     found = [[full, abbreviation, *variations] for full, abbreviation, variations in blocks]
     if found != wanted:
         yield f"{path.name}: read back, it gives {len(found)} other blocks than the tables"
@@ -196,6 +204,8 @@ def check_blocks(name, blocks):
             yield f"{name}: block {number} ({block[0]}) has {len(block) - 2} variations"
         if not block[0] or not block[1]:
             yield f"{name}: block {number} has an empty name, which ends the lookup"
+        if not (block[0] + block[1]).isascii():
+            yield f"{name}: block {number} ({block[0]}) would bring UTF-8 into a library"
         for entry in block:
             if re.search(r"(?<!\\)&", entry):
                 yield f"{name}: '{entry}' has a bare &, which would stop LaTeX"
@@ -204,176 +214,185 @@ def check_blocks(name, blocks):
                 yield f"{name}: '{entry}' stands in the blocks {first} and {number}"
 
 
+# ---- acronyms ----------------------------------------------------------------------------
+
+
+def is_acronym(name):
+    """Tell whether a spelling is one of capitals only, up to five of them."""
+    letters = re.sub("[^A-Za-z]", "", name)
+    return letters.isupper() and len(letters) <= MAX_ACRONYM and len(name) <= 2 * MAX_ACRONYM
+
+
+def initials(title):
+    """Return the initials of a title: of its sounding words, of all, and with "&"."""
+    words = [word for word in iso4.title_words(title)]
+    names = [word for word in words if word != "&"]
+    joined = ["&" if word.casefold() in ("and", "&") else word for word in words]
+    choices = [
+        [word for word in names if not iso4.is_silent(word)],
+        names,
+        [word for word in joined if word == "&" or not iso4.is_silent(word)],
+    ]
+    return {"".join(word[0] for word in choice).upper() for choice in choices}
+
+
+def titles_by_initials(journals):
+    """Return the titles that have given initials."""
+    titles = defaultdict(set)
+    for journal in journals:
+        for letters in initials(journal.full):
+            titles[letters].add(journal.full)
+    return titles
+
+
+def check_acronyms(journals, acronyms):
+    """Yield acronyms without a reason, and those whose list of other journals is wrong."""
+    titles = titles_by_initials(journals)
+    listed = {acronym for _, acronym, *_ in acronyms}
+    for place, acronym, full, reason, others in acronyms:
+        found = titles[re.sub("[^A-Z0-9&]", "", acronym)] - {full}
+        if not is_acronym(acronym):
+            yield f"{place}: '{acronym}' is not of one to {MAX_ACRONYM} capitals"
+        if not reason:
+            yield f"{place}: '{acronym}' has no reason"
+        if others != "; ".join(sorted(found)):
+            yield f"{place}: '{acronym}' is also of: {'; '.join(sorted(found)) or 'none'}"
+    for journal in journals:
+        for variation in journal.variations:
+            if is_acronym(variation) and variation not in listed:
+                yield f"{journal.place}: '{variation}' belongs into {tables.ACRONYM_FILE.name}"
+
+
 # ---- words -------------------------------------------------------------------------------
 
 
-def title_words(title):
-    """Return the words of a title without punctuation and elided articles."""
-    words = (word.strip(",:;()[]'") for word in title.split())
-    words = (re.sub(r"^[dlDL]['’]", "", word) for word in words)
-    return [word for word in words if word.strip(".-–/")]
-
-
 def short_words(abbreviation):
-    """Return the words of an abbreviation without a place or year in brackets behind it."""
-    return title_words(re.sub(r" \([^()]*\)$", "", abbreviation))
-
-
-def is_silent(word):
-    """Tell whether an abbreviation leaves a word out; the A of "Physica A" stays."""
-    return word.casefold() in SILENT_WORDS and not (len(word) == 1 and word.isupper())
-
-
-def letters_of(word):
-    """Return the letters and digits of a word without accents and case."""
-    plain = unicodedata.normalize("NFD", word.casefold())
-    return [c for c in plain if c.isalnum()]
-
-
-def is_contraction(short, word):
-    """Tell whether the letters of an abbreviated word stand in the word in this order."""
-    letters, source = letters_of(short), letters_of(word)
-    if not letters or letters[:1] != source[:1]:
-        return False
-    rest = iter(source)
-    return all(c in rest for c in letters)
-
-
-def align(words, shorts):
-    """Return the pairs of title words and abbreviated words, or None when none fits.
-
-    The abbreviated words keep the order of the title. A title word may be passed over;
-    of all ways the one that passes over the fewest sounding words is taken, and of
-    these the one with the most words left as they are.
-    """
-    best = {0: ((0, 0), [])}  # abbreviated words used -> ((passed over, shortened), pairs)
-    for word in words:
-        cost = 0 if is_silent(word) else 1
-        following = {}
-        for used, ((passed, shortened), pairs) in best.items():
-            options = [(used, (passed + cost, shortened), pairs)]
-            if used < len(shorts) and is_contraction(shorts[used], word):
-                price = (passed, shortened + (shorts[used] != word))
-                options.append((used + 1, price, pairs + [(word, shorts[used])]))
-            for key, price, chain in options:
-                if key not in following or price < following[key][0]:
-                    following[key] = (price, chain)
-        best = following
-    return best.get(len(shorts), (None, None))[1]
-
-
-def word_forms(journals):
-    """Return, for every title word, its abbreviations with the rows that use them.
-
-    Titles of one word are not abbreviated at all and say nothing about the word.
-    """
-    forms = defaultdict(lambda: defaultdict(list))
-    strangers = []
-    for journal in journals:
-        words, shorts = title_words(journal.full), short_words(journal.abbreviation)
-        if len(words) < 2:
-            continue
-        pairs = align(words, shorts)
-        if pairs is None:
-            strangers.append(journal)
-            continue
-        for word, short in pairs:
-            forms[word.casefold()][short.casefold()].append((journal, short))
-    return forms, strangers
+    """Return the words of an abbreviation, for comparison without regard to case."""
+    return [word.casefold() for word in iso4.title_words(abbreviation)]
 
 
 def read_exceptions(path=EXCEPTION_FILE):
     """Return the exceptions as (word, abbreviation, title) and the problems of their file."""
-    lines = path.read_text(encoding="utf-8").split("\n")
-    problems = [] if lines[0] == EXCEPTION_HEADER else [f"{path.name}:1: wrong header"]
-    exceptions = {}
-    for number, line in enumerate(lines[1:-1], start=2):
-        cells = line.split("\t")
-        if len(cells) != 4 or not all(cells):
-            problems.append(f"{path.name}:{number}: four filled columns are needed")
-            continue
-        key = (cells[0].casefold(), cells[1].casefold(), cells[2])
+    exceptions, problems = {}, []
+    for place, cells in tables.read_cells(path, EXCEPTION_HEADER):
+        if not all(cells):
+            problems.append(f"{place}: four filled columns are needed")
+        key = tuple(cells[:3])
         if key in exceptions:
-            problems.append(f"{path.name}:{number}: stands twice")
-        exceptions[key] = number
+            problems.append(f"{place}: stands twice")
+        exceptions[key] = place
     return exceptions, problems
 
 
-def matching_exceptions(exceptions, word, short, title):
-    """Return the exceptions that allow this abbreviation of a word in this title."""
-    return {
+def exceptions_by_word(exceptions, title):
+    """Return the exceptions that hold for a title."""
+    return [
         key
         for key in exceptions
-        if key[:2] == (word.casefold(), short.casefold())
-        and (key[2] == title or (key[2].endswith(ANY) and title.startswith(key[2][:-1])))
-    }
+        if key[2] == title or (key[2].endswith(ANY) and title.startswith(key[2][:-1]))
+    ]
 
 
-def judge_word(word, by_short, exceptions):
-    """Return the rows that write a word in another way than most, and the exceptions used.
+def without_sections(words):
+    """Return the words of a title without "Part", "Section" and the like before a letter."""
+    return [
+        word
+        for word, following in zip(words, words[1:] + [""])
+        if word.casefold() not in iso4.SECTION_WORDS or len(following) > 3
+    ]
 
-    Rows with an exception have no say in what the usual form is.
+
+def allowed_titles(title):
+    """Return the ways to read a title: whole, without its subtitle, without "Part" and so on.
+
+    What stands in brackets at the end of an abbreviation, a place, is compared apart.
     """
-    allowed = {
-        (short, journal): matching_exceptions(exceptions, word, short, journal.full)
-        for short, rows in by_short.items()
-        for journal, _ in rows
-    }
-    plain = [place for place, found in allowed.items() if not found]
-    counts = Counter(short for short, _ in plain)
-    usual = max(counts, key=lambda short: (counts[short], short)) if counts else None
-    odd = [(usual, short, journal) for short, journal in plain if short != usual]
-    used = {key for (short, _), found in allowed.items() if short != usual for key in found}
-    return odd, used
+    main = title.split(": ")[0]
+    readings = dict.fromkeys([title, main])
+    return list(dict.fromkeys(
+        form
+        for reading in readings
+        for form in (reading, " ".join(without_sections(reading.split(" "))))
+    ))
+
+
+def check_abbreviation(journal, words, exceptions, used):
+    """Return what ISO 4 makes of a title when the row has something else, or None."""
+    given = re.sub(r" \([^()]*\)$", "", journal.abbreviation)
+    given = {tuple(short_words(given)), tuple(short_words(journal.abbreviation))}
+    holding = exceptions_by_word(exceptions, journal.full)
+    for key in holding:
+        if key[0] == ANY and key[1] == journal.abbreviation:
+            used.add(key)
+            return None
+    own = {word.casefold(): short for word, short, _ in holding}
+    plain, first = words.short, None
+    for overrides in ({}, own):
+        words.short = {**plain, **overrides} if overrides else plain
+        for title in allowed_titles(journal.full):
+            shorts, unknown = words.abbreviate(title)
+            first = first or " ".join(shorts)
+            if not unknown and tuple(s.casefold() for s in shorts) in given:
+                words.short = plain
+                used.update(key for key in holding if overrides)
+                return None
+    words.short = plain
+    return f"{first} (no row for {unknown})" if unknown else first
 
 
 def check_words(journals):
-    """Yield words that are abbreviated in different ways, and exceptions without use."""
+    """Yield abbreviations that are not those of ISO 4, and rows and exceptions without use."""
     exceptions, problems = read_exceptions()
-    yield from problems
-    forms, strangers = word_forms(journals)
+    words, faults = iso4.read_words(tables.read_cells(iso4.WORD_FILE, iso4.WORD_HEADER))
+    yield from problems + faults
     used = set()
-    for journal in strangers:
-        allowed = matching_exceptions(exceptions, ANY, journal.abbreviation, journal.full)
-        used |= allowed
-        if not allowed:
+    for journal in journals:
+        wanted = check_abbreviation(journal, words, exceptions, used)
+        if wanted is not None:
             yield (
-                f"{journal.place}: '{journal.abbreviation}' is no contraction of"
-                f" '{journal.full}'"
-            )
-    for word, by_short in sorted(forms.items()):
-        odd, used_here = judge_word(word, by_short, exceptions)
-        used |= used_here
-        for usual, short, journal in odd:
-            yield (
-                f"{journal.place}: {journal.full}: '{word}' is '{short}' here and"
-                f" '{usual}' elsewhere"
+                f"{journal.place}: '{journal.abbreviation}' of '{journal.full}' would be"
+                f" '{wanted}'"
             )
     # A table that is not there yet may be the one that needs an exception.
     complete = all((tables.TABLE_DIR / f"{field}.tsv").exists() for field in tables.FIELDS)
-    for key in sorted(exceptions.keys() - used if complete else ()):
-        yield f"{EXCEPTION_FILE.name}:{exceptions[key]}: no row needs this exception"
+    if complete:
+        for key in sorted(exceptions.keys() - used):
+            yield f"{exceptions[key]}: no row needs this exception"
+        for word in sorted(words.short.keys() - words.used):
+            yield f"{iso4.WORD_FILE.name}: no title has '{word}'"
+
+
+def check_everything(list_file):
+    """Return the number of journals and all problems."""
+    journals = tables.read_journals()
+    acronyms, habits = tables.read_acronyms(), tables.read_habits()
+    problems = [*check_rows(journals), *check_acronyms(journals, acronyms)]
+    problems += check_words(journals)
+    tables.add_acronyms(journals, acronyms)
+    problems += [*check_keys(journals), *check_list(list_file, journals, habits)]
+    if len(journals) < LEAST_JOURNALS:
+        problems.append(f"{len(journals)} journals, at least {LEAST_JOURNALS} are wanted")
+    return len(journals), problems
 
 
 def main(arguments):
     """Run all checks and print what they find."""
     list_file = Path(arguments[0]) if arguments else tables.OUTPUT_FILE
     table_files = sorted(tables.TABLE_DIR.glob("*.tsv"))
-    problems = [p for path in [*table_files, EXCEPTION_FILE] for p in check_bytes(path)]
+    others = [EXCEPTION_FILE, iso4.WORD_FILE, tables.ACRONYM_FILE, tables.HABIT_FILE]
+    problems = [p for path in table_files + others for p in check_bytes(path)]
     known = {f"{field}.tsv" for field in tables.FIELDS}
     problems += [f"{p.name}: no such field" for p in table_files if p.name not in known]
+    count = 0
     try:
-        journals = tables.read_journals()
+        count, more = check_everything(list_file)
+        problems += more
     except (tables.TableError, UnicodeDecodeError) as error:
         problems.append(str(error))
-        journals = []
-    for check in (check_rows, check_keys, check_words):
-        problems += check(journals)
-    problems += check_list(list_file, journals)
     for problem in problems:
         print(problem)
-    print(f"{len(journals)} journals, {len(problems)} problems")
-    return 1 if problems or not journals else 0
+    print(f"{count} journals, {len(problems)} problems")
+    return 1 if problems or not count else 0
 
 
 if __name__ == "__main__":

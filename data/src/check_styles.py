@@ -19,7 +19,7 @@ COMMANDS = [DATA / "LaTeXCommands" / name
 
 MAX_LINE = 998  # bytes, line break included; the program reads 999 at a time
 DEFINITIONS = 71
-MAX_ROWS = 2000
+MAX_ROWS = 6000
 COMMENT_MARK = b"; // "
 
 # How many values a reference gets, by style and kind.

@@ -11,12 +11,20 @@ The order of the rows matters, since every row works on what the rows before it
 left. It is:
 
   1. everything with a name of its own, the longest command first, so that no
-     row hides a longer one (\\in must not eat into \\infty);
+     row hides a longer one (\\in must not eat into \\infty), and guards for the
+     commands that no row names (\\inept must stay \\inept);
   2. sub- and superscripts, digit by digit;
   3. ASCII table only: characters that stand in the library as UTF-8;
   4. "$", "{" and "}", which are dropped;
   5. stand-ins for characters that the rows before would have dropped or taken
-     for markup: "\\$" becomes "\\dollar" in 1 and "$" here.
+     for markup: "\\$" becomes "\\dollar" in 1 and "$" here;
+  6. what is left of a backslash: that of a command or an accent stays, that of
+     "\\ " goes.
+
+A guard gives a command that no row names, but whose beginning is a row, another
+first byte in place of its backslash; the last row of all gives the backslash back.
+Short names are guarded against every letter that may follow, the others against
+the commands of latex_standard_commands.txt.
 
 A replacement scan never starts a match at the byte after a replacement, so of
 two adjacent equal commands a row turns only the first. Accents, Greek
@@ -29,9 +37,19 @@ import sys
 import unicodedata
 
 SOURCE = pathlib.Path(__file__).resolve().with_name("latex_commands.tsv")
+STANDARD = SOURCE.with_name("latex_standard_commands.txt")
 TARGET_DIR = SOURCE.parent.parent / "LaTeXCommands"
 UTF8, ASCII = "LaTeXCommands_linux.tvl", "LaTeXCommands_ascii.tvl"
-MAX_ROWS = 2000
+MAX_ROWS = 6000
+
+# The byte of a guarded backslash: one that no text has.
+GUARD = "\x1d"
+GUARDED_LENGTH = 2  # letters of a name
+GUARDED_LONGER = ("text", "emph", "tiny", "big", "cap", "chi", "cup", "dot", "eta", "hat",
+                  "int", "ker", "log", "max", "mid", "min", "mod", "phi", "psi", "rho", "sum",
+                  "tau", "top", "url", "vec")
+CAPITALS_AFTER = ("S", "P", "Pi", "Xi", "Re", "Im", "TeX", "LaTeX", "MF", "MP", "PDF", "TUG",
+                  "XML", "WEB", "AmS", "Xy")
 
 NO_BREAK_SPACE = "\u00a0"
 
@@ -104,9 +122,6 @@ STAND_INS = [
     (r"\lbrace", "{", "{"), (r"\rbrace", "}", "}"), (r"\dollar", "$", "$"),
     (r"\underscore", "_", "_"), (r"\asciicircum", "^", "^"),
     (r"\asciitilde", "~", "~"), (r"\mdash", "—", "--"),
-    (r"\backslash", "\\", "\\"),
-    # What is left of "\ " after an abbreviation ("et al.\ in").
-    (".\\", ".", "."), ("…\\", "…", "..."),
 ]
 
 HEADER = """\
@@ -131,6 +146,8 @@ HEADER = """\
 # the same row. So what can stand twice side by side ("\\'e\\'e") is listed twice.
 # "$", "{{" and "}}" go last. What must survive them has a stand-in until then:
 # "\\$" is turned into "\\dollar" and that into "$" by one of the last rows.
+# A command that no row names, but whose beginning is one, gets the byte 1D
+# (hexadecimal) for its backslash until the last row, so that it stays whole.
 #
 # {note}
 #
@@ -226,8 +243,8 @@ def bar_rows():
 
 def table_rows():
     """Rows of latex_commands.tsv, its abbreviations written out."""
-    utf8 = {"-": "", "SP": NO_BREAK_SPACE, "U+202F": "\u202f"}
-    plain = {"-": "", "SP": "~", "HYPHEN": "-"}
+    utf8 = {"-": "", "SP": NO_BREAK_SPACE, "U+202F": "\u202f", "GUARD": GUARD}
+    plain = {"-": "", "SP": "~", "HYPHEN": "-", "GUARD": GUARD}
     rows = []
     lines = SOURCE.read_text(encoding="utf-8").splitlines()
     for number, line in enumerate(lines, 1):
@@ -319,6 +336,48 @@ def can_repeat(command):
     return not accent or command.rstrip("}")[-1] in "aeiouyAEIOUY"
 
 
+def standard_commands():
+    """The names of LaTeX's own commands, without the backslash."""
+    lines = STANDARD.read_text(encoding="utf-8").splitlines()
+    return sorted({word for line in lines if not line.startswith("#") for word in line.split()})
+
+
+def longest_prefix(name, names):
+    """The longest of the names that `name` goes on from, or None."""
+    return next((name[:n] for n in range(len(name) - 1, 0, -1) if name[:n] in names), None)
+
+
+def guard_rows(rows):
+    """Rows that keep whole what a row would take the beginning of."""
+    names = {row[0][1:] for row in rows if row[0][:1] == "\\" and row[0][1:].isalpha()}
+    for stand_in, _, _ in STAND_INS:
+        if longest_prefix(stand_in[1:], names):
+            sys.exit(f"the beginning of the stand-in {stand_in} is a row")
+    lower = BASE_LETTERS[26:]
+    short = {name for name in names if len(name) <= GUARDED_LENGTH}
+    guarded = {name + letter for name in short | set(GUARDED_LONGER) for letter in lower}
+    guarded |= {name + letter for name in CAPITALS_AFTER for letter in BASE_LETTERS}
+    for command in standard_commands():
+        prefix = longest_prefix(command, names)
+        if command not in names and prefix:
+            guarded.add(command[:len(prefix) + 1])
+    taken = {row[0] for row in rows}
+    return [("\\" + name, GUARD + name) for name in sorted(guarded) if "\\" + name not in taken]
+
+
+def before_command_rows(rows):
+    """Rows for a guarded name before another command, to be applied before all others.
+
+    What that command is replaced by may begin with a letter: "\\pi\\sin" must not become
+    "\\pisin", which would count as a command of its own. A name that has rows together
+    with the next command ("\\bar\\nu") is left to them.
+    """
+    guarded = {row[0][:end] for row in guard_rows(rows) for end in range(2, len(row[0]))}
+    guarded -= {command.rpartition("\\")[0] for command, _ in rows}
+    return [(command + "\\", text + "\\") for command, text in dict(reversed(rows)).items()
+            if command in guarded and command[1:].isalpha() for _ in range(2)]
+
+
 def named_rows(name):
     """Block 1 of a table."""
     column = {UTF8: 1, ASCII: 2}[name]
@@ -331,8 +390,10 @@ def named_rows(name):
     if name == ASCII:
         rows += ascii_only_rows()
     rows = [row for row in rows if row[0] != row[1]]
+    first = before_command_rows(rows)
+    rows += guard_rows(rows)
     repeated = [row for row in longest_first(rows) for _ in range(2 if row[0] in twice else 1)]
-    return [(row[0], row[column]) for row in letter_before_command_rows()] + repeated
+    return [(row[0], row[column]) for row in letter_before_command_rows()] + first + repeated
 
 
 def all_rows(name):
@@ -346,7 +407,8 @@ def all_rows(name):
         rows += raw_character_rows(accent_rows() + long_letter_rows() + greek_rows() + table_rows())
     rows += [(c, "") for c in "${}" for _ in range(3)]
     rows += [(row[0], row[column]) for row in STAND_INS for _ in range(2)]
-    return rows
+    rows += [("\\" + sign, GUARD + sign) for sign in [*BASE_LETTERS, *SYMBOL_ACCENTS]]
+    return rows + [("\\", ""), (GUARD, "\\")]
 
 
 def render(name):

@@ -147,7 +147,9 @@ raise_main
 expect_window "$main"
 press alt+q
 expect_end
-grep -v Gtk- "$work/err" | grep -q . && fail "$(cat "$work/err")"
+# GTK's own remarks on the desktop around it may stand there; one of them has a second line.
+grep -v -e Gtk- -e '^This may indicate that pixbuf loaders' "$work/err" | grep -q . &&
+  fail "$(cat "$work/err")"
 
 # The close button does the same.
 start

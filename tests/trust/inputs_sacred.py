@@ -26,6 +26,8 @@ def fresh(name):
 
 
 def put(path, data, mode=0o640):
+    if os.path.lexists(path):
+        os.unlink(path)  # it may be read-only
     with open(path, "wb") as file:
         file.write(data)
     os.chmod(path, mode)
