@@ -11,6 +11,7 @@
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
+#include "ops/entries/entry_record.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 #include "warnings/tag_warnings.h"
@@ -75,7 +76,8 @@ class TagCleaner {
   StringOutcome HandleStringLine(Line& line);
   bool CheckEmptyEntry(Line& line);
   TagOutcome SortTags(Line& line);
-  std::optional<std::size_t> ReadTag(Line& line, std::string& name, std::string& value);
+  std::optional<std::size_t> ReadTag(Line& line, std::string& name);
+  void ReadValue(Line& line);
   void WriteTag(const TagRule& rule, std::string_view value);
 
   LineStream& input_;
@@ -85,6 +87,13 @@ class TagCleaner {
   TagWarnings& warnings_;
   const NameMatcher filter_{kFilterNames};
   const NameMatcher tags_{kTagNames};
+  LongValues long_values_;  // entries are read again where a head stands among their tags
+  FieldValue value_;        // of the tag that was read last
+  // The lines before the last head that hold no tag, from one offset to the other. An entry that
+  // comes to them again, after a value that went on over many entries, skips them: entries that do
+  // not close would take the square of their number.
+  std::size_t untagged_begin_ = 0;
+  std::size_t untagged_end_ = 0;
 };
 
 /// Gives the text without every blank, tab, '.', ':' and ';'.
@@ -177,22 +186,29 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 
   const std::size_t after_head = input_.Position();
   std::string name;
-  std::string value;
   std::string removed;
   bool wrote_tag = false;
   bool at_next_head = false;
+  std::size_t untagged = after_head;
   while (!at_next_head && ReadLine(input_, limits::kTagLine, line)) {
+    const std::size_t line_end = input_.Position();
     if (IsKnownEntry(line)) {
       at_next_head = true;
-    } else if (const auto tag = ReadTag(line, name, value)) {
+      untagged_begin_ = untagged;
+      untagged_end_ = input_.Position() - line.Text().size();
+    } else if (const auto tag = ReadTag(line, name)) {
       const bool removes = settings_.RemoveTag[*tag] != 0;
       if (removes) {
         removed.append(name).append(", ");
       } else {
-        WriteTag(kTagRules[*tag], value);
+        WriteTag(kTagRules[*tag], value_.Text());
         wrote_tag = true;
       }
+      untagged = input_.Position();
     }
+    if (input_.Position() != line_end) untagged = input_.Position();  // after a value of no tag
+    const std::size_t next = input_.Position();
+    if (next >= untagged_begin_ && next < untagged_end_) input_.SetPosition(untagged_end_);
   }
   library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");
@@ -206,14 +222,14 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 }
 
 /// Reads the tag of a line after a head: the row of `kTagRules` that serves it, its name as it
-/// stands there, squeezed, and its value. Nothing for a line that holds no known tag.
-std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name, std::string& value) {
+/// stands there, squeezed, and into `value_` its value. Nothing for a line that holds no known tag.
+std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
   const std::size_t place = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
     warnings_.NotePassed(line.Text(), place);
     return std::nullopt;
   }
-  ReadFieldValue(line, input_, value);
+  ReadValue(line);
   SqueezeTagName(CopyUntilChar(line.Text(), '='), name);
   const int tag = tags_.First(name);
   if (tag < 0) {
@@ -222,6 +238,21 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name, st
   }
   warnings_.NoteTag();
   return static_cast<std::size_t>(tag);
+}
+
+/// Reads the line's value. Long values are looked up only where the tag's name ends before the
+/// value begins (else the name goes on in the joined line) and the line is as it stands in the
+/// file.
+void TagCleaner::ReadValue(Line& line) {
+  const std::string_view text = line.Text();
+  const std::size_t brace = text.find('{');
+  const bool named_before = brace != std::string_view::npos && text.find('=') < brace;
+  const bool in_file = text.data() + text.size() == input_.Bytes().data() + input_.Position();
+  const auto found = named_before && in_file ? long_values_.LookUp(text, input_) : std::nullopt;
+  if (found) return value_.SetView(*found);
+  const std::size_t start = input_.Position();
+  ReadFieldValue(line, input_, value_.SetJoined());
+  long_values_.CountRead(input_.Position() - start);
 }
 
 void TagCleaner::WriteTag(const TagRule& rule, std::string_view value) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 #include "ops/entries/cited_entries.h"
 #include "ops/operations.h"
@@ -157,7 +158,7 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
 
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
                   std::vector<std::size_t>* places) {
-  std::unordered_set<std::string> known(keys.begin(), keys.end());
+  std::unordered_set<std::string, KeyedStringHash> known(keys.begin(), keys.end());
   const auto store = [&](const std::string& key) {
     if (!known.insert(key).second) return;
     keys.push_back(key);

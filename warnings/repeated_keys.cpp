@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/repeated_keys.h"
 
-#include <functional>
-
+#include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -10,7 +9,7 @@ namespace tarvel {
 void RepeatedKeys::Check(const EntryHead& head) {
   upper_ = head.key;
   StringToUpper(upper_);
-  const std::size_t hash = std::hash<std::string>()(upper_);
+  const std::size_t hash = KeyedHash(upper_);
   const auto offset = static_cast<std::size_t>(head.key.data() - library_.data());
   const auto earlier = offsets_.FindOrPut(
       hash, offset, [&](std::size_t other) { return EqualNoCase(KeyAt(other), head.key); });

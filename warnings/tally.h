@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "core/keyed_hash.h"
+
 namespace tarvel {
 
 /// How often something occurs in a file, and where first.
@@ -30,13 +32,7 @@ class Tally {
   std::vector<std::pair<std::string_view, Occurrences>> ByCount() const;
 
  private:
-  struct Hash {
-    using is_transparent = void;  // a name is looked up without making a string of it
-    std::size_t operator()(std::string_view name) const {
-      return std::hash<std::string_view>()(name);
-    }
-  };
-  std::unordered_map<std::string, Occurrences, Hash, std::equal_to<>> names_;
+  std::unordered_map<std::string, Occurrences, KeyedStringHash, std::equal_to<>> names_;
 };
 
 }  // namespace tarvel

@@ -4,13 +4,12 @@
 #include <algorithm>
 #include <functional>
 
+#include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
 
 namespace {
-
-std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
 
 bool IsHead(std::string_view text) {
   Line line(text);
@@ -22,7 +21,7 @@ bool IsHead(std::string_view text) {
 CitedEntries::CitedEntries(const std::vector<std::string>& keys)
     : keys_(keys), heads_(keys.size()) {
   for (std::size_t i = keys.size(); i-- > 0;) {
-    index_.Put(HashOf(keys[i]), i, [&](std::size_t other) { return keys[other] == keys[i]; });
+    index_.Put(KeyedHash(keys[i]), i, [&](std::size_t other) { return keys[other] == keys[i]; });
     longest_ = std::max(longest_, keys[i].size());
   }
 }
@@ -67,7 +66,7 @@ bool CitedEntries::FindOnLine(std::string_view text, std::size_t position) {
     if (comma - brace - 1 > longest_) continue;
     const std::string_view between = text.substr(brace + 1, comma - brace - 1);
     const auto key =
-        index_.Find(HashOf(between), [&](std::size_t i) { return keys_[i] == between; });
+        index_.Find(KeyedHash(between), [&](std::size_t i) { return keys_[i] == between; });
     if (key && !heads_[*key]) on_line_.push_back(*key);
   }
   if (on_line_.empty()) return false;

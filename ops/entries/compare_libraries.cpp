@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ops/entries/compare_libraries.h"
 
-#include <functional>
-
+#include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -52,8 +51,6 @@ bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
   return closed;
 }
 
-std::size_t HashOfKey(std::string_view key) { return std::hash<std::string_view>()(key); }
-
 bool HasContent(const KnownEntry& entry, std::string_view type, const ComparedValues& values) {
   return entry.type == type && entry.compared == values;
 }
@@ -86,7 +83,7 @@ FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
                         .key = store_.Keep(record.key),
                         .compared = compared,
                         .start = *start,
-                        .key_hash = HashOfKey(record.key),
+                        .key_hash = KeyedHash(record.key),
                         .content_hash = ContentHash(found.type, compared)});
   }
   BuildIndexes();
@@ -113,7 +110,7 @@ Matches FirstLibrary::Find(const EntryRecord& entry) const {
   const ComparedValues values =
       type.rule ? ComparedValuesOf(type.rule->group, entry) : ComparedValues();
   const auto by_key = by_key_.Find(
-      HashOfKey(entry.key), [&](std::size_t number) { return entries_[number].key == entry.key; });
+      KeyedHash(entry.key), [&](std::size_t number) { return entries_[number].key == entry.key; });
   const KnownEntry* first_by_key = by_key ? &entries_[*by_key] : nullptr;
   // An entry that lacks a tag is found nowhere: only complete ones are in the index.
   if (!type.rule || !values.Complete()) return {first_by_key, nullptr};

@@ -67,6 +67,7 @@ void EntryRecord::Start(std::string_view head) {
 
 std::optional<std::string_view> LongValues::LookUp(std::string_view line, LineStream& stream) {
   if (read_ <= 2 * stream.Bytes().size() || line.back() != '\n') return std::nullopt;
+  if (ValueOnLine(line)) return std::nullopt;
   if (!joined_ && !stream.LoadAll()) return std::nullopt;
   if (!joined_) joined_.emplace(stream.Bytes());
   const auto start = static_cast<std::size_t>(line.data() - stream.Bytes().data());

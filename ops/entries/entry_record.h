@@ -142,9 +142,9 @@ struct EntryRecord {
 /// joined text of the file.
 class LongValues {
  public:
-  /// The value behind the first "{" of `line`, a line of `stream` that does not end it; the stream
-  /// is then behind the line that does. The view lives as long as this. Nothing, and nothing is
-  /// read, while the value is to be read line by line.
+  /// The value after the first "{" of `line`, a view into the bytes of `stream`; the stream is then
+  /// after the line that ends the value. The view lives as long as this. Nothing, and nothing is
+  /// read, where the line ends the value itself, and while values are to be read line by line.
   std::optional<std::string_view> LookUp(std::string_view line, LineStream& stream);
   /// Takes note of the bytes that were read for a value.
   void CountRead(std::size_t bytes) { read_ += bytes; }

@@ -2,7 +2,8 @@
 #include "ops/entries/group_rules.h"
 
 #include <algorithm>
-#include <functional>
+
+#include "core/keyed_hash.h"
 
 namespace tarvel {
 
@@ -108,13 +109,14 @@ ComparedValues Collect(const TypeGroup& group, const EntryRecord& entry, Get get
   return compared;
 }
 
-/// Of a long value only both ends and the size count: values that never close reach to the end of
-/// the library, and there may be one for each entry.
+/// Of a value over 64 KiB only both ends and the size count: values that never close reach to the
+/// end of the library, and there may be one for each entry. Of other values so long a library of
+/// 20 MB holds 300, too few for comparing them to matter.
 std::size_t HashOf(std::string_view value) {
-  constexpr std::size_t kEnd = 2048;
-  const std::hash<std::string_view> hash;
-  if (value.size() <= 2 * kEnd) return hash(value);
-  return hash(value.substr(0, kEnd)) ^ hash(value.substr(value.size() - kEnd)) * 31 ^ value.size();
+  constexpr std::size_t kEnd = std::size_t{1} << 15;
+  if (value.size() <= 2 * kEnd) return KeyedHash(value);
+  return KeyedHash(value.substr(0, kEnd)) + 31 * KeyedHash(value.substr(value.size() - kEnd)) +
+         value.size();
 }
 
 }  // namespace
@@ -252,7 +254,7 @@ std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
   for (std::size_t i = 0; i < values.count; ++i) {
     hash = hash * kMultiplier + HashOf(values.values[i]);
   }
-  return hash ^ std::hash<std::string_view>()(type);
+  return hash * kMultiplier + KeyedHash(type);
 }
 
 Content JudgeContent(const ComparedValues& one, const ComparedValues& two) {

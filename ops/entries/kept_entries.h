@@ -10,8 +10,10 @@
 #include <memory>
 #include <set>
 #include <string_view>
+#include <type_traits>
 
 #include "core/hash_index.h"
+#include "core/keyed_hash.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
 
@@ -86,7 +88,12 @@ class GroupTable {
   }
 
  private:
-  static std::size_t HashOf(const Id& id) { return std::hash<Id>()(id); }
+  static std::size_t HashOf(const Id& id) {
+    if constexpr (std::is_integral_v<Id>)
+      return id;  // a hash itself
+    else
+      return KeyedHash(id);
+  }
   auto IsGroupOf(const Id& id) const {
     return [this, &id](std::size_t number) { return groups_[number].id == id; };
   }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ops/journals/journal_table.h"
 
+#include <algorithm>
 #include <array>
 
+#include "core/ascii.h"
+#include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 
 namespace tarvel {
@@ -51,6 +54,18 @@ std::string SearchKeyOf(std::string_view name) {
   return key;
 }
 
+constexpr std::size_t kBuckets = 1024;
+
+/// The bucket of a name, by the first and the last byte of its search key.
+std::size_t BucketOf(std::string_view name) {
+  const auto counts = [](char byte) { return !kLeftOut[static_cast<unsigned char>(byte)]; };
+  const auto first = std::find_if(name.begin(), name.end(), counts);
+  if (first == name.end()) return 0;
+  const auto last = std::find_if(name.rbegin(), name.rend(), counts);
+  const auto low_bits = [](char byte) { return static_cast<std::size_t>(ToUpper(byte)) & 31; };
+  return low_bits(*first) * 32 + low_bits(*last);
+}
+
 }  // namespace
 
 void SqueezeJournalName(std::string_view source, std::string& destination) {
@@ -92,9 +107,8 @@ void JournalTable::ReadVariations(Journal& journal) {
   }
 }
 
-/// The order of the insertions is the order of the search: of equal keys the first stays.
 void JournalTable::BuildIndex() {
-  found_by_key_.reserve(2 * journals_.size() + variations_.size());
+  buckets_.resize(kBuckets);
   for (const auto name : {&Journal::abbreviation, &Journal::full_name}) {
     for (std::size_t i = 0; i < journals_.size() && !(journals_[i].*name).empty(); ++i) {
       Add(journals_[i].*name, i);
@@ -104,13 +118,28 @@ void JournalTable::BuildIndex() {
 }
 
 void JournalTable::Add(std::string_view text, std::size_t index) {
-  found_by_key_.try_emplace(SearchKeyOf(text), JournalMatch{text, index});
+  buckets_[BucketOf(text)].names.push_back({text, index});
+}
+
+/// The order of the names is the order of the search: of equal search keys the first counts.
+void JournalTable::IndexBucket(Bucket& bucket) {
+  for (std::size_t number = 0; number < bucket.names.size(); ++number) {
+    const std::string key = SearchKeyOf(bucket.names[number].text);
+    bucket.index.FindOrPut(KeyedHash(key), number, [&](std::size_t other) {
+      return SearchKeyOf(bucket.names[other].text) == key;
+    });
+  }
+  bucket.is_indexed = true;
 }
 
 std::optional<JournalMatch> JournalTable::FindJournal(std::string_view value) const {
-  const auto found = found_by_key_.find(SearchKeyOf(value));
-  if (found == found_by_key_.end()) return std::nullopt;
-  return found->second;
+  Bucket& bucket = buckets_[BucketOf(value)];
+  if (!bucket.is_indexed) IndexBucket(bucket);
+  const std::string key = SearchKeyOf(value);
+  const auto found = bucket.index.Find(KeyedHash(key), [&](std::size_t other) {
+    return SearchKeyOf(bucket.names[other].text) == key;
+  });
+  return found ? std::optional(bucket.names[*found]) : std::nullopt;
 }
 
 }  // namespace tarvel

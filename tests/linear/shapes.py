@@ -1,0 +1,178 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Runs operations on libraries of hostile shapes, at one size and at four times that size, and fails
+when the time grows by more than a factor of five.
+
+shapes.py TARVEL-BATCH FRACTION [SHAPE...]
+
+The sizes below are for an optimised program; FRACTION of them is used, such as 0.25 for another.
+"""
+import os
+import resource
+import subprocess
+import sys
+import tempfile
+
+GROWTH = 5
+LONGEST = 30
+NOISE = 0.04  # seconds of CPU below which nothing is said
+
+OPERATIONS = {
+    "compare": ["compare", "lit.bib", "lit.bib"],
+    "clean-doubles": ["clean-doubles", "lit.bib"],
+    "clean-tags": ["clean-tags", "lit.bib"],
+    "clean-authors": ["clean-authors", "lit.bib"],
+    "clean-characters": ["clean-characters", "lit.bib"],
+    "journals": ["journals", "lit.bib"],
+    "text": ["text", "lit.bib"],
+    "extract": ["extract", "paper.tex", "lit.bib"],
+}
+ALL = tuple(OPERATIONS)
+
+
+def values_on_a_line(n):
+    return "@misc{k,\n" + "a=1," * n + "\n}\n"
+
+
+def braced_values_on_a_line(n):
+    return "@misc{k,\n" + "a = {1}, year = {2}, " * n + "\n}\n"
+
+
+def entries_on_a_line(n):
+    return "@misc{k, note = {1}} " * n + "\n"
+
+
+def at_signs_on_a_line(n):
+    return "@misc{k,\nnote = {" + "@" * n + "}\n}\n"
+
+
+def authors_on_a_line(n):
+    return "@misc{k,\n  author = {" + "John Smith and " * n + "Bob Jones},\n}\n"
+
+
+def words_on_a_line(n):
+    return "@article{k,\n  journal = {" + "J. of " * n + "},\n title = {" + "a {B} " * n + "},\n}\n"
+
+
+def keys_of_two_letters(n):
+    keys = ("".join("^~"[i >> bit & 1] for bit in range(20)) for i in range(n))
+    return "".join(f"@misc{{{key},\n note = {{{i}}}\n}}\n" for i, key in enumerate(keys))
+
+
+def long_values_of_other_middles(n):
+    ends = "a" * 2500
+    return "".join(f"@misc{{k{i},\n note = {{{ends}{i:08}{ends}}}\n}}\n" for i in range(n))
+
+
+def values_that_close_late(n):
+    heads = "".join(f"@book{{k{i},\nabstract={{\n" for i in range(n))
+    return heads + "}\n" * (2 * n) + "@book{last,\n title={x}\n}\n"
+
+
+def values_that_never_close(n):
+    return "".join(f"@book{{k{i},\n title={{t{i}\n author={{\n" for i in range(n))
+
+
+def entries_that_never_close(n):
+    return "".join(f"@misc{{k{i},\n note = {{n{i}}}}} title\n" for i in range(n))
+
+
+def braces(n):
+    return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
+
+
+def same_key(n):
+    return "".join(f"@misc{{k,\n note = {{{'x' * (i % 7)}}}\n}}\n" for i in range(n))
+
+
+def unknown_tags(n):
+    return "@misc{k,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
+
+
+def unknown_journals(n):
+    return "".join(f"@article{{k{i},\n journal = {{Journal {i}}},\n}}\n" for i in range(n))
+
+
+def strings(n):
+    return "".join(f"@STRING{{s{i} = {{x}}}}\n" for i in range(n)) + "@misc{k,\n note = {x}\n}\n"
+
+
+# name, maker, size, the operations
+SHAPES = (
+    (values_on_a_line, 50000, ALL),
+    (braced_values_on_a_line, 20000, ALL),
+    (entries_on_a_line, 20000, ALL),
+    (at_signs_on_a_line, 200000, ALL),
+    (authors_on_a_line, 20000, ALL),
+    (words_on_a_line, 20000, ALL),
+    (keys_of_two_letters, 20000, ALL),
+    (long_values_of_other_middles, 500, ALL),
+    (values_that_close_late, 5000, ALL),
+    (values_that_never_close, 5000, ALL),
+    (entries_that_never_close, 10000, ALL),
+    (braces, 20000, ALL),
+    (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
+    (unknown_tags, 20000, ALL),
+    (unknown_journals, 10000, ALL),
+    (strings, 20000, ALL),
+)
+
+
+def document(library):
+    """Cites every key of the library."""
+    keys = [part.split(",", 1)[0] for part in library.split("{")[1:] if "," in part[:40]]
+    cites = "".join(f"\\cite{{{key}}}\n" for key in keys[:100000])
+    return "\\begin{document}\n" + cites + "\\end{document}\n"
+
+
+def cpu(program, arguments, directory):
+    """Seconds of CPU of the faster of two runs."""
+    best = float("inf")
+    for _ in range(2):
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        try:
+            subprocess.run([program, *arguments], cwd=directory, check=False, timeout=LONGEST,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        except subprocess.TimeoutExpired:
+            return LONGEST
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        best = min(best, after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
+        if best > 1:
+            break
+    return best
+
+
+def measure(program, make, size, operation):
+    times = []
+    for factor in (1, 4):
+        with tempfile.TemporaryDirectory() as directory:
+            library = make(size * factor)
+            with open(os.path.join(directory, "lit.bib"), "w", encoding="ascii") as file:
+                file.write(library)
+            with open(os.path.join(directory, "paper.tex"), "w", encoding="ascii") as file:
+                file.write(document(library))
+            times.append(cpu(program, OPERATIONS[operation], directory))
+    return times
+
+
+def main():
+    program = os.path.abspath(sys.argv[1])
+    fraction = float(sys.argv[2])
+    wanted = sys.argv[3:]
+    slow = 0
+    for make, size, operations in SHAPES:
+        if wanted and make.__name__ not in wanted:
+            continue
+        for operation in operations:
+            one, four = measure(program, make, int(size * fraction), operation)
+            grows = four > GROWTH * max(one, NOISE)
+            slow += grows
+            if grows or wanted:
+                print(f"{make.__name__}, {operation}: {one:.3f} s, four times the size {four:.3f} s"
+                      f"{' TOO SLOW' if grows else ''}", flush=True)
+    print(f"{slow} shapes take more than {GROWTH} times the time for 4 times the size")
+    return 1 if slow else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
