@@ -3,6 +3,7 @@
 
 #include <gtk/gtk.h>
 #include <unistd.h>
+#include <wx/app.h>
 #include <wx/button.h>
 #include <wx/clipbrd.h>
 #include <wx/dataobj.h>
@@ -37,6 +38,12 @@ bool HasTerminal() {
   return has_terminal;
 }
 
+/// The text stands in a frame for its scroll bars, and that has no name to read.
+void NameForScreenReaders(const wxTextCtrl& text) {
+  GtkWidget* const inner = gtk_bin_get_child(GTK_BIN(text.GetHandle()));
+  atk_object_set_name(gtk_widget_get_accessible(inner), std::string(kTitle).c_str());
+}
+
 /// Writes the file as a whole or not at all; gives the reason, or nothing on success.
 std::string WriteFile(const std::string& path, const std::string& bytes) {
   GError* error = nullptr;
@@ -49,11 +56,14 @@ std::string WriteFile(const std::string& path, const std::string& bytes) {
 }  // namespace
 
 MessagesWindow::MessagesWindow() : wxFrame(nullptr, wxID_ANY, ToWx(kTitle)) {
+  if (const auto* main = wxDynamicCast(wxTheApp->GetTopWindow(), wxTopLevelWindow)) {
+    SetIcons(main->GetIcons());
+  }
   auto* panel = new wxPanel(this);
   text_ = new wxTextCtrl(panel, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                          wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
   text_->SetFont(wxFont(wxFontInfo(GetFont().GetPointSize()).Family(wxFONTFAMILY_TELETYPE)));
-  text_->SetName(ToWx(kTitle));
+  NameForScreenReaders(*text_);
   text_->SetInitialSize(text_->GetSizeFromTextSize(
       wxSize(kColumns * text_->GetCharWidth(), kLines * text_->GetCharHeight())));
 

@@ -21,7 +21,8 @@ void WxReporter::Box(std::string_view message, std::string_view caption) {
 }
 
 void WxReporter::Warn(std::string_view text) {
-  KeepMessage(MessageRank::kWarning, std::string(text).append("\n"));
+  // As the terminal shows it.
+  KeepMessage(MessageRank::kWarning, std::string("tarvel: warning: ").append(text).append("\n"));
   TerminalReporter::Warn(text);
 }
 

@@ -31,6 +31,13 @@ except (ImportError, ValueError) as error:
     sys.exit(SKIPPED)
 
 MAIN = "Tarvel 3.81 - Veldo Marsk, 2014"
+HELP_TITLE = "Tarvel v3.81 - Veldo Marsk"
+PREFERENCES = {  # operations and titles
+    "Extract": "Preferences for 'Extract'",
+    "Text": "Preferences for 'Text'",
+    "Journals": "Preferences for 'Journals'",
+    "Clean tags": "Preferences for Clean tags'",
+}
 FIRST = "Load first file"
 SECOND = "Load second file"
 LIBRARY = b"@ARTICLE{harrow2009,\n  author = {Harrow, E.},\n  title = {Tides},\n  doi = {1}\n}\n\n"
@@ -38,6 +45,7 @@ DOCUMENT = b"\\begin{document}\n\\cite{harrow2009}\n\\end{document}\n"
 
 SHOWING = Atspi.StateType.SHOWING
 SENSITIVE = Atspi.StateType.SENSITIVE
+CHECKED = Atspi.StateType.CHECKED
 
 
 def wait_for(what, condition, seconds=LONGEST_WAIT):
@@ -176,6 +184,10 @@ class Program:
     def titles(self):
         return list(self.windows().values())
 
+    def wait_for_state(self, node, state, value=True):
+        wait_for(f"{state.value_nick} {value}: '{node.get_name()}'",
+                 lambda: has_state(node, state) == value)
+
     def window(self, title):
         return wait_for(f"the window '{title}'",
                         lambda: next((n for n, t in self.windows().items() if t == title), None))
@@ -191,6 +203,17 @@ class Program:
     def click(self, node):
         point_at(middle(node))
         output_of("xdotool", "click", "1")
+
+    def raise_main(self):
+        output_of("xdotool", "windowactivate", "--sync", self.window(MAIN))
+        self.wait_active(MAIN)
+
+    def open_preferences(self, operation):
+        """Opens the preferences of an operation and waits until they have the focus."""
+        if active_title() != MAIN:
+            self.raise_main()
+        self.click(self.button("Preferences", f"Preferences for {operation}"))
+        self.wait_active(PREFERENCES[operation])
 
     def move(self, title, x, y):
         output_of("xdotool", "windowmove", "--sync", self.window(title), str(x), str(y))
