@@ -61,7 +61,7 @@ MessagesWindow::MessagesWindow() : wxFrame(nullptr, wxID_ANY, ToWx(kTitle)) {
   }
   auto* panel = new wxPanel(this);
   text_ = new wxTextCtrl(panel, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
-                         wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
+                         wxTE_MULTILINE | wxTE_READONLY);
   text_->SetFont(wxFont(wxFontInfo(GetFont().GetPointSize()).Family(wxFONTFAMILY_TELETYPE)));
   NameForScreenReaders(*text_);
   text_->SetInitialSize(text_->GetSizeFromTextSize(

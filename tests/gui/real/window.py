@@ -46,6 +46,7 @@ DOCUMENT = b"\\begin{document}\n\\cite{harrow2009}\n\\end{document}\n"
 SHOWING = Atspi.StateType.SHOWING
 SENSITIVE = Atspi.StateType.SENSITIVE
 CHECKED = Atspi.StateType.CHECKED
+ACTIVE = Atspi.StateType.ACTIVE
 
 
 def wait_for(what, condition, seconds=LONGEST_WAIT):
@@ -161,6 +162,17 @@ class Program:
                 pass  # a window that has just gone
             return None
         return wait_for(f"{role} '{name}' '{description}'", first)
+
+    def active_window(self, title):
+        """The window with this title, which has the focus. (A message box has another name on the
+        bus than its title.)"""
+        def first():
+            for index in range(self.root.get_child_count()):
+                node = self.root.get_child_at_index(index)
+                if node and has_state(node, ACTIVE) and active_title() == title:
+                    return node
+            return None
+        return wait_for(f"the window '{title}' on the bus", first)
 
     def button(self, name, description=None):
         return self.find("push button", name, description)
