@@ -105,11 +105,12 @@ void MessagesWindow::OnCopy(wxCommandEvent& /*event*/) {
 }
 
 void MessagesWindow::OnSave(wxCommandEvent& /*event*/) {
-  wxFileDialog dialog(this, ToWx("Save messages"), wxString(), ToWx("messages.txt"), ToWx("*"),
+  constexpr std::string_view kSave = "Save messages";
+  wxFileDialog dialog(this, ToWx(kSave), wxString(), ToWx("messages.txt"), ToWx("*"),
                       wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
   if (dialog.ShowModal() != wxID_OK) return;
   const std::string reason = WriteFile(ChosenPath(dialog.GetHandle()), bytes_);
-  if (!reason.empty()) ShowMessageBox(this, reason, kTitle);
+  if (!reason.empty()) ShowMessageBox(this, reason, kSave);
 }
 
 void MessagesWindow::OnClose(wxCloseEvent& event) {

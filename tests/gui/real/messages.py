@@ -138,7 +138,11 @@ class Messages(WindowTest):
         press("ctrl+a")
         output_of("xdotool", "type", "--delay", "20", "/proc/messages.txt")
         press("Return")
-        program.answer(MESSAGES)
+        alert = program.find("alert")
+        self.assertTrue(any("/proc/messages.txt" in node.get_name()
+                            for node in program.walk(alert)))
+        program.answer("Save messages")
+        program.wait_active(MESSAGES)
 
     def test_with_a_terminal_there_is_none(self):
         for stream in ("stdout", "stderr"):
