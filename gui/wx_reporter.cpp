@@ -21,8 +21,7 @@ void WxReporter::Box(std::string_view message, std::string_view caption) {
 }
 
 void WxReporter::Warn(std::string_view text) {
-  // As the terminal shows it.
-  KeepMessage(MessageRank::kWarning, std::string("tarvel: warning: ").append(text).append("\n"));
+  KeepMessage(MessageRank::kWarning, std::string(text).append("\n"));
   TerminalReporter::Warn(text);
 }
 
