@@ -22,10 +22,9 @@ class Keys(WindowTest):
         program = self.start()
         for operation, title in PREFERENCES.items():
             for key in ("Escape", "Return", "KP_Enter"):
-                with self.subTest(f"{key} in {title}"):
-                    program.open_preferences(operation)
-                    press(key)
-                    program.wait_gone(title)
+                program.open_preferences(operation)
+                press(key)
+                program.wait_gone(title)
         program.open_preferences("Extract")
         program.click(program.find("radio button", "Nature"))
         press("Escape")

@@ -5,7 +5,7 @@ On a screen of 1024x600.
 """
 
 from window import (FIRST, HELP_TITLE, MAIN, PREFERENCES, SECOND, WindowTest, extents,
-                    main, output_of, press, property_of)
+                    main, place_of, press, property_of)
 
 SCREEN = (1024, 600)
 HELPS = ["Extract", "Compare", "Text", "Journals", "Clean doubles", "Clean authors",
@@ -14,10 +14,7 @@ HELPS = ["Extract", "Compare", "Text", "Journals", "Clean doubles", "Clean autho
 
 def frame_of(window):
     """The place and the size of a window with its title bar: left, top, right, bottom."""
-    lines = output_of("xwininfo", "-id", window).splitlines()
-    values = dict(line.strip().split(": ", 1) for line in lines if ": " in line)
-    x, y, width, height = (int(values[key]) for key in (
-        "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+    x, y, width, height = place_of(window)
     left, right, top, bottom = (int(value) for value in
                                 property_of(window, "_NET_FRAME_EXTENTS").split(", "))
     return x - left, y - top, x + width + right, y + height + bottom

@@ -174,8 +174,9 @@ class Messages(WindowTest):
         ran = self.home / "ran"
         programs = self.home / "bin"
         programs.mkdir()
-        for name, script in {"tarvel": f'[ -t 1 ] && [ -t 2 ] && echo "$#" >"{ran}"',
-                             "x-terminal-emulator": 'shift; exec script -qec "$*" /dev/null'}.items():
+        scripts = {"tarvel": f'[ -t 1 ] && [ -t 2 ] && echo "$#" >"{ran}"',
+                   "x-terminal-emulator": 'shift; exec script -qec "$*" /dev/null'}
+        for name, script in scripts.items():
             (programs / name).write_text(f"#!/bin/sh\n{script}\n")
             (programs / name).chmod(0o755)
         starter = f"""import gi

@@ -12,6 +12,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 import urllib.parse
@@ -84,6 +85,14 @@ def active_title():
     """The title of the window that has the focus."""
     window = output_of("xdotool", "getactivewindow")
     return property_of(window, "_NET_WM_NAME")[1:-1] if window else ""
+
+
+def place_of(window):
+    """Where an X window stands on the screen, without what the window manager adds."""
+    lines = output_of("xwininfo", "-id", window).splitlines()
+    values = dict(line.strip().split(": ", 1) for line in lines if ": " in line)
+    return tuple(int(values.get(key, -1)) for key in (
+        "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
 
 def has_state(node, state):
@@ -205,7 +214,18 @@ class Program:
                         lambda: next((n for n, t in self.windows().items() if t == title), None))
 
     def wait_active(self, title):
+        """Waits until a window has the focus and knows where it stands."""
         wait_for(f"the window '{title}' with the focus", lambda: active_title() == title)
+        wait_for(f"the window '{title}' in its place", self._is_in_place)
+
+    def _is_in_place(self):
+        place = place_of(output_of("xdotool", "getactivewindow"))
+        self.root.clear_cache()
+        for index in range(self.root.get_child_count()):
+            node = self.root.get_child_at_index(index)
+            if node and has_state(node, ACTIVE) and node.get_child_count():
+                return extents(node.get_child_at_index(0)) == place
+        return False
 
     def wait_gone(self, title):
         wait_for(f"the end of the window '{title}'", lambda: title not in self.titles())
@@ -257,36 +277,43 @@ class DragSource:
     """A window of another program, from which files can be dragged."""
 
     PLACE = (10, 10)
+    REFUSAL = 0.5  # seconds without an acceptance
 
     def __init__(self, *uris):
         script = Path(__file__).parent / "drag_source.py"
         self.process = subprocess.Popen([sys.executable, script, *map(str, self.PLACE), *uris],
                                         stdout=subprocess.PIPE, text=True)
+        self.lines = []
+        self.reader = threading.Thread(target=self._read)
+        self.reader.start()
         self._wait("ready")
 
-    def _wait(self, word):
+    def _read(self):
         for line in self.process.stdout:
-            if line.strip() == word:
-                return
             self.lines.append(line.strip())
-        raise AssertionError(f"the drag source ended without '{word}'")
 
-    lines = []
+    def _wait(self, word):
+        wait_for(f"'{word}' from the drag source", lambda: word in self.lines)
 
-    def drag_to(self, place):
-        """Drags the files to a place of the screen; whether that asked for them."""
-        self.lines = []
+    def drag_to(self, place, welcome):
+        """Drags the files to a place of the screen; whether that asked for them. Drops them at once
+        when they are `welcome`, and else after a while."""
         x, y = self.PLACE
         steps = ["mousemove", x + 20, y + 20, "mousedown", 1, "mousemove", x + 40, y + 40,
-                 "mousemove", place[0] - 10, place[1], "sleep", 0.1, "mousemove", *place,
-                 "sleep", 0.2, "mouseup", 1]
+                 "mousemove", place[0] - 10, place[1], "sleep", 0.1, "mousemove", *place]
         output_of("xdotool", *map(str, steps))
+        if welcome:
+            wait_for("a place that accepts the files", lambda: self.lines[-1] == "accepted")
+        else:
+            time.sleep(self.REFUSAL)
+        output_of("xdotool", "mouseup", "1")
         self._wait("end")
         return "asked" in self.lines
 
     def stop(self):
         self.process.kill()
         self.process.wait()
+        self.reader.join()
         self.process.stdout.close()
 
 
@@ -302,11 +329,11 @@ class WindowTest(unittest.TestCase):
         self.addCleanup(program.stop)
         return program
 
-    def drag(self, uri, place):
-        """Drags one file to a place; whether that asked for it."""
+    def drag(self, uri, place, welcome=True):
+        """Drags one file to a place, which is to accept it or not; whether it asked for it."""
         source = DragSource(uri)
         try:
-            return source.drag_to(place)
+            return source.drag_to(place, welcome)
         finally:
             source.stop()
 
