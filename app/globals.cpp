@@ -24,7 +24,7 @@ void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {
     std::fprintf(stderr, "tarvel: the path of the %s is %zu bytes long; %zu are the most\n",
                  std::string(name_).c_str(), path.size(), kMostBytes);
-    std::abort();
+    std::_Exit(1);
   }
   path_ = path;
 }

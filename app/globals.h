@@ -20,7 +20,7 @@ class PathBuffer {
   explicit PathBuffer(std::string_view name) : name_(name) {}
 
   /// Takes a copy of `path`. A longer path is never cut: a line on standard error says so and the
-  /// process is aborted.
+  /// process ends with status 1.
   void Set(std::string_view path);
   const std::string& Get() const { return path_; }
   bool Empty() const { return path_.empty(); }

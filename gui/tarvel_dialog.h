@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string>
+
+#include "app/globals.h"
 #include "gui/base/gui_dialog.h"
 
 namespace tarvel {
@@ -42,7 +45,21 @@ class Tarvel_Dialog : public GUIDialog {
   void OnQuit(wxCommandEvent& event) override;
 
  private:
+  class Work;
+
+  void TakePick(PathBuffer& buffer, const FilePicker& picker, FilePicker& other);
+  void RunRow(OperationCode code);
+  void OnKey(wxKeyEvent& event);
   void EndProgram();
+
+  /// Whether the picked files may change: nothing works on them, and no box or file dialog is open.
+  bool TakesFiles() const;
+  /// The picker in whose row a file is dropped; between the rows the first that shows none, or
+  /// null.
+  FilePicker* PickerAt(wxPoint place) const;
+  bool TakeDropped(wxPoint place, const std::string& path);
+
+  bool works_ = false;  // in a handler, which may show boxes
 };
 
 }  // namespace tarvel

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/tarvel_gui_pref_clean.h"
 
+#include <vector>
+
 #include "app/globals.h"
 #include "gui/wx_text.h"
 
@@ -10,6 +12,8 @@ Tarvel_GUI_Pref_Clean* CleanPrefDialog = nullptr;
 
 namespace {
 
+std::vector<Tarvel_GUI_Pref_Clean*> open_dialogs;  // the oldest first
+
 /// Sets all flags of the dialog, the options too, and refreshes the dialog opened last.
 void SetAll(Flag value) {
   for (const PreferenceSection& section : kCleanSections) {
@@ -18,14 +22,25 @@ void SetAll(Flag value) {
   if (CleanPrefDialog) CleanPrefDialog->ShowFlags();
 }
 
+void Forget(Tarvel_GUI_Pref_Clean* dialog) {
+  std::erase(open_dialogs, dialog);
+  if (CleanPrefDialog == dialog) {
+    CleanPrefDialog = open_dialogs.empty() ? nullptr : open_dialogs.back();
+  }
+}
+
 }  // namespace
 
 Tarvel_GUI_Pref_Clean::Tarvel_GUI_Pref_Clean(wxWindow* parent)
-    : FlagHandlers(parent, wxID_ANY, ToWx("Preferences for Clean tags'")) {
-}  // no opening quote: sic
+    : FlagHandlers(parent, wxID_ANY, ToWx("Preferences for Clean tags'")) {  // one quote: sic
+  open_dialogs.push_back(this);
+}
 
-Tarvel_GUI_Pref_Clean::~Tarvel_GUI_Pref_Clean() {
-  if (CleanPrefDialog == this) CleanPrefDialog = nullptr;
+Tarvel_GUI_Pref_Clean::~Tarvel_GUI_Pref_Clean() { Forget(this); }
+
+bool Tarvel_GUI_Pref_Clean::Destroy() {
+  Forget(this);  // now: the object itself lives until the toolkit has nothing else to do
+  return FlagHandlers::Destroy();
 }
 
 void Tarvel_GUI_Pref_Clean::OnSelectAll(wxCommandEvent&) { SetAll(1); }

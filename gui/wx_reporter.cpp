@@ -1,38 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "gui/wx_reporter.h"
 
-#include <wx/cursor.h>
-#include <wx/msgdlg.h>
-#include <wx/translation.h>
-#include <wx/utils.h>
+#include <wx/app.h>
 
-#include "gui/wx_text.h"
+#include <string>
+
+#include "gui/message_box.h"
+#include "gui/messages_window.h"
 
 namespace tarvel {
 
-namespace {
-
-/// Puts the busy cursor away while a box waits for its user, and back afterwards.
-class BusyCursorPause {
- public:
-  BusyCursorPause() {
-    for (; wxIsBusy(); ++depth_) wxEndBusyCursor();
-  }
-  BusyCursorPause(const BusyCursorPause&) = delete;
-  BusyCursorPause& operator=(const BusyCursorPause&) = delete;
-  ~BusyCursorPause() {
-    for (; depth_ > 0; --depth_) wxBeginBusyCursor();
-  }
-
- private:
-  int depth_ = 0;
-};
-
-}  // namespace
+int WxReporter::Print(std::string_view text) {
+  const bool failure = text.starts_with("Attention, an error occured!");  // sic
+  KeepMessage(failure ? MessageRank::kFailure : MessageRank::kRemark, text);
+  return TerminalReporter::Print(text);
+}
 
 void WxReporter::Box(std::string_view message, std::string_view caption) {
-  const BusyCursorPause pause;
-  wxMessageBox(ToWx(message), wxGetTranslation(ToWx(caption)), wxOK | wxCENTRE);
+  ShowMessageBox(wxTheApp->GetTopWindow(), message, caption);
+}
+
+void WxReporter::Warn(std::string_view text) {
+  KeepMessage(MessageRank::kWarning, std::string(text).append("\n"));
+  TerminalReporter::Warn(text);
 }
 
 }  // namespace tarvel

@@ -17,6 +17,8 @@ wanted="
 /usr/bin/ninja                    ninja-build
 /usr/include/CLI/CLI.hpp          libcli11-dev
 /usr/bin/wx-config                libwxgtk3.2-dev
+/usr/include/gtk-3.0/gtk/gtk.h    libgtk-3-dev
+/usr/bin/pkg-config               pkgconf
 /usr/lib/*/gdk-pixbuf-2.0/*/loaders/libpixbufloader-svg.so librsvg2-common
 "
 test_wanted="
@@ -25,6 +27,11 @@ test_wanted="
 /usr/bin/openbox                  openbox
 /usr/bin/xdotool                  xdotool
 /usr/bin/xprop                    x11-utils
+/usr/bin/dbus-run-session         dbus-daemon
+/usr/lib/python3/dist-packages/gi/__init__.py python3-gi
+/usr/lib/*/girepository-1.0/Atspi-2.0.typelib gir1.2-atspi-2.0
+/usr/lib/*/girepository-1.0/Gtk-3.0.typelib gir1.2-gtk-3.0
+/usr/libexec/at-spi2-registryd    at-spi2-core
 /usr/bin/python3                  python3
 /usr/bin/clang++                  clang
 /usr/bin/desktop-file-validate    desktop-file-utils

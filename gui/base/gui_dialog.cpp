@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "gui/base/gui_dialog.h"
 
-#include <wx/sizer.h>
-
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "gui/base/widgets.h"
 #include "gui/wx_text.h"
@@ -13,19 +12,10 @@ namespace tarvel {
 
 namespace {
 
-constexpr int kGap = 6;            // between widgets
-constexpr int kMargin = 12;        // around the dialog's panels
-constexpr int kGroupGap = 14;      // between the fourth row and the fifth
-constexpr int kSpacerHeight = 20;  // above "About" and "Quit"
-constexpr std::size_t kFirstGroup = 4;
+constexpr int kSpacerHeight = 20;       // above "About" and "Quit"
+constexpr std::size_t kFirstGroup = 4;  // rows above the space in the middle
 
-wxFilePickerCtrl* NewPicker(wxWindow* parent, std::string_view purpose) {
-  auto* picker =
-      new wxFilePickerCtrl(parent, wxID_ANY, wxString(), ToWx("Select a file"), ToWx("*.*"),
-                           wxDefaultPosition, wxDefaultSize, wxFLP_OPEN | wxFLP_FILE_MUST_EXIST);
-  Describe(*picker, purpose);
-  return picker;
-}
+int Gap() { return wxSizerFlags::GetDefaultBorder(); }
 
 }  // namespace
 
@@ -33,10 +23,11 @@ GUIDialog::GUIDialog(wxWindow* parent, wxWindowID id, const wxString& title,
                      const wxPoint& position, const wxSize& size, long style)
     : wxDialog(parent, id, title, position, size, style) {
   auto* parts = new wxBoxSizer(wxVERTICAL);
-  parts->Add(BuildFiles(), 0, wxEXPAND | wxALL, kMargin);
-  parts->Add(BuildOperations(), 1, wxEXPAND | wxLEFT | wxRIGHT, kMargin);
-  parts->AddSpacer(kSpacerHeight);
-  parts->Add(BuildButtons(), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, kMargin);
+  parts->Add(BuildFiles(), wxSizerFlags().Expand().DoubleBorder());
+  parts->Add(BuildOperations(), wxSizerFlags(1).Expand().DoubleBorder(wxLEFT | wxRIGHT));
+  parts->AddSpacer(FromDIP(kSpacerHeight));
+  parts->Add(BuildButtons(), wxSizerFlags().Expand().DoubleBorder(wxLEFT | wxRIGHT | wxBOTTOM));
+  AlignColumns();
   SetSizerAndFit(parts);
   ConnectEvents();
 }
@@ -50,16 +41,16 @@ wxStaticText* GUIDialog::NewLabel(wxWindow* parent, std::string_view text) {
 wxPanel* GUIDialog::BuildFiles() {
   files_panel_ = new wxPanel(this);
   first_file_label_ = NewLabel(files_panel_, "Load first file");
-  first_file_picker_ = NewPicker(files_panel_, "Load first file");
+  first_file_picker_ = new FilePicker(files_panel_, "Load first file");
   second_file_label_ = NewLabel(files_panel_, "Load second file");
-  second_file_picker_ = NewPicker(files_panel_, "Load second file");
+  second_file_picker_ = new FilePicker(files_panel_, "Load second file");
 
-  auto* grid = new wxFlexGridSizer(2, kGap, kMargin);
+  auto* grid = new wxFlexGridSizer(2, Gap(), Gap());
   grid->AddGrowableCol(1);
-  grid->Add(first_file_label_, 0, wxALIGN_CENTRE_VERTICAL);
-  grid->Add(first_file_picker_, 0, wxEXPAND);
-  grid->Add(second_file_label_, 0, wxALIGN_CENTRE_VERTICAL);
-  grid->Add(second_file_picker_, 0, wxEXPAND);
+  grid->Add(first_file_label_, wxSizerFlags().CentreVertical());
+  grid->Add(first_file_picker_, wxSizerFlags().Expand());
+  grid->Add(second_file_label_, wxSizerFlags().CentreVertical());
+  grid->Add(second_file_picker_, wxSizerFlags().Expand());
   files_panel_->SetSizer(grid);
   return files_panel_;
 }
@@ -69,27 +60,27 @@ GUIDialog::Row GUIDialog::BuildRow(const Operation& operation, wxSizer& grid) {
   row.description = NewLabel(operations_panel_, operation.description);
   row.help = NewButton(operations_panel_, "Help", "Help for ", operation.button);
   row.operation = NewButton(operations_panel_, operation.button, {}, operation.button);
-  grid.Add(row.description, 0, wxALIGN_CENTRE_VERTICAL);
-  grid.Add(row.help, 0, wxEXPAND);
-  grid.Add(row.operation, 0, wxEXPAND);
+  grid.Add(row.description, wxSizerFlags().CentreVertical());
+  grid.Add(row.help, wxSizerFlags().Expand());
+  grid.Add(row.operation, wxSizerFlags().Expand());
   if (!operation.has_preferences) {
     grid.AddStretchSpacer();
     return row;
   }
   row.preferences =
       NewButton(operations_panel_, "Preferences", "Preferences for ", operation.button);
-  grid.Add(row.preferences, 0, wxEXPAND);
+  grid.Add(row.preferences, wxSizerFlags().Expand());
   return row;
 }
 
 wxPanel* GUIDialog::BuildOperations() {
   constexpr int kColumns = 4;
   operations_panel_ = new wxPanel(this);
-  auto* grid = new wxFlexGridSizer(kColumns, kGap, kGap);
+  auto* grid = new wxFlexGridSizer(kColumns, Gap(), Gap());
   grid->AddGrowableCol(0);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     if (i == kFirstGroup) {
-      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(kGroupGap);
+      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(2 * Gap());
     }
     rows_[i] = BuildRow(kOperations[i], *grid);
   }
@@ -102,11 +93,25 @@ wxPanel* GUIDialog::BuildButtons() {
   about_button_ = NewButton(buttons_panel_, "&About", {}, "About");
   quit_button_ = NewButton(buttons_panel_, "&Quit", {}, "Quit");
   auto* line = new wxBoxSizer(wxHORIZONTAL);
-  line->AddStretchSpacer();
-  line->Add(about_button_, 0, wxRIGHT, kGap);
+  buttons_indent_ = line->AddSpacer(0);
+  line->Add(about_button_, wxSizerFlags().Border(wxRIGHT));
   line->Add(quit_button_);
   buttons_panel_->SetSizer(line);
   return buttons_panel_;
+}
+
+void GUIDialog::AlignColumns() {
+  std::vector<wxStaticText*> labels{first_file_label_, second_file_label_};
+  for (const Row& row : rows_) labels.push_back(row.description);
+  int width = 0;
+  for (const wxStaticText* label : labels) {
+    // The best size of a bold label is that of a plain one as long as the dialog is not shown.
+    width = std::max(width, label->GetTextExtent(label->GetLabel()).x);
+  }
+  width += Gap();  // the label itself may be a little wider
+  first_file_label_->SetMinSize(wxSize(width, -1));
+  rows_[0].description->SetMinSize(wxSize(width, -1));
+  buttons_indent_->AssignSpacer(width + Gap(), 0);
 }
 
 void GUIDialog::ConnectEvents() {

@@ -3,13 +3,14 @@
 
 #include <wx/button.h>
 #include <wx/dialog.h>
-#include <wx/filepicker.h>
 #include <wx/panel.h>
+#include <wx/sizer.h>
 #include <wx/stattext.h>
 
 #include <array>
 
 #include "app/operations.h"
+#include "gui/base/file_picker.h"
 
 namespace tarvel {
 
@@ -62,9 +63,9 @@ class GUIDialog : public wxDialog {
 
   wxPanel* files_panel_ = nullptr;
   wxStaticText* first_file_label_ = nullptr;
-  wxFilePickerCtrl* first_file_picker_ = nullptr;
+  FilePicker* first_file_picker_ = nullptr;
   wxStaticText* second_file_label_ = nullptr;
-  wxFilePickerCtrl* second_file_picker_ = nullptr;
+  FilePicker* second_file_picker_ = nullptr;
 
   wxPanel* operations_panel_ = nullptr;
   std::array<Row, kOperations.size()> rows_;  // ORDER: kOperations
@@ -78,8 +79,12 @@ class GUIDialog : public wxDialog {
   wxPanel* BuildOperations();
   Row BuildRow(const Operation& operation, wxSizer& grid);
   wxPanel* BuildButtons();
+  /// Gives the labels of all panels one width, so that what stands beside them has one left edge.
+  void AlignColumns();
   void ConnectEvents();
   wxStaticText* NewLabel(wxWindow* parent, std::string_view text);
+
+  wxSizerItem* buttons_indent_ = nullptr;
 };
 
 }  // namespace tarvel

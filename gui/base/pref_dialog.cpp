@@ -13,10 +13,7 @@ namespace tarvel {
 
 namespace {
 
-constexpr int kGap = 4;
-constexpr int kMargin = 12;
-constexpr int kColumnGap = 16;
-constexpr int kTitleBarRest = 140;  // what a title bar holds beside the title
+int Gap() { return wxSizerFlags::GetDefaultBorder(); }
 
 }  // namespace
 
@@ -26,7 +23,7 @@ PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
     : wxDialog(parent, id, title, position, size, style), lines_(new wxBoxSizer(wxVERTICAL)) {
   for (const PreferenceSection& section : sections) AddSection(section);
   auto* border = new wxBoxSizer(wxVERTICAL);
-  border->Add(lines_, 1, wxEXPAND | wxALL, kMargin);
+  border->Add(lines_, wxSizerFlags(1).Expand().DoubleBorder());
   SetSizer(border);
   Bind(wxEVT_CLOSE_WINDOW, &PrefDialog::OnClose, this);
 }
@@ -34,10 +31,11 @@ PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
 void PrefDialog::AddSection(const PreferenceSection& section) {
   auto* heading = new wxStaticText(this, wxID_ANY, ToWx(section.heading));
   heading->SetFont(GetFont().Bold());
-  lines_->Add(heading, 0, wxBOTTOM, kGap);
+  lines_->Add(heading, wxSizerFlags().Border(wxBOTTOM));
   if (!section.radios.empty()) AddRadios(section.radios);
+  if (!section.radios.empty() && !section.check_boxes.empty()) lines_->AddSpacer(Gap());
   if (!section.check_boxes.empty()) AddCheckBoxes(section);
-  lines_->AddSpacer(kMargin);
+  lines_->AddSpacer(2 * Gap());
 }
 
 void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
@@ -52,7 +50,7 @@ void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
     radio->SetName(ToWx(row.label));
     radio->Bind(wxEVT_RADIOBUTTON, [this, &row](wxCommandEvent&) { OnRadio(row); });
     radios_.emplace_back(radio, row.flag);
-    lines_->Add(radio, 0, wxLEFT | wxBOTTOM, kGap);
+    lines_->Add(radio, wxSizerFlags().Border(wxLEFT | wxBOTTOM));
   }
 }
 
@@ -62,7 +60,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
   for (std::size_t i = 0; i < section.check_boxes.size(); ++i) {
     if (i % kColumnHeight == 0) {
       column = new wxBoxSizer(wxVERTICAL);
-      columns->Add(column, 0, wxRIGHT, kColumnGap);
+      columns->Add(column, wxSizerFlags().DoubleBorder(wxRIGHT));
     }
     const CheckRow& row = section.check_boxes[i];
     auto* box = new wxCheckBox(this, wxID_ANY, ToWx(row.label));
@@ -73,7 +71,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
     box->Bind(wxEVT_CHECKBOX,
               [this, &row](wxCommandEvent& event) { OnCheckBox(row, event.IsChecked()); });
     check_boxes_.emplace_back(box, row.flag);
-    column->Add(box, 0, wxLEFT | wxBOTTOM, kGap);
+    column->Add(box, wxSizerFlags().Border(wxLEFT | wxBOTTOM));
   }
   lines_->Add(columns);
 }
@@ -83,10 +81,12 @@ void PrefDialog::AddButtons(std::initializer_list<wxButton*> buttons) {
   done_button_->Bind(wxEVT_BUTTON, &PrefDialog::OnDone, this);
   auto* line = new wxBoxSizer(wxHORIZONTAL);
   line->AddStretchSpacer();
-  for (wxButton* button : buttons) line->Add(button, 0, wxRIGHT, kGap);
+  for (wxButton* button : buttons) line->Add(button, wxSizerFlags().Border(wxRIGHT));
   line->Add(done_button_);
-  lines_->Add(line, 0, wxEXPAND);
-  lines_->SetMinSize(GetTextExtent(GetTitle()).x + kTitleBarRest, -1);  // never a cut title
+  lines_->Add(line, wxSizerFlags().Expand());
+  lines_->SetMinSize(TitleBarWidth(*this, GetTitle()), -1);
+  done_button_->SetDefault();
+  SetEscapeId(done_button_->GetId());
   GetSizer()->Fit(this);
 }
 

@@ -21,4 +21,13 @@ wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view v
   return button;
 }
 
+int TitleBarWidth(const wxWindow& window, const wxString& title) {
+  constexpr int kButtons = 4;
+  int width = 0;
+  int height = 0;
+  const wxFont bold = window.GetFont().Bold();
+  window.GetTextExtent(title, &width, &height, nullptr, nullptr, &bold);
+  return width + kButtons * 2 * height;
+}
+
 }  // namespace tarvel

@@ -8,13 +8,17 @@
 
 namespace tarvel {
 
-/// Names a widget and shows the name as its tooltip, which is also the description that a screen
-/// reader reads: it tells one "Help" button from the other.
+/// Names a widget and shows the name as its tooltip, which for buttons and check boxes is also the
+/// description that a screen reader reads: it tells one "Help" button from the other.
 void Describe(wxWindow& widget, std::string_view what);
 
 /// A button named `verb` and `object` together. A tooltip comes only with a verb: without one the
 /// label says it all.
 wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view verb,
                     std::string_view object);
+
+/// How wide a window with this title should be, for a title bar to show all of it. What else a
+/// title bar holds is up to the desktop; four buttons are rarely too few.
+int TitleBarWidth(const wxWindow& window, const wxString& title);
 
 }  // namespace tarvel

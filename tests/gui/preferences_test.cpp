@@ -399,15 +399,25 @@ TEST_F(PreferencesTest, SelectAllInTheOlderOfTwoDialogsRefreshesTheNewer) {
   EXPECT_EQ(TickedBoxes(older), 31);
 }
 
-TEST_F(PreferencesTest, SelectAllIsSafeWhenTheNewerDialogIsGone) {
-  wxDialog& older = CleanTags();
-  PressButton(*dialog, "Preferences", "Preferences for Clean tags");
-  PressButton(*CleanPrefDialog, "Done");
+TEST_F(PreferencesTest, SelectAllRefreshesTheNewestDialogThatIsStillOpen) {
+  std::vector<wxDialog*> dialogs{&CleanTags()};
+  for (int i = 0; i < 2; ++i) {
+    PressButton(*dialog, "Preferences", "Preferences for Clean tags");
+    dialogs.push_back(CleanPrefDialog);
+  }
+  PressButton(*dialogs[2], "Done");  // it lives on until the toolkit is idle
+  EXPECT_EQ(CleanPrefDialog, dialogs[1]);
+  PressButton(*dialogs[0], "Select all");
+  EXPECT_EQ(TickedBoxes(*dialogs[1]), 37);
+  EXPECT_EQ(TickedBoxes(*dialogs[0]), 31);
   Settle();
+  EXPECT_EQ(CleanPrefDialog, dialogs[1]);
+  dialogs[1]->Close();
+  PressButton(*dialogs[0], "Unselect all");
+  EXPECT_EQ(SetCleanFlags(), 0);
+  EXPECT_EQ(TickedBoxes(*dialogs[0]), 0) << "the last one shows what is set";
+  PressButton(*dialogs[0], "Done");
   EXPECT_EQ(CleanPrefDialog, nullptr);
-  PressButton(older, "Select all");
-  EXPECT_EQ(SetCleanFlags(), 37);
-  EXPECT_EQ(TickedBoxes(older), 31);
 }
 
 TEST_F(PreferencesTest, TheEndOfTheOlderDialogLeavesTheNewerOneNamed) {

@@ -23,7 +23,7 @@ std::vector<int> Widths(const wxIconBundle& icons) {
 }
 
 std::string BuildDirectory() {
-  return PathBytes(wxFileName(wxStandardPaths::Get().GetExecutablePath()).GetPath());
+  return Utf8(wxFileName(wxStandardPaths::Get().GetExecutablePath()).GetPath());
 }
 
 /// Keeps what the toolkit would show in a box of its own.

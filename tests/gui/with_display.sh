@@ -50,6 +50,13 @@ export DISPLAY
 if command -v openbox >/dev/null; then
   openbox >/dev/null 2>&1 &
   manager=$!
+  # It gives the focus to windows that open after its start only.
+  tries=0
+  until [ "$tries" -gt 300 ] || ! command -v xprop >/dev/null ||
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; do
+    tries=$((tries + 1))
+    sleep 0.1
+  done
 fi
 
 "$@" &

@@ -2,7 +2,6 @@
 #include "gui/wx_text.h"
 
 #include <gtest/gtest.h>
-#include <wx/strconv.h>
 
 namespace tarvel {
 
@@ -14,12 +13,6 @@ TEST(ToWx, TakesUtf8) {
 
 TEST(ToWx, TakesBytesOneByOneWhenTheyAreNotUtf8) {
   EXPECT_EQ(ToWx("caf\xE9.bib"), wxString(L"caf\u00E9.bib"));
-}
-
-TEST(PathBytes, GivesTheNameOnDisk) {
-  for (const char* name : {"/a/lit.bib", "/a/caf\xC3\xA9.bib", "/a/caf\xE9.bib", ""}) {
-    EXPECT_EQ(PathBytes(wxString(name, *wxConvFileName)), name);
-  }
 }
 
 }  // namespace tarvel

@@ -7,7 +7,6 @@ and holds that no run changes a byte, the permissions or the time of what was pi
 """
 import os
 import shutil
-import signal
 import sys
 import tempfile
 
@@ -203,7 +202,7 @@ def long_paths():
             if size <= 1000:
                 failures.check(result.returncode == 0, f"{operation} on a path of {size} bytes")
                 continue
-            failures.check(result.returncode == -signal.SIGABRT, f"{size} bytes end the process")
+            failures.check(result.returncode == 1, f"{size} bytes end the process")
             wanted = (f"tarvel: the path of the first file is {size} bytes long; "
                       "1000 are the most\n").encode()
             failures.check(result.stderr == wanted, f"{size} bytes: {result.stderr!r}")
