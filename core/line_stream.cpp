@@ -20,12 +20,6 @@ LineStream::LineStream(std::string_view bytes) {
 }
 
 LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
-  if (const std::string_view mapped = source_->Map(); !mapped.empty()) {
-    data_ = mapped.data();
-    loaded_ = mapped.size();
-    mapped_ = std::move(source_);
-    return;
-  }
   // Views into the buffer must stay valid, so it is made as large as the file at once. The system
   // gives the pages only when they are written. A file of unknown size is read now instead.
   const std::size_t size = source_->Size();
@@ -37,7 +31,6 @@ void LineStream::Grow(std::size_t capacity) {
   auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
-  data_ = bytes_.get();
   capacity_ = capacity;
 }
 
@@ -75,7 +68,7 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
     at_end_ = true;
     return std::nullopt;
   }
-  const char* start = data_ + position_;
+  const char* start = bytes_.get() + position_;
   const void* newline = std::memchr(start, '\n', left);
   const std::size_t size =
       newline ? static_cast<std::size_t>(static_cast<const char*>(newline) - start) + 1 : left;
