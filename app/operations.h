@@ -97,7 +97,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .help = TextHelp,
      .note = TextNote,
      .error_caption = "Error in function 'Text'!",
-     .no_memory = "Function CreateText()_6 => Not enough memory!",
+     .no_memory = "Function CreateText()_7 => Not enough memory!",
      .run = CreateText,
      .outputs = kTextOutputs,
      .named_after = Picker::kFirst},

@@ -236,6 +236,7 @@ int OpenNamed(const std::string& path, int flags, std::string& name) {
 std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode mode) {
   const int flags = mode == CreateMode::kWriteRead ? O_RDWR : O_WRONLY;
   const Target target = LookAt(path);
+  if (!target.exists && errno != ENOENT) return nullptr;
   if (target.in_place) return CreateInPlace(path, flags);
   if (target.exists && !OpensForWriting(path, flags)) return nullptr;
 

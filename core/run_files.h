@@ -23,8 +23,8 @@ class RunFiles final : public FileSystem {
   std::optional<FileState> StateAt(const std::string& path) override {
     return files_.StateAt(path);
   }
-  /// Null also when another output of the run is the same file. What is written after
-  /// `Publish` is lost. The sink must not outlive this.
+  /// Null also when another output of the run is the same file. The sink must not outlive this;
+  /// what it takes after `Publish` goes straight into the published file.
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override;
   bool IsSameFile(const std::string& one, const std::string& other) override {
     return files_.IsSameFile(one, other);
