@@ -14,13 +14,18 @@ std::string FindProgramDirectory() {
   return ProgramDir.Get();
 }
 
+FileSystem& FilesOfTheRun() {
+  if (GlobalRunFiles) return *GlobalRunFiles;
+  return RealFileSystem();
+}
+
 }  // namespace
 
 RunContext GlobalRun() {
   return {.first_path = FirstFilePath.Get(),
           .second_path = SecondFilePath.Get(),
           .settings = GlobalSettings,
-          .files = RealFileSystem(GlobalLargeFiles),
+          .files = FilesOfTheRun(),
           .reporter = GlobalReporter(),
           .styles = GlobalJournalStyles,
           .program_directory = FindProgramDirectory,

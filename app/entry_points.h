@@ -6,7 +6,7 @@
 namespace tarvel {
 
 /// The context of a run that the user starts: the picked files and the global settings as they are
-/// now, the disk, the installed reporter.
+/// now, the files of the run that is under way or else the disk, the installed reporter.
 RunContext GlobalRun();
 
 // Each operation as the buttons call it: on `GlobalRun`. All return 1 on success; 0, or 2999 for a

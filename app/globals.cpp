@@ -18,7 +18,7 @@ Warnings* GlobalWarnings = nullptr;
 
 JournalStyles GlobalJournalStyles;
 
-LargeFiles GlobalLargeFiles = LargeFiles::kCopied;
+RunFiles* GlobalRunFiles = nullptr;
 
 void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "app/settings.h"
-#include "core/file_system.h"
+#include "core/run_files.h"
 #include "ops/journal_styles.h"
 #include "warnings/warnings.h"
 
@@ -51,8 +51,8 @@ extern Warnings* GlobalWarnings;
 /// earlier one left it.
 extern JournalStyles GlobalJournalStyles;
 
-/// How this process reads large files.
-extern LargeFiles GlobalLargeFiles;
+/// The files of the run that is under way; null between runs.
+extern RunFiles* GlobalRunFiles;
 
 /// The systems whose line breaks are told apart, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF

@@ -13,9 +13,10 @@ constexpr bool All(bool (*test)(const Operation&)) {
 
 static_assert(All([](const Operation& row) {
                 return !row.button.empty() && !row.batch_name.empty() && !row.description.empty() &&
-                       !row.error_caption.empty();
+                       !row.error_caption.empty() && !row.no_memory.empty();
               }),
-              "a row of kOperations lacks its button, batch_name, description or error_caption");
+              "a row of kOperations lacks its button, batch_name, description, error_caption or "
+              "no_memory");
 static_assert(All([](const Operation& row) { return !row.help.empty(); }),
               "a row of kOperations lacks its help text: it belongs into app/texts.h");
 static_assert(All([](const Operation& row) { return !row.outputs.empty(); }),

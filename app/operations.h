@@ -44,6 +44,7 @@ struct Operation {
   std::string_view help;       // what its "Help" button shows
   std::string_view note = {};  // shown before the run; empty: none
   std::string_view error_caption;
+  std::string_view no_memory;  // printed when memory runs out; in the form of its other failures
   int (*run)() = RowWithoutFunction();  // 1 is success, anything else is not
   std::span<const Output> outputs;      // the files that it writes
   Picker named_after;  // whose file they are named after, and beside which they stand
@@ -70,6 +71,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .has_preferences = true,
      .help = ExtractHelp,
      .error_caption = "Error in function 'Extract'!",
+     .no_memory = "Function Extract()_12 => Not enough memory!",
      .run = Extract,
      .outputs = kExtractOutputs,
      .named_after = Picker::kSecond},
@@ -82,6 +84,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .help = CompareHelp,
      .note = CompareNote,
      .error_caption = "Error in function 'Compare'!",
+     .no_memory = "Function Compare()_8 => Not enough memory!",
      .run = Compare,
      .outputs = kCompareOutputs,
      .named_after = Picker::kFirst},
@@ -94,6 +97,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .help = TextHelp,
      .note = TextNote,
      .error_caption = "Error in function 'Text'!",
+     .no_memory = "Function CreateText()_7 => Not enough memory!",
      .run = CreateText,
      .outputs = kTextOutputs,
      .named_after = Picker::kFirst},
@@ -105,6 +109,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .has_preferences = true,
      .help = JournalsHelp,
      .error_caption = "Error in function 'Journals'!",
+     .no_memory = "Function JournalStrings()_9 => Not enough memory!",
      .run = JournalStrings,
      .outputs = kJournalOutputs,
      .named_after = Picker::kFirst},
@@ -117,6 +122,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .help = DoublesHelp,
      .note = DoublesNote,
      .error_caption = "Error in function 'Clean doubles'!",
+     .no_memory = "Function Clean_double()_5 => Not enough memory!",
      .run = Clean_double,
      .outputs = kDoubleOutputs,
      .named_after = Picker::kFirst},
@@ -128,6 +134,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .has_preferences = false,
      .help = AuthorsHelp,
      .error_caption = "Error in function 'Clean authors'!",
+     .no_memory = "Function Clean_author()_5 => Not enough memory!",
      .run = Clean_author,
      .outputs = kAuthorOutputs,
      .named_after = Picker::kFirst},
@@ -139,6 +146,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .has_preferences = false,
      .help = CharactersHelp,
      .error_caption = "Error in function 'Clean characters'!",
+     .no_memory = "Function CleanCharacters()_1 => Not enough memory!",
      .run = CleanCharacters,
      .outputs = kCharacterOutputs,
      .named_after = Picker::kFirst},
@@ -150,6 +158,7 @@ inline constexpr auto kOperations = std::to_array<Operation>({
      .has_preferences = true,
      .help = TagsHelp,
      .error_caption = "Error in function 'Clean tags'!",
+     .no_memory = "Function Clean_tags_5 => Not enough memory!",
      .run = Clean_tags,
      .outputs = kTagOutputs,
      .named_after = Picker::kFirst},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/process.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -9,6 +10,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "core/pending_file.h"
+
 namespace tarvel {
 
 namespace {
@@ -16,16 +19,34 @@ namespace {
 constexpr rlim_t kStackLimit = 0x5000000;  // 80 MiB
 constexpr std::size_t kLinkSize = 2000;
 
-/// Only what a signal handler may do.
-void EndForLostFile(int /*signal*/) {
-  constexpr std::string_view kMessage =
-      "A file was changed by another program, or could not be read, during the run. The new files "
-      "are not complete.\n";
-  (void)!write(STDERR_FILENO, kMessage.data(), kMessage.size());
-  _exit(1);
+/// Opens the lowest descriptor that is closed. Without /dev/null it is one that takes no write.
+void HoldDescriptor() {
+  if (open("/dev/null", O_RDWR) < 0) (void)!open("/", O_PATH);
+}
+
+/// Only what a signal handler may do. The signal was set back to its default when it came.
+void EndBySignal(int signal) { raise(signal); }
+
+/// Handles a signal unless it is ignored, as the shell wants it for jobs in the background.
+void HandleEnd(int signal) {
+  struct sigaction action {};
+  if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
+  action = {};
+  action.sa_handler = EndBySignal;
+  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  sigaction(signal, &action, nullptr);
 }
 
 }  // namespace
+
+void PrepareProcess() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) < 0) HoldDescriptor();
+  }
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) HandleEnd(signal);
+}
 
 int RaiseStackLimit() {
   rlimit limit{};
@@ -36,8 +57,6 @@ int RaiseStackLimit() {
   if (result != 0) std::fprintf(stderr, "setrlimit returned result = %d\n", result);
   return 0;
 }
-
-void ReportLostFiles() { std::signal(SIGBUS, EndForLostFile); }
 
 std::string_view DirectoryOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');

@@ -13,9 +13,14 @@ namespace tarvel {
 /// error, and the program goes on.
 int RaiseStackLimit();
 
-/// Lets the program end with a message and the exit status 1 when a file that it has mapped is cut
-/// short by another program or cannot be read, where the system would end it without a word.
-void ReportLostFiles();
+/// Makes the process one that can be trusted with files; the first thing that a program does.
+///
+/// The descriptors 0 to 2 are open from then on, with `/dev/null` where they were closed, so that
+/// no file of the user gets their numbers and with them the messages. A write beyond a limit of the
+/// file size, or to a pipe that nobody reads, fails instead of ending the process. SIGHUP, SIGINT
+/// and SIGTERM remove what has a temporary name and then end the process as they always do, if they
+/// were not ignored.
+void PrepareProcess();
 
 /// Puts the path of the running executable into `executable` and its directory, without a final
 /// "/", into `directory`; both are empty when the system does not tell. An executable in the root

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/run_operation.h"
 
+#include <memory>
+#include <new>
+
 #include "app/reporter.h"
 #include "app/texts.h"
 #include "gui/input_checks.h"
@@ -10,32 +13,92 @@ namespace tarvel {
 
 namespace {
 
+/// Memory that is given back when there is no more, for what has to be said then.
+constexpr std::size_t kReserve = std::size_t{1} << 18;
+
+/// Makes `warnings` the ones of the run that is under way.
+class WarningsInUse {
+ public:
+  explicit WarningsInUse(Warnings& warnings) { GlobalWarnings = &warnings; }
+  WarningsInUse(const WarningsInUse&) = delete;
+  WarningsInUse& operator=(const WarningsInUse&) = delete;
+  ~WarningsInUse() { GlobalWarnings = nullptr; }
+};
+
 /// Runs an operation and reports what it warns of.
 int RunWithWarnings(const Operation& operation) {
   const WarningOutputs& outputs = GlobalWarningOutputs;
   if (outputs.quiet && !outputs.file && !outputs.key_map) return operation.run();
   WarningReport report(outputs, GlobalReporter());
-  GlobalWarnings = &report;
+  const WarningsInUse in_use(report);
   const int result = operation.run();
-  GlobalWarnings = nullptr;
   report.ReportCounts();
   return result;
+}
+
+int RunIfChecked(const Operation& operation, bool& stopped) {
+  stopped = CheckInputFiles(static_cast<int>(operation.code)) != 1;
+  if (stopped) return 0;
+  if (!operation.note.empty()) ShowBox(operation.note, NoteTitle);
+  return RunWithWarnings(operation);
+}
+
+/// Closes the files of warnings and of keys; false when a byte of one did not arrive.
+bool CloseSideFiles(const WarningOutputs& outputs) {
+  bool arrived = true;
+  for (OutputFile* file : {outputs.file, outputs.key_map}) {
+    if (file && !file->Close()) arrived = false;
+  }
+  return arrived;
 }
 
 }  // namespace
 
 void PickFile(PathBuffer& buffer, std::string_view path) {
-  buffer.Set(path);
-  ConvertLineEndings(buffer);  // a failed conversion leaves the picked path
+  try {
+    buffer.Set(path);
+    ConvertLineEndings(buffer);  // a failed conversion leaves the picked path
+  } catch (const std::bad_alloc&) {
+    PrintError("Function ConvertLineEndings()_1 => Not enough memory!");
+  }
+}
+
+WholeRun::WholeRun() : files_(RealFileSystem()), outer_(GlobalRunFiles) {
+  if (!outer_) GlobalRunFiles = &files_;
+}
+
+WholeRun::~WholeRun() {
+  if (!outer_) GlobalRunFiles = nullptr;
+}
+
+int WholeRun::Run(const std::function<int()>& body, std::string_view no_memory) {
+  std::unique_ptr<char[]> reserve;
+  RunFiles& files = outer_ ? *outer_ : files_;
+  try {
+    reserve = std::make_unique<char[]>(kReserve);
+    const int result = body();
+    const bool arrived = !files.WriteFailed();
+    const std::string error = files.Publish();
+    if (!error.empty()) PrintError(error);
+    return arrived && error.empty() ? result : 0;
+  } catch (const std::bad_alloc&) {
+    reserve.reset();
+    files.Discard();
+    PrintError(no_memory);
+    return 0;
+  }
 }
 
 int RunOperation(const Operation& operation) {
-  if (CheckInputFiles(static_cast<int>(operation.code)) != 1) return 0;
-  if (!operation.note.empty()) ShowBox(operation.note, NoteTitle);
-  const int result = RunWithWarnings(operation);
+  bool stopped = false;
+  const auto run = [&] {
+    const int result = RunIfChecked(operation, stopped);
+    return CloseSideFiles(GlobalWarningOutputs) ? result : 0;
+  };
+  const int result = WholeRun().Run(run, operation.no_memory);
   if (result == 1) {
     ShowBox(DoneText, DoneText);
-  } else {
+  } else if (!stopped) {
     ReportError(ErrorHintText, operation.error_caption, kReportInBox);
   }
   return result;

@@ -2,6 +2,7 @@
 // tarvel-batch: the operations without the dialog, through the same code and in the same order.
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,7 @@ std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
 
 /// Runs the operation and writes its side files; returns the program's exit status.
 int RunRequest(const BatchRequest& request) {
+  const WholeRun run;  // these files are parts of the run, too
   std::unique_ptr<OutputFile> warnings;
   std::unique_ptr<OutputFile> key_map;
   if (!request.warnings_file.empty() && !(warnings = CreateSideFile(request.warnings_file)))
@@ -57,8 +59,6 @@ int Main(const std::vector<std::string>& arguments) {
   TerminalReporter reporter("tarvel-batch");
   InstallReporter(reporter);
   RaiseStackLimit();
-  ReportLostFiles();
-  GlobalLargeFiles = LargeFiles::kMapped;
   GlobalSettings = request.settings;
   PickFile(FirstFilePath, request.files[0]);
   if (request.files.size() > 1) PickFile(SecondFilePath, request.files[1]);
@@ -69,5 +69,11 @@ int Main(const std::vector<std::string>& arguments) {
 }  // namespace tarvel
 
 int main(int argc, char** argv) {
-  return tarvel::Main(std::vector<std::string>(argv + 1, argv + argc));
+  tarvel::PrepareProcess();
+  try {
+    return tarvel::Main(std::vector<std::string>(argv + 1, argv + argc));
+  } catch (const std::bad_alloc&) {
+    std::fputs("tarvel-batch: not enough memory\n", stderr);
+    return 1;
+  }
 }

@@ -3,46 +3,22 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "app/entry_points.h"
 #include "core/file_names.h"
-#include "core/file_system.h"
+#include "core/file_places.h"
 
 namespace tarvel {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::array<std::string_view, 3> kProgramFiles{kJournalListFile, kStylesFile,
                                                         kLaTeXCommandsFile};
 constexpr std::string_view kConverted = "_linux";
-
-/// Where a file is or would be, links followed, also those that lead to nothing yet.
-fs::path PlaceOf(fs::path path) {
-  constexpr int kMostLinks = 40;  // as many as the system follows
-  std::error_code error;
-  for (int i = 0; i < kMostLinks && fs::is_symlink(path, error); ++i) {
-    path = path.parent_path() / fs::read_symlink(path, error);
-  }
-  const fs::path directory = fs::canonical(fs::absolute(path, error).parent_path(), error);
-  return error ? fs::absolute(path, error).lexically_normal() : directory / path.filename();
-}
-
-/// Whether both are one file, which writing into one would change in the other: not so for a
-/// device or a pipe.
-bool AreOneFile(const std::string& one, const std::string& other) {
-  std::error_code error;
-  const fs::file_status status = fs::status(one, error);
-  if (fs::exists(status) && !fs::is_regular_file(status)) return false;
-  return RealFileSystem().IsSameFile(one, other) || PlaceOf(one) == PlaceOf(other);
-}
 
 /// The files that are named, and the copies that are made of those with other line breaks.
 std::vector<std::string> InputsOf(const BatchRequest& request) {

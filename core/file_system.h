@@ -18,25 +18,34 @@ enum class ReadMode { kRead, kUpdate };
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
-  /// Opens an existing file; null when that fails. A directory cannot be opened.
+  /// Opens an existing file; null when that fails.
   [[nodiscard]] virtual std::unique_ptr<ByteSource> OpenSource(const std::string& path,
                                                                ReadMode mode) = 0;
   /// Creates a file or empties an existing one; null when that fails.
   [[nodiscard]] virtual std::unique_ptr<ByteSink> CreateSink(const std::string& path,
                                                              CreateMode mode) = 0;
+  /// The same for a file whose bytes get their name when it is published, where the file system can
+  /// do that; see `ByteSink`.
+  [[nodiscard]] virtual std::unique_ptr<ByteSink> CreatePending(const std::string& path,
+                                                                CreateMode mode) {
+    return CreateSink(path, mode);
+  }
+  /// What tells the file at `path` as it is now from another, and from itself before a change;
+  /// nothing when there is no such file.
+  virtual std::optional<FileState> StateAt(const std::string& /*path*/) { return std::nullopt; }
   /// Whether both paths lead to the same file on disk, links followed. False when either does not
   /// exist.
   virtual bool IsSameFile(const std::string& one, const std::string& other) = 0;
+  /// The same, and whether creating both paths would make one file.
+  virtual bool IsSamePlace(const std::string& one, const std::string& other) {
+    return IsSameFile(one, other);
+  }
 
   /// Opens a file and reads it whole; nothing when either fails.
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
 
-/// How files of 4 MiB and more are read. Copying them into memory would cost more than all the rest
-/// of a run, but a mapped file that another program cuts short raises SIGBUS.
-enum class LargeFiles { kCopied, kMapped };
-
-/// The file system of the machine.
-FileSystem& RealFileSystem(LargeFiles large_files = LargeFiles::kCopied);
+/// The file system of the machine. Only regular files can be opened, links followed.
+FileSystem& RealFileSystem();
 
 }  // namespace tarvel

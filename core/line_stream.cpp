@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_stream.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -10,6 +12,16 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
+constexpr std::size_t kHugePage = std::size_t{1} << 21;
+
+/// Asks for large pages: a library's memory comes in half the time then. What lacks them goes on
+/// with small ones.
+void AdviseHugePages(char* bytes, std::size_t size) {
+  void* start = bytes;
+  if (std::align(kHugePage, kHugePage, start, size)) {
+    (void)madvise(start, size / kHugePage * kHugePage, MADV_HUGEPAGE);
+  }
+}
 
 }  // namespace
 
@@ -20,12 +32,6 @@ LineStream::LineStream(std::string_view bytes) {
 }
 
 LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(source)) {
-  if (const std::string_view mapped = source_->Map(); !mapped.empty()) {
-    data_ = mapped.data();
-    loaded_ = mapped.size();
-    mapped_ = std::move(source_);
-    return;
-  }
   // Views into the buffer must stay valid, so it is made as large as the file at once. The system
   // gives the pages only when they are written. A file of unknown size is read now instead.
   const std::size_t size = source_->Size();
@@ -37,7 +43,7 @@ void LineStream::Grow(std::size_t capacity) {
   auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
-  data_ = bytes_.get();
+  AdviseHugePages(bytes_.get(), capacity);
   capacity_ = capacity;
 }
 
@@ -75,7 +81,7 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
     at_end_ = true;
     return std::nullopt;
   }
-  const char* start = data_ + position_;
+  const char* start = bytes_.get() + position_;
   const void* newline = std::memchr(start, '\n', left);
   const std::size_t size =
       newline ? static_cast<std::size_t>(static_cast<const char*>(newline) - start) + 1 : left;

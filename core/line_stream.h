@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,20 @@ inline constexpr std::size_t kTagLine = 500000;      // the lines of an entry in
 inline constexpr std::size_t kContinuation = 25000;  // a line that continues a value
 }  // namespace limits
 
+/// What tells a file from others, and from itself before it was changed: the device, the number
+/// there, the size in bytes, and when its bytes and when anything of it were changed.
+struct FileState {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::int64_t size = 0;
+  std::int64_t written_s = 0;
+  std::int64_t written_ns = 0;
+  std::int64_t changed_s = 0;
+  std::int64_t changed_ns = 0;
+
+  bool operator==(const FileState&) const = default;
+};
+
 /// Where the bytes of a file come from. One of these per open file; closed by its destructor.
 class ByteSource {
  public:
@@ -26,8 +41,8 @@ class ByteSource {
   [[nodiscard]] virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
   /// The file's size in bytes when it was opened; 0 when it is not known.
   virtual std::size_t Size() const = 0;
-  /// The whole file, mapped for as long as the source lives; empty when it is to be read.
-  virtual std::string_view Map() { return {}; }
+  /// The file's state when it was opened; nothing where files cannot change.
+  virtual std::optional<FileState> State() const { return std::nullopt; }
 };
 
 /// A file held in memory that serves its lines exactly as stdio's `fgets` would: at most
@@ -61,7 +76,7 @@ class LineStream {
   /// Whether reading the file failed at some point.
   bool ReadFailed() const { return read_failed_; }
   /// All bytes in memory so far: the whole file after `LoadAll`.
-  std::string_view Bytes() const { return {data_, loaded_}; }
+  std::string_view Bytes() const { return {bytes_.get(), loaded_}; }
 
  private:
   std::size_t FindAhead(char byte);
@@ -69,9 +84,7 @@ class LineStream {
   void Grow(std::size_t capacity);
 
   std::unique_ptr<ByteSource> source_;  // while there is more to read
-  std::unique_ptr<ByteSource> mapped_;  // that holds the bytes, in the place of `bytes_`
   std::unique_ptr<char[]> bytes_;
-  const char* data_ = nullptr;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;

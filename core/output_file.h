@@ -11,7 +11,9 @@ namespace tarvel {
 /// stdio's modes for new files: "w" and "w+". "w+" means that the file must be readable too.
 enum class CreateMode { kWrite, kWriteRead };
 
-/// Where the bytes of a new file go. Closed by its destructor if `Close` was not called.
+/// Where the bytes of a new file go. Closed by its destructor if `Close` was not called. The bytes
+/// of a pending file get their name by `MakeReady` and then `Publish`, both after `Close`, and are
+/// gone with the sink otherwise; the bytes of any other sink stand under their name at once.
 class ByteSink {
  public:
   virtual ~ByteSink() = default;
@@ -19,6 +21,12 @@ class ByteSink {
   [[nodiscard]] virtual std::string Write(std::string_view bytes) = 0;
   /// Closes the file; gives an empty text, or why it failed.
   [[nodiscard]] virtual std::string Close() = 0;
+  /// The path under which the bytes of a pending file can be read; empty for any other.
+  virtual std::string PendingPath() const { return {}; }
+  /// Does all of publishing that can lack room; gives an empty text, or why it failed.
+  [[nodiscard]] virtual std::string MakeReady() { return {}; }
+  /// Gives the file its name; gives an empty text, or why it failed.
+  [[nodiscard]] virtual std::string Publish() { return {}; }
 };
 
 /// A new file. Every write is checked: the first failure is kept and told by `Close`, and nothing

@@ -11,6 +11,7 @@
 #include "core/file_names.h"
 #include "core/line_stream.h"
 #include "core/output_file.h"
+#include "core/run_files.h"
 
 namespace tarvel {
 
@@ -133,7 +134,7 @@ std::unique_ptr<ByteSink> CreateCopy(FileSystem& files, const std::string& path)
 }
 
 /// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
-std::optional<std::string> Convert(FileSystem& files, const std::string& picked, int system) {
+std::optional<std::string> Convert(RunFiles& files, const std::string& picked, int system) {
   auto new_path = InsertBeforeExtension(picked, kCopySuffix);
   if (!new_path) {
     Refuse("Could not open the file!");
@@ -146,7 +147,10 @@ std::optional<std::string> Convert(FileSystem& files, const std::string& picked,
   if (!sink) return std::nullopt;
   OutputFile copy(std::move(sink), *new_path);
   if (!WriteCopy(*source, system, copy)) return std::nullopt;
-  return new_path;
+  const std::string error = files.Publish();
+  if (error.empty()) return new_path;
+  PrintError(error);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -173,11 +177,10 @@ int SystemOf(const LineBreaks& breaks) {
   return kMacSystem;
 }
 
-int ConvertLineEndings(PathBuffer& path) {
-  return ConvertLineEndings(path, RealFileSystem(GlobalLargeFiles));
-}
+int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, RealFileSystem()); }
 
-int ConvertLineEndings(PathBuffer& path, FileSystem& files) {
+int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
+  RunFiles files(disk);
   const std::string picked = path.Get();
   if (picked.empty()) return Refuse("File ?");
   auto source = files.OpenSource(picked, ReadMode::kRead);

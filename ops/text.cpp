@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Text: the entries of a library as references of a journal style, in plain text or in LaTeX.
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/text_primitives.h"
 #include "ops/operations.h"
@@ -25,6 +27,9 @@ constexpr std::string_view kTextNotCreated =
     "Function CreateText()_4 => Could not create a new text file?";
 constexpr std::string_view kLibraryTooShort =  // sic: the library is not a new one
     "Function Text()_5 => Could not read the new BibTeX file?";
+constexpr std::string_view kValueTooLong =
+    "Function CreateText()_6 => The rows of 'LaTeXCommands.tvl' make a value longer than "
+    "1,000,000 bytes!";
 
 constexpr std::string_view kAdvice = "You have to type the entry yourself. ";
 constexpr std::string_view kTextName = "_text.txt";
@@ -46,18 +51,19 @@ std::string NameReference(const Settings& settings, std::string_view key) {
   return std::string(latex ? "\\bibitem{" : "[").append(key).append(latex ? "}" : "]");
 }
 
-/// Makes the values ready to be printed. They stay so: what an entry takes over from the one before
-/// it is treated once more.
-void TreatValues(const Settings& settings, const LaTeXCommands& commands, ReferenceKind kind,
+/// Makes the values ready to be printed; false when one became too long. They stay so: what an
+/// entry takes over from the one before it is treated once more.
+bool TreatValues(const Settings& settings, const LaTeXCommands& commands, ReferenceKind kind,
                  EntryValues& values) {
   if (settings.UseLaTeXCode != 0) {
     StripBraces(values[kTitle]);
     StripBraces(values[kBooktitle]);
-    return;
+    return true;
   }
-  for (const ReferenceValue value : kTexts[static_cast<std::size_t>(kind)]) {
-    ApplyLaTeXCommands(values[value], commands);
-  }
+  const auto& texts = kTexts[static_cast<std::size_t>(kind)];
+  return std::all_of(texts.begin(), texts.end(), [&](ReferenceValue value) {
+    return ApplyLaTeXCommands(values[value], commands);
+  });
 }
 
 std::vector<ReferenceValue> PrintText(const RunContext& run, OutputFile& output, ReferenceKind kind,
@@ -97,6 +103,7 @@ int RunText(const RunContext& run) {
   ScanLibrary(library->Bytes(), {.line_limit = limits::kShortLine, .read_tags = kReferenceTags},
               warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
+  bool too_long = false;
   const WalkRules rules{
       .line_limit = limits::kShortLine,
       .strips_titles = false,
@@ -106,11 +113,13 @@ int RunText(const RunContext& run) {
       .name_reference = [&](std::string_view key) { return NameReference(run.settings, key); },
       .print =
           [&](const EntryKind& entry, EntryValues& values) {
-            TreatValues(run.settings, commands, entry.kind, values);
+            too_long = too_long || !TreatValues(run.settings, commands, entry.kind, values);
+            if (too_long) return std::vector<ReferenceValue>();
             return PrintText(run, *output, entry.kind, values);
           }};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(*entries)) return Fail(run, kLibraryTooShort);
+  if (too_long) return Fail(run, kValueTooLong);
   ReportUnsupported(run.reporter, walk.Unsupported(), kTextName);
   return CloseOutputs(run, {output.get()}) ? kSucceeded : kFailed;
 }

@@ -26,6 +26,27 @@ LaTeXCommands::Row ReadRow(std::string_view line) {
   return {std::string(command), std::string(line.substr(0, line.find(' ')))};
 }
 
+/// How often `wanted`, which is not empty, stands in `text`, side by side.
+std::size_t CountOf(std::string_view wanted, std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(wanted); at != std::string_view::npos;
+       at = text.find(wanted, at + wanted.size())) {
+    ++count;
+  }
+  return count;
+}
+
+/// Whether the row could make the value longer than it may become.
+bool GrowsTooLong(std::string_view value, const LaTeXCommands::Row& row) {
+  if (row.replacement.size() <= row.command.size()) return false;
+  const std::size_t growth = row.replacement.size() - row.command.size();
+  const auto too_long = [&](std::size_t times) {
+    return value.size() + times * growth > kLongestTreated;
+  };
+  // Nearly every value is short enough for as many commands as fit into it.
+  return too_long(value.size() / row.command.size()) && too_long(CountOf(row.command, value));
+}
+
 }  // namespace
 
 LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
@@ -103,14 +124,16 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
   return kSucceeded;
 }
 
-void ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands) {
+bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands) {
   // Between two rows that occur the text does not change, so the rows passed over would not have
   // changed it either.
   const std::vector<LaTeXCommands::Row>& rows = commands.Rows();
   for (std::size_t row = commands.FindRow(value, 0); row < rows.size();
        row = commands.FindRow(value, row + 1)) {
+    if (GrowsTooLong(value, rows[row])) return false;
     ReplaceString(value, rows[row].command, rows[row].replacement);
   }
+  return true;
 }
 
 }  // namespace tarvel

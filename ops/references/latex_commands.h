@@ -53,8 +53,13 @@ class LaTeXCommands {
 /// is cut, whatever it is.
 int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands);
 
+/// The most bytes that the rows may make of a value.
+inline constexpr std::size_t kLongestTreated = 1'000'000;
+
 /// Applies the rows to `value`, one after the other, each with `ReplaceString` to what those before
-/// it left.
-void ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands);
+/// it left. Stops, and gives false, at a row that could make it longer than it is and than
+/// `kLongestTreated` bytes: rows whose replacements hold the commands of others can double a value
+/// again and again.
+bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands);
 
 }  // namespace tarvel

@@ -9,8 +9,8 @@
 
 namespace tarvel {
 
-/// The widest field that a format can ask for; a wider one is no placeholder.
-inline constexpr std::size_t kWidestField = 1'000'000;
+/// The widest field that a format can ask for, in bytes; a wider one is no placeholder.
+inline constexpr std::size_t kWidestField = 10'000;
 
 /// The format with each "%s" replaced by the next of the values and "%%" by "%". A placeholder may
 /// have flags, a width and a precision, which count bytes, and does with them what `printf` does.

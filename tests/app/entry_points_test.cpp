@@ -21,7 +21,6 @@ class EntryPoints : public ::testing::Test {
     SecondFilePath.Set("");
     GlobalSettings = Settings();
     GlobalWarnings = nullptr;
-    GlobalLargeFiles = LargeFiles::kCopied;
   }
 
   testing::RecordingReporter reporter_;
@@ -34,12 +33,11 @@ TEST_F(EntryPoints, RunOnWhatIsGlobal) {
   SecondFilePath.Set("second");
   GlobalSettings.PrintTitle = 0;
   GlobalWarnings = &warnings;
-  GlobalLargeFiles = LargeFiles::kMapped;
   const RunContext run = GlobalRun();
   EXPECT_EQ(run.first_path, "first");
   EXPECT_EQ(run.second_path, "second");
   EXPECT_EQ(run.settings.PrintTitle, 0);
-  EXPECT_EQ(&run.files, &RealFileSystem(LargeFiles::kMapped));
+  EXPECT_EQ(&run.files, &RealFileSystem());
   EXPECT_EQ(&run.reporter, &reporter_);
   EXPECT_EQ(&run.styles, &GlobalJournalStyles);
   EXPECT_EQ(run.warnings, &warnings);

@@ -31,7 +31,6 @@ TEST(Globals, StartEmptyAndNameThisSystem) {
   EXPECT_EQ(GlobalWarningOutputs.file, nullptr);
   EXPECT_EQ(GlobalWarningOutputs.key_map, nullptr);
   EXPECT_FALSE(GlobalWarningOutputs.quiet);
-  EXPECT_EQ(GlobalLargeFiles, LargeFiles::kCopied);
   EXPECT_EQ(HostSystemCode, 5555);
 }
 

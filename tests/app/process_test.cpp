@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "app/process.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 
@@ -57,6 +61,51 @@ TEST(RaiseStackLimit, LeavesAHigherOneAlone) {
 TEST(RaiseStackLimitDeathTest, TellsOfALimitThatCannotBeSetAndGoesOn) {
   EXPECT_EXIT(RaiseUnderALowHardLimit(), ::testing::ExitedWithCode(0),
               "^setrlimit returned result = -1\n$");
+}
+
+TEST(PrepareProcess, OpensTheStandardStreamsThatAreClosed) {
+  EXPECT_EQ(InChild([] {
+              close(0);
+              close(2);
+              PrepareProcess();
+              struct stat null {};
+              struct stat status {};
+              if (stat("/dev/null", &null) != 0) return 10;
+              for (const int descriptor : {0, 2}) {
+                if (fstat(descriptor, &status) != 0 || status.st_rdev != null.st_rdev) return 11;
+              }
+              return fcntl(1, F_GETFD) >= 0 ? 0 : 12;
+            }),
+            0);
+}
+
+TEST(PrepareProcess, LetsWritesFailInsteadOfEndingTheProcess) {
+  EXPECT_EQ(InChild([] {
+              PrepareProcess();
+              int ends[2] = {};
+              if (pipe(ends) != 0 || close(ends[0]) != 0) return 10;
+              return write(ends[1], "x", 1) < 0 && errno == EPIPE ? 0 : 11;
+            }),
+            0);
+}
+
+/// How a process ends that gets SIGTERM, given what it does with it at its start.
+int EndBySigterm(void (*before)(int)) {
+  const pid_t child = fork();
+  if (child == 0) {
+    std::signal(SIGTERM, before);
+    PrepareProcess();
+    raise(SIGTERM);
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+}
+
+TEST(PrepareProcess, LeavesTheEndBySignalsAsTheShellExpectsIt) {
+  EXPECT_EQ(EndBySigterm(SIG_DFL), SIGTERM);
+  EXPECT_EQ(EndBySigterm(SIG_IGN), 0) << "what was ignored stays so";
 }
 
 TEST(GetProgramDirectory, FindsTheExecutable) {

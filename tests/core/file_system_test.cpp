@@ -9,76 +9,12 @@
 #include <filesystem>
 #include <string>
 
-#include "app/process.h"
 #include "tests/support/disk_files.h"
 
 namespace tarvel {
 namespace {
 
 using testing::TemporaryDirectory;
-
-// Mapping is switched on for a whole program: these tests do it in processes of their own.
-constexpr std::size_t kLarge = std::size_t{5} << 20;
-
-/// A file of numbered lines, as long as is asked for; the last one does not end.
-std::string Lines(std::size_t size) {
-  std::string text;
-  text.reserve(size + 16);
-  for (int number = 0; text.size() < size; ++number) text += std::to_string(number) + "\n";
-  text.resize(size);
-  return text;
-}
-
-void ReadMapped(const std::string& path, const std::string& bytes) {
-  const auto source = RealFileSystem(LargeFiles::kMapped).OpenSource(path, ReadMode::kRead);
-  if (source->Map().empty()) std::exit(1);
-  auto lines = RealFileSystem(LargeFiles::kMapped).OpenLines(path, ReadMode::kUpdate);
-  std::string read;
-  while (const auto line = lines->ReadLine(limits::kShortLine)) read += *line;
-  lines->SetPosition(3);
-  const bool goes_back = lines->ReadLine(4) == std::string_view(bytes).substr(3, 1);
-  std::exit(read == bytes && lines->Bytes() == bytes && !lines->ReadFailed() && goes_back ? 0 : 1);
-}
-
-TEST(MappedFilesDeathTest, AreReadAsOthersAre) {
-  const TemporaryDirectory directory;
-  const std::string bytes = Lines(kLarge);
-  testing::WriteDiskFile(directory / "large", bytes);
-  EXPECT_EXIT(ReadMapped(directory / "large", bytes), ::testing::ExitedWithCode(0), "");
-}
-
-void LookForMapped(const std::string& path) {
-  std::exit(
-      RealFileSystem(LargeFiles::kMapped).OpenSource(path, ReadMode::kRead)->Map().empty() ? 0 : 1);
-}
-
-TEST(MappedFilesDeathTest, AreNoSmallOnes) {
-  const TemporaryDirectory directory;
-  testing::WriteDiskFile(directory / "small", Lines((std::size_t{4} << 20) - 1));
-  EXPECT_EXIT(LookForMapped(directory / "small"), ::testing::ExitedWithCode(0), "");
-}
-
-TEST(MappedFilesDeathTest, AreNoneUnlessTheProgramAsks) {
-  const TemporaryDirectory directory;
-  testing::WriteDiskFile(directory / "large", Lines(kLarge));
-  EXPECT_TRUE(RealFileSystem().OpenSource(directory / "large", ReadMode::kRead)->Map().empty());
-}
-
-void ReadWhatIsCutShort(const std::string& path) {
-  ReportLostFiles();
-  auto lines = RealFileSystem(LargeFiles::kMapped).OpenLines(path, ReadMode::kRead);
-  std::filesystem::resize_file(path, 0);
-  while (lines->ReadLine(limits::kShortLine)) {
-  }
-  std::exit(0);
-}
-
-TEST(MappedFilesDeathTest, EndTheProgramWithAMessageWhenTheyAreCutShort) {
-  const TemporaryDirectory directory;
-  testing::WriteDiskFile(directory / "large", Lines(kLarge));
-  EXPECT_EXIT(ReadWhatIsCutShort(directory / "large"), ::testing::ExitedWithCode(1),
-              "A file was changed by another program, or could not be read");
-}
 
 TEST(RealFileSystem, DoesNotOpenWhatItShouldNot) {
   const TemporaryDirectory directory;
@@ -100,6 +36,32 @@ TEST(RealFileSystem, OpensForUpdatingOnlyWhatCouldBeWritten) {
   // A program that runs cannot be written, not even by root, whom permissions do not stop.
   EXPECT_NE(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kRead), nullptr);
   EXPECT_EQ(RealFileSystem().OpenSource("/proc/self/exe", ReadMode::kUpdate), nullptr);
+}
+
+TEST(RealFileSystem, OpensRegularFilesOnlyAndWaitsForNone) {
+  const TemporaryDirectory directory;
+  ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0666), 0);
+  ASSERT_EQ(symlink("pipe", (directory / "link").c_str()), 0);
+  for (const std::string& path : {directory / "pipe", directory / "link", std::string("/dev/null"),
+                                  std::string("/dev/zero")}) {
+    EXPECT_EQ(RealFileSystem().OpenSource(path, ReadMode::kRead), nullptr) << path;
+    EXPECT_EQ(RealFileSystem().OpenSource(path, ReadMode::kUpdate), nullptr) << path;
+    EXPECT_FALSE(RealFileSystem().StateAt(path)) << path;
+  }
+}
+
+TEST(RealFileSystem, KnowsAFileFromItsChangedSelfAndFromOthers) {
+  const TemporaryDirectory directory;
+  const std::string path = directory / "file";
+  testing::WriteDiskFile(path, "one");
+  const auto state = RealFileSystem().OpenSource(path, ReadMode::kRead)->State();
+  ASSERT_TRUE(state);
+  EXPECT_EQ(RealFileSystem().StateAt(path), state);
+  std::filesystem::resize_file(path, 2);
+  EXPECT_NE(RealFileSystem().StateAt(path), state);
+  testing::WriteDiskFile(directory / "other", "one");
+  EXPECT_NE(RealFileSystem().StateAt(directory / "other"), state);
+  EXPECT_FALSE(RealFileSystem().StateAt(directory / "none"));
 }
 
 TEST(RealFileSystem, ReadsFilesThatDoNotTellTheirSize) {

@@ -57,6 +57,20 @@ struct Case {
   const char* says;
 };
 
+TEST(Text, FailsWhenTheCommandsMakeAValueTooLong) {
+  std::string rows;
+  for (const char* row : {"a b", "b c", "c d"}) {
+    rows.append(row);
+    for (int i = 1; i < 450; ++i) rows.append(1, row[2]);
+    rows += "\n";
+  }
+  const PlainOutcome outcome =
+      RunOver(World("@article{k,\n  title = {a}\n}\n\n@article{l,\n}\n", rows, {}));
+  EXPECT_EQ(outcome.result, 0);
+  EXPECT_NE(outcome.printed.find("make a value longer than 1,000,000 bytes!"), std::string::npos);
+  EXPECT_LT(outcome.files.at("_text.txt").size(), 1000U) << "nothing is printed of it";
+}
+
 TEST(Text, PrintsEveryEntryInTheOrderOfTheLibrary) {
   constexpr Case cases[] = {
       {"", "", kPlain, "", "an empty library"},

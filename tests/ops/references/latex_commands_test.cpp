@@ -145,6 +145,28 @@ TEST(ApplyLaTeXCommands, GivesWhatTryingEveryRowGives) {
   }
 }
 
+TEST(ApplyLaTeXCommands, StopsBeforeAValueGrowsWithoutBound) {
+  std::string rows = "START\n";
+  for (char letter = 'a'; letter < 'g'; ++letter) {
+    rows.append(1, letter).append(" ");
+    for (int i = 0; i < 450; ++i) rows.append(1, static_cast<char>(letter + 1)).append(".");
+    rows.append("\n");
+  }
+  std::string value = "{abc}";
+  EXPECT_FALSE(ApplyLaTeXCommands(value, Read(rows)));
+  EXPECT_LE(value.size(), kLongestTreated);
+  EXPECT_GT(value.size(), 1000U) << "what is short enough is done";
+
+  std::string most(kLongestTreated - 1, 'x');
+  most += "a";
+  EXPECT_TRUE(ApplyLaTeXCommands(most, Read("START\na b\n"))) << "what does not grow goes on";
+  EXPECT_FALSE(ApplyLaTeXCommands(most, Read("START\nb cc\n")));
+  most.pop_back();
+  most.back() = 'b';
+  EXPECT_TRUE(ApplyLaTeXCommands(most, Read("START\nb cc\n"))) << "up to the last byte";
+  EXPECT_EQ(most.size(), kLongestTreated);
+}
+
 TEST(FindRow, GivesTheFirstRowThatOccurs) {
   const LaTeXCommands commands = Read("START\nb x\n#a x\na x\nab x\nb x\n\nabc x\n");
   EXPECT_EQ(commands.FindRow("abc", 0), 0U);

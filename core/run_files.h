@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/file_system.h"
+
+namespace tarvel {
+
+/// The files of one run, in front of the file system that holds them. What the run writes stays
+/// apart, and what was there before stays as it is, until `Publish` gives all of it its names; a
+/// run that ends without it leaves nothing. A path that the run has written is read back as
+/// written.
+class RunFiles final : public FileSystem {
+ public:
+  /// `files` must outlive this.
+  explicit RunFiles(FileSystem& files) : files_(files) {}
+
+  std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override;
+  std::optional<FileState> StateAt(const std::string& path) override {
+    return files_.StateAt(path);
+  }
+  /// Null also when another output of the run is the same file. The sink must not outlive this;
+  /// what it takes after `Publish` goes straight into the published file.
+  std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override;
+  bool IsSameFile(const std::string& one, const std::string& other) override {
+    return files_.IsSameFile(one, other);
+  }
+  bool IsSamePlace(const std::string& one, const std::string& other) override {
+    return files_.IsSamePlace(one, other);
+  }
+
+  /// Whether a byte of any output did not arrive.
+  bool WriteFailed() const { return write_failed_; }
+  /// Gives the new files their names, logs last, and begins the next run. No file gets its name
+  /// when the run has failed to write a byte, which it has reported itself, and when a file that it
+  /// read has been changed since. Gives an empty text, or why it failed.
+  [[nodiscard]] std::string Publish();
+  /// Forgets the new files and begins the next run.
+  void Discard();
+
+ private:
+  class Writer;
+  struct NewFile {
+    std::string path;
+    std::shared_ptr<ByteSink> sink;
+  };
+  std::string ChangedInput() const;
+  std::string PublishAll();
+
+  FileSystem& files_;
+  std::map<std::string, FileState> read_;  // path, and the file's state when it was first opened
+  std::vector<NewFile> new_files_;
+  bool write_failed_ = false;
+};
+
+}  // namespace tarvel

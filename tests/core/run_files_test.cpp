@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "core/run_files.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+
+#include "tests/support/disk_files.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/memory_files.h"
+
+namespace tarvel {
+namespace {
+
+using testing::ReadDiskFile;
+using testing::WriteDiskFile;
+
+class RunFilesTest : public ::testing::Test {
+ protected:
+  void Create(const std::string& path, std::string_view bytes) {
+    OutputFile file(run_.CreateSink(path, CreateMode::kWrite), path);
+    file.Write(bytes);
+    EXPECT_TRUE(file.Close());
+  }
+
+  testing::TemporaryDirectory directory_;
+  RunFiles run_{RealFileSystem()};
+  const std::string library_ = directory_ / "lit_tag.bib";
+  const std::string log_ = directory_ / "lit_tag.log";
+};
+
+TEST_F(RunFilesTest, GiveNoNameBeforeTheEnd) {
+  WriteDiskFile(library_, "old");
+  Create(library_, "new");
+  Create(log_, "log");
+  EXPECT_EQ(ReadDiskFile(library_), "old");
+  EXPECT_FALSE(std::filesystem::exists(log_));
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_EQ(ReadDiskFile(library_), "new");
+  EXPECT_EQ(ReadDiskFile(log_), "log");
+}
+
+TEST_F(RunFilesTest, LeaveNothingWhenTheyAreDiscarded) {
+  WriteDiskFile(library_, "old");
+  Create(library_, "new");
+  Create(log_, "log");
+  run_.Discard();
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_EQ(ReadDiskFile(library_), "old");
+  EXPECT_FALSE(std::filesystem::exists(log_));
+}
+
+TEST_F(RunFilesTest, ReadBackWhatTheRunHasWritten) {
+  WriteDiskFile(library_, "old");
+  Create(library_, "new");
+  EXPECT_EQ(run_.OpenLines(library_, ReadMode::kUpdate)->Bytes(), "new");
+  EXPECT_EQ(run_.Publish(), "") << "its own file is no input";
+}
+
+TEST_F(RunFilesTest, NameAnInputThatWasChanged) {
+  const std::string input = directory_ / "lit.bib";
+  WriteDiskFile(input, "input");
+  WriteDiskFile(library_, "old");
+  for (const bool removed : {false, true}) {
+    EXPECT_TRUE(run_.OpenLines(input, ReadMode::kRead));
+    Create(library_, "new");
+    if (removed) {
+      std::filesystem::remove(input);
+    } else {
+      std::filesystem::resize_file(input, 3);
+    }
+    EXPECT_NE(run_.Publish().find("'" + input + "' was changed"), std::string::npos);
+    EXPECT_EQ(ReadDiskFile(library_), "old");
+  }
+}
+
+TEST_F(RunFilesTest, KeepWhatStandsWhenAWriteFailed) {
+  testing::MemoryFiles memory;
+  testing::FaultyFiles full(memory);
+  full.room = 2;
+  RunFiles run(full);
+  OutputFile file(run.CreateSink("a.log", CreateMode::kWrite), "a.log");
+  file.Write("long");
+  EXPECT_FALSE(run.WriteFailed());
+  EXPECT_FALSE(file.Close());
+  EXPECT_TRUE(run.WriteFailed());
+  EXPECT_EQ(run.Publish(), "") << "the run reports it";
+  EXPECT_FALSE(run.WriteFailed()) << "a new run begins";
+}
+
+TEST_F(RunFilesTest, RefuseTwoOutputsThatAreOneFile) {
+  ASSERT_EQ(symlink("lit_tag.bib", log_.c_str()), 0);
+  Create(library_, "new");
+  EXPECT_EQ(run_.CreateSink(log_, CreateMode::kWrite), nullptr) << "a link to what will be made";
+  EXPECT_EQ(run_.CreateSink(directory_ / "./lit_tag.bib", CreateMode::kWrite), nullptr);
+}
+
+TEST_F(RunFilesTest, KeepTheModeOfWhatTheyReplace) {
+  WriteDiskFile(library_, "old");
+  ASSERT_EQ(chmod(library_.c_str(), 0640), 0);
+  Create(library_, "new");
+  const mode_t mask = umask(027);
+  Create(log_, "log");
+  umask(mask);
+  EXPECT_EQ(run_.Publish(), "");
+  struct stat status {};
+  ASSERT_EQ(stat(library_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+  ASSERT_EQ(stat(log_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+}
+
+TEST_F(RunFilesTest, WriteThroughLinks) {
+  const std::string target = directory_ / "target";
+  WriteDiskFile(target, "old");
+  ASSERT_EQ(symlink("target", library_.c_str()), 0);
+  ASSERT_EQ(link(target.c_str(), log_.c_str()), 0);
+  Create(library_, "new");
+  EXPECT_EQ(ReadDiskFile(log_), "new");
+  EXPECT_EQ(run_.CreateSink(log_, CreateMode::kWrite), nullptr) << "it is the same file";
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(library_));
+}
+
+TEST_F(RunFilesTest, CreateNothingWhereNothingCanBeCreated) {
+  EXPECT_EQ(run_.CreateSink(directory_ / "none/lit.bib", CreateMode::kWrite), nullptr);
+  EXPECT_EQ(run_.CreateSink(directory_ / std::string(256, 'x'), CreateMode::kWrite), nullptr);
+  std::filesystem::create_directory(library_);
+  EXPECT_EQ(run_.CreateSink(library_, CreateMode::kWrite), nullptr);
+  Create(directory_ / std::string(255, 'x'), "a long name");
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_EQ(ReadDiskFile(directory_ / std::string(255, 'x')), "a long name");
+}
+
+TEST_F(RunFilesTest, RemoveWhatADeadRunLeft) {
+  WriteDiskFile(directory_ / ".lit_tag.bib.tarvel-0", "half");
+  WriteDiskFile(directory_ / ".lit_tag.bib.tarvel-1", "half");
+  Create(library_, "new");
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_FALSE(std::filesystem::exists(directory_ / ".lit_tag.bib.tarvel-0"));
+  EXPECT_FALSE(std::filesystem::exists(directory_ / ".lit_tag.bib.tarvel-1"));
+}
+
+}  // namespace
+}  // namespace tarvel
