@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/tarvel_app.h"
 
+#include <new>
+
 #include "app/process.h"
 #include "app/reporter.h"
 #include "gui/tarvel_dialog.h"
@@ -15,6 +17,15 @@ bool Tarvel_App::OnInit() {
   SetTopWindow(dialog);
   dialog->Show(true);
   return true;
+}
+
+bool Tarvel_App::OnExceptionInMainLoop() {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    PrintError("Not enough memory!");
+    return true;
+  }
 }
 
 }  // namespace tarvel
