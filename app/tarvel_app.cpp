@@ -3,6 +3,8 @@
 
 #include <atk/atk.h>
 
+#include <new>
+
 #include "app/process.h"
 #include "app/reporter.h"
 #include "gui/tarvel_dialog.h"
@@ -29,6 +31,15 @@ bool Tarvel_App::OnInit() {
   SetTopWindow(dialog);
   dialog->Show(true);
   return true;
+}
+
+bool Tarvel_App::OnExceptionInMainLoop() {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    PrintError("Not enough memory!");
+    return true;
+  }
 }
 
 }  // namespace tarvel

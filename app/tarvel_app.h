@@ -13,6 +13,9 @@ class Tarvel_App : public wxApp {
   /// Raises the stack limit and shows the main dialog; gives true. The command line is not looked
   /// at.
   bool OnInit() override;
+  /// Reports that memory ran out in a handler, and lets the window live on; gives true then. Any
+  /// other exception goes on.
+  bool OnExceptionInMainLoop() override;
 
  private:
   WxReporter reporter_;

@@ -2,6 +2,7 @@
 // Clean doubles: writes a library anew in which every item stands once. An entry is compared with
 // those already written, and the log explains each that is left out or gets a new key.
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -17,6 +18,7 @@
 #include "ops/entries/kept_entries.h"
 #include "ops/entries/library_follower.h"
 #include "ops/entries/overlapping_reader.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 
@@ -270,10 +272,15 @@ int RunCleanDoubles(const RunContext& run) {
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(
-      input->Bytes(),
-      {.line_limit = limits::kPairLine, .read_tags = kDoublesTagNames, .needs_closing_line = true},
-      warnings);
+  std::uint64_t keyless = 0;
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kPairLine,
+               .read_tags = kDoublesTagNames,
+               .needs_closing_line = true,
+               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; }},
+              warnings);
+  WarnOfLargeOutput(run, log->Path(), keyless * keyless / 2 * kEmptyKeys.size(),
+                    std::to_string(keyless) + " entries without a key");
   DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
                         run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();

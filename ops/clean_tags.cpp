@@ -12,6 +12,7 @@
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/entries/entry_record.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 #include "warnings/tag_warnings.h"
@@ -283,8 +284,14 @@ int RunCleanTags(const RunContext& run) {
   if (!log) return Fail(run, kLogNotCreated);
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine, .read_tags = kFilterNames},
-              file_warnings);
+  KeptStrings strings(input->Bytes(), kStringMarker);
+  ScanRules rules{.line_limit = limits::kLongLine, .read_tags = kFilterNames};
+  if (run.settings.RemoveJournalStrings == 0) {
+    rules.on_entry = [&](const EntryHead& head) { strings.AddUpTo(head.offset); };
+  }
+  ScanLibrary(input->Bytes(), rules, file_warnings);
+  WarnOfLargeOutput(run, library->Path(), strings.Bytes(),
+                    "each definition of a string is copied with all that follows it");
   const bool has_header = input->Bytes().starts_with(BibFileHeader);
   TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
   Counters counters;

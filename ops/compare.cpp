@@ -3,6 +3,7 @@
 // and its counterparts of those that it has.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -13,6 +14,7 @@
 #include "core/text_primitives.h"
 #include "ops/entries/compare_libraries.h"
 #include "ops/entries/group_rules.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/repeated_keys.h"
 
@@ -38,6 +40,9 @@ constexpr std::array<std::string_view, 7> kFailures{
     "Function Compare()_5, Could not open the log file!",
     "Function Compare()_6 => Could not open the BibTeX file !",
     "Function Compare()_7 => Could not open the BibTeX file !"};
+
+/// About the bytes of a verdict in the log.
+constexpr std::uint64_t kVerdictSize = 180;
 
 int FailAt(const RunContext& run, Failure failure) {
   return Fail(run, kFailures[static_cast<std::size_t>(failure)]);
@@ -145,10 +150,12 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
-/// Reports what is odd about one of the libraries.
-void ReportLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
+/// Reports what is odd about one of the libraries; gives the number of its entries without a key.
+std::uint64_t ReportLibrary(const RunContext& run, const std::string& path,
+                            const LineStream& library) {
   FileWarnings warnings = WarningsOf(run, path, library);
-  if (!warnings.Wanted()) return;
+  std::uint64_t keyless = 0;
+  if (!warnings.Wanted()) return keyless;
   RepeatedKeys keys(library.Bytes(), warnings);
   ScanRules rules{
       .line_limit = limits::kPairLine, .read_tags = kCompareTagNames, .needs_closing_line = true};
@@ -158,9 +165,11 @@ void ReportLibrary(const RunContext& run, const std::string& path, const LineStr
           WarningKind::kNoGroup, head.offset, head.key,
           std::string("the type '").append(head.type).append("' is compared with none"));
     }
+    keyless += head.key.empty() ? 1U : 0U;
     keys.Check(head);
   };
   ScanLibrary(library.Bytes(), rules, warnings);
+  return keyless;
 }
 
 }  // namespace
@@ -183,8 +192,10 @@ int RunCompare(const RunContext& run) {
   missing->Write(HeaderOf(missing->Path()));
   equal->Write(HeaderOf(equal->Path()));
 
-  ReportLibrary(run, run.first_path, *first);
-  ReportLibrary(run, run.second_path, *second);
+  const std::uint64_t keyless = ReportLibrary(run, run.first_path, *first);
+  WarnOfLargeOutput(run, log->Path(),
+                    keyless * ReportLibrary(run, run.second_path, *second) * kVerdictSize,
+                    "entries without a key are compared with all others without one");
   const Counters counters = Comparison(*first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;

@@ -77,21 +77,16 @@ std::vector<ReferenceValue> PrintText(const RunContext& run, OutputFile& output,
   return PrintReference(output, run.styles.Format(*style, key), ValueOrder(kind, *style), values);
 }
 
-/// The number of entries of the library; nothing when it cannot be opened.
-std::optional<int> CountLibrary(const RunContext& run) {
-  std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-  if (!library) return std::nullopt;
-  return CountEntries(*library);
-}
-
 }  // namespace
 
 int RunText(const RunContext& run) {
   if (run.first_path.empty()) return Fail(run, kNoLibrary);
-  const std::optional<int> entries = CountLibrary(run);
-  if (!entries) return Fail(run, kNotOpened);
   std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
-  if (!library) return Fail(run, kNotReopened);
+  if (!library) return Fail(run, kNotOpened);
+  const int entries = CountEntries(*library);
+  // What was read to count the entries serves the walk, too.
+  if (!run.files.OpenSource(run.first_path, ReadMode::kUpdate)) return Fail(run, kNotReopened);
+  library->SetPosition(0);
   const auto output = CreateWithHeader(run, run.first_path, Output::kText);
   if (!output) return Fail(run, kTextNotCreated);
 
@@ -118,7 +113,7 @@ int RunText(const RunContext& run) {
             return PrintText(run, *output, entry.kind, values);
           }};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
-  if (!walk.Run(*entries)) return Fail(run, kLibraryTooShort);
+  if (!walk.Run(entries)) return Fail(run, kLibraryTooShort);
   if (too_long) return Fail(run, kValueTooLong);
   ReportUnsupported(run.reporter, walk.Unsupported(), kTextName);
   return CloseOutputs(run, {output.get()}) ? kSucceeded : kFailed;

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "core/file_places.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/support/disk_files.h"
+
+namespace tarvel {
+namespace {
+
+TEST(AreOneFile, FollowsLinksAlsoToWhatIsNotThereYet) {
+  const testing::TemporaryDirectory directory;
+  testing::WriteDiskFile(directory / "file", "x");
+  ASSERT_EQ(link((directory / "file").c_str(), (directory / "hard").c_str()), 0);
+  ASSERT_EQ(symlink("file", (directory / "soft").c_str()), 0);
+  ASSERT_EQ(symlink("later", (directory / "dangling").c_str()), 0);
+  EXPECT_TRUE(AreOneFile(directory / "file", directory / "hard"));
+  EXPECT_TRUE(AreOneFile(directory / "file", directory / "soft"));
+  EXPECT_TRUE(AreOneFile(directory / "dangling", directory / "later"));
+  EXPECT_TRUE(AreOneFile(directory / "./new", directory / "new"));
+  EXPECT_FALSE(AreOneFile(directory / "new", directory / "other"));
+  EXPECT_FALSE(AreOneFile(directory / "file", directory / "other"));
+  EXPECT_FALSE(AreOneFile("/dev/null", "/dev/null")) << "into which any number may write";
+}
+
+TEST(DirectoryOfFile, EndsWithTheLastSlash) {
+  EXPECT_EQ(DirectoryOfFile("a/b/c"), "a/b/");
+  EXPECT_EQ(DirectoryOfFile("/c"), "/");
+  EXPECT_EQ(DirectoryOfFile("c"), ".");
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "ops/large_outputs.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ops/operations.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/recording_reporter.h"
+#include "tests/support/recording_warnings.h"
+
+namespace tarvel {
+namespace {
+
+using testing::MemoryFiles;
+
+/// What a run warns of on the terminal.
+std::string WarnedOf(int (*operation)(const RunContext&), const std::string& library,
+                     bool keep_strings = false) {
+  testing::RecordingReporter reporter;
+  testing::RecordingWarnings warnings;
+  MemoryFiles files;
+  files.files["lit.bib"] = library;
+  files.files["more.bib"] = library;
+  RunContext run = testing::MemoryRun(files, "lit.bib", "more.bib");
+  run.warnings = &warnings;
+  if (keep_strings) run.settings.RemoveJournalStrings = 0;
+  EXPECT_EQ(operation(run), 1);
+  EXPECT_LE(reporter.warnings.size(), 1U);
+  return reporter.warnings.empty() ? "" : reporter.warnings.front();
+}
+
+std::string Keyless(int count) {
+  std::string library;
+  for (int i = 0; i < count; ++i) library += "@misc{,\n}\n\n";
+  return library;
+}
+
+TEST(LargeOutputs, AreWarnedOfBeforeEntriesWithoutAKeyFillALog) {
+  EXPECT_EQ(WarnedOf(RunCleanDoubles, Keyless(100)), "");
+  const std::string doubles = WarnedOf(RunCleanDoubles, Keyless(1000));
+  EXPECT_NE(doubles.find("'lit_double.log' may become large, up to about 13 MB: 1000 entries"),
+            std::string::npos)
+      << doubles;
+  EXPECT_EQ(WarnedOf(RunCompare, Keyless(100)), "");
+  EXPECT_NE(WarnedOf(RunCompare, Keyless(300)).find("'lit_comp.log' may become large"),
+            std::string::npos);
+}
+
+TEST(LargeOutputs, AreWarnedOfBeforeKeptStringsAreCopied) {
+  std::string strings;
+  for (int i = 0; i < 1000; ++i) strings += "@STRING{s" + std::to_string(i) + " = {Journal}}\n";
+  strings += "@misc{a,\n  title = {t}\n}\n";
+  EXPECT_EQ(WarnedOf(RunCleanTags, strings), "") << "they are not kept";
+  EXPECT_NE(WarnedOf(RunCleanTags, strings, true).find("'lit_tag.bib' may become large"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace tarvel
