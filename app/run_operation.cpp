@@ -28,11 +28,11 @@ class WarningsInUse {
 /// Runs an operation and reports what it warns of.
 int RunWithWarnings(const Operation& operation) {
   const WarningOutputs& outputs = GlobalWarningOutputs;
-  if (outputs.quiet && !outputs.file && !outputs.key_map) return operation.run();
+  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map) return operation.run();
   WarningReport report(outputs, GlobalReporter());
   const WarningsInUse in_use(report);
   const int result = operation.run();
-  report.ReportCounts();
+  report.ReportSummary();
   return result;
 }
 

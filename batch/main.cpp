@@ -30,10 +30,12 @@ int RunRequest(const BatchRequest& request) {
   const WholeRun run;  // these files are parts of the run, too
   std::unique_ptr<OutputFile> warnings;
   std::unique_ptr<OutputFile> key_map;
-  if (!request.warnings_file.empty() && !(warnings = CreateSideFile(request.warnings_file)))
-    return 1;
+  const bool all = request.warnings_file == kAllOnTerminal;
+  const bool in_file = !request.warnings_file.empty() && !all;
+  if (in_file && !(warnings = CreateSideFile(request.warnings_file))) return 1;
   if (!request.key_map_file.empty() && !(key_map = CreateSideFile(request.key_map_file))) return 1;
-  GlobalWarningOutputs = {.quiet = request.quiet, .file = warnings.get(), .key_map = key_map.get()};
+  GlobalWarningOutputs = {
+      .quiet = request.quiet, .all = all, .file = warnings.get(), .key_map = key_map.get()};
   bool good = RunOperation(*request.operation) == 1;
   GlobalWarningOutputs = {};
   for (OutputFile* file : {warnings.get(), key_map.get()}) {

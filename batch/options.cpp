@@ -192,8 +192,9 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   AddTags(app, settings, "--keep", "clean-tags: keep these tags; 'all' for every one", 0);
   AddTags(app, settings, "--remove", "clean-tags: remove these tags; 'all' for every one", 1);
   app.add_flag("--quiet", request.quiet, "print no warnings");
-  AddFile(app, request.warnings_file, "--warnings",
-          "write the warnings into FILE: kind, file, line, key, text, tabs between");
+  AddFile(
+      app, request.warnings_file, "--warnings",
+      "write all warnings into FILE: kind, file, line, key, text, tabs between; '-': print all");
   AddFile(app, request.key_map_file, "--key-map",
           "clean-doubles: write the dropped and renamed keys into FILE: old key, tab, new key");
   app.add_option("OPERATION FILE", words, "the operation and its files")

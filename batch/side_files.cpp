@@ -75,7 +75,8 @@ std::string WhyRefused(std::string_view option, const std::string& path,
 }  // namespace
 
 std::string WhyRefused(const BatchRequest& request) {
-  const std::string& warnings = request.warnings_file;
+  const bool on_terminal = request.warnings_file == kAllOnTerminal;
+  const std::string warnings = on_terminal ? std::string() : request.warnings_file;
   const std::string& key_map = request.key_map_file;
   std::string reason = WhyRefused("--warnings", warnings, request);
   if (reason.empty()) reason = WhyRefused("--key-map", key_map, request);

@@ -14,8 +14,10 @@ void TerminalReporter::Box(std::string_view message, std::string_view caption) {
   PrintOn(stderr, std::string("[").append(caption).append("] ").append(message).append("\n"));
 }
 
-void TerminalReporter::Warn(std::string_view text) {
-  PrintOn(stderr, std::string(program_).append(": warning: ").append(text).append("\n"));
+void TerminalReporter::Warn(std::string_view line) {
+  std::string whole;
+  if (line.starts_with("warning: ")) whole.append(program_).append(": ");
+  PrintOn(stderr, whole.append(line).append("\n"));
 }
 
 void PrintOn(std::FILE* stream, std::string_view text) {

@@ -15,8 +15,9 @@ class Reporter {
   virtual int Print(std::string_view text) = 0;
   /// Shows a message box with an OK button and waits for it.
   virtual void Box(std::string_view message, std::string_view caption) = 0;
-  /// Prints a warning on standard error: one line, given without its line break.
-  virtual void Warn(std::string_view text) = 0;
+  /// Prints a warning on standard error: one line, given without its line break. It begins with a
+  /// place in a file, as in "lit.bib:3: warning: ...", or, where there is none, with "warning: ".
+  virtual void Warn(std::string_view line) = 0;
 };
 
 /// Speaks on the terminal: boxes and warnings go to standard error, so that standard output holds
@@ -28,8 +29,8 @@ class TerminalReporter : public Reporter {
   int Print(std::string_view text) override;
   /// Prints "[CAPTION] MESSAGE" and a line break.
   void Box(std::string_view message, std::string_view caption) override;
-  /// Prints "PROGRAM: warning: TEXT" and a line break.
-  void Warn(std::string_view text) override;
+  /// Prints the line, after "PROGRAM: " where it begins with "warning: ".
+  void Warn(std::string_view line) override;
 
  private:
   std::string_view program_;

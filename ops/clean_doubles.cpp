@@ -13,6 +13,7 @@
 
 #include "core/text_primitives.h"
 #include "ops/entries/entry_record.h"
+#include "ops/entries/entry_warnings.h"
 #include "ops/entries/group_rules.h"
 #include "ops/entries/growing_library.h"
 #include "ops/entries/kept_entries.h"
@@ -21,6 +22,7 @@
 #include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -78,6 +80,10 @@ class DoubleCleaner {
   void Rename(Line& head);
   void AppendCopy();
   void InsertCopy(std::size_t position);
+  void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
+  void ReportCutEntry();
+  void ReportPassed(std::string_view line, std::size_t start);
+  void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
   void MapKey(std::string_view old_key, std::string_view new_key);
 
@@ -93,6 +99,7 @@ class DoubleCleaner {
   EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
+  bool in_text_ = false;  // the line before was outside entries, and reported
   int not_written_ = 0;
 };
 
@@ -100,8 +107,15 @@ bool DoubleCleaner::Walk() {
   // JabRef's "@comment{jabref" starts no entry: looking for one upper-cases the marker.
   std::size_t start = 0;
   for (Line line; ReadLine(input_, limits::kPairLine, line); start = input_.Position()) {
-    if (!IsKnownEntry(line)) continue;
-    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) return false;
+    if (!IsKnownEntry(line)) {
+      ReportPassed(input_.Bytes().substr(start, line.Text().size()), start);
+      continue;
+    }
+    in_text_ = false;
+    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) {
+      ReportEnd(start);
+      return false;
+    }
     TakeEntry(start);
   }
   return true;
@@ -115,6 +129,10 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
       rule.rule ? ComparedValuesOf(rule.rule->group, reader_.Entry()) : ComparedValues();
   const Decision decision = Decide(rule, values);
   LogSameKeys(rule, decision.by);
+  if (rule.rule && input_warnings_.Wanted()) {
+    ReportMisread(MisreadValues(rule.rule->group, reader_.Entry(), input_.Bytes()),
+                  reader_.Entry().key, input_warnings_);
+  }
   if (!decision.by) {
     CopyEntry(start, false);
     AppendCopy();
@@ -124,6 +142,7 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
   const ComparedValues earlier = decision.by->ComparedValuesOf(group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
+    ReportDropped(decision, group, start);
     MapKey(reader_.Entry().key, decision.by->key);
     ++not_written_;
     return;
@@ -195,6 +214,7 @@ void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
     copy_.text.append(line.Text());
     copy_.closed = line.Text().front() == '}';
   }
+  if (copy_.closed) ReportCutEntry();
 }
 
 /// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
@@ -225,6 +245,61 @@ void DoubleCleaner::InsertCopy(std::size_t position) {
   ReportOverwritten(position, position + text.size());
   follower_.Write(position, text);
   written_.emplace(position, position + copy_.text.size());
+}
+
+/// Reports what makes it doubtful that the dropped entry, which begins at `start`, is a double.
+void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& group,
+                                  std::size_t start) {
+  if (!input_warnings_.Wanted()) return;
+  const KeptEntry& kept = *decision.by;
+  ReportVerdict({.key = reader_.Entry().key,
+                 .other = kept.key,
+                 .offset = start,
+                 .verdict = "was dropped as a double of"},
+                MisreadValues(group, reader_.Entry(), input_.Bytes()),
+                DifferingTags(EntryTextAt(input_.Bytes(), start),
+                              library_.Bytes().substr(kept.head, kept.end - kept.head)),
+                input_warnings_);
+}
+
+/// Reports a copy that ends inside a value, with what of the entry is not in it.
+void DoubleCleaner::ReportCutEntry() {
+  if (!input_warnings_.Wanted()) return;
+  // Before its last line only the entry's own brace is open.
+  const std::string_view copy = std::string_view(copy_.text).substr(0, copy_.text.rfind("\n}") + 1);
+  const auto opened = std::count(copy.begin(), copy.end(), '{');
+  const auto closed = std::count(copy.begin(), copy.end(), '}');
+  if (opened <= closed + 1) return;
+  const std::size_t position = input_.Position();
+  const std::string_view rest = EntryTextAt(input_.Bytes(), position);
+  std::string tags;
+  for (const LineTag& tag : TagsOf(rest)) {
+    tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
+  }
+  input_warnings_.Report(WarningKind::kCutEntry, position - 1, CopyUntilChar(copy, '{', ','),
+                         "the entry was copied up to a value's line that begins with '}'; the rest "
+                         "is not in the new library" +
+                             tags);
+}
+
+/// Reports a line outside entries, of a text of several lines the first.
+void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
+  if (!input_warnings_.Wanted()) return;
+  const std::string_view text = Trim(line, kBlanks);
+  const bool starts_own = text.starts_with('@');
+  const bool says_nothing = IsFileHeader(text) || text == "}" || text == ")";
+  if (!says_nothing && (starts_own || !in_text_)) {
+    input_warnings_.Report(WarningKind::kTextNotCopied, start, {},
+                           "text outside entries was not copied: " + Quoted(text));
+  }
+  in_text_ = !says_nothing;
+}
+
+/// Reports why the run ends with the entry that begins at `start`.
+void DoubleCleaner::ReportEnd(std::size_t start) {
+  input_warnings_.Report(WarningKind::kEndedEarly, start, reader_.Entry().key,
+                         "no line that begins with '}' ends the last entry: Clean doubles ends "
+                         "there without success; put the last '}' on a line of its own");
 }
 
 /// Reports every entry of which the copy will replace a byte; of each only once.
@@ -277,7 +352,8 @@ int RunCleanDoubles(const RunContext& run) {
               {.line_limit = limits::kPairLine,
                .read_tags = kDoublesTagNames,
                .needs_closing_line = true,
-               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; }},
+               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; },
+               .one_value_a_line = true},
               warnings);
   WarnOfLargeOutput(run, log->Path(), keyless * keyless / 2 * kEmptyKeys.size(),
                     std::to_string(keyless) + " entries without a key");

@@ -176,7 +176,8 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
-    warnings_.NotePassedOutside(line.Text(), input_.Position() - line.Text().size());
+    const std::size_t start = input_.Position() - line.Text().size();
+    warnings_.NotePassedOutside(input_.Bytes().substr(start, line.Text().size()), start);
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
@@ -199,6 +200,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
       untagged_end_ = input_.Position() - line.Text().size();
     } else if (const auto tag = ReadTag(line, name)) {
       const bool removes = settings_.RemoveTag[*tag] != 0;
+      warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, input_.Position() - 1);
       if (removes) {
         removed.append(name).append(", ");
       } else {
@@ -213,6 +215,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   }
   library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");
+  warnings_.EndEntry(at_next_head);
   if (at_next_head) input_.SetPosition(after_head);  // the caller reads over the lines again
 
   if (removed.empty()) return TagOutcome::kNothingRemoved;
@@ -227,7 +230,8 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
   const std::size_t place = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
-    warnings_.NotePassed(line.Text(), place);
+    const std::size_t size = line.Text().size();
+    warnings_.NotePassed(input_.Bytes().substr(place + 1 - size, size), place);
     return std::nullopt;
   }
   ReadValue(line);
@@ -237,7 +241,6 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
     warnings_.NotePassedTag(line.Text(), place);
     return std::nullopt;
   }
-  warnings_.NoteTag();
   return static_cast<std::size_t>(tag);
 }
 
@@ -285,19 +288,24 @@ int RunCleanTags(const RunContext& run) {
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
   KeptStrings strings(input->Bytes(), kStringMarker);
-  ScanRules rules{.line_limit = limits::kLongLine, .read_tags = kFilterNames};
+  ScanRules rules{.line_limit = limits::kLongLine,
+                  .read_tags = kFilterNames,
+                  .one_value_a_line = true,
+                  .takes_all_tags = true};
   if (run.settings.RemoveJournalStrings == 0) {
     rules.on_entry = [&](const EntryHead& head) { strings.AddUpTo(head.offset); };
   }
   ScanLibrary(input->Bytes(), rules, file_warnings);
   WarnOfLargeOutput(run, library->Path(), strings.Bytes(),
                     "each definition of a string is copied with all that follows it");
-  const bool has_header = input->Bytes().starts_with(BibFileHeader);
-  TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
+  TagWarnings warnings(file_warnings);
   Counters counters;
   const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
   warnings.ReportTags();
   if (!whole) {
+    file_warnings.Report(WarningKind::kEndedEarly, input->Bytes().size(), {},
+                         "no entry follows the last '@STRING{': Clean tags ends without success; "
+                         "put an entry after the definitions, or let them be removed");
     (void)CloseOutputs(run, {library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;
   }

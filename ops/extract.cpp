@@ -111,7 +111,11 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
   if (!output) return Fail(run, kLibraryNotCreated);
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
-  const ScanRules rules{.line_limit = limits::kShortLine, .read_tags = kReferenceTags};
+  ValueCounts counts;
+  const ScanRules rules{.line_limit = limits::kShortLine,
+                        .read_tags = kReferenceTags,
+                        .one_value_a_line = true,
+                        .counts = &counts};
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
     observer.on_range = [&](const LibraryRange& range) {
@@ -120,6 +124,7 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   }
   const int found =
       SelectAndWriteBibTeXEntriesIntoNewFile(run.reporter, *output, *library, keys, observer);
+  warnings.ReportValues(counts.values, counts.unbraced);
   if (found == 0) PrintError(run.reporter, kNothingFound);
   return CloseOutputs(run, {output.get()}) ? found : 0;
 }

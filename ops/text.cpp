@@ -95,8 +95,10 @@ int RunText(const RunContext& run) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
-  ScanLibrary(library->Bytes(), {.line_limit = limits::kShortLine, .read_tags = kReferenceTags},
-              warnings);
+  ScanLibrary(
+      library->Bytes(),
+      {.line_limit = limits::kShortLine, .read_tags = kReferenceTags, .one_value_a_line = true},
+      warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
   bool too_long = false;
   const WalkRules rules{
@@ -111,6 +113,10 @@ int RunText(const RunContext& run) {
             too_long = too_long || !TreatValues(run.settings, commands, entry.kind, values);
             if (too_long) return std::vector<ReferenceValue>();
             return PrintText(run, *output, entry.kind, values);
+          },
+      .find_cut =
+          [&](std::string_view value) {
+            return latex ? std::string_view() : commands.FindCut(value);
           }};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(entries)) return Fail(run, kLibraryTooShort);

@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
 /// The bytes of a warning's text that go to the reporter; the file has all of it.
-constexpr std::size_t kLongestText = 200;
+constexpr std::size_t kLongestText = 300;
+/// The bytes that are shown of a key or of another text of a library.
+constexpr std::size_t kLongestQuote = 100;
 
 std::size_t CountBreaks(std::string_view bytes) {
   return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
@@ -52,19 +54,26 @@ std::string EscapeField(std::string_view text) {
 }
 
 /// The beginning of a long text, not cut within a UTF-8 character.
-std::string Shorten(std::string_view text) {
-  if (text.size() <= kLongestText) return std::string(text);
-  std::size_t size = kLongestText;
+std::string Shorten(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return std::string(text);
+  std::size_t size = most;
   while (size > 0 && ContinuesUtf8(text[size])) --size;
   return std::string(text.substr(0, size)).append("...");
 }
 
+/// A warning as a line that editors and build tools understand.
 std::string LineOf(const Warning& warning) {
-  std::string line(warning.file);
-  if (warning.line != 0) line.append(":").append(std::to_string(warning.line));
-  line.append(": ");
-  if (!warning.key.empty()) line.append("entry '").append(Shorten(warning.key)).append("': ");
-  return line.append(Shorten(warning.text));
+  std::string line;
+  if (!warning.file.empty()) line.append(warning.file).append(":");
+  if (warning.line != 0) line.append(std::to_string(warning.line)).append(":");
+  line.append(line.empty() ? "warning: " : " warning: ");
+  if (!warning.key.empty()) line.append("entry ").append(Quoted(warning.key)).append(": ");
+  line.append(Shorten(warning.text, kLongestText));
+  return EscapeControls(line.append(" [").append(RowOf(warning.kind).name).append("]"));
+}
+
+std::string_view WordOf(Severity severity) {
+  return severity == Severity::kLoss ? "loss: " : "note: ";
 }
 
 }  // namespace
@@ -106,21 +115,42 @@ std::string EscapeControls(std::string_view text) {
   return result;
 }
 
+std::string Quoted(std::string_view text) {
+  return std::string("'").append(Shorten(text, kLongestQuote)).append("'");
+}
+
 void WarningReport::Report(const Warning& warning) {
-  const std::size_t count = ++counts_[static_cast<std::size_t>(warning.kind)];
+  KindCount& kind = kinds_[static_cast<std::size_t>(warning.kind)];
+  ++kind.count;
   if (outputs_.file) {
     outputs_.file->Write({RowOf(warning.kind).name, "\t", EscapeField(warning.file), "\t",
-                          std::to_string(warning.line), "\t", EscapeField(warning.key), "\t",
+                          std::to_string(warning.line), "\t",
+                          EscapeField(Shorten(warning.key, kLongestQuote)), "\t",
                           EscapeField(warning.text), "\n"});
   }
-  if (!outputs_.quiet && count <= kMostShown) reporter_.Warn(EscapeControls(LineOf(warning)));
+  if (outputs_.all) {
+    reporter_.Warn(LineOf(warning));
+  } else if (!outputs_.quiet && kind.examples.size() < kExamples) {
+    kind.examples.push_back(LineOf(warning));
+  }
 }
 
 bool WarningReport::ReportNumber(WarningKind kind) {
-  std::size_t& count = counts_[static_cast<std::size_t>(kind)];
-  if (outputs_.file || (!outputs_.quiet && count < kMostShown)) return false;
-  ++count;
+  KindCount& counted = kinds_[static_cast<std::size_t>(kind)];
+  const bool is_example = !outputs_.quiet && counted.examples.size() < kExamples;
+  if (outputs_.file || outputs_.all || is_example) return false;
+  ++counted.count;
   return true;
+}
+
+void WarningReport::ReportValues(std::string_view file, std::size_t values, std::size_t unread) {
+  if (outputs_.quiet || unread * 2 <= values) return;
+  std::string line = "warning: " + std::string(file) + " cannot be read as it is: ";
+  line.append(std::to_string(unread)).append(" of ").append(std::to_string(values));
+  line.append(" values stand in quotes or bare, and are read as empty. Run 'tarvel-batch prepare ");
+  line.append(file).append("' and work on the copy that it writes.");
+  unread_.push_back(EscapeControls(line));
+  if (outputs_.all) reporter_.Warn(unread_.back());
 }
 
 void WarningReport::MapKey(std::string_view old_key, std::string_view new_key) {
@@ -128,17 +158,44 @@ void WarningReport::MapKey(std::string_view old_key, std::string_view new_key) {
   outputs_.key_map->Write({EscapeField(old_key), "\t", EscapeField(new_key), "\n"});
 }
 
-void WarningReport::ReportCounts() const {
-  if (outputs_.quiet) return;
-  for (std::size_t i = 0; i < counts_.size(); ++i) {
-    if (counts_[i] == 0) continue;
-    std::string line = std::string("in total ").append(kWarningKinds[i].summary).append(" (");
-    line.append(kWarningKinds[i].name).append("): ").append(std::to_string(counts_[i]));
-    if (counts_[i] > kMostShown) {
-      line.append(", told of the first ").append(std::to_string(kMostShown));
-    }
-    reporter_.Warn(line);
+/// The indexes of the kinds that were reported, in the order of the summary.
+std::vector<std::size_t> WarningReport::WorstFirst() const {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < kinds_.size(); ++i) {
+    if (kinds_[i].count != 0) order.push_back(i);
   }
+  std::stable_sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+    const Severity severity = kWarningKinds[one].severity;
+    if (severity != kWarningKinds[other].severity) return severity < kWarningKinds[other].severity;
+    return kinds_[one].count > kinds_[other].count;
+  });
+  return order;
+}
+
+void WarningReport::ReportSummary() const {
+  if (outputs_.quiet || outputs_.all) return;
+  for (const std::string& line : unread_) reporter_.Warn(line);
+  bool has_more = false;
+  for (const std::size_t i : WorstFirst()) {
+    const WarningRow& row = kWarningKinds[i];
+    std::string line("warning: ");
+    line.append(WordOf(row.severity)).append(row.summary).append(": ");
+    line.append(std::to_string(kinds_[i].count)).append(" [").append(row.name).append("]");
+    reporter_.Warn(line);
+    for (const std::string& example : kinds_[i].examples) reporter_.Warn(example);
+    has_more = has_more || kinds_[i].count > kinds_[i].examples.size();
+  }
+  if (has_more && !outputs_.file) {
+    reporter_.Warn("warning: there are more; tarvel-batch writes all with --warnings FILE");
+  }
+}
+
+std::size_t WarningReport::Losses() const {
+  std::size_t losses = 0;
+  for (std::size_t i = 0; i < kinds_.size(); ++i) {
+    if (kWarningKinds[i].severity == Severity::kLoss) losses += kinds_[i].count;
+  }
+  return losses;
 }
 
 }  // namespace tarvel

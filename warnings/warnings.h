@@ -3,82 +3,15 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/output_file.h"
 #include "core/reports.h"
+#include "warnings/warning_kinds.h"
 
 namespace tarvel {
-
-/// What a run can tell of besides its files. ORDER: `kWarningKinds`.
-enum class WarningKind : std::uint8_t {
-  kUnbracedValue,
-  kUnknownType,
-  kBlankInType,
-  kRunsOn,
-  kOpenValue,
-  kLongLine,
-  kBadBytes,
-  kMissingCitation,
-  kOtherCitation,
-  kKeyWithBlank,
-  kCarriedOver,
-  kNothingPrinted,
-  kCommandLeft,
-  kNoGroup,
-  kKeyTwice,
-  kOverwritten,
-  kAuthorsAsTheyWere,
-  kTextLost,
-  kUnknownJournal,
-  kLineCut,
-  kCharacter,
-  kLineLeftOut,
-  kUnknownTag,
-  kEntryDropped,
-  kTextNotCopied,
-};
-
-/// One kind of warning, as people see it.
-struct WarningRow {
-  std::string_view name;     // in the file of warnings and in the manual
-  std::string_view summary;  // what was found, in the plural
-};
-
-inline constexpr std::array<WarningRow, 25> kWarningKinds{{
-    {"unbraced-value", "values that do not stand in braces"},
-    {"unknown-type", "entries of an unknown type"},
-    {"blank-in-type", "blanks between an entry's type and its brace"},
-    {"runs-on", "entries that run on for want of a closing brace"},
-    {"open-value", "values that never close"},
-    {"long-line", "lines that are too long to be read at once"},
-    {"bad-bytes", "lines with bytes that are neither ASCII nor valid UTF-8"},
-    {"missing-citation", "cited keys without an entry"},
-    {"other-citation", "citations that were passed over or read out of a comment"},
-    {"key-with-blank", "cited keys with blanks"},
-    {"carried-over", "references that show a value of an earlier entry"},
-    {"nothing-printed", "entries that printed nothing"},
-    {"command-left", "LaTeX commands left in the plain text"},
-    {"no-group", "entries that are compared to none"},
-    {"key-twice", "keys that occur again in a library"},
-    {"overwritten", "entries that were written over"},
-    {"authors-as-they-were", "author lists of no known form"},
-    {"text-lost", "texts that were lost at the end of a line"},
-    {"unknown-journal", "journal names that are not in the list"},
-    {"line-cut", "lines that were cut because they mention a journal"},
-    {"character", "kinds of characters that became question marks"},
-    {"line-left-out", "kinds of tags whose lines were left out"},
-    {"unknown-tag", "unknown tags that were dropped"},
-    {"entry-dropped", "entries that were dropped with more in them"},
-    {"text-not-copied", "texts outside entries that were not copied"},
-}};
-
-constexpr const WarningRow& RowOf(WarningKind kind) {
-  return kWarningKinds[static_cast<std::size_t>(kind)];
-}
 
 /// Something that a run passed over, dropped or could not use.
 struct Warning {
@@ -97,6 +30,10 @@ class Warnings {
   /// Counts a warning whose text nobody will see and returns true; returns false, counting nothing,
   /// while the full warning is still wanted.
   virtual bool ReportNumber(WarningKind /*kind*/) { return false; }
+  /// Reports how many values of a library an operation asks for, and how many of them it cannot
+  /// read because they stand in quotes or bare.
+  virtual void ReportValues(std::string_view /*file*/, std::size_t /*values*/,
+                            std::size_t /*unread*/) {}
   /// Reports that documents that cite `old_key` must cite `new_key` in the new library.
   virtual void MapKey(std::string_view /*old_key*/, std::string_view /*new_key*/) {}
 };
@@ -126,6 +63,10 @@ class FileWarnings {
 
   /// Whether anybody wants warnings. Where nobody does, their texts need not be made up.
   bool Wanted() const { return to_ != nullptr; }
+  /// Passes on `Warnings::ReportValues`.
+  void ReportValues(std::size_t values, std::size_t unread) {
+    if (to_) to_->ReportValues(path_, values, unread);
+  }
   /// Counts a warning whose text nobody will see and returns true; false when it is to be reported.
   bool ReportNumber(WarningKind kind) { return !to_ || to_->ReportNumber(kind); }
   /// The number, from 1, of the line that holds the byte at `offset`.
@@ -142,33 +83,53 @@ class FileWarnings {
 /// The text with every control character and DEL written as "\n", "\t", "\r" or "\xNN".
 std::string EscapeControls(std::string_view text);
 
+/// The text between single quotes; of a long one only the beginning, with "..." after it. What
+/// warnings quote of a library goes through this, so that a crafted library makes no flood of them.
+std::string Quoted(std::string_view text);
+
 /// Where warnings go, besides the reporter.
 struct WarningOutputs {
-  bool quiet = false;             // nothing goes to the reporter
+  bool quiet = false;             // nothing goes to the reporter but what `all` asks for
+  bool all = false;               // each warning goes to the reporter at once; no summary follows
   OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
   OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between
 };
 
-/// Sends the first warnings of each kind, and at the end the number of each kind, to the reporter,
-/// and all of them to a file. In the file controls are escaped and a backslash is doubled.
+/// Counts the warnings of a run and keeps a few examples of each kind, which `ReportSummary` sends
+/// to the reporter; sends all of them to a file, or at once to the reporter, where that is asked
+/// for. In the file controls are escaped, a backslash is doubled and keys are cut.
 class WarningReport final : public Warnings {
  public:
-  /// How many of each kind go to the reporter.
-  static constexpr std::size_t kMostShown = 20;
+  /// How many examples of each kind are kept.
+  static constexpr std::size_t kExamples = 3;
 
   /// `reporter` must outlive this.
   WarningReport(const WarningOutputs& outputs, Reporter& reporter)
       : outputs_(outputs), reporter_(reporter) {}
   void Report(const Warning& warning) override;
   bool ReportNumber(WarningKind kind) override;
+  void ReportValues(std::string_view file, std::size_t values, std::size_t unread) override;
   void MapKey(std::string_view old_key, std::string_view new_key) override;
-  /// Sends the number of each kind to the reporter.
-  void ReportCounts() const;
+  /// Sends the summary to the reporter: libraries of which most values cannot be read, then each
+  /// kind with its number and its examples, losses first and of equally bad kinds the most frequent
+  /// first.
+  void ReportSummary() const;
+  /// How many losses were reported.
+  std::size_t Losses() const;
 
  private:
+  /// What was reported of one kind.
+  struct KindCount {
+    std::size_t count = 0;
+    std::vector<std::string> examples;
+  };
+
+  std::vector<std::size_t> WorstFirst() const;
+
   WarningOutputs outputs_;
   Reporter& reporter_;
-  std::array<std::size_t, kWarningKinds.size()> counts_{};
+  std::array<KindCount, kWarningKindCount> kinds_;
+  std::vector<std::string> unread_;  // a line for each library of which most values are not read
 };
 
 }  // namespace tarvel

@@ -36,10 +36,11 @@ TEST(TerminalReporter, KeepsStandardOutputForWhatIsPrinted) {
   TerminalReporter reporter("program");
   EXPECT_EQ(reporter.Print(std::string_view("a%s\0b", 5)), 5);
   reporter.Box("message %d\n", "caption");
-  reporter.Warn("text");
+  reporter.Warn("warning: text");
+  reporter.Warn("a.bib:3: warning: text");
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string("a%s\0b", 5));
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "[caption] message %d\n\nprogram: warning: text\n");
+            "[caption] message %d\n\nprogram: warning: text\na.bib:3: warning: text\n");
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ TEST_F(WxReporterTest, PrintsOnStandardOutputAtOnceAndWarnsOnStandardError) {
   ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(GlobalReporter().Print(std::string_view("a%s\0b", 5)), 5);
-  GlobalReporter().Warn("passed over");
+  GlobalReporter().Warn("warning: passed over");
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string("a%s\0b", 5));
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarvel: warning: passed over\n");
 }

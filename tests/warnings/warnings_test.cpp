@@ -33,6 +33,9 @@ TEST(WarningKinds, EachHasItsRowAndStandsInTheManual) {
   EXPECT_EQ(RowOf(WarningKind::kUnbracedValue).name, "unbraced-value");
   EXPECT_EQ(RowOf(WarningKind::kNoGroup).name, "no-group");
   EXPECT_EQ(RowOf(WarningKind::kTextNotCopied).name, "text-not-copied");
+  EXPECT_EQ(RowOf(WarningKind::kRunsOn).about, About::kReading);
+  EXPECT_EQ(RowOf(WarningKind::kCharacter).about, About::kRun);
+  EXPECT_EQ(RowOf(WarningKind::kCharacter).severity, Severity::kLoss);
 }
 
 TEST(WarningKinds, TheManualNamesNoOthers) {
@@ -89,30 +92,42 @@ struct Told {
   std::string key_map;
 };
 
-Told Tell(const std::vector<Warning>& warnings, bool quiet = false) {
+/// A report of the warnings, into files too where they are wanted.
+Told Tell(const std::vector<Warning>& warnings, WarningOutputs outputs = {},
+          bool into_files = true) {
   RecordingReporter reporter;
   MemoryFiles files;
   OutputFile file(files.CreateSink("w", CreateMode::kWrite), "w");
   OutputFile key_map(files.CreateSink("m", CreateMode::kWrite), "m");
-  WarningReport report({quiet, &file, &key_map}, reporter);
+  if (into_files) {
+    outputs.file = &file;
+    outputs.key_map = &key_map;
+  }
+  WarningReport report(outputs, reporter);
   for (const Warning& warning : warnings) report.Report(warning);
   report.MapKey("old\t1", "new");
-  report.ReportCounts();
+  report.ReportSummary();
   EXPECT_TRUE(file.Close() && key_map.Close());
   EXPECT_EQ(reporter.printed, "");
   EXPECT_TRUE(reporter.boxes.empty());
   return {reporter.warnings, files.files["w"], files.files["m"]};
 }
 
-TEST(WarningReport, TellsEachAndTheirNumberInTheOrderOfTheKinds) {
-  const Told told = Tell({{WarningKind::kLongLine, "a.bib", 3, "", "too long"},
-                          {WarningKind::kUnbracedValue, "a.bib", 0, "k", "none"},
-                          {WarningKind::kLongLine, "b.bib", 4, "l", "again"}});
+TEST(WarningReport, SumsUpLossesBeforeNotesAndTheMostFrequentFirst) {
+  const Told told = Tell({{WarningKind::kNoGroup, "a.bib", 3, "", "no group"},
+                          {WarningKind::kNoGroup, "a.bib", 4, "", "no group"},
+                          {WarningKind::kLongLine, "", 0, "k", "none"},
+                          {WarningKind::kRunsOn, "b.bib", 4, "l", "again"},
+                          {WarningKind::kRunsOn, "b.bib", 5, "m", "and again"}});
   EXPECT_EQ(told.lines,
             (std::vector<std::string>{
-                "a.bib:3: too long", "a.bib: entry 'k': none", "b.bib:4: entry 'l': again",
-                "in total values that do not stand in braces (unbraced-value): 1",
-                "in total lines that are too long to be read at once (long-line): 2"}));
+                "warning: loss: entries that run on for want of a closing brace: 2 [runs-on]",
+                "b.bib:4: warning: entry 'l': again [runs-on]",
+                "b.bib:5: warning: entry 'm': and again [runs-on]",
+                "warning: loss: lines that are too long to be read at once: 1 [long-line]",
+                "warning: entry 'k': none [long-line]",
+                "warning: note: entries that are compared to none: 2 [no-group]",
+                "a.bib:3: warning: no group [no-group]", "a.bib:4: warning: no group [no-group]"}));
 }
 
 TEST(WarningReport, WritesALineOfTabsForEach) {
@@ -121,70 +136,104 @@ TEST(WarningReport, WritesALineOfTabsForEach) {
   EXPECT_EQ(told.key_map, "old\\t1\tnew\n");
 }
 
-TEST(WarningReport, TellsTheFirstTwentyOfAKindAndWritesAll) {
-  std::vector<Warning> warnings(20, {WarningKind::kLongLine, "a", 1, "", "x"});
-  EXPECT_EQ(Tell(warnings).lines.back(),
-            "in total lines that are too long to be read at once (long-line): 20");
-  warnings.push_back({WarningKind::kLongLine, "a", 1, "", "the last"});
-  warnings.push_back({WarningKind::kRunsOn, "a", 1, "", "another kind"});
-  const Told told = Tell(warnings);
-  ASSERT_EQ(told.lines.size(), 20U + 1 + 2);
-  EXPECT_EQ(told.lines[20], "a:1: another kind");
+TEST(WarningReport, GivesThreeExamplesAndSaysHowToGetAll) {
+  const std::vector<Warning> three(3, {WarningKind::kLongLine, "a", 1, "", "x"});
+  EXPECT_EQ(Tell(three, {}, false).lines.size(), 1U + 3);
+  std::vector<Warning> four = three;
+  four.push_back({WarningKind::kLongLine, "a", 2, "", "the last"});
+  const Told told = Tell(four, {}, false);
+  ASSERT_EQ(told.lines.size(), 1U + 3 + 1);
+  EXPECT_EQ(told.lines[0],
+            "warning: loss: lines that are too long to be read at once: 4 [long-line]");
+  EXPECT_EQ(told.lines[3], "a:1: warning: x [long-line]");
   EXPECT_EQ(told.lines.back(),
-            "in total lines that are too long to be read at once (long-line): 21, told of the "
-            "first 20");
-  EXPECT_EQ(std::count(told.file.begin(), told.file.end(), '\n'), 22);
-  EXPECT_NE(told.file.find("the last"), std::string::npos);
+            "warning: there are more; tarvel-batch writes all with --warnings FILE");
+  const Told in_file = Tell(four);
+  EXPECT_EQ(in_file.lines.size(), 1U + 3) << "all are in the file";
+  EXPECT_EQ(std::count(in_file.file.begin(), in_file.file.end(), '\n'), 4);
+}
+
+TEST(WarningReport, PrintsAllAtOnceWhereThatIsAskedFor) {
+  const std::vector<Warning> four(4, {WarningKind::kLongLine, "a", 1, "", "x"});
+  const std::vector<std::string> lines(4, "a:1: warning: x [long-line]");
+  EXPECT_EQ(Tell(four, {.all = true}).lines, lines);
+  EXPECT_EQ(Tell(four, {.quiet = true, .all = true}).lines, lines);
+}
+
+TEST(WarningReport, SaysFirstThatALibraryIsHardlyRead) {
+  RecordingReporter reporter;
+  WarningReport report({}, reporter);
+  FileWarnings warnings(&report, "a.bib", "");
+  warnings.Report(WarningKind::kUnbracedValue, 0, "", "x");
+  warnings.ReportValues(4, 2);
+  warnings.ReportValues(5, 3);
+  report.ReportSummary();
+  ASSERT_EQ(reporter.warnings.size(), 3U) << "half of the values is not enough";
+  EXPECT_EQ(reporter.warnings[0],
+            "warning: a.bib cannot be read as it is: 3 of 5 values stand in quotes or bare, and "
+            "are read as empty. Run 'tarvel-batch prepare a.bib' and work on the copy that it "
+            "writes.");
 }
 
 TEST(WarningReport, AsksForNoTextThatNobodyReads) {
   RecordingReporter reporter;
   WarningReport report({}, reporter);
   FileWarnings warnings(&report, "a.bib", "one\ntwo\n");
-  for (std::size_t i = 0; i < WarningReport::kMostShown; ++i) {
+  for (std::size_t i = 0; i < WarningReport::kExamples; ++i) {
     EXPECT_FALSE(warnings.ReportNumber(WarningKind::kLongLine)) << i;
     warnings.Report(WarningKind::kLongLine, 4, "", "x");
   }
-  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostShown);
-  EXPECT_EQ(reporter.warnings.back(), "a.bib:2: x");
   EXPECT_TRUE(warnings.ReportNumber(WarningKind::kLongLine));
   warnings.Report(WarningKind::kLongLine, 4, "", "x");
-  EXPECT_FALSE(warnings.ReportNumber(WarningKind::kRunsOn)) << "of that kind there was none";
-  EXPECT_EQ(reporter.warnings.size(), WarningReport::kMostShown);
-  report.ReportCounts();
-  EXPECT_EQ(reporter.warnings.back(),
-            "in total lines that are too long to be read at once (long-line): 22, told of the "
-            "first 20");
-  WarningReport quiet({true, nullptr, nullptr}, reporter);
+  EXPECT_FALSE(warnings.ReportNumber(WarningKind::kBadBytes)) << "of that kind there was none";
+  warnings.Report(WarningKind::kBadBytes, 0, "", "x");
+  EXPECT_TRUE(reporter.warnings.empty());
+  EXPECT_EQ(report.Losses(), 5U) << "a note is none";
+  report.ReportSummary();
+  EXPECT_EQ(reporter.warnings[0],
+            "warning: loss: lines that are too long to be read at once: 5 [long-line]");
+  EXPECT_EQ(reporter.warnings[1], "a.bib:2: warning: x [long-line]");
+  WarningReport quiet({.quiet = true}, reporter);
   EXPECT_TRUE(quiet.ReportNumber(WarningKind::kRunsOn));
+  WarningReport all({.quiet = true, .all = true}, reporter);
+  EXPECT_FALSE(all.ReportNumber(WarningKind::kRunsOn));
   EXPECT_TRUE(FileWarnings(nullptr, "a.bib", "").ReportNumber(WarningKind::kRunsOn));
 }
 
+TEST(Quoted, CutsALongTextBetweenCharacters) {
+  EXPECT_EQ(Quoted("key"), "'key'");
+  EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(100, 'x') + "'");
+  EXPECT_EQ(Quoted(std::string(99, 'x') + "\xC3\xBC"), "'" + std::string(99, 'x') + "...'");
+}
+
 TEST(WarningReport, KeepsATerminalsLineShortAndHarmless) {
-  const std::string text = "\x1b[2J" + std::string(194, 'x') +
+  const std::string text = "\x1b[2J" + std::string(294, 'x') +
                            "\xC3\xBC"
                            "yz";
   const Told told = Tell({{WarningKind::kLongLine, "a", 1, "", text}});
-  EXPECT_EQ(told.lines[0], "a:1: \\x1b[2J" + std::string(194, 'x') + "\xC3\xBC...");
+  EXPECT_EQ(told.lines[1],
+            "a:1: warning: \\x1b[2J" + std::string(294, 'x') + "\xC3\xBC... [long-line]");
   const Told cut = Tell({{WarningKind::kLongLine, "a", 1, "", "x" + text}});
-  EXPECT_EQ(cut.lines[0], "a:1: x\\x1b[2J" + std::string(194, 'x') + "...")
+  EXPECT_EQ(cut.lines[1], "a:1: warning: x\\x1b[2J" + std::string(294, 'x') + "... [long-line]")
       << "not within a character";
   EXPECT_NE(told.file.find("yz"), std::string::npos);
 }
 
+TEST(WarningReport, CutsKeysInTheFileToo) {
+  const std::string key(101, 'k');
+  const Told told = Tell({{WarningKind::kLongLine, "a", 1, key, "x"}});
+  EXPECT_EQ(told.file, "long-line\ta\t1\t" + std::string(100, 'k') + "...\tx\n");
+}
+
 TEST(WarningReport, IsQuietOnRequestButWritesItsFiles) {
-  const Told told = Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, true);
+  const Told told = Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, {.quiet = true});
   EXPECT_TRUE(told.lines.empty());
   EXPECT_EQ(told.file, "long-line\ta\t1\t\tx\n");
   EXPECT_EQ(told.key_map, "old\\t1\tnew\n");
 }
 
 TEST(WarningReport, NeedsNoFiles) {
-  RecordingReporter reporter;
-  WarningReport report({}, reporter);
-  report.Report({WarningKind::kLongLine, "a", 1, "", "x"});
-  report.MapKey("a", "b");
-  EXPECT_EQ(reporter.warnings.size(), 1U);
+  EXPECT_EQ(Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, {}, false).lines.size(), 2U);
 }
 
 }  // namespace

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace tarvel {
+
+/// What a run can warn of. ORDER: `kWarningKinds`.
+enum class WarningKind : std::uint8_t {
+  kUnbracedValue,
+  kUnknownType,
+  kBlankInType,
+  kRunsOn,
+  kOpenValue,
+  kSharedLine,
+  kOtherTag,
+  kKeyAsTag,
+  kAtInKey,
+  kUpperCased,
+  kLongLine,
+  kBadBytes,
+  kKeyTwice,
+  kMissingCitation,
+  kOtherCitation,
+  kKeyWithBlank,
+  kCarriedOver,
+  kValueMissing,
+  kDetailMissing,
+  kUnbalanced,
+  kNothingPrinted,
+  kRawEditors,
+  kCommandCut,
+  kCommandLeft,
+  kNoGroup,
+  kWeakVerdict,
+  kDroppedDiffers,
+  kCutEntry,
+  kOverwritten,
+  kEndedEarly,
+  kAuthorsAsTheyWere,
+  kDoubtfulName,
+  kTextLost,
+  kUnknownJournal,
+  kLineCut,
+  kBracedJournal,
+  kNonAsciiName,
+  kCharacter,
+  kLineLeftOut,
+  kTornValue,
+  kRenamedTag,
+  kTagTwice,
+  kBrokenHead,
+  kUnknownTag,
+  kEntryDropped,
+  kTextNotCopied,
+};
+
+/// How bad it is. ORDER: the worst first.
+enum class Severity : std::uint8_t {
+  kLoss,  // something of the input is not in the outputs, or stands there wrongly
+  kNote,  // worth knowing
+};
+
+/// What a warning is about.
+enum class About : std::uint8_t {
+  kReading,  // the library itself, which is read otherwise than its author meant
+  kRun,      // what a run did with it
+};
+
+/// One kind of warning, as people see it.
+struct WarningRow {
+  std::string_view name;  // on the terminal, in the file of warnings and in the manual
+  Severity severity;
+  About about;
+  std::string_view summary;  // what was found, in the plural
+};
+
+inline constexpr std::size_t kWarningKindCount = 46;
+
+inline constexpr auto kWarningKinds = [] {
+  using enum Severity;
+  using enum About;
+  return std::array<WarningRow, kWarningKindCount>{{
+      {"unbraced-value", kLoss, kReading, "values that do not stand in braces"},
+      {"unknown-type", kLoss, kReading, "entries of an unknown type"},
+      {"blank-in-type", kLoss, kReading, "blanks between an entry's type and its brace"},
+      {"runs-on", kLoss, kReading, "entries that run on for want of a closing brace"},
+      {"open-value", kLoss, kReading, "values that never close"},
+      {"shared-line", kLoss, kReading,
+       "tags and entries that are not read because they share a line"},
+      {"other-tag", kLoss, kReading, "values that were read from the line of another tag"},
+      {"key-as-tag", kLoss, kReading,
+       "first lines of entries that are taken for the line of a tag"},
+      {"at-in-key", kLoss, kReading, "entries that are not seen because of an @ in their key"},
+      {"upper-cased", kLoss, kReading, "texts after an @ that were upper-cased"},
+      {"long-line", kLoss, kReading, "lines that are too long to be read at once"},
+      {"bad-bytes", kNote, kReading, "lines with bytes that are neither ASCII nor valid UTF-8"},
+      {"key-twice", kNote, kReading, "keys that occur again in a library"},
+      {"missing-citation", kLoss, kRun, "cited keys without an entry"},
+      {"other-citation", kLoss, kRun, "citations that were passed over or read out of a comment"},
+      {"key-with-blank", kLoss, kRun, "cited keys with blanks"},
+      {"carried-over", kLoss, kRun, "references that show a value of an earlier entry"},
+      {"value-missing", kLoss, kRun, "references without an author, title, journal or year"},
+      {"detail-missing", kNote, kRun, "references without another value that they print"},
+      {"unbalanced", kLoss, kRun, "titles that lost a brace"},
+      {"nothing-printed", kLoss, kRun, "entries that printed nothing"},
+      {"raw-editors", kNote, kRun, "lists of editors that were printed as they stand"},
+      {"command-cut", kLoss, kRun, "LaTeX commands of which only the beginning was replaced"},
+      {"command-left", kNote, kRun, "LaTeX commands left in the plain text"},
+      {"no-group", kNote, kRun, "entries that are compared to none"},
+      {"weak-verdict", kLoss, kRun, "verdicts that rest on the line of another tag"},
+      {"dropped-differs", kLoss, kRun, "dropped entries that differ from the kept one"},
+      {"cut-entry", kLoss, kRun, "entries that were copied in part"},
+      {"overwritten", kLoss, kRun, "entries that were written over"},
+      {"ended-early", kLoss, kRun, "runs that ended before the library did"},
+      {"authors-as-they-were", kNote, kRun, "author lists of no known form"},
+      {"doubtful-name", kLoss, kRun, "names that may have become wrong"},
+      {"text-lost", kLoss, kRun, "texts that were lost at the end of a line"},
+      {"unknown-journal", kNote, kRun, "journal names that are not in the list"},
+      {"line-cut", kLoss, kRun, "lines that were cut because they mention a journal"},
+      {"braced-journal", kLoss, kRun, "macros and quoted names that became the value of a journal"},
+      {"non-ascii-name", kLoss, kRun, "journal names with letters that the library had none of"},
+      {"character", kLoss, kRun, "kinds of characters that became question marks"},
+      {"line-left-out", kLoss, kRun, "kinds of tags whose lines were left out"},
+      {"torn-value", kLoss, kRun, "lines left out that are only a part of a value or of an entry"},
+      {"renamed-tag", kLoss, kRun, "tags that were written under another name"},
+      {"tag-twice", kLoss, kRun, "entries that have a tag twice now"},
+      {"broken-head", kLoss, kRun, "entries that cannot be read any more for their first line"},
+      {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
+      {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
+      {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},
+  }};
+}();
+
+constexpr const WarningRow& RowOf(WarningKind kind) {
+  return kWarningKinds[static_cast<std::size_t>(kind)];
+}
+
+}  // namespace tarvel
