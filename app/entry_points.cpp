@@ -20,11 +20,13 @@ RunContext GlobalRun() {
   return {.first_path = FirstFilePath.Get(),
           .second_path = SecondFilePath.Get(),
           .settings = GlobalSettings,
-          .files = RealFileSystem(GlobalLargeFiles),
+          .files = GlobalFiles(),
           .reporter = GlobalReporter(),
           .styles = GlobalJournalStyles,
           .program_directory = FindProgramDirectory,
-          .warnings = GlobalWarnings};
+          .warnings = GlobalWarnings,
+          .output_directory = GlobalOutputDirectory,
+          .citations = GlobalCitations};
 }
 
 int Extract() { return RunExtract(GlobalRun()); }

@@ -19,6 +19,13 @@ Warnings* GlobalWarnings = nullptr;
 JournalStyles GlobalJournalStyles;
 
 LargeFiles GlobalLargeFiles = LargeFiles::kCopied;
+FileSystem* GlobalFileSystem = nullptr;
+std::string GlobalOutputDirectory;
+CitationRules GlobalCitations;
+
+FileSystem& GlobalFiles() {
+  return GlobalFileSystem ? *GlobalFileSystem : RealFileSystem(GlobalLargeFiles);
+}
 
 void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {

@@ -8,6 +8,7 @@
 #include "app/settings.h"
 #include "core/file_system.h"
 #include "ops/journal_styles.h"
+#include "ops/run_context.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -53,6 +54,14 @@ extern JournalStyles GlobalJournalStyles;
 
 /// How this process reads large files.
 extern LargeFiles GlobalLargeFiles;
+/// The files of this process; null: those of the machine.
+extern FileSystem* GlobalFileSystem;
+/// `GlobalFileSystem`, or that of the machine, which reads large files as `GlobalLargeFiles` says.
+FileSystem& GlobalFiles();
+/// Where new files go; empty: beside the library.
+extern std::string GlobalOutputDirectory;
+/// Which citations Extract reads.
+extern CitationRules GlobalCitations;
 
 /// The systems whose line breaks are told apart, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF

@@ -13,12 +13,15 @@ namespace {
 /// Runs an operation and reports what it warns of.
 int RunWithWarnings(const Operation& operation) {
   const WarningOutputs& outputs = GlobalWarningOutputs;
-  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map) return operation.run();
+  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map && !outputs.losses) {
+    return operation.run();
+  }
   WarningReport report(outputs, GlobalReporter());
   GlobalWarnings = &report;
   const int result = operation.run();
   GlobalWarnings = nullptr;
   report.ReportSummary();
+  if (outputs.losses) *outputs.losses = report.Losses();
   return result;
 }
 

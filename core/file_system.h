@@ -28,6 +28,9 @@ class FileSystem {
   /// exist.
   virtual bool IsSameFile(const std::string& one, const std::string& other) = 0;
 
+  /// Whom to tell how far the reading of a file has come; null for nobody.
+  virtual ReadingObserver* Observer() { return nullptr; }
+
   /// Opens a file and reads it whole; nothing when either fails.
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
