@@ -15,7 +15,7 @@
 #include "app/entry_points.h"
 #include "app/globals.h"
 #include "app/reporter.h"
-#include "batch/options.h"
+#include "batch/request.h"
 #include "core/text_primitives.h"
 #include "gui/line_endings.h"
 #include "ops/operations.h"

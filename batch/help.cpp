@@ -137,4 +137,12 @@ std::string OperationNames() {
   return names;
 }
 
+std::string WithHelpHint(std::string_view reason, const VerbRow* verb) {
+  std::string text = EscapeControls(reason);
+  if (text.back() != '?') text += ';';
+  text += " see 'tarvel-batch ";
+  if (verb) text.append(verb->name).append(" ");
+  return text.append("--help'");
+}
+
 }  // namespace tarvel

@@ -15,8 +15,10 @@
 #include "app/run_operation.h"
 #include "batch/batch_files.h"
 #include "batch/batch_reporter.h"
+#include "batch/help.h"
 #include "batch/options.h"
 #include "batch/side_files.h"
+#include "batch/verbs.h"
 
 namespace tarvel {
 namespace {

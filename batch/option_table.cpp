@@ -73,6 +73,10 @@ void SetFollow(BatchRequest& request, std::string_view /*value*/) {
   request.citations.follow = true;
 }
 
+void SetReportUncited(BatchRequest& request, std::string_view /*value*/) {
+  request.citations.report_uncited = true;
+}
+
 template <std::vector<std::string> BatchRequest::*kMember>
 void AddNames(BatchRequest& request, std::string_view names) {
   ForEachMember(names, [&](std::string_view name) { (request.*kMember).emplace_back(name); });
@@ -129,6 +133,10 @@ constexpr auto kRows = std::to_array<OptionRow>({
      .users = kOnlyExtract,
      .help = "read the files of \\input, \\include and \\subfile too",
      .apply = SetFollow},
+    {.name = "--warn-uncited",
+     .users = kOnlyExtract,
+     .help = "warn of entries that the document does not cite",
+     .apply = SetReportUncited},
     {.name = "--journal-names",
      .users = kOnlyJournals,
      .value = ValueKind::kWord,

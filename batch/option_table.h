@@ -7,7 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "batch/options.h"
+#include "batch/request.h"
+#include "batch/verbs.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {

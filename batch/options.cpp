@@ -9,7 +9,7 @@
 #include "batch/help.h"
 #include "batch/option_table.h"
 #include "batch/suggestions.h"
-#include "warnings/warnings.h"
+#include "batch/verbs.h"
 
 namespace tarvel {
 
@@ -205,14 +205,6 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   const VerbRow* verb = request.verb;
   reason = TakeRequest(std::move(line), request);
   return reason.empty() ? request : WrongUsage(reason, verb);
-}
-
-std::string WithHelpHint(std::string_view reason, const VerbRow* verb) {
-  std::string text = EscapeControls(reason);
-  if (text.back() != '?') text += ';';
-  text += " see 'tarvel-batch ";
-  if (verb) text.append(verb->name).append(" ");
-  return text.append("--help'");
 }
 
 }  // namespace tarvel

@@ -11,8 +11,7 @@
 #include "app/entry_points.h"
 #include "app/globals.h"
 #include "app/reporter.h"
-#include "batch/option_table.h"
-#include "batch/options.h"
+#include "batch/request.h"
 #include "core/file_names.h"
 #include "ops/citations/key_map.h"
 

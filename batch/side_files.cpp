@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/entry_points.h"
+#include "batch/verbs.h"
 #include "core/file_names.h"
 #include "core/file_system.h"
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "batch/options.h"
+#include "batch/request.h"
 
 namespace tarvel {
 

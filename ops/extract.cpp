@@ -210,7 +210,12 @@ int RunExtract(const RunContext& run) {
   if (run.citations.LikeLaTeX()) {
     cited.ReadLikeLaTeX(std::move(*document));
   } else {
-    cited.ReadPlainly(std::move(*document));
+    cited.ReadPlainly(std::move(*document), ScanCitations);
+  }
+  if (cited.NeedsLibrary()) {
+    std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+    if (!library) return Fail(run, kLibraryNotOpened);
+    cited.ReadLibrary(std::move(*library));
   }
   if (WriteKeys(run, cited.Keys()) != kSucceeded) return kFailed;
   const int found = WriteLibrary(run, cited.Keys(), [&](std::size_t key) {

@@ -24,6 +24,7 @@ class JournalStyles;
 struct CitationRules {
   std::vector<std::string> commands = {};  // names without "\"; "all" for all that are known
   bool follow = false;                     // files that the document includes are read too
+  bool report_uncited = false;             // entries that are not cited are warned of
   std::string directory = {};              // of the document, with a final "/", or empty
 
   bool LikeLaTeX() const { return follow || !commands.empty(); }

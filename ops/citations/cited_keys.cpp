@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "ops/extract.h"
+#include "core/text_primitives.h"
 #include "warnings/citation_warnings.h"
 
 namespace tarvel {
@@ -36,10 +36,10 @@ CitedKeys::Document& CitedKeys::Add(std::string path, LineStream lines) {
   return document;
 }
 
-void CitedKeys::ReadPlainly(LineStream lines) {
+void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
   Document& document = Add(run_.first_path, std::move(lines));
   std::vector<std::size_t> offsets;
-  ScanCitations(document.lines, keys_, &offsets);
+  scan(document.lines, keys_, &offsets);
   for (const std::size_t offset : offsets) places_.push_back({&document, offset});
   ReportCitations(document.lines.Bytes(), document.warnings);
   ReportKeys(keys_, offsets, document.warnings);
@@ -53,9 +53,7 @@ void CitedKeys::Read(Document& document) {
   observer.on_key = [&](const KeyInDocument& key) {
     if (!known_.insert(key.text).second) return;
     if (key.text == "*") {
-      document.warnings.Report(WarningKind::kOtherCitation, key.begin, {},
-                               "'\\nocite{*}' asks for all entries; only those that are "
-                               "cited by their keys are taken");
+      all_ = Place{&document, key.begin};
       return;
     }
     keys_.push_back(key.text);
@@ -102,6 +100,25 @@ bool CitedKeys::WasRead(const std::string& path) const {
   return std::any_of(documents_.begin(), documents_.end(), [&](const Document& document) {
     return run_.files.IsSameFile(path, document.path);
   });
+}
+
+void CitedKeys::ReadLibrary(LineStream lines) {
+  Document& library = Add(run_.second_path, std::move(lines));
+  known_.insert(keys_.begin(), keys_.end());
+  Line line;
+  while (ReadLineWith(library.lines, '@', limits::kShortLine, line)) {
+    const std::size_t offset = library.lines.Position() - 1;
+    if (!IsKnownEntry(line) || line.Text().find(',') == std::string_view::npos) continue;
+    const std::string key(CopyUntilChar(line.Text(), '{', ','));
+    if (key.empty() || !known_.insert(key).second) continue;
+    if (all_) {
+      keys_.push_back(key);
+      places_.push_back(*all_);
+    } else {
+      library.warnings.Report(WarningKind::kUncitedEntry, offset, key,
+                              "the document does not cite the entry");
+    }
+  }
 }
 
 void CitedKeys::Report(WarningKind kind, std::size_t i, std::string_view text) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <list>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -21,8 +22,17 @@ class CitedKeys {
 
   /// Reads the run's document, and with `CitationRules::follow` what it includes, as LaTeX does.
   void ReadLikeLaTeX(LineStream document);
-  /// Reads the run's document alone, and of its citations "\cite{" only: see `ScanCitations`.
-  void ReadPlainly(LineStream document);
+  /// Adds keys to the first list, and to the second for each the offset of a byte of its line.
+  using Scanner = int (*)(LineStream& document, std::vector<std::string>& keys,
+                          std::vector<std::size_t>* places);
+  /// Reads the run's document alone, with `scan`.
+  void ReadPlainly(LineStream document, Scanner scan);
+
+  /// Whether the keys of the whole library are wanted: all are asked for, or a report of those that
+  /// are not cited.
+  bool NeedsLibrary() const { return all_.has_value() || run_.citations.report_uncited; }
+  /// Takes the keys of the library that `\nocite{*}` asks for, or reports those that are not cited.
+  void ReadLibrary(LineStream library);
 
   const std::vector<std::string>& Keys() const { return keys_; }
   /// Reports something about key number `i` where it is cited first.
@@ -50,6 +60,7 @@ class CitedKeys {
   std::vector<std::string> keys_;
   std::vector<Place> places_;
   std::unordered_set<std::string> known_;
+  std::optional<Place> all_;  // where all entries are asked for
   CiteCommands commands_{run_.citations.commands};
   int depth_ = 0;
 };

@@ -8,6 +8,7 @@
 
 #include "app/tags.h"
 #include "batch/option_table.h"
+#include "batch/options.h"
 
 namespace tarvel {
 namespace {
