@@ -16,7 +16,7 @@ struct CiteRow {
   CiteShape shape = CiteShape::kList;
 };
 
-/// The commands of LaTeX, natbib and biblatex. ORDER: by name, as bytes.
+/// The commands of LaTeX, natbib (with its bibentry) and biblatex. ORDER: by name, as bytes.
 constexpr auto kCommands = std::to_array<CiteRow>({
     {"Autocite"},
     {"Autocites", CiteShape::kLists},
@@ -57,6 +57,7 @@ constexpr auto kCommands = std::to_array<CiteRow>({
     {"autocites", CiteShape::kLists},
     {"avolcite", CiteShape::kVolume},
     {"avolcites", CiteShape::kVolumeLists},
+    {"bibentry"},
     {"cite"},
     {"citealp"},
     {"citealt"},

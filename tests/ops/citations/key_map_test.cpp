@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <string>
 
 namespace tarvel {
@@ -52,6 +54,53 @@ TEST(ReplaceKeys, ChangesNothingElse) {
   KeyMap map;
   EXPECT_EQ(map.Read("a\tb\n"), 0U);
   EXPECT_EQ(ReplaceKeys("\\cite{a,a} \\cite{c}", CiteCommands({"all"}), map).replaced, 2U);
+}
+
+TEST(ReplaceKeys, KeepsEveryByteOfAnyDocument) {
+  const std::string_view pieces[] = {"\\cite",
+                                     "\\cites",
+                                     "\\volcite",
+                                     "{",
+                                     "}",
+                                     "[",
+                                     "]",
+                                     "(",
+                                     ")",
+                                     "a",
+                                     "b",
+                                     ",",
+                                     " ",
+                                     "\n",
+                                     "\r\n",
+                                     "%",
+                                     "\\",
+                                     "*",
+                                     "\\verb|",
+                                     "|",
+                                     "\\begin{verbatim}",
+                                     "\\end{verbatim}",
+                                     "\\iffalse",
+                                     "\\fi",
+                                     "\\input",
+                                     "\\citep[see]{a,b}",
+                                     std::string_view("\0", 1),
+                                     "\xff"};
+  KeyMap same;
+  EXPECT_EQ(same.Read("a\ta\nb\tb\n"), 0U);
+  KeyMap swapped;
+  EXPECT_EQ(swapped.Read("a\tb\nb\ta\n"), 0U);
+  std::mt19937 random(11);
+  std::size_t replaced = 0;
+  for (int i = 0; i < 20000; ++i) {
+    std::string document;
+    for (unsigned n = random() % 30; n > 0; --n) document += pieces[random() % std::size(pieces)];
+    ASSERT_EQ(ReplaceKeys(document, CiteCommands({"all"}), same).text, document);
+    const RekeyedDocument once = ReplaceKeys(document, CiteCommands({"all"}), swapped);
+    ASSERT_EQ(once.text.size(), document.size());
+    ASSERT_EQ(ReplaceKeys(once.text, CiteCommands({"all"}), swapped).text, document) << document;
+    replaced += once.replaced;
+  }
+  EXPECT_GT(replaced, 5000U);
 }
 
 }  // namespace
