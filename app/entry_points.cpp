@@ -16,7 +16,7 @@ std::string FindProgramDirectory() {
 
 FileSystem& FilesOfTheRun() {
   if (GlobalRunFiles) return *GlobalRunFiles;
-  return RealFileSystem();
+  return GlobalFiles();
 }
 
 }  // namespace
@@ -29,7 +29,9 @@ RunContext GlobalRun() {
           .reporter = GlobalReporter(),
           .styles = GlobalJournalStyles,
           .program_directory = FindProgramDirectory,
-          .warnings = GlobalWarnings};
+          .warnings = GlobalWarnings,
+          .output_directory = GlobalOutputDirectory,
+          .citations = GlobalCitations};
 }
 
 int Extract() { return RunExtract(GlobalRun()); }

@@ -19,6 +19,11 @@ Warnings* GlobalWarnings = nullptr;
 JournalStyles GlobalJournalStyles;
 
 RunFiles* GlobalRunFiles = nullptr;
+FileSystem* GlobalFileSystem = nullptr;
+std::string GlobalOutputDirectory;
+CitationRules GlobalCitations;
+
+FileSystem& GlobalFiles() { return GlobalFileSystem ? *GlobalFileSystem : RealFileSystem(); }
 
 void PathBuffer::Set(std::string_view path) {
   if (path.size() > kMostBytes) {

@@ -8,6 +8,7 @@
 #include "app/settings.h"
 #include "core/run_files.h"
 #include "ops/journal_styles.h"
+#include "ops/run_context.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -53,6 +54,14 @@ extern JournalStyles GlobalJournalStyles;
 
 /// The files of the run that is under way; null between runs.
 extern RunFiles* GlobalRunFiles;
+/// The files of this process; null: those of the machine.
+extern FileSystem* GlobalFileSystem;
+/// `GlobalFileSystem`, or that of the machine.
+FileSystem& GlobalFiles();
+/// Where new files go; empty: beside the library.
+extern std::string GlobalOutputDirectory;
+/// Which citations Extract reads.
+extern CitationRules GlobalCitations;
 
 /// The systems whose line breaks are told apart, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF

@@ -28,11 +28,14 @@ class WarningsInUse {
 /// Runs an operation and reports what it warns of.
 int RunWithWarnings(const Operation& operation) {
   const WarningOutputs& outputs = GlobalWarningOutputs;
-  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map) return operation.run();
+  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map && !outputs.losses) {
+    return operation.run();
+  }
   WarningReport report(outputs, GlobalReporter());
   const WarningsInUse in_use(report);
   const int result = operation.run();
   report.ReportSummary();
+  if (outputs.losses) *outputs.losses = report.Losses();
   return result;
 }
 
@@ -63,7 +66,7 @@ void PickFile(PathBuffer& buffer, std::string_view path) {
   }
 }
 
-WholeRun::WholeRun() : files_(RealFileSystem()), outer_(GlobalRunFiles) {
+WholeRun::WholeRun() : files_(GlobalFiles()), outer_(GlobalRunFiles) {
   if (!outer_) GlobalRunFiles = &files_;
 }
 

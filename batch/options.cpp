@@ -3,223 +3,208 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
-#include <iterator>
-#include <memory>
 #include <string_view>
+#include <utility>
 
-#include "app/texts.h"
+#include "batch/help.h"
+#include "batch/option_table.h"
+#include "batch/suggestions.h"
+#include "batch/verbs.h"
 
 namespace tarvel {
 
 namespace {
 
-constexpr char kUsage[] = "Usage: tarvel-batch [OPTION]... OPERATION FIRST-FILE [SECOND-FILE]\n\n";
+/// An option as it stands on the command line.
+struct GivenOption {
+  const OptionRow* row;
+  std::string value;
+};
 
-constexpr char kDescription[] =
-    "Runs one of Tarvel's operations without the dialog. FIRST-FILE and SECOND-FILE are what the\n"
-    "dialog's file pickers take: for extract the LaTeX document and the library, for compare two\n"
-    "libraries, for journals a library and, if wanted, an own journal list, else one library.";
+/// A command line, taken apart.
+struct CommandLine {
+  std::vector<GivenOption> options;  // in their order
+  std::vector<std::string> words;    // that are neither options nor their values
+  std::vector<std::string> unknown;  // begin with "-" and are no options
+};
 
-constexpr std::size_t kNameColumn = 28;  // that of CLI11's option texts, behind two blanks
-
-/// The help text up to the options; CLI11's own would not name the files apart.
-class HelpFormatter final : public CLI::Formatter {
-  std::string make_description(const CLI::App* /*app*/) const override { return {}; }
-  std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
-    std::string text = std::string(kUsage) + kDescription + "\n\nOperations:\n";
-    for (const Operation& operation : kOperations) {
-      std::string name(operation.batch_name);
-      name.resize(kNameColumn, ' ');
-      text.append("  ").append(name).append(operation.description).append("\n");
-    }
-    return text;
+/// Why a word like "--name=value" is wrong; empty when it is not. The parser would take a flag's
+/// value as well as none, and the next word in the place of an empty value.
+std::string WhyBadSpelling(std::string_view word) {
+  const std::size_t equals = word.find('=');
+  if (!word.starts_with("--") || equals == std::string_view::npos) return {};
+  const OptionRow* row = FindOption(word.substr(0, equals));
+  if (!row) return {};
+  const std::string_view value = word.substr(equals + 1);
+  if (row->value == ValueKind::kNone) {
+    return Quoted(row->name) + " takes no value, but " + Quoted(value) + " is given";
   }
-};
+  return WhyBadValue(*row, value);
+}
 
-struct FlagWord {
-  std::string_view word;
-  Flag Settings::*flag;
-};
+std::string WhyBadSpelling(const std::vector<std::string>& arguments) {
+  for (const std::string& word : arguments) {
+    if (word == "--") break;
+    if (std::string reason = WhyBadSpelling(word); !reason.empty()) return reason;
+  }
+  return {};
+}
 
-constexpr std::array<FlagWord, 6> kStyleWords{{{"aps", &Settings::StyleAPS},
-                                               {"acs", &Settings::StyleACS},
-                                               {"iop", &Settings::StyleIOP},
-                                               {"nature", &Settings::StyleNature},
-                                               {"wiley", &Settings::StyleWiley},
-                                               {"springer", &Settings::StyleSpringerCompSci}}};
-constexpr std::array<FlagWord, 2> kPagesWords{
-    {{"first", &Settings::PagesFirstOnly}, {"range", &Settings::PagesRange}}};
-constexpr std::array<FlagWord, 2> kNamesWords{
-    {{"full", &Settings::JournalFullNames}, {"abbreviated", &Settings::JournalAbbreviated}}};
+std::string NamesOf(const OptionRow& row) {
+  const std::string name(row.name);
+  return row.letter == 0 ? name : std::string{'-', row.letter, ','} + name;
+}
 
-struct FlagSwitch {
-  const char* option;
-  const char* help;
-  Flag Settings::*flag;
-  Flag value;
-};
-
-constexpr std::array<FlagSwitch, 7> kSwitches{{
-    {"--title", "print the titles of articles (the default)", &Settings::PrintTitle, 1},
-    {"--no-title", "leave the titles of articles out", &Settings::PrintTitle, 0},
-    {"--bibitem", "text: print the name of each bibitem", &Settings::PrintBibitem, 1},
-    {"--latex", "text: keep LaTeX code", &Settings::UseLaTeXCode, 1},
-    {"--keep-empty-entries", "clean-tags: keep entries that hold only an owner and a timestamp",
-     &Settings::RemoveEmptyEntries, 0},
-    {"--keep-strings", "clean-tags: keep @STRING definitions", &Settings::RemoveJournalStrings, 0},
-    {"--append-renamed", "clean-doubles: write entries under new keys at the end, over none",
-     &Settings::AppendRenamed, 1},
-}};
-
-/// Adds an option that sets one flag of a group by its word.
-template <std::size_t N>
-void AddGroup(CLI::App& app, Settings& settings, const char* option, const char* help,
-              const std::array<FlagWord, N>& words, const FlagGroup<N>& group) {
-  std::vector<std::string> names;
-  names.reserve(N);
-  for (const FlagWord& word : words) names.emplace_back(word.word);
-  app.add_option_function<std::string>(
-         option,
-         [&settings, &words, &group](const std::string& chosen) {
-           for (const FlagWord& word : words) {
-             if (word.word == chosen) Choose(settings, group, word.flag);
-           }
-         },
-         help)
-      ->check(CLI::IsMember(names))
+void AddOption(CLI::App& app, const OptionRow& row, std::vector<GivenOption>& given) {
+  if (row.value == ValueKind::kNone) {
+    app.add_flag_callback(NamesOf(row), [&] { given.push_back({&row, {}}); })->trigger_on_parse();
+    return;
+  }
+  app.add_option_function<std::string>(NamesOf(row),
+                                       [&](const std::string& value) {
+                                         given.push_back({&row, value});
+                                       })
+      ->type_name("value")
       ->take_last()
       ->trigger_on_parse();
 }
 
-void SetTag(Settings& settings, const std::string& tag, Flag value) {
-  if (tag == "all") {
-    settings.RemoveTag.fill(value);
-    return;
+/// Takes the command line apart; gives why that fails, or nothing.
+std::string Split(const std::vector<std::string>& arguments, CommandLine& line) {
+  if (std::string reason = WhyBadSpelling(arguments); !reason.empty()) return reason;
+  CLI::App app;
+  app.set_help_flag();  // the rows hold it
+  app.allow_extras();
+  for (const OptionRow& row : OptionRows()) AddOption(app, row, line.options);
+  app.add_option("WORD", line.words)->expected(0, -1);
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ArgumentMismatch&) {  // only the last word can lack its value
+    return Quoted(arguments.back()) + " needs a value";
+  } catch (const CLI::ParseError& error) {
+    return error.what();
   }
-  const std::size_t index = TagIndex(tag);
-  if (index == kTagCount) throw CLI::ValidationError("unknown tag '" + tag + "'");
-  settings.RemoveTag[index] = value;
-}
-
-/// Adds an option that sets the flags of the tags it names, at its place on the command line.
-void AddTags(CLI::App& app, Settings& settings, const char* option, const char* help, Flag value) {
-  app.add_option_function<std::vector<std::string>>(
-         option,
-         [&settings, value](const std::vector<std::string>& tags) {
-           for (const std::string& tag : tags) SetTag(settings, tag, value);
-         },
-         help)
-      ->type_name("TAG[,TAG]")
-      ->allow_extra_args(false)
-      ->delimiter(',')
-      ->trigger_on_parse();
-}
-
-void AddFile(CLI::App& app, std::string& path, const char* option, const char* help) {
-  app.add_option(option, path, help)
-      ->type_name("FILE")
-      ->check([](const std::string& name) { return name.empty() ? "no file is named" : ""; })
-      ->take_last();
-}
-
-std::size_t FilesNeeded(const Operation& operation) {
-  const bool two =
-      operation.needs == Needs::kTwoLibraries || operation.needs == Needs::kDocumentAndLibrary;
-  return two ? 2 : 1;
-}
-
-/// Takes the words that are no options; gives the reason when they are not an operation and its
-/// files.
-std::string TakeWords(std::vector<std::string> words, BatchRequest& request) {
-  if (words.empty()) return "no operation is given; --list-operations names them";
-  const auto* const found = std::find_if(
-      kOperations.begin(), kOperations.end(),
-      [&](const Operation& operation) { return operation.batch_name == words.front(); });
-  if (found == kOperations.end()) return "unknown operation '" + words.front() + "'";
-  words.erase(words.begin());
-
-  const std::size_t needed = FilesNeeded(*found);
-  const bool takes_list = found->needs == Needs::kLibraryAndJournalList;
-  const std::string name(found->batch_name);
-  if (words.size() < needed) return "a file is missing for '" + name + "'";
-  if (words.size() > needed + (takes_list ? 1 : 0)) return "one file too many for '" + name + "'";
-  if (takes_list && words.size() == 2) request.settings.UseOwnJournalFile = 1;
-  if (!request.key_map_file.empty() && found->code != OperationCode::kCleanDoubles) {
-    return "'--key-map' is of no use for '" + name + "'";
+  for (const std::string& word : app.remaining()) {
+    if (word != "--") line.unknown.push_back(word);
   }
-  request.operation = found;
-  request.files = std::move(words);
   return {};
 }
 
-std::string ListOperations() {
-  std::string list;
-  for (const Operation& operation : kOperations) list.append(operation.batch_name).append("\n");
-  return list;
+std::string WhyUnknownOption(const std::string& word) {
+  std::vector<std::string_view> names;
+  for (const OptionRow& row : OptionRows()) names.push_back(row.name);
+  const std::string name = word.substr(0, word.find('='));
+  std::string reason = "unknown option " + Quoted(name) + Suggestion(name, names);
+  if (!word.starts_with("--")) {
+    reason += "; a file whose name begins with '-' is written as " + Quoted("./" + word);
+  }
+  return reason;
 }
 
-void WrongUsage(BatchRequest& request, std::string reason) {
-  std::replace(reason.begin(), reason.end(), '\n', ' ');
-  request.operation = nullptr;
-  request.text = std::move(reason);
+std::string WhyUnknownVerb(const std::string& word) {
+  std::vector<std::string_view> names;
+  for (const VerbRow& row : kVerbRows) names.push_back(row.name);
+  return "unknown operation " + Quoted(word) + Suggestion(word, names);
+}
+
+std::string WhyOfNoUse(const OptionRow& row, const VerbRow& verb) {
+  std::string users;
+  for (const VerbRow& other : kVerbRows) {
+    if ((row.users & VerbsOf(other.verb)) == 0) continue;
+    users.append(users.empty() ? "" : ", ").append(other.name);
+  }
+  return Quoted(row.name) + " is of no use for " + Quoted(verb.name) + "; used by: " + users;
+}
+
+/// Applies the options; gives why one is refused, or nothing.
+std::string ApplyOptions(const std::vector<GivenOption>& options, BatchRequest& request) {
+  for (const GivenOption& given : options) {
+    const OptionRow& row = *given.row;
+    if (!row.apply) continue;
+    if ((row.users & VerbsOf(request.verb->verb)) == 0) return WhyOfNoUse(row, *request.verb);
+    if (row.value != ValueKind::kNone) {
+      if (std::string reason = WhyBadValue(row, given.value); !reason.empty()) return reason;
+    }
+    row.apply(request, given.value);
+  }
+  return {};
+}
+
+std::string TakeFiles(std::vector<std::string> files, BatchRequest& request) {
+  const VerbRow& verb = *request.verb;
+  const std::string usage = Quoted(verb.name) + " takes " + std::string(verb.files);
+  if (files.size() < verb.fewest) return "a file is missing: " + usage;
+  if (files.size() > verb.most) {
+    return "one file too many, " + Quoted(files[verb.most]) + ": " + usage;
+  }
+  for (const std::string& file : files) {
+    if (file.empty()) return "the name of a file is empty";
+    if (file == "-") return "'-' is no file: standard input is not read";
+  }
+  const bool takes_list = verb.operation && verb.operation->needs == Needs::kLibraryAndJournalList;
+  if (takes_list && files.size() == 2) request.settings.UseOwnJournalFile = 1;
+  request.files = std::move(files);
+  return {};
+}
+
+/// Takes what the command line asks for; gives why it is refused, or nothing.
+std::string TakeRequest(CommandLine line, BatchRequest& request) {
+  if (!request.verb) return "no operation is given";
+  if (std::string reason = ApplyOptions(line.options, request); !reason.empty()) return reason;
+  line.words.erase(line.words.begin());
+  if (std::string reason = TakeFiles(std::move(line.words), request); !reason.empty()) {
+    return reason;
+  }
+  request.operation = request.verb->operation;
+  return {};
+}
+
+std::string AnswerTo(Answer answer, const VerbRow* verb) {
+  switch (answer) {
+    case Answer::kVersion:
+      return VersionText();
+    case Answer::kNames:
+      return OperationNames();
+    default:
+      return verb ? HelpOf(*verb) : GeneralHelp();
+  }
+}
+
+bool AsksForAnswer(const CommandLine& line) {
+  return std::any_of(line.options.begin(), line.options.end(),
+                     [](const GivenOption& given) { return given.row->answer != Answer::kNone; });
+}
+
+BatchRequest WrongUsage(std::string_view reason, const VerbRow* verb) {
+  BatchRequest request;
+  request.text = WithHelpHint(reason, verb);
   request.exit_status = kWrongUsage;
+  return request;
 }
 
 }  // namespace
 
 BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
+  CommandLine line;
   BatchRequest request;
-  Settings& settings = request.settings;
-  std::vector<std::string> words;
-  bool list = false;
-
-  CLI::App app(kDescription, "tarvel-batch");
-  app.formatter(std::make_shared<HelpFormatter>());
-  app.set_help_flag("--help", "print this text and stop");
-  app.set_version_flag("--version", std::string(VersionString), "print the version and stop");
-  app.add_flag("--list-operations", list, "print the names of the operations and stop");
-  AddGroup(app, settings, "--style", "journal style of extract and text", kStyleWords, kStyleFlags);
-  AddGroup(app, settings, "--pages", "what extract and text print of the pages", kPagesWords,
-           kPagesFlags);
-  AddGroup(app, settings, "--journal-names", "journals: the names to write", kNamesWords,
-           kJournalFlags);
-  for (const FlagSwitch& row : kSwitches) {
-    app.add_flag_callback(
-           row.option, [&settings, &row] { settings.*row.flag = row.value; }, row.help)
-        ->trigger_on_parse();
+  std::string reason = Split(arguments, line);
+  if (reason.empty() && !line.unknown.empty() && !AsksForAnswer(line)) {
+    reason = WhyUnknownOption(line.unknown.front());
   }
-  AddTags(app, settings, "--keep", "clean-tags: keep these tags; 'all' for every one", 0);
-  AddTags(app, settings, "--remove", "clean-tags: remove these tags; 'all' for every one", 1);
-  app.add_flag("--quiet", request.quiet, "print no warnings");
-  AddFile(
-      app, request.warnings_file, "--warnings",
-      "write all warnings into FILE: kind, file, line, key, text, tabs between; '-': print all");
-  AddFile(app, request.key_map_file, "--key-map",
-          "clean-doubles: write the dropped and renamed keys into FILE: old key, tab, new key");
-  app.add_option("OPERATION FILE", words, "the operation and its files")
-      ->expected(0, -1)
-      ->group("");  // the usage line shows them
-
-  try {
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-  } catch (const CLI::CallForHelp&) {
-    request.text = app.help();
-    return request;
-  } catch (const CLI::CallForVersion&) {
-    request.text = std::string(VersionString) + "\n";
-    return request;
-  } catch (const CLI::ParseError& error) {
-    WrongUsage(request, error.what());
-    return request;
+  if (!reason.empty()) return WrongUsage(reason, nullptr);
+  if (!line.words.empty()) {
+    request.verb = FindVerb(line.words.front());
+    if (!request.verb) return WrongUsage(WhyUnknownVerb(line.words.front()), nullptr);
   }
-  if (list) {
-    request.text = ListOperations();
-    return request;
+  for (const GivenOption& given : line.options) {
+    if (given.row->answer == Answer::kNone) continue;
+    BatchRequest answer;
+    answer.text = AnswerTo(given.row->answer, request.verb);
+    return answer;
   }
-  const std::string reason = TakeWords(std::move(words), request);
-  if (!reason.empty()) WrongUsage(request, reason);
-  return request;
+  const VerbRow* verb = request.verb;
+  reason = TakeRequest(std::move(line), request);
+  return reason.empty() ? request : WrongUsage(reason, verb);
 }
 
 }  // namespace tarvel

@@ -2,32 +2,14 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "app/operations.h"
-#include "app/settings.h"
+#include "batch/request.h"
 
 namespace tarvel {
 
-/// What a command line asks for.
-struct BatchRequest {
-  const Operation* operation = nullptr;  // null: print `text` and stop with `exit_status`
-  std::vector<std::string> files;        // in the order of the file pickers
-  Settings settings;
-  bool quiet = false;
-  std::string warnings_file;  // empty: none; `kAllOnTerminal`: no file, but all on standard error
-  std::string key_map_file;   // empty: none
-  std::string text;  // for standard output, or the reason of a wrong usage for standard error
-  int exit_status = 0;
-};
-
-inline constexpr int kWrongUsage = 2;
-/// What --warnings takes in place of a file's name.
-inline constexpr std::string_view kAllOnTerminal = "-";
-
 /// Reads the command line (without the program's name). A wrong one gives `kWrongUsage` and a
-/// reason of one line in `text`.
+/// reason of one line without control bytes in `text`. Looks at no file.
 BatchRequest ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace tarvel

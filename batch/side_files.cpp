@@ -3,12 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/entry_points.h"
+#include "batch/verbs.h"
 #include "core/file_names.h"
 #include "core/file_places.h"
 
@@ -24,7 +26,8 @@ constexpr std::string_view kConverted = "_linux";
 std::vector<std::string> InputsOf(const BatchRequest& request) {
   std::vector<std::string> inputs = request.files;
   for (const std::string& file : request.files) {
-    if (auto copy = InsertBeforeExtension(file, kConverted)) inputs.push_back(std::move(*copy));
+    const std::string path = InDirectory(file, request.output_directory);
+    if (auto copy = InsertBeforeExtension(path, kConverted)) inputs.push_back(std::move(*copy));
   }
   return inputs;
 }
@@ -40,13 +43,15 @@ std::vector<std::string> ProgramFiles() {
 }
 
 std::vector<std::string> OutputsOf(const BatchRequest& request) {
+  if (!request.operation) return {};
   const bool after_second = request.operation->named_after == Picker::kSecond;
   const std::string& file = request.files[after_second ? 1 : 0];
   std::vector<std::string> outputs;
   for (const auto& library : {std::optional(file), InsertBeforeExtension(file, kConverted)}) {
     if (!library) continue;
     for (const Output output : request.operation->outputs) {
-      if (auto path = OutputPath(*library, output); !path.empty()) outputs.push_back(path);
+      auto path = OutputPath(*library, output, request.output_directory);
+      if (!path.empty()) outputs.push_back(std::move(path));
     }
   }
   return outputs;
@@ -66,7 +71,7 @@ std::string WhyRefused(std::string_view option, const std::string& path,
   return std::string("'")
       .append(option)
       .append("' names a file that '")
-      .append(request.operation->batch_name)
+      .append(request.operation ? request.operation->batch_name : request.verb->name)
       .append(is_read ? "' reads: '" : "' writes: '")
       .append(path)
       .append("'");
@@ -75,6 +80,11 @@ std::string WhyRefused(std::string_view option, const std::string& path,
 }  // namespace
 
 std::string WhyRefused(const BatchRequest& request) {
+  std::error_code error;
+  if (!request.output_directory.empty() &&
+      !std::filesystem::is_directory(request.output_directory, error)) {
+    return "'--output-dir' names no directory: '" + request.output_directory + "'";
+  }
   const bool on_terminal = request.warnings_file == kAllOnTerminal;
   const std::string warnings = on_terminal ? std::string() : request.warnings_file;
   const std::string& key_map = request.key_map_file;

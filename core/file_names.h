@@ -89,6 +89,9 @@ inline constexpr std::string_view kJournalListFile = "/JournalStrings/JournalStr
 /// none but whose directory has one is cut inside the directory's name.
 std::optional<std::string> ChangeExtension(std::string_view path, std::string_view suffix);
 
+/// The path of the file with the same name in `directory`; the path itself when that is empty.
+std::string InDirectory(std::string_view path, std::string_view directory);
+
 /// The path with `suffix` put before its last "."; nothing when it holds none.
 std::optional<std::string> InsertBeforeExtension(std::string_view path, std::string_view suffix);
 

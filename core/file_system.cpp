@@ -103,6 +103,7 @@ std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMod
   if (!source) return std::nullopt;
   LineStream lines(std::move(source));
   if (!lines.LoadAll()) return std::nullopt;
+  if (ReadingObserver* observer = Observer()) lines.Observe(*observer);
   return lines;
 }
 

@@ -41,6 +41,9 @@ class FileSystem {
     return IsSameFile(one, other);
   }
 
+  /// Whom to tell how far the reading of a file has come; null for nobody.
+  virtual ReadingObserver* Observer() { return nullptr; }
+
   /// Opens a file and reads it whole; nothing when either fails.
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };

@@ -12,6 +12,7 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
+constexpr std::size_t kReportDistance = std::size_t{1} << 18;
 constexpr std::size_t kHugePage = std::size_t{1} << 21;
 
 /// Asks for large pages: a library's memory comes in half the time then. What lacks them goes on
@@ -87,7 +88,18 @@ std::optional<std::string_view> LineStream::ReadLine(std::size_t limit) {
       newline ? static_cast<std::size_t>(static_cast<const char*>(newline) - start) + 1 : left;
   at_end_ = !newline && left < room;
   position_ += size;
+  if (position_ >= next_report_) ReportPosition();
   return std::string_view(start, size);
+}
+
+void LineStream::Observe(ReadingObserver& observer) {
+  observer_ = &observer;
+  next_report_ = 0;
+}
+
+void LineStream::ReportPosition() {
+  observer_->OnRead(position_, loaded_);
+  next_report_ = position_ + kReportDistance;
 }
 
 /// The offset of the next `byte`, or the end of the file.

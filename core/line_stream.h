@@ -45,6 +45,14 @@ class ByteSource {
   virtual std::optional<FileState> State() const { return std::nullopt; }
 };
 
+/// Is told how far the reading of a file has come.
+class ReadingObserver {
+ public:
+  virtual ~ReadingObserver() = default;
+  /// Called about every 256 KiB with the offset that was reached and the size of the file.
+  virtual void OnRead(std::size_t position, std::size_t size) = 0;
+};
+
 /// A file held in memory that serves its lines exactly as stdio's `fgets` would: at most
 /// `limit - 1` bytes, up to and including a line feed. A longer line comes in pieces. All line
 /// reading of the program goes through this class.
@@ -71,6 +79,9 @@ class LineStream {
   /// last byte.
   bool AtEnd() const { return at_end_; }
 
+  /// Reports how far the lines have been read to `observer`, which must outlive this.
+  void Observe(ReadingObserver& observer);
+
   /// Reads all that is not in memory yet; false on a read error.
   [[nodiscard]] bool LoadAll();
   /// Whether reading the file failed at some point.
@@ -82,12 +93,15 @@ class LineStream {
   std::size_t FindAhead(char byte);
   void Fill(std::size_t wanted_end);
   void Grow(std::size_t capacity);
+  void ReportPosition();
 
   std::unique_ptr<ByteSource> source_;  // while there is more to read
   std::unique_ptr<char[]> bytes_;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;
+  ReadingObserver* observer_ = nullptr;
+  std::size_t next_report_ = static_cast<std::size_t>(-1);
   bool at_end_ = false;
   bool read_failed_ = false;
 };

@@ -33,6 +33,8 @@ class RunFiles final : public FileSystem {
     return files_.IsSamePlace(one, other);
   }
 
+  ReadingObserver* Observer() override { return files_.Observer(); }
+
   /// Whether a byte of any output did not arrive.
   bool WriteFailed() const { return write_failed_; }
   /// Gives the new files their names, logs last, and begins the next run. No file gets its name

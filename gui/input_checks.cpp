@@ -101,7 +101,7 @@ bool PassesAll(Needs needs, FileSystem& files) {
 
 }  // namespace
 
-int CheckInputFiles(int code) { return CheckInputFiles(code, RealFileSystem()); }
+int CheckInputFiles(int code) { return CheckInputFiles(code, GlobalFiles()); }
 
 int CheckInputFiles(int code, FileSystem& files) {
   const Operation* operation = FindOperation(code);

@@ -133,9 +133,17 @@ std::unique_ptr<ByteSink> CreateCopy(FileSystem& files, const std::string& path)
   return std::make_unique<ComparingSink>(std::move(existing));
 }
 
-/// Writes the converted copy beside the picked file and gives its path; nothing after a failure.
+/// The path of the converted copy: beside the picked file, or in the directory for new files.
+std::optional<std::string> CopyPath(std::string_view picked) {
+  if (GlobalOutputDirectory.empty()) return InsertBeforeExtension(picked, kCopySuffix);
+  const auto name = InsertBeforeExtension(picked.substr(picked.rfind('/') + 1), kCopySuffix);
+  if (!name) return std::nullopt;
+  return InDirectory(*name, GlobalOutputDirectory);
+}
+
+/// Writes the converted copy and returns its path; nothing after a failure.
 std::optional<std::string> Convert(RunFiles& files, const std::string& picked, int system) {
-  auto new_path = InsertBeforeExtension(picked, kCopySuffix);
+  auto new_path = CopyPath(picked);
   if (!new_path) {
     Refuse("Could not open the file!");
     return std::nullopt;
@@ -177,7 +185,7 @@ int SystemOf(const LineBreaks& breaks) {
   return kMacSystem;
 }
 
-int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, RealFileSystem()); }
+int ConvertLineEndings(PathBuffer& path) { return ConvertLineEndings(path, GlobalFiles()); }
 
 int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
   RunFiles files(disk);

@@ -171,7 +171,7 @@ int RunCleanAuthors(const RunContext& run) {
 
   const auto log = CreateWithHeader(run, run.first_path, Output::kAuthorLog);
   if (!log) return Fail(run, kLogNotCreated);
-  const std::string path = OutputPath(run.first_path, Output::kAuthorLibrary);
+  const std::string path = OutputPath(run.first_path, Output::kAuthorLibrary, run.output_directory);
   run.reporter.Print(path + " " + run.first_path + "\n");
   const auto library = CreateWithHeader(run, run.first_path, Output::kAuthorLibrary);
   if (!library) return Fail(run, std::string(kLibraryNotCreated).append(path).append(" !"));

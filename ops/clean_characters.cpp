@@ -226,7 +226,7 @@ int RunCleanCharacters(const RunContext& run) {
   }
   const auto log = CreateWithHeader(run, run.first_path, Output::kCharacterLog);
   if (!log) return FailInBox(run, "Could not open the log file!", "Log file?", kFailed);
-  const std::string new_path = OutputPath(run.first_path, Output::kCharacterLibrary);
+  const std::string new_path = OutputPath(run.first_path, Output::kCharacterLibrary, run.output_directory);
   const auto library = CreateWithHeader(run, run.first_path, Output::kCharacterLibrary);
   if (!library) {
     return FailInBox(run, "Could not open " + new_path + " !", "New BibTeX file?", kFailed);

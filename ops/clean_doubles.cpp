@@ -352,8 +352,8 @@ int RunCleanDoubles(const RunContext& run) {
               {.line_limit = limits::kPairLine,
                .read_tags = kDoublesTagNames,
                .needs_closing_line = true,
-               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; },
-               .one_value_a_line = true},
+               .one_value_a_line = true,
+               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; }},
               warnings);
   WarnOfLargeOutput(run, log->Path(), keyless * keyless / 2 * kEmptyKeys.size(),
                     std::to_string(keyless) + " entries without a key");

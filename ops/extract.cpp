@@ -10,10 +10,10 @@
 
 #include "core/keyed_hash.h"
 #include "core/text_primitives.h"
+#include "ops/citations/cited_keys.h"
 #include "ops/entries/cited_entries.h"
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
-#include "warnings/citation_warnings.h"
 #include "warnings/library_scan.h"
 
 namespace tarvel {
@@ -131,7 +131,8 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
 
 /// Writes the references of the new library, which holds `found` entries for `cited` keys.
 int WriteReferences(const RunContext& run, std::size_t cited, int found) {
-  const std::string source = OutputPath(run.second_path, Output::kExtractLibrary);
+  const std::string source =
+      OutputPath(run.second_path, Output::kExtractLibrary, run.output_directory);
   std::optional<LineStream> library = run.files.OpenLines(source, ReadMode::kUpdate);
   if (!library) return Fail(run, kNewLibraryNotOpened);
   const auto references = CreateWithHeader(run, run.second_path, Output::kExtractTex);
@@ -211,19 +212,23 @@ int RunExtract(const RunContext& run) {
   if (run.second_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
   if (!document) return Fail(run, kDocumentNotOpened);
-  FileWarnings warnings = WarningsOf(run, run.first_path, *document);
-  std::vector<std::string> keys;
-  std::vector<std::size_t> places;
-  ScanCitations(*document, keys, &places);
-  ReportCitations(document->Bytes(), warnings);
-  ReportKeys(keys, places, warnings);
-  if (WriteKeys(run, keys) != kSucceeded) return kFailed;
-  const int found = WriteLibrary(run, keys, [&](std::size_t key) {
-    warnings.Report(WarningKind::kMissingCitation, places[key], keys[key],
-                    "the cited key has no entry in the library");
+  CitedKeys cited(run);
+  if (run.citations.LikeLaTeX()) {
+    cited.ReadLikeLaTeX(std::move(*document));
+  } else {
+    cited.ReadPlainly(std::move(*document), ScanCitations);
+  }
+  if (cited.NeedsLibrary()) {
+    std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+    if (!library) return Fail(run, kLibraryNotOpened);
+    cited.ReadLibrary(std::move(*library));
+  }
+  if (WriteKeys(run, cited.Keys()) != kSucceeded) return kFailed;
+  const int found = WriteLibrary(run, cited.Keys(), [&](std::size_t key) {
+    cited.Report(WarningKind::kMissingCitation, key, "the cited key has no entry in the library");
   });
   if (found == 0) return kFailed;
-  return WriteReferences(run, keys.size(), found);
+  return WriteReferences(run, cited.Keys().size(), found);
 }
 
 }  // namespace tarvel

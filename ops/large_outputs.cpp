@@ -7,7 +7,7 @@ void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint
                        std::string_view why) {
   constexpr std::uint64_t kMegabyte = 1'000'000;
   if (!run.warnings || bytes < kLargeOutput) return;
-  run.reporter.Warn(std::string("the file '")
+  run.reporter.Warn(std::string("warning: the file '")
                         .append(path)
                         .append("' may become large, up to about ")
                         .append(std::to_string(bytes / kMegabyte))

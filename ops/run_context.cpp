@@ -20,8 +20,12 @@ constexpr std::array<HeaderRow, 4> kHeaders{{{".log", LogFileHeader},
 
 }  // namespace
 
-std::string OutputPath(const std::string& library, Output output) {
-  return ChangeExtension(library, SuffixOf(output)).value_or(std::string());
+std::string OutputPath(const std::string& library, Output output, const std::string& directory) {
+  if (directory.empty()) {
+    return ChangeExtension(library, SuffixOf(output)).value_or(std::string());
+  }
+  const auto name = ChangeExtension(library.substr(library.rfind('/') + 1), SuffixOf(output));
+  return name ? InDirectory(*name, directory) : std::string();
 }
 
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& path,
@@ -37,7 +41,7 @@ std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::strin
 
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& library,
                                          Output output) {
-  return CreateOutput(run, OutputPath(library, output), ModeOf(output));
+  return CreateOutput(run, OutputPath(library, output, run.output_directory), ModeOf(output));
 }
 
 std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::string& library,

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/settings.h"
 #include "core/file_names.h"
@@ -18,6 +19,16 @@
 namespace tarvel {
 
 class JournalStyles;
+
+/// Which citations Extract reads. Without a command and without `follow` it reads "\cite{" only.
+struct CitationRules {
+  std::vector<std::string> commands = {};  // names without "\"; "all" for all that are known
+  bool follow = false;                     // files that the document includes are read too
+  bool report_uncited = false;             // entries that are not cited are warned of
+  std::string directory = {};              // of the document, with a final "/", or empty
+
+  bool LikeLaTeX() const { return follow || !commands.empty(); }
+};
 
 /// All that an operation may know of the program around it.
 struct RunContext {
@@ -33,11 +44,15 @@ struct RunContext {
   /// Where the run reports what it passes over, drops or cannot use; null when nobody wants to
   /// know.
   Warnings* warnings = nullptr;
+  /// Where the new files go; empty: beside the library.
+  std::string output_directory = {};
+  CitationRules citations = {};
 };
 
-/// The path of an operation's new file beside `library`; empty when the library's path holds no
-/// ".".
-std::string OutputPath(const std::string& library, Output output);
+/// The path of an operation's new file beside `library`, or in `directory` unless that is empty.
+/// Empty when the library's path, or in a directory its name, holds no ".".
+std::string OutputPath(const std::string& library, Output output,
+                       const std::string& directory = {});
 
 /// Creates a new file. Null when that fails, when `path` is empty, or when it names one of the
 /// picked files, which are never opened for writing.

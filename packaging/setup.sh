@@ -41,6 +41,11 @@ test_wanted="
 /usr/bin/mandoc                   mandoc
 /usr/bin/pdflatex                 texlive-latex-base
 /usr/bin/bibtex                   texlive-binaries
+/usr/bin/zsh                      zsh
+/usr/bin/fish                     fish
+/usr/bin/git                      git
+/usr/bin/make                     make
+/usr/bin/vim                      vim
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
 package_wanted="

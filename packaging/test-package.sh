@@ -100,7 +100,11 @@ wait
 EOF
 as_user "$root" 'sh /tmp/dialog.sh' || fail "no dialog, or no icon on it: $(cat "$root/tmp/dialog.err")"
 
-say "its manual pages, its icon and its type of file"
+say "its manual pages, its completions, its icon and its type of file"
+for file in bash-completion/completions/tarvel-batch zsh/vendor-completions/_tarvel-batch \
+  fish/vendor_completions.d/tarvel-batch.fish; do
+  [ -s "$root/usr/share/$file" ] || fail "$file"
+done
 for page in man1/tarvel.1 man1/tarvel-batch.1 man5/tarvel-files.5; do
   gzip -t "$root/usr/share/man/$page.gz" || fail "$page"
 done

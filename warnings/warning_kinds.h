@@ -26,6 +26,7 @@ enum class WarningKind : std::uint8_t {
   kMissingCitation,
   kOtherCitation,
   kKeyWithBlank,
+  kUncitedEntry,
   kCarriedOver,
   kValueMissing,
   kDetailMissing,
@@ -78,7 +79,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 46;
+inline constexpr std::size_t kWarningKindCount = 47;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -102,6 +103,7 @@ inline constexpr auto kWarningKinds = [] {
       {"missing-citation", kLoss, kRun, "cited keys without an entry"},
       {"other-citation", kLoss, kRun, "citations that were passed over or read out of a comment"},
       {"key-with-blank", kLoss, kRun, "cited keys with blanks"},
+      {"uncited-entry", kNote, kRun, "entries that the document does not cite"},
       {"carried-over", kLoss, kRun, "references that show a value of an earlier entry"},
       {"value-missing", kLoss, kRun, "references without an author, title, journal or year"},
       {"detail-missing", kNote, kRun, "references without another value that they print"},

@@ -61,7 +61,12 @@ std::string Shorten(std::string_view text, std::size_t most) {
   return std::string(text.substr(0, size)).append("...");
 }
 
-/// A warning as a line that editors and build tools understand.
+std::string_view WordOf(Severity severity) {
+  return severity == Severity::kLoss ? "loss: " : "note: ";
+}
+
+}  // namespace
+
 std::string LineOf(const Warning& warning) {
   std::string line;
   if (!warning.file.empty()) line.append(warning.file).append(":");
@@ -71,12 +76,6 @@ std::string LineOf(const Warning& warning) {
   line.append(Shorten(warning.text, kLongestText));
   return EscapeControls(line.append(" [").append(RowOf(warning.kind).name).append("]"));
 }
-
-std::string_view WordOf(Severity severity) {
-  return severity == Severity::kLoss ? "loss: " : "note: ";
-}
-
-}  // namespace
 
 std::size_t LineNumbers::At(std::size_t offset) {
   offset = std::min(offset, bytes_.size());

@@ -87,12 +87,17 @@ std::string EscapeControls(std::string_view text);
 /// warnings quote of a library goes through this, so that a crafted library makes no flood of them.
 std::string Quoted(std::string_view text);
 
+/// A warning as a line that editors and build tools understand: "FILE:LINE: warning: TEXT [KIND]",
+/// or "warning: TEXT [KIND]" where it is of no file. Controls are escaped, long texts cut.
+std::string LineOf(const Warning& warning);
+
 /// Where warnings go, besides the reporter.
 struct WarningOutputs {
   bool quiet = false;             // nothing goes to the reporter but what `all` asks for
   bool all = false;               // each warning goes to the reporter at once; no summary follows
   OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
   OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between
+  std::size_t* losses = nullptr;  // takes the number of losses at the end of a run
 };
 
 /// Counts the warnings of a run and keeps a few examples of each kind, which `ReportSummary` sends

@@ -6,16 +6,37 @@
 #include <string>
 #include <vector>
 
+#include "app/tags.h"
+#include "batch/help.h"
+#include "warnings/warnings.h"
+
 namespace tarvel {
 namespace {
 
 using Arguments = std::vector<std::string>;
 
-Settings SettingsOf(Arguments options) {
-  options.insert(options.end(), {"clean-tags", "a.bib"});
-  const BatchRequest request = ParseCommandLine(options);
-  EXPECT_TRUE(request.operation) << request.text;
-  return request.settings;
+/// The settings after these options of the first verb that takes them all.
+Settings SettingsOf(const Arguments& options) {
+  for (const VerbRow& verb : kVerbRows) {
+    Arguments words = options;
+    words.emplace_back(verb.name);
+    words.insert(words.end(), verb.fewest, "a.bib");
+    const BatchRequest request = ParseCommandLine(words);
+    if (request.verb) return request.settings;
+  }
+  ADD_FAILURE() << "no verb takes " << options.front();
+  return {};
+}
+
+std::string ReasonOf(const Arguments& words) {
+  const BatchRequest request = ParseCommandLine(words);
+  EXPECT_EQ(request.exit_status, kWrongUsage) << request.text;
+  EXPECT_FALSE(request.verb);
+  EXPECT_FALSE(request.operation);
+  EXPECT_EQ(request.text, EscapeControls(request.text));
+  EXPECT_NE(request.text.find(" see 'tarvel-batch "), std::string::npos) << request.text;
+  EXPECT_TRUE(request.text.ends_with("--help'")) << request.text;
+  return request.text.substr(0, request.text.rfind(" see '"));
 }
 
 TEST(CommandLine, NamesAnOperationAndItsFiles) {
@@ -123,25 +144,83 @@ TEST(CommandLine, KeepsAndRemovesTagsInItsOrder) {
   }
 }
 
+TEST(CommandLine, SaysWhatIsWrong) {
+  const struct {
+    Arguments words;
+    std::string_view reason;
+  } cases[] = {
+      {{}, "no operation is given;"},
+      {{"clean-tag", "a.bib"}, "unknown operation 'clean-tag'; did you mean 'clean-tags'?"},
+      {{"Text", "a.bib"}, "unknown operation 'Text'; did you mean 'text'?"},
+      {{"ext", "a", "b"}, "unknown operation 'ext'; did you mean 'extract'?"},
+      {{"frobnicate"}, "unknown operation 'frobnicate';"},
+      {{"clean\x1b[31m", "a"}, "unknown operation 'clean\\x1b[31m';"},
+      {{"--kep", "doi", "clean-tags", "a"}, "unknown option '--kep'; did you mean '--keep'?"},
+      {{"--bogus=1", "text", "a"}, "unknown option '--bogus';"},
+      {{"text", "-lit.bib"},
+       "unknown option '-lit.bib'; a file whose name begins with '-' is written as './-lit.bib';"},
+      {{"--keep", "isbn", "clean-tags", "a"}, "unknown tag 'isbn' for '--keep';"},
+      {{"--keep", "auhtor", "clean-tags", "a"},
+       "unknown tag 'auhtor' for '--keep'; did you mean 'author'?"},
+      {{"--keep", "\n", "clean-tags", "a"}, "unknown tag '\\n' for '--keep';"},
+      {{"--style", "natur", "text", "a"},
+       "unknown value 'natur' for '--style'; did you mean 'nature'?"},
+      {{"--title=false", "text", "a"}, "'--title' takes no value, but 'false' is given;"},
+      {{"--title=", "text", "a"}, "'--title' takes no value, but '' is given;"},
+      {{"--warnings=", "clean-tags", "a"},
+       "'--warnings' needs a value, and the one given is empty;"},
+      {{"--warnings", "", "clean-tags", "a"},
+       "'--warnings' needs a value, and the one given is empty;"},
+      {{"clean-tags", "a", "--keep"}, "'--keep' needs a value;"},
+      {{"--cite-commands", "a b", "extract", "a", "b"},
+       "'a b' is not the name of a LaTeX command, for '--cite-commands';"},
+      {{"--cite-commands", "citep,,", "extract", "a", "b"},
+       "the value 'citep,,' of '--cite-commands' has an empty command name;"},
+      {{"--keep", ",", "clean-tags", "a"}, "the value ',' of '--keep' has an empty tag name;"},
+      {{"--keep=note,,title", "clean-tags", "a"},
+       "the value 'note,,title' of '--keep' has an empty tag name;"},
+      {{"--keep", "--quiet", "clean-tags", "a"},
+       "the value of '--keep' is missing: '--quiet' looks like an option;"},
+      {{"--warnings", "-q", "text", "a"},
+       "the value of '--warnings' is missing: '-q' looks like an option;"},
+      {{"--keep", "doi", "text", "a"}, "'--keep' is of no use for 'text'; used by: clean-tags;"},
+      {{"compare", "a", "b", "--style", "nature"},
+       "'--style' is of no use for 'compare'; used by: extract, text;"},
+      {{"extract", "a"}, "a file is missing: 'extract' takes DOCUMENT LIBRARY;"},
+      {{"text"}, "a file is missing: 'text' takes LIBRARY;"},
+      {{"text", "a", "b"}, "one file too many, 'b': 'text' takes LIBRARY;"},
+      {{"text", ""}, "the name of a file is empty;"},
+      {{"text", "-"}, "'-' is no file: standard input is not read;"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ReasonOf(c.words), c.reason);
+  EXPECT_TRUE(ParseCommandLine({"text"}).text.ends_with(" see 'tarvel-batch text --help'"));
+  EXPECT_TRUE(ParseCommandLine({}).text.ends_with(" see 'tarvel-batch --help'"));
+}
+
 TEST(CommandLine, AnswersWithoutAnOperation) {
-  const BatchRequest version = ParseCommandLine({"--version"});
-  EXPECT_EQ(version.text, "Tarvel v3.81\n");
-  EXPECT_EQ(version.exit_status, 0);
-  const BatchRequest list = ParseCommandLine({"--list-operations"});
-  EXPECT_EQ(list.text,
-            "extract\ncompare\ntext\njournals\nclean-doubles\nclean-authors\nclean-characters\n"
-            "clean-tags\n");
-  EXPECT_EQ(list.exit_status, 0);
-  const BatchRequest help = ParseCommandLine({"--help"});
-  EXPECT_EQ(help.exit_status, 0);
-  EXPECT_EQ(help.text.find("Usage: tarvel-batch"), 0U);
-  EXPECT_NE(help.text.find("  clean-tags                  Remove tags\n"), std::string::npos);
-  for (const auto* word :
-       {"tarvel-batch [OPTION]... OPERATION FIRST-FILE [SECOND-FILE]", "--style", "--pages",
-        "--title", "--no-title", "--bibitem", "--latex", "--journal-names", "--keep", "--remove",
-        "--keep-empty-entries", "--keep-strings", "--list-operations", "--version"}) {
-    EXPECT_NE(help.text.find(word), std::string::npos) << word;
+  const std::string all = GeneralHelp();
+  const struct {
+    Arguments words;
+    std::string text;
+  } cases[] = {
+      {{"--version"}, "tarvel-batch (Tarvel) 3.81\n"},
+      {{"-V"}, "tarvel-batch (Tarvel) 3.81\n"},
+      {{"--list-operations"},
+       "extract\ncompare\ntext\njournals\nclean-doubles\nclean-authors\nclean-characters\n"
+       "clean-tags\n"},
+      {{"--help"}, all},
+      {{"-h"}, all},
+      {{"--help", "--bogus"}, all},
+      {{"text", "-h"}, HelpOf(*FindVerb("text"))},
+      {{"--help", "text", "a", "b", "--keep", "doi"}, HelpOf(*FindVerb("text"))},
+  };
+  for (const auto& c : cases) {
+    const BatchRequest request = ParseCommandLine(c.words);
+    EXPECT_EQ(request.text, c.text);
+    EXPECT_EQ(request.exit_status, 0);
+    EXPECT_FALSE(request.verb);
   }
+  EXPECT_EQ(ReasonOf({"extrct", "--help"}), "unknown operation 'extrct'; did you mean 'extract'?");
 }
 
 }  // namespace

@@ -1,33 +1,31 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
-# The manual page of tarvel-batch lists the options of --help, with their words and texts, and the
-# operations of --list-operations: check_man_page.sh TARVEL-BATCH MAN-PAGE
+# The manual page of tarvel-batch lists what --help lists, in the same words: the operations with
+# their files, and the options with what uses them: check_man_page.sh TARVEL-BATCH MAN-PAGE
 set -u
 program=$1
 page=$2
 work=$(mktemp -d) || exit 1
 trap 'rm -rf "$work"' EXIT
 
-# Both as "--style {aps,acs} journal style of ...", one line an option.
-"$program" --help | sed -n '/^Options:/,$p' |
-  awk '/^  --/ { if (line) print line; line = $0; next } /^ +[^ ]/ { line = line " " $0 }
-       END { print line }' |
-  sed -e 's/ TEXT:/ /' -e 's/ \.\.\./.../' -e 's/  */ /g' -e 's/^ //' | sort >"$work/help"
-awk '/^\.SH OPTIONS/ { on = 1; next } /^\.(SH|PP)/ { on = 0 }
-     on && /^\.TP/ { if (line) print line; line = "" ; next }
-     on { line = line " " $0 }
-     END { print line }' "$page" |
-  sed -e 's/\.B //' -e 's/\\f[RIBP]//g' -e 's/\\-/-/g' -e 's/  */ /g' -e 's/^ //' |
-  sort >"$work/page"
-"$program" --list-operations | sort >"$work/operations.help"
-sed -n 's/^\.BI \([a-z-]*\) .*/\1/p' "$page" | sort >"$work/operations.page"
+# An item of either, as "--style STYLE aps, acs ... (extract, text)".
+"$program" --help | awk '
+  /^Operations:/ { on = 1; verbs = 1; next }
+  /^[A-Z]/ { on = /^Options, / || /^Commands/; verbs = !/^Options, /; next }
+  on && /^  [^ ]/ { if (line) print line users; line = $0; users = ""; next }
+  on && verbs && /^ +[^ ]/ { line = line " " $0; next }
+  on && /^ +[^ ]/ { sub(/^ +/, ""); sub(/\)$/, " ", users)
+                    users = (users ? users : " (") $0 ")"; next }
+  END { print line users }' | sed -e 's/  */ /g' -e 's/^ //' | sort >"$work/help"
+awk '
+  /^\.SH/ { on = /OPERATIONS|COMMANDS|OPTIONS/; if (line) print line; line = ""; next }
+  /^\.PP/ { on = 0; next }
+  on && /^\.TP/ { if (line) print line; line = ""; next }
+  on { line = line " " $0 }
+  END { if (line) print line }' "$page" |
+  sed -e 's/\.BI \([^ ]*\) "\([^"]*\)"/\1 \2/' -e 's/\.B //' -e 's/\\f[RIBP]//g' -e 's/\\-/-/g' \
+    -e 's/\\e/\\/g' -e 's/  */ /g' -e 's/^ //' | sort >"$work/page"
 
-status=0
-for list in "help page" "operations.help operations.page"; do
-  set -- $list
-  [ -s "$work/$1" ] && diff "$work/$1" "$work/$2" || {
-    echo "FAILED: the program (<) and its manual page (>) do not agree"
-    status=1
-  }
-done
-exit $status
+[ "$(wc -l <"$work/help")" -gt 20 ] && diff "$work/help" "$work/page" && exit 0
+echo "FAILED: the program (<) and its manual page (>) do not agree"
+exit 1

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/file_system.h"
+
+namespace tarvel {
+
+/// The files of the machine as the batch program uses them.
+class BatchFiles final : public FileSystem {
+ public:
+  /// `only_read`: inputs need not be writable. `observer`, which must outlive this, is told how far
+  /// the reading has come.
+  BatchFiles(FileSystem& files, bool only_read, ReadingObserver& observer)
+      : files_(files), only_read_(only_read), observer_(observer) {}
+
+  std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override {
+    return files_.OpenSource(path, only_read_ ? ReadMode::kRead : mode);
+  }
+  std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override {
+    return files_.CreateSink(path, mode);
+  }
+  std::unique_ptr<ByteSink> CreatePending(const std::string& path, CreateMode mode) override {
+    return files_.CreatePending(path, mode);
+  }
+  std::optional<FileState> StateAt(const std::string& path) override {
+    return files_.StateAt(path);
+  }
+  bool IsSamePlace(const std::string& one, const std::string& other) override {
+    return files_.IsSamePlace(one, other);
+  }
+  bool IsSameFile(const std::string& one, const std::string& other) override {
+    return files_.IsSameFile(one, other);
+  }
+  ReadingObserver* Observer() override { return &observer_; }
+
+ private:
+  FileSystem& files_;
+  bool only_read_;
+  ReadingObserver& observer_;
+};
+
+}  // namespace tarvel

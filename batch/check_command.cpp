@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "batch/check_command.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/entry_points.h"
+#include "app/globals.h"
+#include "app/reporter.h"
+#include "batch/request.h"
+#include "core/text_primitives.h"
+#include "gui/line_endings.h"
+#include "ops/operations.h"
+
+namespace tarvel {
+
+namespace {
+
+/// The operations that read a library. Extract reads as Text does, of the cited entries only.
+constexpr std::array<int (*)(const RunContext&), 7> kReaders{
+    RunText,         RunCompare,         RunJournals, RunCleanDoubles,
+    RunCleanAuthors, RunCleanCharacters, RunCleanTags};
+
+/// A new file whose bytes are kept in memory, or in no place at all.
+class MemorySink final : public ByteSink {
+ public:
+  explicit MemorySink(std::string* kept) : kept_(kept) {}
+  std::string Write(std::string_view bytes) override {
+    if (kept_) kept_->append(bytes);
+    return {};
+  }
+  std::string Close() override { return {}; }
+
+ private:
+  std::string* kept_;
+};
+
+class MemorySource final : public ByteSource {
+ public:
+  explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}
+  std::ptrdiff_t Read(char* buffer, std::size_t size) override {
+    const std::size_t taken = bytes_.copy(buffer, size);
+    bytes_.remove_prefix(taken);
+    return static_cast<std::ptrdiff_t>(taken);
+  }
+  std::size_t Size() const override { return bytes_.size(); }
+
+ private:
+  std::string_view bytes_;
+};
+
+/// Files that are only read. The copy that the check of line breaks makes is kept in memory; what
+/// operations write goes nowhere.
+class ReadOnlyFiles final : public FileSystem {
+ public:
+  explicit ReadOnlyFiles(FileSystem& files) : files_(files) {}
+  void DropNewFiles() { keeps_ = false; }
+
+  std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode /*mode*/) override {
+    const auto kept = kept_.find(path);
+    if (kept != kept_.end()) return std::make_unique<MemorySource>(kept->second);
+    return files_.OpenSource(path, ReadMode::kRead);
+  }
+  std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode /*mode*/) override {
+    return std::make_unique<MemorySink>(keeps_ ? &kept_[path] : nullptr);
+  }
+  bool IsSameFile(const std::string& /*one*/, const std::string& /*other*/) override {
+    return false;  // no file is ever written over
+  }
+
+ private:
+  FileSystem& files_;
+  std::map<std::string, std::string> kept_;
+  bool keeps_ = true;
+};
+
+/// Says nothing: the operations run for their warnings only.
+class SilentReporter final : public Reporter {
+ public:
+  int Print(std::string_view text) override { return static_cast<int>(text.size()); }
+  void Box(std::string_view /*message*/, std::string_view /*caption*/) override {}
+  void Warn(std::string_view /*line*/) override {}
+};
+
+/// What is wrong at one place.
+struct Finding {
+  std::size_t line;
+  WarningKind kind;
+  std::string key;
+  std::string text;
+  auto operator<=>(const Finding&) const = default;
+};
+
+/// Collects what the operations find, each once.
+class Findings final : public Warnings {
+ public:
+  explicit Findings(const BatchRequest& request) : request_(request) {}
+
+  void Report(const Warning& warning) override {
+    if (RowOf(warning.kind).about != About::kReading || !IsWanted(RowOf(warning.kind).name)) return;
+    found_.insert(
+        {warning.line, warning.kind, std::string(warning.key), std::string(warning.text)});
+  }
+  /// Prints them; true when there are any.
+  bool Print(const std::string& path) const {
+    for (const Finding& finding : found_) {
+      const Warning warning{.kind = finding.kind,
+                            .file = path,
+                            .line = finding.line,
+                            .key = finding.key,
+                            .text = finding.text};
+      PrintOn(stdout, LineOf(warning) + "\n");
+    }
+    return !found_.empty();
+  }
+
+ private:
+  bool IsWanted(std::string_view name) const {
+    const auto holds = [&](const std::vector<std::string>& kinds) {
+      return std::find(kinds.begin(), kinds.end(), name) != kinds.end();
+    };
+    return (request_.only.empty() || holds(request_.only)) && !holds(request_.ignore);
+  }
+
+  const BatchRequest& request_;
+  std::set<Finding> found_;
+};
+
+bool HasEntry(LineStream& lines) {
+  for (Line line; ReadLine(lines, limits::kShortLine, line);) {
+    if (IsKnownEntry(line)) return true;
+  }
+  return false;
+}
+
+/// Why a file cannot be checked; empty when it can.
+std::string WhyNotRead(FileSystem& files, const std::string& path) {
+  std::optional<LineStream> lines = files.OpenLines(path, ReadMode::kRead);
+  if (!lines) return "could not be read";
+  return HasEntry(*lines) ? std::string() : "is no BibTeX library: it has no entry of a known type";
+}
+
+/// Runs the operations on a library, without their outputs.
+void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Findings& findings) {
+  for (const auto read : kReaders) {
+    JournalStyles styles;
+    RunContext run{.first_path = path,
+                   .second_path = read == RunCompare ? path : std::string(),
+                   .settings = {},
+                   .files = files,
+                   .reporter = reporter,
+                   .styles = styles,
+                   .program_directory = GlobalRun().program_directory,
+                   .warnings = &findings};
+    read(run);  // a failure is one of the library, too: its cause is among the findings
+  }
+}
+
+/// Checks one file; gives the exit status for it.
+int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
+  ReadOnlyFiles files(GlobalFiles());
+  FirstFilePath.Set(path);
+  ConvertLineEndings(FirstFilePath, files);
+  files.DropNewFiles();
+  const std::string library = FirstFilePath.Get();
+  if (const std::string reason = WhyNotRead(files, library); !reason.empty()) {
+    PrintOn(stderr, "tarvel-batch: " + EscapeControls(path) + " " + reason + "\n");
+    return 2;
+  }
+  Findings findings(request);
+  Collect(library, files, reporter, findings);
+  return findings.Print(path) ? 1 : 0;
+}
+
+}  // namespace
+
+int RunCheckCommand(const BatchRequest& request) {
+  SilentReporter reporter;
+  Reporter& earlier = GlobalReporter();
+  InstallReporter(reporter);
+  int status = 0;
+  for (const std::string& path : request.files) {
+    status = std::max(status, CheckFile(path, request, reporter));
+  }
+  InstallReporter(earlier);
+  return status;
+}
+
+}  // namespace tarvel

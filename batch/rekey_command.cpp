@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "batch/rekey_command.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/entry_points.h"
+#include "app/globals.h"
+#include "app/reporter.h"
+#include "batch/request.h"
+#include "core/file_names.h"
+#include "ops/citations/key_map.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kSuffix = "_rekeyed";
+
+/// A document and its place.
+struct Document {
+  std::string path;
+  std::string new_path;
+  LineStream lines;
+};
+
+int Refuse(const std::string& reason) {
+  PrintOn(stderr, "tarvel-batch: " + EscapeControls(reason) + "\n");
+  return kWrongUsage;
+}
+
+std::string NewPath(const std::string& path, const std::string& directory) {
+  const std::size_t name_start = path.rfind('/') + 1;  // npos + 1 is 0
+  const std::string name = path.substr(name_start);
+  const std::string new_name =
+      InsertBeforeExtension(name, kSuffix).value_or(name + std::string(kSuffix));
+  return directory.empty() ? path.substr(0, name_start) + new_name
+                           : InDirectory(new_name, directory);
+}
+
+/// Reads the map; gives why that fails, or nothing.
+std::string ReadMap(const std::string& path, KeyMap& map) {
+  std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
+  if (!lines) return "could not read the key map '" + path + "'";
+  const std::size_t line = map.Read(lines->Bytes());
+  if (line == 0) return {};
+  return path + ":" + std::to_string(line) +
+         ": not a line of a key map: an old key, a tab, a new key";
+}
+
+/// Reads the documents; gives why one cannot be taken, or nothing.
+std::string ReadDocuments(const BatchRequest& request, std::vector<Document>& documents) {
+  for (std::size_t i = 1; i < request.files.size(); ++i) {
+    const std::string& path = request.files[i];
+    std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
+    if (!lines) return "could not read the document '" + path + "'";
+    documents.push_back({path, NewPath(path, request.output_directory), std::move(*lines)});
+  }
+  for (const Document& document : documents) {
+    const auto is_taken = [&](const std::string& file) {
+      return GlobalFiles().IsSameFile(file, document.new_path);
+    };
+    if (std::any_of(request.files.begin(), request.files.end(), is_taken)) {
+      return "the new file '" + document.new_path + "' would replace a file that is read";
+    }
+    const auto is_new = [&](const Document& other) { return other.new_path == document.new_path; };
+    if (std::count_if(documents.begin(), documents.end(), is_new) > 1) {
+      return "two documents would become the file '" + document.new_path + "'";
+    }
+  }
+  return {};
+}
+
+void Warn(const std::string& text) { GlobalReporter().Warn("warning: " + EscapeControls(text)); }
+
+void WarnOfMap(const KeyMap& map) {
+  for (const std::string& key : map.Ambiguous()) {
+    Warn("the map has several new keys for '" + key + "'; the first one is taken");
+  }
+  for (const std::string& key : map.Divided()) {
+    Warn("two entries had the key '" + key + "', and the first one still has it; citations of '" +
+         key + "' now lead to the other one, '" + *map.Find(key) + "'");
+  }
+}
+
+/// Writes a document with its new keys; false after a message.
+bool Write(const Document& document, const KeyMap& map, const BatchRequest& request) {
+  std::vector<std::string> names = request.citations.commands;
+  names.emplace_back("all");
+  LineNumbers numbers(document.lines.Bytes());
+  const RekeyedDocument rekeyed =
+      ReplaceKeys(document.lines.Bytes(), CiteCommands(names), map,
+                  [&](std::string_view command, std::size_t offset) {
+                    if (request.quiet) return;
+                    const std::string text = "'\\" + std::string(command) + "' is not read";
+                    GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
+                                                  .file = document.path,
+                                                  .line = numbers.At(offset),
+                                                  .key = {},
+                                                  .text = text}));
+                  });
+  const auto output = CreateOutput(GlobalRun(), document.new_path, CreateMode::kWrite);
+  if (output) output->Write(rekeyed.text);
+  if (!output || !output->Close()) {
+    PrintOn(stderr, "tarvel-batch: could not write the file '" + document.new_path + "'" +
+                        (output ? ": " + output->Error() : std::string()) + "\n");
+    return false;
+  }
+  if (!request.quiet) {
+    PrintOn(stderr, EscapeControls(document.new_path + ": " + std::to_string(rekeyed.replaced) +
+                                   (rekeyed.replaced == 1 ? " key" : " keys") + " replaced") +
+                        "\n");
+  }
+  return true;
+}
+
+}  // namespace
+
+int RunRekeyCommand(const BatchRequest& request) {
+  KeyMap map;
+  if (const std::string reason = ReadMap(request.files[0], map); !reason.empty()) {
+    return Refuse(reason);
+  }
+  std::vector<Document> documents;
+  if (const std::string reason = ReadDocuments(request, documents); !reason.empty()) {
+    return Refuse(reason);
+  }
+  if (!request.quiet) WarnOfMap(map);
+  bool good = true;
+  for (const Document& document : documents) good = Write(document, map, request) && good;
+  return good ? 0 : 1;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "ops/citations/cited_keys.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "core/text_primitives.h"
+#include "warnings/citation_warnings.h"
+
+namespace tarvel {
+
+namespace {
+
+/// As many files as may be open at once in LaTeX would be fewer.
+constexpr int kDeepest = 100;
+
+std::string_view DirectoryOf(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash + 1);
+}
+
+/// Where LaTeX looks for a file that is asked for by `name`: its own order.
+std::vector<std::string> NamesOf(std::string_view command, std::string_view name) {
+  std::vector<std::string> names{std::string(name).append(".tex")};
+  if (command != "include") names.emplace_back(name);
+  return names;
+}
+
+}  // namespace
+
+CitedKeys::Document& CitedKeys::Add(std::string path, LineStream lines) {
+  documents_.push_back({std::move(path), std::move(lines), FileWarnings(nullptr, {}, {})});
+  Document& document = documents_.back();
+  document.warnings = WarningsOf(run_, document.path, document.lines);
+  return document;
+}
+
+void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
+  Document& document = Add(run_.first_path, std::move(lines));
+  std::vector<std::size_t> offsets;
+  scan(document.lines, keys_, &offsets);
+  for (const std::size_t offset : offsets) places_.push_back({&document, offset});
+  ReportCitations(document.lines.Bytes(), document.warnings);
+  ReportKeys(keys_, offsets, document.warnings);
+}
+
+void CitedKeys::ReadLikeLaTeX(LineStream lines) { Read(Add(run_.first_path, std::move(lines))); }
+
+void CitedKeys::Read(Document& document) {
+  ++depth_;
+  DocumentObserver observer;
+  observer.on_key = [&](const KeyInDocument& key) {
+    if (!known_.insert(key.text).second) return;
+    if (key.text == "*") {
+      all_ = Place{&document, key.begin};
+      return;
+    }
+    keys_.push_back(key.text);
+    places_.push_back({&document, key.begin});
+  };
+  if (run_.citations.follow && depth_ < kDeepest) {
+    observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
+      Follow(document, command, name, offset);
+    };
+  }
+  observer.on_other = [&](std::string_view command, std::size_t offset) {
+    document.warnings.Report(
+        WarningKind::kOtherCitation, offset, {},
+        std::string("'\\").append(command).append("' is not read; '--cite-commands' may name it"));
+  };
+  ReadDocument(document.lines.Bytes(), commands_, observer);
+  --depth_;
+}
+
+/// Reads a file that `from` includes, unless it was read before: then it cites nothing new.
+void CitedKeys::Follow(Document& from, std::string_view command, std::string_view name,
+                       std::size_t offset) {
+  const bool absolute = name.starts_with('/');
+  for (const std::string_view directory :
+       {std::string_view(run_.citations.directory), DirectoryOf(from.path)}) {
+    for (const std::string& file : NamesOf(command, name)) {
+      const std::string path = absolute ? file : std::string(directory).append(file);
+      if (WasRead(path)) return;
+      std::optional<LineStream> lines = run_.files.OpenLines(path, ReadMode::kRead);
+      if (!lines) continue;
+      Read(Add(path, std::move(*lines)));
+      return;
+    }
+  }
+  from.warnings.Report(WarningKind::kOtherCitation, offset, {},
+                       std::string("the file '")
+                           .append(name)
+                           .append("' of '\\")
+                           .append(command)
+                           .append("' was not found, and its citations are missing"));
+}
+
+bool CitedKeys::WasRead(const std::string& path) const {
+  return std::any_of(documents_.begin(), documents_.end(), [&](const Document& document) {
+    return run_.files.IsSameFile(path, document.path);
+  });
+}
+
+void CitedKeys::ReadLibrary(LineStream lines) {
+  Document& library = Add(run_.second_path, std::move(lines));
+  known_.insert(keys_.begin(), keys_.end());
+  Line line;
+  while (ReadLineWith(library.lines, '@', limits::kShortLine, line)) {
+    const std::size_t offset = library.lines.Position() - 1;
+    if (!IsKnownEntry(line) || line.Text().find(',') == std::string_view::npos) continue;
+    const std::string key(CopyUntilChar(line.Text(), '{', ','));
+    if (key.empty() || !known_.insert(key).second) continue;
+    if (all_) {
+      keys_.push_back(key);
+      places_.push_back(*all_);
+    } else {
+      library.warnings.Report(WarningKind::kUncitedEntry, offset, key,
+                              "the document does not cite the entry");
+    }
+  }
+}
+
+void CitedKeys::Report(WarningKind kind, std::size_t i, std::string_view text) {
+  places_[i].document->warnings.Report(kind, places_[i].offset, keys_[i], text);
+}
+
+}  // namespace tarvel

@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+#include "ops/citations/document_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "core/ascii.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kLineBreaks = "\r\n";
+constexpr std::size_t kNone = std::string_view::npos;
+/// Citations may stand in the optional argument of another. Deeper ones are not looked for there.
+constexpr int kDeepest = 50;
+
+template <std::size_t N>
+bool Holds(const std::array<std::string_view, N>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+constexpr auto kVerbatimEnvironments = std::to_array<std::string_view>(
+    {"verbatim", "verbatim*", "Verbatim", "Verbatim*", "BVerbatim", "LVerbatim", "SaveVerbatim",
+     "VerbatimOut", "lstlisting", "minted", "comment", "filecontents", "filecontents*", "luacode",
+     "luacode*", "sagecode", "pycode"});
+/// Commands whose argument stands between two equal characters, or in braces.
+constexpr auto kVerbatimCommands = std::to_array<std::string_view>(
+    {"verb", "Verb", "lstinline", "mintinline", "url", "nolinkurl", "path", "href"});
+constexpr auto kFileCommands =
+    std::to_array<std::string_view>({"input", "include", "subfile", "subfileinclude"});
+/// Commands that begin with "if" and have no "\fi".
+constexpr auto kNoConditionals = std::to_array<std::string_view>(
+    {"iff", "ifthenelse", "iflanguage", "ifdef", "ifundef", "ifcsdef", "ifcsundef", "ifstrequal",
+     "ifstrempty", "ifbool", "iftoggle", "ifblank", "ifdefempty", "ifnumcomp", "ifboolexpr"});
+
+class DocumentReader {
+ public:
+  DocumentReader(std::string_view text, const CiteCommands& commands,
+                 const DocumentObserver& observer)
+      : text_(text), commands_(commands), observer_(observer) {}
+
+  void Read() {
+    while (at_ < text_.size()) Step();
+  }
+
+ private:
+  /// Passes over text up to the next "%" or "\", and over what that begins.
+  void Step() {
+    at_ = std::min(text_.find_first_of("%\\", at_), text_.size());
+    if (at_ < text_.size()) TakeSpecial();
+  }
+  void TakeSpecial() {
+    if (text_[at_] == '%') {
+      SkipLine();
+    } else {
+      TakeCommand();
+    }
+  }
+
+  void SkipLine() { at_ = std::min(text_.find_first_of(kLineBreaks, at_), text_.size()); }
+  char Now() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+
+  /// Passes over blanks, a line break and comments; not over an empty line, which ends a paragraph.
+  void SkipSpace() {
+    if (at_ == paragraph_end_) return;
+    bool line_is_empty = false;  // since its start
+    while (at_ < text_.size()) {
+      const char byte = text_[at_];
+      if (byte == '%') {
+        SkipLine();
+        if (Now() == '\r' && text_.substr(at_).starts_with("\r\n")) ++at_;
+        at_ = std::min(at_ + 1, text_.size());
+        line_is_empty = true;  // the line break belongs to the comment
+        continue;
+      }
+      if (!IsBlank(byte)) return;
+      const bool pair = byte == '\r' && text_.substr(at_).starts_with("\r\n");
+      if (byte == '\n' || byte == '\r') {
+        if (line_is_empty) {
+          paragraph_end_ = at_;
+          return;
+        }
+        line_is_empty = true;
+      }
+      at_ += pair ? 2 : 1;
+    }
+  }
+
+  std::string_view TakeName() {
+    const std::size_t begin = at_;
+    while (at_ < text_.size() && (IsLetter(text_[at_]) || text_[at_] == '@')) ++at_;
+    return text_.substr(begin, at_ - begin);
+  }
+
+  void TakeCommand() {
+    const std::size_t offset = at_++;
+    const std::string_view name = TakeName();
+    if (name.empty()) {
+      at_ = std::min(at_ + 1, text_.size());  // "\%" begins no comment
+    } else if (const auto shape = commands_.Find(name)) {
+      TakeCitation(*shape);
+    } else if (Holds(kVerbatimCommands, name)) {
+      SkipVerbatim(name);
+    } else if (Holds(kFileCommands, name)) {
+      TakeFile(name, offset);
+    } else if (name == "begin" || name == "end") {
+      TakeEnvironment(name == "begin");
+    } else if (name == "iffalse") {
+      SkipConditional();
+    } else if (name == "endinput") {
+      at_ = text_.size();
+    } else if (observer_.on_other && LooksLikeCitation(name)) {
+      observer_.on_other(name, offset);
+    }
+  }
+
+  void TakeEnvironment(bool begins) {
+    const std::optional<std::string_view> name = TakeGroupOnLine();
+    if (!name) return;
+    if (!begins && *name == "document") at_ = text_.size();
+    if (!begins || !Holds(kVerbatimEnvironments, *name)) return;
+    const std::string last = std::string("\\end{").append(*name).append("}");
+    const std::size_t found = text_.find(last, at_);
+    at_ = found == kNone ? text_.size() : found + last.size();
+  }
+
+  /// The text in braces that follows, if these are closed on the same line and hold neither others
+  /// nor a command.
+  std::optional<std::string_view> TakeGroupOnLine() {
+    while (IsBlankOrTab(Now())) ++at_;
+    if (Now() != '{') return std::nullopt;
+    const std::size_t end = text_.find_first_of("{}\\\r\n", at_ + 1);
+    if (end == kNone || text_[end] != '}') return std::nullopt;
+    const std::string_view group = text_.substr(at_ + 1, end - at_ - 1);
+    at_ = end + 1;
+    return group;
+  }
+
+  void SkipVerbatim(std::string_view name) {
+    if (Now() == '*') ++at_;
+    if (Now() == '[' && name != "verb") {
+      at_ = std::min(text_.find_first_of("]\r\n", at_), text_.size());
+      if (Now() == ']') ++at_;
+    }
+    if (name == "mintinline") TakeGroupOnLine();
+    if (Now() == '{') {
+      SkipBraces();
+    } else if (!IsLetter(Now()) && !IsBlank(Now()) && at_ < text_.size()) {
+      const std::size_t end = text_.find_first_of(std::string{Now(), '\r', '\n'}, at_ + 1);
+      at_ = end == kNone ? text_.size() : end + (text_[end] == Now() ? 1 : 0);
+    }
+  }
+
+  /// Passes over a group in which "%" is a character like others, at most to the end of the line.
+  void SkipBraces() {
+    int depth = 0;
+    for (; at_ < text_.size() && text_[at_] != '\n' && text_[at_] != '\r'; ++at_) {
+      depth += text_[at_] == '{' ? 1 : (text_[at_] == '}' ? -1 : 0);
+      if (depth == 0) {
+        ++at_;
+        return;
+      }
+    }
+  }
+
+  void TakeFile(std::string_view command, std::size_t offset) {
+    SkipSpace();
+    std::optional<std::string_view> name = TakeGroupOnLine();
+    if (!name && command == "input") {  // TeX's own form ends with a blank
+      const std::size_t end = std::min(text_.find_first_of(" \t\r\n%\\{}", at_), text_.size());
+      name = text_.substr(at_, end - at_);
+      at_ = end;
+    }
+    if (!name || name->find('#') != kNone || Trim(*name, kBlanks).empty()) return;
+    if (observer_.on_file) observer_.on_file(command, Trim(*name, kBlanks), offset);
+  }
+
+  /// Passes over what is not read, up to the "\else" or "\fi" that belongs to it.
+  void SkipConditional() {
+    int depth = 1;
+    while (at_ < text_.size() && depth > 0) {
+      at_ = std::min(text_.find_first_of("%\\", at_), text_.size());
+      if (Now() == '%') SkipLine();
+      if (Now() != '\\') continue;
+      ++at_;
+      const std::string_view name = TakeName();
+      if (name.empty()) at_ = std::min(at_ + 1, text_.size());
+      if (name == "fi" || (name == "else" && depth == 1)) --depth;
+      if (name.starts_with("if") && !Holds(kNoConditionals, name)) ++depth;
+    }
+  }
+
+  void TakeCitation(CiteShape shape) {
+    if (Now() == '*') ++at_;
+    const bool several = shape == CiteShape::kLists || shape == CiteShape::kVolumeLists;
+    const bool volume = shape == CiteShape::kVolume || shape == CiteShape::kVolumeLists;
+    if (several) SkipOptionals('(', ')');
+    while (TakeList(volume) && several) {
+      const std::size_t end = at_;
+      SkipSpace();
+      if (Now() == '[' || Now() == '{') continue;
+      at_ = end;
+      return;
+    }
+  }
+
+  /// Takes the optional arguments and the list of keys after them; false when there is none.
+  bool TakeList(bool volume) {
+    SkipOptionals('<', '>');
+    SkipOptionals('[', ']');
+    if (volume) {
+      if (Now() != '{') return false;
+      SkipArgument('{', '}');
+      SkipOptionals('[', ']');
+    }
+    return Now() == '{' && TakeKeys();
+  }
+
+  /// Passes over arguments in these brackets, and what blanks are around them.
+  void SkipOptionals(char open, char close) {
+    SkipSpace();
+    while (Now() == open) {
+      SkipArgument(open, close);
+      SkipSpace();
+    }
+  }
+
+  /// Passes over one argument, up to the first `close` that stands in no braces of its own.
+  void SkipArgument(char open, char close) {
+    ++depth_;
+    const bool braces = open == '{';
+    int depth = 0;
+    for (++at_; at_ < text_.size();) {
+      const char byte = text_[at_];
+      if (byte == close && depth == 0) {
+        ++at_;
+        break;
+      }
+      if (byte == '}' && depth == 0 && !braces) break;  // the argument has no end
+      depth += byte == '{' ? 1 : (byte == '}' ? -1 : 0);
+      if (byte == '%' || (byte == '\\' && depth_ < kDeepest)) {
+        TakeSpecial();
+      } else {
+        at_ = std::min(at_ + (byte == '\\' ? 2 : 1), text_.size());
+      }
+    }
+    --depth_;
+  }
+
+  /// Takes the keys of a list; false when it is none.
+  bool TakeKeys() {
+    std::vector<KeyInDocument> keys(1, {{}, kNone, 0});
+    for (++at_; at_ < text_.size() && text_[at_] != '}';) {
+      const char byte = text_[at_];
+      if (byte == '\\' || byte == '{') return false;
+      if (byte == '%' || IsBlank(byte)) {
+        const std::size_t begin = at_;
+        SkipSpace();
+        if (at_ == begin || Now() == '\n' || Now() == '\r') return false;  // an empty line
+        if (byte != '%' && !keys.back().text.empty()) keys.back().text += ' ';
+        continue;
+      }
+      if (byte == ',') {
+        keys.push_back({{}, kNone, 0});
+      } else {
+        keys.back().text += byte;
+        keys.back().begin = std::min(keys.back().begin, at_);
+        keys.back().end = at_ + 1;
+      }
+      ++at_;
+    }
+    if (at_ == text_.size()) return false;
+    ++at_;
+    for (KeyInDocument& key : keys) ReportKey(key);
+    return true;
+  }
+
+  void ReportKey(KeyInDocument& key) {
+    key.text.erase(TrimEnd(key.text, IsBlank).size());
+    if (key.text.empty() || key.text.find('#') != kNone || !observer_.on_key) return;
+    observer_.on_key(key);
+  }
+
+  std::string_view text_;
+  const CiteCommands& commands_;
+  const DocumentObserver& observer_;
+  std::size_t at_ = 0;
+  std::size_t paragraph_end_ = kNone;  // the empty line that was met last
+  int depth_ = 0;
+};
+
+}  // namespace
+
+void ReadDocument(std::string_view document, const CiteCommands& commands,
+                  const DocumentObserver& observer) {
+  DocumentReader(document, commands, observer).Read();
+}
+
+}  // namespace tarvel

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// Whole runs stand in tests/cases/batch/, what hooks and editors make of them in the manual.
+#include "batch/check_command.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "batch/request.h"
+#include "tests/support/disk_files.h"
+
+namespace tarvel {
+namespace {
+
+struct Checked {
+  int status;
+  std::string out;
+};
+
+Checked Check(const BatchRequest& request) {
+  ::testing::internal::CaptureStdout();
+  const int status = RunCheckCommand(request);
+  return {status, ::testing::internal::GetCapturedStdout()};
+}
+
+TEST(Check, SortsByLineAndWritesNothing) {
+  const testing::TemporaryDirectory directory;
+  const std::string path = directory / "lit.bib";
+  testing::WriteDiskFile(path, "@misc{a,\r\n  year = 1,\r\n}\r\n@misc{a,\r\n  year = 2,\r\n}\r\n");
+  BatchRequest request;
+  request.files = {path};
+  const Checked checked = Check(request);
+  EXPECT_EQ(checked.status, 1);
+  const std::string year = ": the value of 'year' has no braces around it and is read as empty";
+  EXPECT_EQ(checked.out, path + ":2: warning: entry 'a'" + year + " [unbraced-value]\n" + path +
+                             ":4: warning: entry 'a': the key stands in line 1 already "
+                             "[key-twice]\n" +
+                             path + ":5: warning: entry 'a'" + year + " [unbraced-value]\n");
+  const std::filesystem::directory_iterator files(std::filesystem::path(path).parent_path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+
+  request.ignore = {"unbraced-value", "key-twice"};
+  EXPECT_EQ(Check(request).status, 0);
+  request.ignore = {"unbraced-value"};
+  EXPECT_EQ(Check(request).status, 1);
+  request.only = {"unbraced-value"};
+  EXPECT_EQ(Check(request).status, 0);
+  request.files.push_back(directory / "gone.bib");
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(Check(request).status, 2);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "tarvel-batch: " + (directory / "gone.bib") + " could not be read\n");
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "ops/citations/cited_keys.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/memory_files.h"
+#include "tests/support/recording_warnings.h"
+
+namespace tarvel {
+namespace {
+
+using testing::MemoryFiles;
+using Keys = std::vector<std::string>;
+
+class CitedKeysOfADocument : public ::testing::Test {
+ protected:
+  CitedKeysOfADocument() : run_(testing::MemoryRun(files_, "d/paper.tex", "lit.bib")) {
+    run_.citations = {.commands = {"all"}, .follow = true, .directory = "d/"};
+  }
+  Keys Read(std::string_view document) {
+    files_.files["d/paper.tex"] = document;
+    CitedKeys cited(run_);
+    cited.ReadLikeLaTeX(LineStream(document));
+    if (cited.NeedsLibrary()) cited.ReadLibrary(LineStream(std::string_view(library_)));
+    return cited.Keys();
+  }
+
+  MemoryFiles files_;
+  RunContext run_;
+  std::string library_ = "@misc{a,\n}\n@misc{b,\n}\n@nothing{x,\n}\n@misc{c\n}\n@misc{b,\n}\n";
+};
+
+TEST_F(CitedKeysOfADocument, ComeOnceInTheDocumentsOrder) {
+  files_.files["d/one.tex"] = "\\cite{b}\\input{sub/two}";
+  files_.files["d/sub/two.tex"] = "\\cite{c}\\input{three}\\input{paper}";
+  files_.files["d/sub/three.tex"] = "\\cite{d}";
+  EXPECT_EQ(Read("\\cite{a,b}\\cite{a}"), (Keys{"a", "b"}));
+  EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e,d}\\include{one}\\input{paper.tex}"),
+            (Keys{"a", "b", "c", "d", "e"}));
+  run_.citations.follow = false;
+  EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e}"), (Keys{"a", "e"}));
+}
+
+TEST_F(CitedKeysOfADocument, AreAllOfTheLibraryOnRequest) {
+  EXPECT_EQ(Read("\\nocite{*}\\cite{b}"), (Keys{"b", "a"})) << "cited ones first";
+  EXPECT_EQ(Read("\\cite{b}"), Keys{"b"});
+}
+
+TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
+  testing::RecordingWarnings warnings;
+  run_.warnings = &warnings;
+  run_.citations.report_uncited = true;
+  EXPECT_EQ(Read("\\cite{b}\n\\input{gone}\\mycite{x}"), Keys{"b"});
+  EXPECT_EQ(warnings.lines,
+            (Keys{"other-citation d/paper.tex:2 [] the file 'gone' of '\\input' was not found, and "
+                  "its citations are missing",
+                  "other-citation d/paper.tex:2 [] '\\mycite' is not read; '--cite-commands' may "
+                  "name it",
+                  "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
+}
+
+}  // namespace
+}  // namespace tarvel
