@@ -40,6 +40,11 @@ enum class WarningKind : std::uint8_t {
   kUnknownTag,
   kEntryDropped,
   kTextNotCopied,
+  kUnreadText,
+  kUndefinedString,
+  kMissingParent,
+  kMisreadKey,
+  kMisreadTag,
 };
 
 /// One kind of warning, as people see it.
@@ -48,7 +53,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::array<WarningRow, 25> kWarningKinds{{
+inline constexpr std::array<WarningRow, 30> kWarningKinds{{
     {"unbraced-value", "values that do not stand in braces"},
     {"unknown-type", "entries of an unknown type"},
     {"blank-in-type", "blanks between an entry's type and its brace"},
@@ -74,6 +79,11 @@ inline constexpr std::array<WarningRow, 25> kWarningKinds{{
     {"unknown-tag", "unknown tags that were dropped"},
     {"entry-dropped", "entries that were dropped with more in them"},
     {"text-not-copied", "texts outside entries that were not copied"},
+    {"unread-text", "commands that could not be read to their end"},
+    {"undefined-string", "strings that are not defined"},
+    {"missing-parent", "cross-references to no entry"},
+    {"misread-key", "keys that operations misread"},
+    {"misread-tag", "tags whose lines operations misread"},
 }};
 
 constexpr const WarningRow& RowOf(WarningKind kind) {
