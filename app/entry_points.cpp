@@ -24,7 +24,8 @@ RunContext GlobalRun() {
           .reporter = GlobalReporter(),
           .styles = GlobalJournalStyles,
           .program_directory = FindProgramDirectory,
-          .warnings = GlobalWarnings};
+          .warnings = GlobalWarnings,
+          .kept_files = GlobalKeptFiles};
 }
 
 int Extract() { return RunExtract(GlobalRun()); }

@@ -18,6 +18,8 @@ Warnings* GlobalWarnings = nullptr;
 
 JournalStyles GlobalJournalStyles;
 
+std::vector<std::string> GlobalKeptFiles;
+
 LargeFiles GlobalLargeFiles = LargeFiles::kCopied;
 
 void PathBuffer::Set(std::string_view path) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/settings.h"
 #include "core/file_system.h"
@@ -50,6 +51,9 @@ extern Warnings* GlobalWarnings;
 /// The formats of this process. A format that a later style file does not define stays as an
 /// earlier one left it.
 extern JournalStyles GlobalJournalStyles;
+
+/// Files that are never opened for writing, besides the picked ones: those that `--prepare` copied.
+extern std::vector<std::string> GlobalKeptFiles;
 
 /// How this process reads large files.
 extern LargeFiles GlobalLargeFiles;

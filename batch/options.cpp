@@ -14,7 +14,9 @@ namespace tarvel {
 
 namespace {
 
-constexpr char kUsage[] = "Usage: tarvel-batch [OPTION]... OPERATION FIRST-FILE [SECOND-FILE]\n\n";
+constexpr char kUsage[] =
+    "Usage: tarvel-batch [OPTION]... OPERATION FIRST-FILE [SECOND-FILE]\n"
+    "       tarvel-batch prepare [--keep-all] [--quiet] [--warnings FILE] LIBRARY\n\n";
 
 constexpr char kDescription[] =
     "Runs one of Tarvel's operations without the dialog. FIRST-FILE and SECOND-FILE are what the\n"
@@ -191,6 +193,7 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   }
   AddTags(app, settings, "--keep", "clean-tags: keep these tags; 'all' for every one", 0);
   AddTags(app, settings, "--remove", "clean-tags: remove these tags; 'all' for every one", 1);
+  app.add_flag("--prepare", request.prepare, "prepare the libraries first; work on the copies");
   app.add_flag("--quiet", request.quiet, "print no warnings");
   AddFile(app, request.warnings_file, "--warnings",
           "write the warnings into FILE: kind, file, line, key, text, tabs between");

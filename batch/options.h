@@ -14,6 +14,7 @@ struct BatchRequest {
   const Operation* operation = nullptr;  // null: print `text` and stop with `exit_status`
   std::vector<std::string> files;        // in the order of the file pickers
   Settings settings;
+  bool prepare = false;  // prepare the libraries first, work on the copies
   bool quiet = false;
   std::string warnings_file;  // empty: none
   std::string key_map_file;   // empty: none

@@ -44,6 +44,19 @@ bool AreOneFile(const std::string& one, const std::string& other) {
   return RealFileSystem().IsSameFile(one, other) || PlaceOf(one) == PlaceOf(other);
 }
 
+/// What preparing the libraries of a request writes.
+std::vector<std::string> PreparedFiles(const BatchRequest& request) {
+  std::vector<std::string> files;
+  if (!request.prepare) return files;
+  for (const std::size_t place : LibrariesOf(request)) {
+    const std::string& library = request.files[place];
+    if (PreparedPath(library).empty()) continue;
+    files.push_back(PreparedPath(library));
+    files.push_back(PreparedLogPath(library));
+  }
+  return files;
+}
+
 /// The files that are named, and the copies that are made of those with other line breaks.
 std::vector<std::string> InputsOf(const BatchRequest& request) {
   std::vector<std::string> inputs = request.files;
@@ -66,8 +79,10 @@ std::vector<std::string> ProgramFiles() {
 std::vector<std::string> OutputsOf(const BatchRequest& request) {
   const bool after_second = request.operation->named_after == Picker::kSecond;
   const std::string& file = request.files[after_second ? 1 : 0];
-  std::vector<std::string> outputs;
-  for (const auto& library : {std::optional(file), InsertBeforeExtension(file, kConverted)}) {
+  std::vector<std::string> outputs = PreparedFiles(request);
+  const std::string prepared = request.prepare ? PreparedPath(file) : std::string();
+  for (const auto& library :
+       {std::optional(file), InsertBeforeExtension(file, kConverted), std::optional(prepared)}) {
     if (!library) continue;
     for (const Output output : request.operation->outputs) {
       if (auto path = OutputPath(*library, output); !path.empty()) outputs.push_back(path);
@@ -81,22 +96,38 @@ bool Holds(const std::vector<std::string>& files, const std::string& path) {
                      [&](const std::string& file) { return AreOneFile(path, file); });
 }
 
+std::string Reason(std::string_view option, std::string_view operation, bool is_read,
+                   const std::string& path) {
+  return std::string("'")
+      .append(option)
+      .append("' names a file that '")
+      .append(operation)
+      .append(is_read ? "' reads: '" : "' writes: '")
+      .append(path)
+      .append("'");
+}
+
 /// Why the file that `option` names is refused; empty when it is not.
 std::string WhyRefused(std::string_view option, const std::string& path,
                        const BatchRequest& request) {
   if (path.empty()) return {};
   const bool is_read = Holds(InputsOf(request), path) || Holds(ProgramFiles(), path);
   if (!is_read && !Holds(OutputsOf(request), path)) return {};
-  return std::string("'")
-      .append(option)
-      .append("' names a file that '")
-      .append(request.operation->batch_name)
-      .append(is_read ? "' reads: '" : "' writes: '")
-      .append(path)
-      .append("'");
+  return Reason(option, request.operation->batch_name, is_read, path);
 }
 
 }  // namespace
+
+std::string WhyRefused(const PrepareRequest& request) {
+  const std::string& path = request.warnings_file;
+  if (path.empty()) return {};
+  const bool is_read = AreOneFile(path, request.library);
+  const std::string library = PreparedPath(request.library);
+  if (!is_read && (library.empty() || !Holds({library, PreparedLogPath(request.library)}, path))) {
+    return {};
+  }
+  return Reason("--warnings", "prepare", is_read, path);
+}
 
 std::string WhyRefused(const BatchRequest& request) {
   const std::string& warnings = request.warnings_file;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "batch/options.h"
+#include "batch/prepare_command.h"
 
 namespace tarvel {
 
@@ -11,5 +12,7 @@ namespace tarvel {
 /// operation itself reads or writes one of them, or both are the same file. Empty when they may be
 /// written. Opens no file. Links are followed; of a file that does not exist yet the path counts.
 std::string WhyRefused(const BatchRequest& request);
+/// The same for the command "prepare".
+std::string WhyRefused(const PrepareRequest& request);
 
 }  // namespace tarvel

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/settings.h"
 #include "core/file_names.h"
@@ -33,6 +34,8 @@ struct RunContext {
   /// Where the run reports what it passes over, drops or cannot use; null when nobody wants to
   /// know.
   Warnings* warnings = nullptr;
+  /// Further files that are never opened for writing: those whose copies the run reads.
+  std::vector<std::string> kept_files = {};
 };
 
 /// The path of an operation's new file beside `library`; empty when the library's path holds no
