@@ -207,14 +207,14 @@ def rename(kind, fields, inherited):
     return new_kind, fields
 
 
-def compare_entry(old, new, own, log, tolerates):
+def compare_entry(old, new, own, log, tolerates, fold):
     """What differs between an entry that bibtex reads and the same of the prepared library."""
     kind, key, fields = old
     kind, fields = rename(kind, fields, set(fields) - own - {b"crossref"})
     if new[0] and old[0] and kind != new[0]:
         yield f"type {kind} became {new[0]}"
     for name in sorted(set(fields) | set(new[2])):
-        before, after = fields.get(name), new[2].get(name)
+        before, after = fold(fields.get(name)), fold(new[2].get(name))
         if before is None:
             if after and not tolerates(key, name):
                 yield f"{name} was added: {after}"
@@ -268,23 +268,22 @@ def judge(program, options, path, directory):
         return False, len(entries), broken
 
     new_of = {key: (kind, key, fields) for kind, key, fields in new_entries}
-    if undefined:  # bibtex knows their names in lower case only
-        log = log.lower()
+
+    def fold(value):  # bibtex knows the names of undefined strings in lower case only
+        return value.lower() if undefined and value else value
+    log = fold(log)
     for entry in entries:
         key = entry[1]
         if key not in new_of:
             broken.append(f"entry {key} was lost")
             continue
         new = new_of[key]
-        if undefined:
-            entry, new = ((kind, key, {name: value.lower() for name, value in fields.items()})
-                          for kind, key, fields in (entry, new))
         own = own_of.get(key, set(entry[2]))
 
         def tolerates(entry_key, name, own=own):
             return entry_key in nested or (name not in own and own_of)
         broken += [f"entry {key}: {text}"
-                   for text in compare_entry(entry, new, own, log, tolerates)]
+                   for text in compare_entry(entry, new, own, log, tolerates, fold)]
     return True, len(entries), broken
 
 

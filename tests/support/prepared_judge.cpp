@@ -7,6 +7,7 @@
 #include <set>
 #include <vector>
 
+#include "app/texts.h"
 #include "core/line_stream.h"
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
@@ -29,13 +30,18 @@ std::string Replace(std::string text, std::string_view what, std::string_view by
   return text;
 }
 
-/// A text without what guards add and without braces and white space: the same for a value and for
-/// what is written of it.
-std::string Bare(std::string_view text) {
+std::string WithoutBraces(std::string_view text) {
   std::string bare;
   for (const char byte : text) {
     if (std::string_view(" \t\r\n{}").find(byte) == std::string_view::npos) bare += byte;
   }
+  return bare;
+}
+
+/// A text without what guards add and without braces and white space: the same for a value and for
+/// what is written of it.
+std::string Bare(std::string_view text) {
+  const std::string bare = WithoutBraces(text);
   return Replace(Replace(bare, "\\relax", ""), "\\/", "");
 }
 
@@ -328,6 +334,45 @@ std::string FindChange(const std::string& first, const std::string& second) {
   return "preparing twice changes '" + near(first, one) + "' to '" + near(second, other) + "'";
 }
 
+constexpr bool IsWordByte(char byte) {
+  return static_cast<signed char>(byte) < 0 || (byte >= '0' && byte <= '9') ||
+         (ToUpper(byte) >= 'A' && ToUpper(byte) <= 'Z');
+}
+
+std::set<std::string> WordsOf(const std::string& text) {
+  std::set<std::string> words;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t from = at;
+    while (at < text.size() && IsWordByte(text[at])) ++at;
+    if (at > from) words.insert(text.substr(from, at - from));
+    if (at == from) ++at;
+  }
+  return words;
+}
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), ToUpper);
+  return upper;
+}
+
+/// A word of the library that stands neither in the new one nor in the log, whatever can be read of
+/// the library; letter case aside, as types become capitals and names small letters.
+std::string FindLostWord(std::string_view library, const Prepared& prepared) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  const bool has_mark = library.starts_with(kByteOrderMark);
+  const std::string found = Upper(WithoutBraces(prepared.library)) + "\n" +
+                            Upper(WithoutBraces(prepared.log)) + "\n" +
+                            Upper(WithoutBraces(BibFileHeader));
+  const std::set<std::string> there = WordsOf(found);
+  for (const std::string& word :
+       WordsOf(Upper(library.substr(has_mark ? kByteOrderMark.size() : 0)))) {
+    if (there.contains(word) || found.find(word) != std::string::npos) continue;
+    return "the word '" + word + "' is lost";
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string JudgePrepared(std::string_view library, const PrepareOptions& options) {
@@ -347,6 +392,7 @@ std::string JudgePrepared(std::string_view library, const PrepareOptions& option
   if (broken.empty()) broken = CompareRead(after, ReadAsCompare(prepared.library), told, "Compare");
   if (broken.empty()) broken = CompareRead(after, ReadAsText(prepared.library), told, "Text");
   if (broken.empty()) broken = FindLongLine(prepared.library, told);
+  if (broken.empty()) broken = FindLostWord(library, prepared);
   if (!broken.empty()) return broken;
   const Prepared again = PrepareLibrary(prepared.library, options, [](const PrepareWarning&) {});
   return FindChange(prepared.library, again.library);

@@ -14,10 +14,11 @@ namespace tarvel::testing {
 ///   - a tag has the value that BibTeX reads, but for the groups that guard it, and nothing is
 ///   added;
 ///   - the operations read of each entry what stands in its tags, unless a warning says otherwise;
+///   - every word of the library, read or not, stands in the new one or in the log;
 ///   - no line is longer than the shortest limit, unless a warning says so;
 ///   - preparing the new library changes nothing.
 /// Gives an empty text, or what was broken. What stands behind the first place that breaks BibTeX's
-/// grammar is held to the last three only.
+/// grammar is held to the last four only.
 std::string JudgePrepared(std::string_view library, const PrepareOptions& options);
 
 }  // namespace tarvel::testing
