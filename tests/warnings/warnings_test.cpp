@@ -22,7 +22,7 @@ using namespace std::string_literals;
 using namespace tarvel::testing;
 
 TEST(WarningKinds, EachHasItsRowAndStandsInTheManual) {
-  ASSERT_EQ(static_cast<std::size_t>(WarningKind::kTextNotCopied) + 1, kWarningKinds.size());
+  ASSERT_EQ(static_cast<std::size_t>(WarningKind::kMisreadTag) + 1, kWarningKinds.size());
   const std::string manual = ReadDiskFile(TARVEL_SOURCE_DIR "/docs/manual/warnings.md");
   std::set<std::string_view> names;
   for (const WarningRow& row : kWarningKinds) {
@@ -33,6 +33,7 @@ TEST(WarningKinds, EachHasItsRowAndStandsInTheManual) {
   EXPECT_EQ(RowOf(WarningKind::kUnbracedValue).name, "unbraced-value");
   EXPECT_EQ(RowOf(WarningKind::kNoGroup).name, "no-group");
   EXPECT_EQ(RowOf(WarningKind::kTextNotCopied).name, "text-not-copied");
+  EXPECT_EQ(RowOf(WarningKind::kMisreadTag).name, "misread-tag");
 }
 
 TEST(WarningKinds, TheManualNamesNoOthers) {
