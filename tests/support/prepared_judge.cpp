@@ -91,7 +91,7 @@ PlainBibEntry WithParents(const PlainBibLibrary& library, PlainBibEntry entry) {
 class Judge {
  public:
   Judge(const PlainBibLibrary& before, const PlainBibLibrary& after, const Prepared& prepared)
-      : before_(before), after_(after), prepared_(prepared), bare_log_(Bare(prepared.log)) {}
+      : before_(before), after_(after), bare_log_(Bare(prepared.log)) {}
 
   std::string Run() {
     if (!after_.is_whole) return "the new library is not whole";
@@ -186,7 +186,6 @@ class Judge {
 
   const PlainBibLibrary& before_;
   const PlainBibLibrary& after_;
-  const Prepared& prepared_;
   std::string bare_log_;
 };
 
