@@ -159,9 +159,9 @@ void Preparer::TakePreamble() {
 
 void Preparer::TakeEntry() {
   const bool is_empty = item_.tags.empty() && !item_.fault.empty();
-  if (item_.key.find('}') != std::string_view::npos && item_.fault.empty()) {
-    item_.fault = "the key holds a \"}\"";
-    item_.fault_place = item_.begin;
+  if (item_.key.find('}') != std::string_view::npos) {
+    if (item_.fault.empty()) item_.fault_place = item_.begin;
+    if (item_.fault.empty()) item_.fault = "the key holds a \"}\"";
     return;
   }
   if (is_empty) return;

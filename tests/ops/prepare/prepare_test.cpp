@@ -325,6 +325,8 @@ TEST(Prepare, AKeyWithAClosingBraceCannotBeWritten) {
   EXPECT_EQ(result.library, "@MISC{c,\n}\n\n");
   EXPECT_NE(result.log.find("@misc(a}b, note={n})"), std::string::npos);
   EXPECT_EQ(result.warnings.size(), 1U);
+  EXPECT_EQ(Library("@misc(a}b, note={n} x)\n@misc{c}"), "@MISC{c,\n}\n\n")
+      << "nor where its tags break off";
 }
 
 TEST(Prepare, ZeroBytesAndBadBytesStay) {
