@@ -31,7 +31,8 @@ RunContext GlobalRun() {
           .program_directory = FindProgramDirectory,
           .warnings = GlobalWarnings,
           .output_directory = GlobalOutputDirectory,
-          .citations = GlobalCitations};
+          .citations = GlobalCitations,
+          .kept_files = GlobalKeptFiles};
 }
 
 int Extract() { return RunExtract(GlobalRun()); }

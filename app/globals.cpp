@@ -22,6 +22,7 @@ RunFiles* GlobalRunFiles = nullptr;
 FileSystem* GlobalFileSystem = nullptr;
 std::string GlobalOutputDirectory;
 CitationRules GlobalCitations;
+std::vector<std::string> GlobalKeptFiles;
 
 FileSystem& GlobalFiles() { return GlobalFileSystem ? *GlobalFileSystem : RealFileSystem(); }
 

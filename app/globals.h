@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/settings.h"
 #include "core/run_files.h"
@@ -62,6 +63,8 @@ FileSystem& GlobalFiles();
 extern std::string GlobalOutputDirectory;
 /// Which citations Extract reads.
 extern CitationRules GlobalCitations;
+/// Files that are never opened for writing, besides the picked ones: those that `--prepare` copied.
+extern std::vector<std::string> GlobalKeptFiles;
 
 /// The systems whose line breaks are told apart, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF

@@ -18,58 +18,45 @@
 #include "batch/batch_reporter.h"
 #include "batch/help.h"
 #include "batch/options.h"
+#include "batch/prepare_command.h"
 #include "batch/side_files.h"
 #include "batch/verbs.h"
 
 namespace tarvel {
 namespace {
 
-/// Creates a side file; null, after a message, when that fails.
-std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
-  std::unique_ptr<OutputFile> file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
-  if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
-  return file;
-}
-
-/// Runs the operation and writes its side files; returns the program's exit status.
-int RunRequest(const BatchRequest& request) {
-  const WholeRun run;  // these files are parts of the run, too
-  std::unique_ptr<OutputFile> warnings;
-  std::unique_ptr<OutputFile> key_map;
-  const bool all = request.warnings_file == kAllOnTerminal;
-  const bool in_file = !request.warnings_file.empty() && !all;
-  if (in_file && !(warnings = CreateSideFile(request.warnings_file))) return 1;
-  if (!request.key_map_file.empty() && !(key_map = CreateSideFile(request.key_map_file))) return 1;
-  std::size_t losses = 0;
-  GlobalWarningOutputs = {.quiet = request.quiet,
-                          .all = all,
-                          .file = warnings.get(),
-                          .key_map = key_map.get(),
-                          .losses = request.strict ? &losses : nullptr};
-  bool good = RunOperation(*request.operation) == 1;
-  GlobalWarningOutputs = {};
-  for (OutputFile* file : {warnings.get(), key_map.get()}) {
-    if (!file || file->Close()) continue;
-    PrintOn(stderr, "tarvel-batch: could not write the file '" + file->Path() +
-                        "': " + file->Error() + "\n");
-    good = false;
-  }
-  if (!good) return 1;
-  return losses == 0 ? 0 : kLosses;
-}
-
 int Refuse(const std::string& reason) {
   PrintOn(stderr, "tarvel-batch: " + reason + "\n");
   return kWrongUsage;
+}
+
+void PickFiles(const std::vector<std::string>& files) {
+  PickFile(FirstFilePath, files[0]);
+  if (files.size() > 1) PickFile(SecondFilePath, files[1]);
+}
+
+/// The same for libraries that are prepared first, which reads any line breaks.
+void NameFiles(const std::vector<std::string>& files) {
+  FirstFilePath.Set(files[0]);
+  if (files.size() > 1) SecondFilePath.Set(files[1]);
+}
+
+/// Runs the operation, on copies if the libraries are to be prepared.
+bool RunPrepared(const BatchRequest& request) {
+  if (request.prepare) {
+    std::vector<std::string> files = request.files;
+    if (!PrepareLibraries(request, files)) return false;
+    PickFiles(files);
+  }
+  return RunOperation(*request.operation) == 1;
 }
 
 /// Picks the files of an operation and runs it; returns the program's exit status.
 int RunPicked(const BatchRequest& request) {
   GlobalCitations = request.citations;
   GlobalCitations.directory = request.files[0].substr(0, request.files[0].rfind('/') + 1);
-  PickFile(FirstFilePath, request.files[0]);
-  if (request.files.size() > 1) PickFile(SecondFilePath, request.files[1]);
-  return RunRequest(request);
+  request.prepare ? NameFiles(request.files) : PickFiles(request.files);
+  return RunWithSideFiles(request, [&] { return RunPrepared(request); });
 }
 
 /// Sets up the process for what the command line asks for, and runs it.

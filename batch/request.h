@@ -23,6 +23,8 @@ struct BatchRequest {
   std::vector<std::string> only, ignore;  // kinds of warnings
   bool quiet = false;
   bool strict = false;
+  bool prepare = false;          // prepare the libraries first, and work on the copies
+  bool keep_all = false;         // prepare: keep the tags that operations misread
   std::string output_directory;  // empty: beside the library
   std::string warnings_file;  // empty: none; `kAllOnTerminal`: no file, but all on standard error
   std::string key_map_file;   // empty: none

@@ -4,15 +4,21 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/entry_points.h"
+#include "app/globals.h"
+#include "app/reporter.h"
+#include "app/run_operation.h"
+#include "batch/prepare_command.h"
 #include "batch/verbs.h"
 #include "core/file_names.h"
 #include "core/file_places.h"
+#include "ops/prepare/prepare.h"
 
 namespace tarvel {
 
@@ -21,6 +27,20 @@ namespace {
 constexpr std::array<std::string_view, 3> kProgramFiles{kJournalListFile, kStylesFile,
                                                         kLaTeXCommandsFile};
 constexpr std::string_view kConverted = "_linux";
+
+/// What preparing the libraries of a request writes.
+std::vector<std::string> PreparedFiles(const BatchRequest& request) {
+  const bool is_command = request.verb->verb == Verb::kPrepare;
+  std::vector<std::string> files;
+  if (!is_command && !request.prepare) return files;
+  for (const std::size_t i : is_command ? std::vector<std::size_t>{0} : LibrariesOf(request)) {
+    for (const auto path_of : {PreparedPath, PreparedLogPath}) {
+      std::string path = path_of(request.files[i], request.output_directory);
+      if (!path.empty()) files.push_back(std::move(path));
+    }
+  }
+  return files;
+}
 
 /// The files that are named, and the copies that are made of those with other line breaks.
 std::vector<std::string> InputsOf(const BatchRequest& request) {
@@ -43,11 +63,14 @@ std::vector<std::string> ProgramFiles() {
 }
 
 std::vector<std::string> OutputsOf(const BatchRequest& request) {
-  if (!request.operation) return {};
+  std::vector<std::string> outputs = PreparedFiles(request);
+  if (!request.operation) return outputs;
   const bool after_second = request.operation->named_after == Picker::kSecond;
   const std::string& file = request.files[after_second ? 1 : 0];
-  std::vector<std::string> outputs;
-  for (const auto& library : {std::optional(file), InsertBeforeExtension(file, kConverted)}) {
+  const std::string prepared =
+      request.prepare ? PreparedPath(file, request.output_directory) : std::string();
+  for (const auto& library :
+       {std::optional(file), InsertBeforeExtension(file, kConverted), std::optional(prepared)}) {
     if (!library) continue;
     for (const Output output : request.operation->outputs) {
       auto path = OutputPath(*library, output, request.output_directory);
@@ -60,6 +83,13 @@ std::vector<std::string> OutputsOf(const BatchRequest& request) {
 bool Holds(const std::vector<std::string>& files, const std::string& path) {
   return std::any_of(files.begin(), files.end(),
                      [&](const std::string& file) { return AreOneFile(path, file); });
+}
+
+/// Creates a side file; null, after a message, when that fails.
+std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
+  std::unique_ptr<OutputFile> file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
+  if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
+  return file;
 }
 
 /// Why the file that `option` names is refused; empty when it is not.
@@ -93,6 +123,32 @@ std::string WhyRefused(const BatchRequest& request) {
   if (!reason.empty() || warnings.empty() || key_map.empty()) return reason;
   if (!AreOneFile(warnings, key_map)) return {};
   return "'--warnings' and '--key-map' name the same file: '" + key_map + "'";
+}
+
+int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& run) {
+  const WholeRun whole_run;  // these files are parts of the run, too
+  std::unique_ptr<OutputFile> warnings;
+  std::unique_ptr<OutputFile> key_map;
+  const bool all = request.warnings_file == kAllOnTerminal;
+  const bool in_file = !request.warnings_file.empty() && !all;
+  if (in_file && !(warnings = CreateSideFile(request.warnings_file))) return 1;
+  if (!request.key_map_file.empty() && !(key_map = CreateSideFile(request.key_map_file))) return 1;
+  std::size_t losses = 0;
+  GlobalWarningOutputs = {.quiet = request.quiet,
+                          .all = all,
+                          .file = warnings.get(),
+                          .key_map = key_map.get(),
+                          .losses = request.strict ? &losses : nullptr};
+  bool good = run();
+  GlobalWarningOutputs = {};
+  for (OutputFile* file : {warnings.get(), key_map.get()}) {
+    if (!file || file->Close()) continue;
+    PrintOn(stderr, "tarvel-batch: could not write the file '" + file->Path() +
+                        "': " + file->Error() + "\n");
+    good = false;
+  }
+  if (!good) return 1;
+  return losses == 0 ? 0 : kLosses;
 }
 
 }  // namespace tarvel

@@ -8,6 +8,7 @@
 
 #include "app/operations.h"
 #include "batch/check_command.h"
+#include "batch/prepare_command.h"
 #include "batch/rekey_command.h"
 
 namespace tarvel {
@@ -24,6 +25,7 @@ enum class Verb : std::uint8_t {
   kCleanAuthors,
   kCleanCharacters,
   kCleanTags,
+  kPrepare,
   kCheck,
   kRekey,
 };
@@ -92,6 +94,14 @@ inline constexpr auto kVerbRows = std::to_array<VerbRow>({
     RowOfOperation(Verb::kCleanTags, "LIBRARY", 1, 1,
                    "Removes tags, empty entries and @STRING definitions.",
                    "clean-tags --remove all --keep author,title,year lit.bib"),
+    {.verb = Verb::kPrepare,
+     .name = "prepare",
+     .files = "LIBRARY",
+     .fewest = 1,
+     .most = 1,
+     .summary = "Brings a library into the form that all operations read.",
+     .example = "prepare lit.bib",
+     .run = RunPrepareCommand},
     {.verb = Verb::kCheck,
      .name = "check",
      .files = "LIBRARY...",

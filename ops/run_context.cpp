@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ops/run_context.h"
 
+#include <algorithm>
 #include <array>
 
 #include "app/texts.h"
@@ -18,22 +19,28 @@ constexpr std::array<HeaderRow, 4> kHeaders{{{".log", LogFileHeader},
                                              {".txt", TextFileHeader},
                                              {".tex", TexFileHeader}}};
 
+bool IsInput(const RunContext& run, const std::string& path) {
+  const auto is_same = [&](const std::string& file) { return run.files.IsSameFile(path, file); };
+  return is_same(run.first_path) || is_same(run.second_path) ||
+         std::any_of(run.kept_files.begin(), run.kept_files.end(), is_same);
+}
+
 }  // namespace
 
 std::string OutputPath(const std::string& library, Output output, const std::string& directory) {
-  if (directory.empty()) {
-    return ChangeExtension(library, SuffixOf(output)).value_or(std::string());
-  }
-  const auto name = ChangeExtension(library.substr(library.rfind('/') + 1), SuffixOf(output));
+  return OutputPath(library, SuffixOf(output), directory);
+}
+
+std::string OutputPath(const std::string& library, std::string_view suffix,
+                       const std::string& directory) {
+  if (directory.empty()) return ChangeExtension(library, suffix).value_or(std::string());
+  const auto name = ChangeExtension(library.substr(library.rfind('/') + 1), suffix);
   return name ? InDirectory(*name, directory) : std::string();
 }
 
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& path,
                                          CreateMode mode) {
-  if (path.empty() || run.files.IsSameFile(path, run.first_path) ||
-      run.files.IsSameFile(path, run.second_path)) {
-    return nullptr;
-  }
+  if (path.empty() || IsInput(run, path)) return nullptr;
   std::unique_ptr<ByteSink> sink = run.files.CreateSink(path, mode);
   if (!sink) return nullptr;
   return std::make_unique<OutputFile>(std::move(sink), path);

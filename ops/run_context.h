@@ -47,12 +47,18 @@ struct RunContext {
   /// Where the new files go; empty: beside the library.
   std::string output_directory = {};
   CitationRules citations = {};
+  /// Further files that are never opened for writing: those whose copies the run reads.
+  std::vector<std::string> kept_files = {};
 };
 
 /// The path of an operation's new file beside `library`, or in `directory` unless that is empty.
 /// Empty when the library's path, or in a directory its name, holds no ".".
 std::string OutputPath(const std::string& library, Output output,
                        const std::string& directory = {});
+
+/// The same for a file with this suffix.
+std::string OutputPath(const std::string& library, std::string_view suffix,
+                       const std::string& directory);
 
 /// Creates a new file. Null when that fails, when `path` is empty, or when it names one of the
 /// picked files, which are never opened for writing.

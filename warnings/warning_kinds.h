@@ -57,6 +57,11 @@ enum class WarningKind : std::uint8_t {
   kUnknownTag,
   kEntryDropped,
   kTextNotCopied,
+  kUnreadText,
+  kUndefinedString,
+  kMissingParent,
+  kMisreadKey,
+  kMisreadTag,
 };
 
 /// How bad it is. ORDER: the worst first.
@@ -79,7 +84,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 47;
+inline constexpr std::size_t kWarningKindCount = 52;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -134,6 +139,11 @@ inline constexpr auto kWarningKinds = [] {
       {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
       {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
       {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},
+      {"unread-text", kLoss, kReading, "commands that could not be read to their end"},
+      {"undefined-string", kLoss, kReading, "strings that are not defined"},
+      {"missing-parent", kLoss, kReading, "cross-references to no entry"},
+      {"misread-key", kLoss, kReading, "keys that operations misread"},
+      {"misread-tag", kLoss, kReading, "tags whose lines operations misread"},
   }};
 }();
 

@@ -132,6 +132,9 @@ def main():
         write(seeds / "line-endings", "windows", DEFAULTS + library.replace(b"\n", b"\r\n"))
         write(seeds / "line-endings", "mac", head(0, 0, 0, 0, 0, 0, 0, 1)
               + library.replace(b"\n", b"\r"))
+    clients = sorted((source / "tests/clients/libraries").glob("*.bib"))
+    for library in libraries + list(long_lines()) + [file.read_bytes() for file in clients]:
+        write(seeds / "prepare", "library", DEFAULTS + library)
     write_settings(seeds, b"@article{one,\n author = {A. Berg and Carl Dee},\n title = {T},\n"
                    b" journal = {J. Phys.},\n year = {2001},\n volume = {2},\n pages = {3--4}\n}\n"
                    b"@phdthesis{two,\n author = {E. Fir},\n school = {S},\n note = {n}\n}\n")

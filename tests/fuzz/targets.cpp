@@ -20,6 +20,7 @@
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/operation_runs.h"
+#include "tests/support/prepared_judge.h"
 
 namespace tarvel::fuzz {
 
@@ -169,6 +170,13 @@ void FuzzLineEndings(const FuzzInput& input) {
   }
 }
 
+/// Prepares a library and holds the result to what is promised of it: nothing of it is lost.
+void FuzzPrepare(const FuzzInput& input) {
+  const std::string broken =
+      testing::JudgePrepared(input.File(0), {.keep_all = input.settings.PrintTitle == 0});
+  Promise(broken.empty(), broken.c_str());
+}
+
 int Sum(const Settings& settings, const auto& group) {
   int sum = 0;
   for (const auto flag : group) sum += settings.*flag;
@@ -205,6 +213,7 @@ void FuzzOptions(std::string_view input) {
 void RunTarget(std::string_view name, std::string_view input) {
   if (name == "options") return FuzzOptions(input);
   const FuzzInput decoded = Decode(input);
+  if (name == "prepare") return FuzzPrepare(decoded);
   if (name == "line-endings") return FuzzLineEndings(decoded);
   if (name == "style-file") return FuzzConfiguration("extract", kStylesFile, decoded);
   if (name == "command-file") return FuzzConfiguration("text", kLaTeXCommandsFile, decoded);

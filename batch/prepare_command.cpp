@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "batch/prepare_command.h"
+
+#include <string_view>
+
+#include "app/entry_points.h"
+#include "app/globals.h"
+#include "app/reporter.h"
+#include "app/run_operation.h"
+#include "app/texts.h"
+#include "batch/request.h"
+#include "batch/side_files.h"
+#include "ops/operations.h"
+#include "ops/prepare/prepare.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kCaption = "Prepare";
+constexpr std::string_view kErrorCaption = "Error in function 'Prepare'!";
+constexpr std::string_view kNoMemory = "Function Prepare()_6 => Not enough memory!";
+
+int RunWithWarnings(const std::string& library, const PrepareOptions& options) {
+  const WarningOutputs& outputs = GlobalWarningOutputs;
+  RunContext run = GlobalRun();
+  run.first_path = library;
+  run.second_path.clear();
+  WarningReport report(outputs, GlobalReporter());
+  const bool reports = !outputs.quiet || outputs.all || outputs.file;
+  run.warnings = reports ? &report : nullptr;
+  const int result = RunPrepare(run, options);
+  if (reports) report.ReportSummary();
+  return result;
+}
+
+/// Prepares a library and gives the copy its name, so that an operation can open it.
+bool Prepare(const std::string& library, const PrepareOptions& options) {
+  const auto run = [&] { return RunWithWarnings(library, options); };
+  if (WholeRun().Run(run, kNoMemory) == kSucceeded) return true;
+  ReportError(ErrorHintText, kErrorCaption, kReportInBox);
+  return false;
+}
+
+}  // namespace
+
+int RunPrepareCommand(const BatchRequest& request) {
+  FirstFilePath.Set(request.files[0]);
+  return RunWithSideFiles(request, [&] {
+    if (!Prepare(request.files[0], {.keep_all = request.keep_all})) return false;
+    ShowBox(DoneText, DoneText);
+    return true;
+  });
+}
+
+std::vector<std::size_t> LibrariesOf(const BatchRequest& request) {
+  switch (request.operation->needs) {
+    case Needs::kTwoLibraries:
+      return {0, 1};
+    case Needs::kDocumentAndLibrary:
+      return {1};
+    case Needs::kLibrary:
+    case Needs::kLibraryAndJournalList:
+      break;
+  }
+  return {0};
+}
+
+bool PrepareLibraries(const BatchRequest& request, std::vector<std::string>& files) {
+  GlobalKeptFiles = request.files;
+  for (const std::size_t index : LibrariesOf(request)) {
+    const std::string& library = request.files[index];
+    if (index == 1 && GlobalFiles().IsSameFile(library, request.files[0])) {
+      files[1] = files[0];
+      continue;
+    }
+    if (!Prepare(library, {})) return false;
+    files[index] = PreparedPath(library, request.output_directory);
+    GlobalKeptFiles.push_back(files[index]);
+    ShowBox("Tarvel prepared the library and works on the new file '" + files[index] + "'.",
+            kCaption);
+  }
+  return true;
+}
+
+}  // namespace tarvel

@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/bib_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "ops/prepare/letters.h"
+
+namespace tarvel {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+/// Strings of strings may grow without measure: all texts that they put in may together be this
+/// many times as long as the library, and this many bytes more.
+constexpr std::size_t kMostGrowth = 8;
+constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
+
+enum class Byte : unsigned char { kOther, kBlank, kBreak, kOpen, kClose, kQuote };
+
+constexpr auto kBytes = [] {
+  std::array<Byte, 256> bytes{};
+  bytes[' '] = Byte::kBlank;
+  bytes['\t'] = bytes['\r'] = bytes['\n'] = Byte::kBreak;
+  bytes['{'] = Byte::kOpen;
+  bytes['}'] = Byte::kClose;
+  bytes['"'] = Byte::kQuote;
+  return bytes;
+}();
+
+constexpr Byte KindOf(char byte) { return kBytes[static_cast<unsigned char>(byte)]; }
+constexpr bool IsWhite(char byte) {
+  return KindOf(byte) == Byte::kBlank || KindOf(byte) == Byte::kBreak;
+}
+
+/// The bytes that names of types, tags and strings are made of.
+constexpr auto kNameBytes = [] {
+  std::array<bool, 256> bytes{};
+  for (std::size_t byte = ' ' + 1; byte < bytes.size(); ++byte) bytes[byte] = true;
+  for (const char byte : "\"#%'(),={}"sv) bytes[static_cast<unsigned char>(byte)] = false;
+  return bytes;
+}();
+constexpr bool IsNameByte(char byte) { return kNameBytes[static_cast<unsigned char>(byte)]; }
+
+/// The end of the name at `from`, or `from` where none stands.
+std::size_t NameEnd(std::string_view bytes, std::size_t from) {
+  if (from < bytes.size() && IsDigit(bytes[from])) return from;
+  while (from < bytes.size() && IsNameByte(bytes[from])) ++from;
+  return from;
+}
+
+std::size_t WhiteEnd(std::string_view bytes, std::size_t from) {
+  while (from < bytes.size() && IsWhite(bytes[from])) ++from;
+  return from;
+}
+
+/// The place, from `from` on, of the next brace, quote, line break, tab or blank after another;
+/// most values have few. There must be a byte before `from`.
+std::size_t SkipPlain(std::string_view bytes, std::size_t from) {
+  for (; from < bytes.size(); ++from) {
+    const Byte kind = KindOf(bytes[from]);
+    if (kind != Byte::kOther && (kind != Byte::kBlank || bytes[from - 1] == ' ')) break;
+  }
+  return from;
+}
+
+/// Appends a piece, white space drawn together, over the seam too.
+void AppendPiece(std::string& text, std::string_view piece) {
+  for (std::size_t at = 0; at < piece.size();) {
+    if (IsWhite(piece[at])) {
+      if (text.empty() || text.back() != ' ') text += ' ';
+      at = WhiteEnd(piece, at);
+      continue;
+    }
+    const std::size_t end = SkipPlain(piece, at + 1);
+    text.append(piece.substr(at, end - at));
+    at = end;
+  }
+}
+
+/// What a scan for the end of a delimited piece found.
+struct Delimited {
+  std::size_t end;  // of the closing delimiter, or where the scan broke off
+  bool is_closed;
+  bool is_plain;
+};
+
+/// Looks for the delimiter that closes the piece that begins at `from`: '}' or '"', outside of any
+/// braces within. Ends at a brace that closes too much.
+Delimited FindDelimiter(std::string_view bytes, std::size_t from, char delimiter) {
+  const Byte wanted = KindOf(delimiter);
+  std::size_t depth = 0;
+  bool is_plain = true;
+  for (std::size_t at = SkipPlain(bytes, from); at < bytes.size(); at = SkipPlain(bytes, at + 1)) {
+    const Byte kind = KindOf(bytes[at]);
+    if (depth == 0 && kind == wanted) return {at, true, is_plain};
+    if (depth == 0 && kind == Byte::kClose) return {at, false, is_plain};
+    if (kind == Byte::kOpen) ++depth;
+    if (kind == Byte::kClose) --depth;
+    is_plain &= kind != Byte::kBreak && kind != Byte::kBlank;
+  }
+  return {bytes.size(), false, is_plain};
+}
+
+std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
+
+}  // namespace
+
+BibReader::BibReader(std::string_view bytes, BibStrings& strings)
+    : bytes_(bytes),
+      strings_(strings),
+      room_(bytes.size() * kMostGrowth + kLeastRoom),
+      strict_from_(bytes.size()) {}
+
+void BibReader::GoTo(std::size_t begin, bool is_strict) {
+  at_ = begin;
+  is_strict_ = is_strict;
+  next_head_ = 0;
+}
+
+bool BibReader::Next(BibItem& item) {
+  texts_.Clear();
+  item.tags.clear();
+  item.fault.clear();
+  item.undefined.clear();
+  item.key = {};
+  while (!StartCommand(item)) {
+    if (IsAtEnd()) return false;
+  }
+  if (EqualNoCase(item.type, "string")) {
+    ReadString(item);
+  } else if (EqualNoCase(item.type, "preamble")) {
+    ReadPreamble(item);
+  } else {
+    ReadEntry(item);
+  }
+  defining_ = {};
+  item.end = at_;
+  return true;
+}
+
+/// Goes to the next "@" and behind the type and the opening brace or parenthesis after it; false
+/// when these do not follow.
+bool BibReader::StartCommand(BibItem& item) {
+  item.begin = bytes_.find('@', at_);
+  at_ = std::min(item.begin, bytes_.size() - 1) + 1;
+  SkipWhite();
+  item.type = TakeName();
+  if (EqualNoCase(item.type, "comment")) return false;
+  SkipWhite();
+  if (item.type.empty() || !(IsAt('{') || IsAt('('))) return false;
+  close_ = IsAt('{') ? '}' : ')';
+  ++at_;
+  return true;
+}
+
+void BibReader::ReadString(BibItem& item) {
+  item.kind = BibItem::Kind::kString;
+  SkipWhite();
+  BibTag tag{{}, {}, at_};
+  tag.name = defining_ = TakeName();
+  SkipWhite();
+  if (tag.name.empty() || !IsAt('=')) {
+    Fail(item, "a string's name and \"=\" were expected");
+    return;
+  }
+  ++at_;
+  if (!ReadValue(item, tag)) return;
+  item.tags.push_back(tag);
+  strings_.Define(tag.name, tag.value, item.begin);
+  if (!IsAt(close_)) {
+    Fail(item, "the string " + Quoted(tag.name) + " is not closed behind its text");
+    return;
+  }
+  ++at_;
+}
+
+void BibReader::ReadPreamble(BibItem& item) {
+  item.kind = BibItem::Kind::kPreamble;
+  BibTag tag{{}, {}, at_};
+  if (!ReadValue(item, tag)) return;
+  item.tags.push_back(tag);
+  if (!IsAt(close_)) {
+    Fail(item, "the preamble is not closed behind its text");
+    return;
+  }
+  ++at_;
+}
+
+void BibReader::ReadEntry(BibItem& item) {
+  item.kind = BibItem::Kind::kEntry;
+  if (!ReadKey(item)) return;
+  while (!IsAt(close_)) {
+    if (!IsAt(',')) {
+      const std::string after =
+          item.tags.empty() ? "the key" : "the value of " + Quoted(item.tags.back().name);
+      Fail(item, "a comma, or the end of the entry, is missing after " + after);
+      return;
+    }
+    ++at_;
+    SkipWhite();
+    if (IsAt(close_)) break;
+    if (!ReadTag(item)) return;
+  }
+  ++at_;
+}
+
+/// In parentheses a key may hold a "}".
+bool BibReader::ReadKey(BibItem& item) {
+  SkipWhite();
+  const std::size_t from = at_;
+  while (!IsAtEnd() && !IsWhite(bytes_[at_]) && bytes_[at_] != ',' &&
+         !(close_ == '}' && bytes_[at_] == '}')) {
+    ++at_;
+  }
+  item.key = bytes_.substr(from, at_ - from);
+  SkipWhite();
+  return !IsAtEnd() || Fail(item, "the library ends within the entry");
+}
+
+bool BibReader::ReadTag(BibItem& item) {
+  BibTag tag{{}, {}, at_};
+  tag.name = TakeName();
+  if (tag.name.empty()) return Fail(item, "the name of a tag was expected");
+  SkipWhite();
+  if (!IsAt('=')) return Fail(item, "there is no \"=\" after " + Quoted(tag.name));
+  ++at_;
+  if (!ReadValue(item, tag)) return false;
+  if (item.kind == BibItem::Kind::kEntry) {
+    while (!tag.value.empty() && tag.value.front() == ' ') tag.value.remove_prefix(1);
+    while (!tag.value.empty() && tag.value.back() == ' ') tag.value.remove_suffix(1);
+  }
+  item.tags.push_back(tag);
+  return !IsAtEnd() || Fail(item, "the library ends within the entry");
+}
+
+/// Reads pieces joined by "#" and the white space after them.
+bool BibReader::ReadValue(BibItem& item, BibTag& tag) {
+  SkipWhite();
+  std::optional<Piece> piece = ReadPiece(item, tag);
+  if (!piece) return false;
+  SkipWhite();
+  if (piece->is_plain && !IsAt('#')) {
+    tag.value = piece->text;
+    return true;
+  }
+  const bool keeps = keeps_values_ || item.kind != BibItem::Kind::kEntry;
+  std::string& text = texts_.Next();
+  if (keeps) AppendPiece(text, piece->text);
+  while (IsAt('#')) {
+    ++at_;
+    SkipWhite();
+    piece = ReadPiece(item, tag);
+    if (!piece) return false;
+    if (keeps) AppendPiece(text, piece->text);
+    SkipWhite();
+  }
+  tag.value = text;
+  return true;
+}
+
+std::optional<BibReader::Piece> BibReader::ReadPiece(BibItem& item, const BibTag& tag) {
+  if (IsAt('{') || IsAt('"')) return ReadDelimited(item, tag);
+  if (IsAtEnd() || !IsDigit(bytes_[at_])) return ReadStringName(item, tag);
+  const std::size_t from = at_;
+  while (!IsAtEnd() && IsDigit(bytes_[at_])) ++at_;
+  return Piece{bytes_.substr(from, at_ - from), true};
+}
+
+std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const BibTag& tag) {
+  const std::size_t from = at_ + 1;
+  const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
+  const Delimited found =
+      FindDelimiter(bytes_.substr(0, limit), from, bytes_[at_] == '{' ? '}' : '"');
+  if (!found.is_closed) {
+    const bool broke_off = found.end < limit;
+    FailValue(item, tag, broke_off ? found.end : from - 1,
+              broke_off ? "a \"}\" too many stands in" : "nothing closes");
+    return std::nullopt;
+  }
+  at_ = found.end + 1;
+  return Piece{bytes_.substr(from, found.end - from), found.is_plain};
+}
+
+std::optional<BibReader::Piece> BibReader::ReadStringName(BibItem& item, const BibTag& tag) {
+  const std::string_view name = TakeName();
+  const bool ends = IsAtEnd() || IsWhite(bytes_[at_]) || IsAt(',') || IsAt('#') || IsAt(close_);
+  if (name.empty() || !ends) {
+    Fail(item, tag.name.empty() ? std::string("there is no text")
+                                : "there is no value after " + Quoted(tag.name));
+    return std::nullopt;
+  }
+  return TakeString(item, name);
+}
+
+/// The text of a string; its name where it is not defined, or where its text would be too much.
+BibReader::Piece BibReader::TakeString(BibItem& item, std::string_view name) {
+  const bool is_own = EqualNoCase(name, defining_);
+  const std::string* text = is_own ? nullptr : strings_.Find(name, item.begin);
+  if (!text || text->size() > room_) {
+    item.undefined.push_back(name);
+    return {is_own ? std::string_view() : name, true};
+  }
+  room_ -= text->size();
+  return {*text, true};
+}
+
+/// Ends the item for the reason, at the byte that was read last; always false.
+bool BibReader::Fail(BibItem& item, std::string reason) {
+  item.fault = std::move(reason);
+  item.fault_place = at_;
+  return false;
+}
+
+/// Ends the item because a value does not end well, and goes on where the next command may begin.
+void BibReader::FailValue(BibItem& item, const BibTag& tag, std::size_t place, std::string reason) {
+  const std::string what = tag.name.empty() ? "the text" : "the value of " + Quoted(tag.name);
+  const std::size_t head = NextHeadLine(at_);
+  at_ = place;
+  Fail(item, std::move(reason) + " " + what);
+  if (bytes_[place] != '}' || head < place) {
+    at_ = head;
+    if (!is_strict_) strict_from_ = item.begin;
+    is_strict_ = true;
+  }
+}
+
+std::string_view BibReader::TakeName() {
+  const std::size_t from = at_;
+  at_ = NameEnd(bytes_, at_);
+  return bytes_.substr(from, at_ - from);
+}
+
+void BibReader::SkipWhite() { at_ = WhiteEnd(bytes_, at_); }
+
+/// The first "@" from `from` on that begins a line like a command, or the end. Asked for in the
+/// order of the bytes.
+std::size_t BibReader::NextHeadLine(std::size_t from) {
+  if (next_head_ >= from && next_head_ > 0) return next_head_;
+  next_head_ = bytes_.find('@', from);
+  while (next_head_ < bytes_.size() && !IsHeadLine(next_head_)) {
+    next_head_ = bytes_.find('@', next_head_ + 1);
+  }
+  next_head_ = std::min(next_head_, bytes_.size());
+  return next_head_;
+}
+
+bool BibReader::IsHeadLine(std::size_t at) const {
+  const std::size_t before = bytes_.find_last_not_of(" \t", at - 1);
+  if (before == std::string_view::npos || (bytes_[before] != '\n' && bytes_[before] != '\r')) {
+    return false;
+  }
+  const std::size_t name = WhiteEnd(bytes_, at + 1);
+  const std::size_t end = NameEnd(bytes_, name);
+  const std::size_t open = WhiteEnd(bytes_, end);
+  return end > name && open < bytes_.size() && (bytes_[open] == '{' || bytes_[open] == '(');
+}
+
+}  // namespace tarvel

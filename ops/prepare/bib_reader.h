@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ops/prepare/bib_strings.h"
+#include "ops/prepare/text_pool.h"
+
+namespace tarvel {
+
+/// A tag as BibTeX reads it.
+struct BibTag {
+  std::string_view name;   // as it stands in the library
+  std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
+  std::size_t place = 0;   // offset of the name
+};
+
+/// A command of a library: an entry, a "@string" or a "@preamble".
+struct BibItem {
+  enum class Kind { kEntry, kString, kPreamble };
+
+  Kind kind = Kind::kEntry;
+  std::size_t begin = 0;     // offset of its "@"
+  std::size_t end = 0;       // where reading goes on
+  std::string_view type;     // the word after the "@"
+  std::string_view key;      // of an entry
+  std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
+
+  std::string fault;            // why it could not be read to its end; empty when it was
+  std::size_t fault_place = 0;  // offset
+  std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
+};
+
+/// Reads a library by the grammar of BibTeX 0.99d, byte for byte: what stands outside commands and
+/// "@comment" are passed over, a value is made of pieces in braces or quotes, numbers and names of
+/// strings, joined by "#". Other than BibTeX it takes the name of an undefined string as its text,
+/// and the commands after another on the last line of a file.
+///
+/// A command that breaks the grammar ends there; reading goes on behind it as BibTeX's does, or,
+/// when a value swallowed the beginnings of other commands, at the first line that begins like one.
+/// Takes linear time: once that has happened, no later value goes past such a line.
+class BibReader {
+ public:
+  /// `bytes` and `strings` must outlive the reader, which defines what it reads in `strings`.
+  BibReader(std::string_view bytes, BibStrings& strings);
+
+  /// Reads the next command; false at the end. What `item` held before is no longer valid.
+  bool Next(BibItem& item);
+  /// Whether the values of entries are wanted; those that do not stand in the library in one piece
+  /// are empty from now on if not.
+  void KeepValues(bool keeps) { keeps_values_ = keeps; }
+  /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
+  void GoTo(std::size_t begin, bool is_strict);
+  /// The offset of the first command after which values end at lines that begin like a command.
+  std::size_t StrictFrom() const { return strict_from_; }
+
+ private:
+  struct Piece {
+    std::string_view text;
+    bool is_plain;  // its white space is drawn together already
+  };
+
+  bool StartCommand(BibItem& item);
+  void ReadString(BibItem& item);
+  void ReadPreamble(BibItem& item);
+  void ReadEntry(BibItem& item);
+  bool ReadKey(BibItem& item);
+  bool ReadTag(BibItem& item);
+  bool ReadValue(BibItem& item, BibTag& tag);
+  std::optional<Piece> ReadPiece(BibItem& item, const BibTag& tag);
+  std::optional<Piece> ReadDelimited(BibItem& item, const BibTag& tag);
+  std::optional<Piece> ReadStringName(BibItem& item, const BibTag& tag);
+  Piece TakeString(BibItem& item, std::string_view name);
+
+  bool Fail(BibItem& item, std::string reason);
+  void FailValue(BibItem& item, const BibTag& tag, std::size_t place, std::string reason);
+  std::string_view TakeName();
+  void SkipWhite();
+  bool IsAtEnd() const { return at_ >= bytes_.size(); }
+  bool IsAt(char byte) const { return at_ < bytes_.size() && bytes_[at_] == byte; }
+  std::size_t NextHeadLine(std::size_t from);
+  bool IsHeadLine(std::size_t at) const;
+
+  std::string_view bytes_;
+  BibStrings& strings_;
+  std::size_t at_ = 0;
+  char close_ = '}';           // what ends the command
+  std::string_view defining_;  // the string that is being defined
+  TextPool texts_;             // of values that do not stand in the library as they are
+  bool keeps_values_ = true;
+  std::size_t room_;  // how many bytes strings may still add
+  bool is_strict_ = false;
+  std::size_t strict_from_;
+  std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
+};
+
+}  // namespace tarvel

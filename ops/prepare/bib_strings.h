@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tarvel {
+
+/// The strings of a library: what its "@string" commands define, and the twelve months that BibTeX
+/// styles define. Names are the same in any letter case. A name may be defined again; what stands
+/// after that in the library gets the new text.
+class BibStrings {
+ public:
+  BibStrings();
+
+  /// Defines a string; `place` is the offset of its command, from which on it is known.
+  void Define(std::string_view name, std::string_view text, std::size_t place);
+  /// The text of a string at an offset of the library; null when it is not defined there.
+  const std::string* Find(std::string_view name, std::size_t place) const;
+
+ private:
+  struct Definition {
+    std::size_t place;
+    std::string text;
+  };
+
+  std::unordered_map<std::string, std::vector<Definition>> definitions_;  // by name in lower case
+};
+
+}  // namespace tarvel

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ops/prepare/bib_reader.h"
+
+namespace tarvel {
+
+/// Gives entries the tags of the entry that their "crossref" names, by BibTeX's rule for a document
+/// that cites everything: a tag that the entry lacks is that of its parent, wherever the parent
+/// stands. Other than BibTeX, which warns of it, it follows the "crossref" of a parent too.
+class CrossReferences {
+ public:
+  /// `bytes` must outlive this. The first question reads the library once for its keys.
+  explicit CrossReferences(std::string_view bytes);
+
+  enum class Parent { kNone, kFound, kMissing };
+  /// Adds the tags that the entry gets from its parent, after its own and with its place as theirs.
+  /// They are valid as long as this lives. Where the tags of parents would make the library grow
+  /// out of measure, no more are added.
+  Parent Inherit(BibItem& entry);
+  /// Whether the entry that was asked for last has a parent.
+  bool HasParent() const { return !parents_.empty(); }
+
+ private:
+  /// Where an entry stands, by a hash of its key in lower case.
+  struct KeyPlace {
+    std::size_t hash;
+    std::size_t begin;
+    bool operator<(const KeyPlace& other) const {
+      return hash != other.hash ? hash < other.hash : begin < other.begin;
+    }
+  };
+  struct OwnTag {
+    std::string name;  // in lower case
+    std::string value;
+  };
+  using Tags = std::vector<OwnTag>;
+
+  void ReadKeys();
+  std::optional<std::size_t> FindKey(const std::string& key);
+  std::optional<std::size_t> SearchKey(const std::string& key);
+  void Read(std::size_t begin);
+  const Tags* ParentTags(std::string_view key, std::size_t child);
+  const Tags& OwnTags(std::size_t begin);
+  static void TakeSchool(Tags& tags);
+  bool TakeRoom(std::string_view name, std::string_view value);
+
+  std::string_view bytes_;
+  BibStrings strings_;  // of the whole library, once its keys are read
+  BibReader reader_;
+  BibItem item_;  // that was read last
+  bool has_read_keys_ = false;
+  std::vector<KeyPlace> keys_;
+  std::size_t strict_from_ = 0;
+  std::size_t room_;  // how many bytes may still be added
+  std::unordered_map<std::string, std::optional<std::size_t>> places_;  // of keys asked for before
+  std::unordered_map<std::size_t, Tags> own_;  // of parents, by the places of their entries
+  std::vector<const Tags*> parents_;           // of the entry that was asked for last
+};
+
+}  // namespace tarvel

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "ops/prepare/tag_words.h"
+
+namespace tarvel {
+
+/// The value without the pairs of braces that stand around all of it and the blanks within them. A
+/// pair around a command stays, which may hold only up to its end. `is_names`: of authors or
+/// editors, of whom such a pair makes one name; it goes where every name in it has a comma.
+std::string_view StripOuterBraces(std::string_view value, bool is_names);
+
+/// Whether the value begins or ends with a brace, of which Extract and Text would strip it.
+bool NeedsEnds(std::string_view value);
+/// Writes such a value so that it neither begins nor ends with a brace, and prints the same: the
+/// first letter of a braced word, and a "?" or the like at the end of one, stand outside it; else
+/// "\relax" stands in front of it or "\/" after it. What BibTeX makes of its letters stays the
+/// same.
+void GuardEnds(std::string_view value, std::string& guarded);
+
+/// Writes the value with an empty group in each of the words, in each "journal" with blanks within,
+/// in each name before "={" that Clean characters looks for, and after each "@" that a "{" follows
+/// somewhere. Nothing is put into names of commands, or into what commands such as "\url" take.
+void GuardWords(std::string_view value, WordSet words, std::string& guarded);
+
+/// What operations would take amiss in a line: words, or one of the signs that `GuardWords` knows.
+struct Harm {
+  WordSet words = 0;
+  bool is_exempt = false;  // Clean characters would leave the line out
+  bool is_at = false;      // text between an "@" and a "{" would be turned into capitals
+  bool Any() const { return words != 0 || is_exempt || is_at; }
+};
+/// What of the harmful words stands in the value, and the signs. A "journal" with blanks within
+/// counts as that word.
+Harm FindHarm(std::string_view value, WordSet harmful);
+
+}  // namespace tarvel

@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: MIT
+// Prepare: brings any library that BibTeX reads into the form that all operations read right.
+#include "ops/prepare/prepare.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "app/texts.h"
+#include "ops/prepare/bib_reader.h"
+#include "ops/prepare/crossrefs.h"
+#include "ops/prepare/entry_former.h"
+#include "ops/prepare/guards.h"
+#include "ops/prepare/letters.h"
+#include "ops/prepare/tag_lines.h"
+#include "ops/prepare/tag_words.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::string_view kNoLibrary = "Function Prepare()_1 => BibTeX file does not exist?";
+constexpr std::string_view kNotOpened = "Function Prepare()_2 => Could not open the BibTeX file?";
+constexpr std::string_view kNoEntry =
+    "Function Prepare()_3 => There is no entry in the BibTeX file!";
+constexpr std::string_view kLogNotCreated =
+    "Function Prepare()_4 => Could not create the log file?";
+constexpr std::string_view kLibraryNotCreated =
+    "Function Prepare()_5 => Could not create a new BibTeX file?";
+
+constexpr std::string_view kWhite = " \t\r\n";
+constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+constexpr std::size_t kLongestKey = 900;
+
+std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
+
+/// The text without the headers of files that this program wrote.
+std::string_view WithoutHeaders(std::string_view text) {
+  const std::string_view header = Trim(BibFileHeader, kWhite);
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  text = Trim(text, kWhite);
+  while (text.starts_with(header)) {
+    text.remove_prefix(header.size());
+    text = Trim(text, kWhite);
+  }
+  return text;
+}
+
+/// One pass over a library.
+class Preparer {
+ public:
+  Preparer(std::string_view bytes, const PrepareOptions& options,
+           const std::function<void(const PrepareWarning&)>& warn)
+      : bytes_(bytes),
+        reader_(bytes, strings_),
+        crossrefs_(bytes),
+        log_(bytes, warn),
+        former_(log_, crossrefs_, options.keep_all) {}
+
+  Prepared Run();
+
+ private:
+  void PassText(std::size_t end);
+  void TakeItem();
+  void TakeEntry();
+  void TakeString();
+  void TakePreamble();
+  void TellFault();
+  void TellKey();
+  void WriteEntry();
+
+  std::string_view bytes_;
+  BibStrings strings_;
+  BibReader reader_;
+  CrossReferences crossrefs_;
+  PrepareLog log_;
+  EntryFormer former_;
+  BibItem item_;
+  std::size_t passed_ = 0;                  // up to where all is written or logged
+  std::optional<std::size_t> unread_from_;  // where an item begins that could not be read
+  std::string preambles_;
+  std::string unseen_;  // entries that no operation sees
+  Prepared prepared_;
+};
+
+Prepared Preparer::Run() {
+  std::string& library = prepared_.library;
+  library.reserve(bytes_.size() + bytes_.size() / 8);
+  while (reader_.Next(item_)) {
+    PassText(item_.begin);
+    TakeItem();
+    passed_ = item_.end;
+  }
+  PassText(bytes_.size());
+  if (!preambles_.empty()) preambles_ += "\n";
+  library.insert(0, preambles_ + unseen_);
+  prepared_.log = std::move(log_.Text());
+  prepared_.left_out = log_.LeftOut();
+  return std::move(prepared_);
+}
+
+/// Logs what stands between two items; after one that could not be read, all from its beginning.
+void Preparer::PassText(std::size_t end) {
+  if (unread_from_) {
+    const std::string_view lines = bytes_.substr(*unread_from_, end - *unread_from_);
+    log_.SayText("this could not be read to its end", *unread_from_, Trim(lines, kWhite));
+    unread_from_.reset();
+    return;
+  }
+  const std::string_view text = WithoutHeaders(bytes_.substr(passed_, end - passed_));
+  if (text.empty()) return;
+  log_.SayText("text outside entries was left out",
+               static_cast<std::size_t>(text.data() - bytes_.data()), text);
+}
+
+void Preparer::TakeItem() {
+  log_.StartEntry(item_.key, item_.begin);
+  if (item_.kind == BibItem::Kind::kEntry) TakeEntry();
+  if (item_.kind == BibItem::Kind::kString) TakeString();
+  if (item_.kind == BibItem::Kind::kPreamble) TakePreamble();
+  for (const std::string_view name : item_.undefined) {
+    log_.Warn(WarningKind::kUndefinedString, item_.begin,
+              "the string " + Quoted(name) + " is not defined: its name stands for it");
+  }
+  TellFault();
+  log_.EndEntry();
+}
+
+void Preparer::TellFault() {
+  if (item_.fault.empty()) return;
+  ++prepared_.unread;
+  log_.Warn(WarningKind::kUnreadText, item_.fault_place,
+            item_.fault + "; the text stands in the log");
+  unread_from_ = item_.begin;
+}
+
+void Preparer::TakeString() {
+  if (item_.tags.empty()) return;
+  const BibTag& string = item_.tags.front();
+  log_.SayText("the string " + Quoted(string.name) + " was put in where it is named", item_.begin,
+               string.value);
+}
+
+/// A preamble may stand in front of all entries, where no operation looks for one, unless it would
+/// be changed there.
+void Preparer::TakePreamble() {
+  if (item_.tags.empty()) return;
+  const std::string_view text = item_.tags.front().value;
+  const bool stands = text.find('@') == std::string_view::npos &&
+                      !FindHarm(text, kJournalBit).Any() && FitOf({}, text) != LineFit::kTooLong;
+  if (stands) {
+    AppendPreamble(preambles_, text);
+    return;
+  }
+  log_.SayText("the preamble was left out", item_.begin, text);
+  log_.Warn(WarningKind::kTextNotCopied, item_.begin,
+            "the preamble stands in the log: operations would change it");
+}
+
+void Preparer::TakeEntry() {
+  const bool is_empty = item_.tags.empty() && !item_.fault.empty();
+  if (item_.key.find('}') != std::string_view::npos) {
+    if (item_.fault.empty()) item_.fault_place = item_.begin;
+    if (item_.fault.empty()) item_.fault = "the key holds a \"}\"";
+    return;
+  }
+  if (is_empty) return;
+  const std::size_t own = item_.tags.size();
+  if (crossrefs_.Inherit(item_) == CrossReferences::Parent::kMissing) {
+    log_.Warn(WarningKind::kMissingParent, item_.begin,
+              "there is no entry of the key that its 'crossref' names");
+  }
+  former_.Form(item_, own);
+  TellKey();
+  WriteEntry();
+}
+
+/// Tells of a key by which operations take the entry's first line amiss: no form cures that.
+void Preparer::TellKey() {
+  const std::string_view key = item_.key;
+  std::string text;
+  if (key.empty()) text = "it has no key: Clean tags drops it";
+  if (key.find('@') != std::string_view::npos) {
+    text =
+        "its key holds an \"@\": no operation sees the entry, which stands in front of the others";
+  } else if (FindHarm(key, kJournalBit).words != 0) {
+    text = "its key holds 'journal': Journals joins the entry on one line and keeps its journal";
+  } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
+    text = "its key ends a tag's name: Clean characters leaves the entry's first line out";
+  } else if (key.size() > kLongestKey) {
+    text = "its key is too long for a line";
+  }
+  if (!text.empty()) log_.Warn(WarningKind::kMisreadKey, item_.begin, text + "; change the key");
+}
+
+/// An entry that no operation sees stands in front of all others, or its tags would be read as
+/// those of the one before.
+void Preparer::WriteEntry() {
+  const bool is_seen = item_.key.find('@') == std::string_view::npos;
+  std::string& library = is_seen ? prepared_.library : unseen_;
+  library.append("@").append(former_.Type()).append("{").append(item_.key).append(",\n");
+  const std::vector<FormedTag>& tags = former_.Tags();
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    AppendTag(library, tags[i].name, tags[i].value);
+    library.append(i + 1 < tags.size() ? ",\n" : "\n");
+  }
+  library.append("}\n\n");
+  ++prepared_.entries;
+}
+
+void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& input,
+                  const std::string& library) {
+  log.Write({"\n\n\n", std::to_string(prepared.entries),
+             " BibTeX entries from the BibTeX file\n    '", input,
+             "'\nwere brought into the form that all functions read. ",
+             std::to_string(prepared.left_out), " tags were left out, and ",
+             std::to_string(prepared.unread),
+             " places could not be read. The new BibTeX file is stored in\n    '", library, "'."});
+}
+
+}  // namespace
+
+Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
+                        const std::function<void(const PrepareWarning&)>& warn) {
+  return Preparer(bytes, options, warn).Run();
+}
+
+std::string PreparedPath(const std::string& library, const std::string& directory) {
+  return OutputPath(library, "_prepared.bib", directory);
+}
+
+std::string PreparedLogPath(const std::string& library, const std::string& directory) {
+  return OutputPath(library, "_prepared.log", directory);
+}
+
+int RunPrepare(const RunContext& run, const PrepareOptions& options) {
+  if (run.first_path.empty()) return Fail(run, kNoLibrary);
+  std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
+  if (!input) return Fail(run, kNotOpened);
+  FileWarnings warnings = WarningsOf(run, run.first_path, *input);
+  const Prepared prepared =
+      PrepareLibrary(input->Bytes(), options, [&](const PrepareWarning& warning) {
+        if (warnings.ReportNumber(warning.kind)) return;
+        warnings.Report(warning.kind, warning.place, warning.key, warning.text);
+      });
+  if (prepared.entries == 0 && prepared.unread == 0) return Fail(run, kNoEntry);
+
+  const auto log =
+      CreateOutput(run, PreparedLogPath(run.first_path, run.output_directory), CreateMode::kWrite);
+  if (!log) return Fail(run, kLogNotCreated);
+  const auto library =
+      CreateOutput(run, PreparedPath(run.first_path, run.output_directory), CreateMode::kWrite);
+  if (!library) return Fail(run, kLibraryNotCreated);
+  library->Write({HeaderOf(library->Path()), prepared.library});
+  log->Write({HeaderOf(log->Path()), prepared.log});
+  WriteSummary(*log, prepared, run.first_path, library->Path());
+  return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;
+}
+
+}  // namespace tarvel

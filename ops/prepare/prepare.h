@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "ops/prepare/prepare_log.h"
+#include "ops/run_context.h"
+
+namespace tarvel {
+
+struct PrepareOptions {
+  bool keep_all = false;  // no tag is left out because its line would be taken for another's
+};
+
+/// A prepared library and what was done, both without the headers of files.
+struct Prepared {
+  std::string library;
+  std::string log;
+  std::size_t entries = 0;   // written
+  std::size_t left_out = 0;  // tags that stand in the log only
+  std::size_t unread = 0;    // places that BibTeX's grammar does not fit
+};
+
+/// Brings a library that BibTeX reads into the form that all operations read right: known types, a
+/// tag a line in braces, "}" on a line of its own, an empty line. Whatever cannot stand in the new
+/// library stands in the log. `warn` is called for what the user has to mend; its views last as
+/// long as the call. Linear in the bytes that it reads and gives.
+Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
+                        const std::function<void(const PrepareWarning&)>& warn);
+
+/// Prepares the library of the run's first path: writes "_prepared.bib" and "_prepared.log" beside
+/// it. Gives 1 on success, 0 after a failure that it told with `PrintError`.
+int RunPrepare(const RunContext& run, const PrepareOptions& options = {});
+
+/// The path of the prepared library, beside it or in `directory` unless that is empty. Empty when
+/// the library's path, or in a directory its name, holds no ".".
+std::string PreparedPath(const std::string& library, const std::string& directory = {});
+/// The same for the log.
+std::string PreparedLogPath(const std::string& library, const std::string& directory = {});
+
+}  // namespace tarvel

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/prepare_log.h"
+
+#include <algorithm>
+
+namespace tarvel {
+
+void PrepareLog::StartEntry(std::string_view key, std::size_t place) {
+  key_ = key;
+  place_ = place;
+  has_said_ = false;
+}
+
+void PrepareLog::Say(std::initializer_list<std::string_view> parts) {
+  if (!has_said_) text_.append("Entry '").append(key_).append("', line ").append(LineOf(place_));
+  text_.append(has_said_ ? "    " : ":\n    ");
+  for (const std::string_view part : parts) text_.append(part);
+  text_.append("\n");
+  has_said_ = true;
+}
+
+void PrepareLog::EndEntry() {
+  if (has_said_) text_.append("\n");
+  has_said_ = false;
+  key_ = {};
+}
+
+void PrepareLog::SayText(std::string_view what, std::size_t place, std::string_view text) {
+  text_.append("Line ").append(LineOf(place)).append(": ").append(what).append(":\n");
+  text_.append(text).append("\n\n");
+}
+
+void PrepareLog::Warn(WarningKind kind, std::size_t place, std::string_view text) {
+  warn_({kind, place, key_, text});
+}
+
+/// The number of a place's line. A place before the one asked for last counts as that.
+std::string PrepareLog::LineOf(std::size_t place) {
+  if (place > counted_to_) {
+    lines_ += static_cast<std::size_t>(
+        std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_to_),
+                   bytes_.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
+    counted_to_ = place;
+  }
+  return std::to_string(lines_);
+}
+
+}  // namespace tarvel

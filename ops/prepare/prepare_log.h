@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "warnings/warnings.h"
+
+namespace tarvel {
+
+/// Something about a library that its reader should know.
+struct PrepareWarning {
+  WarningKind kind;
+  std::size_t place;     // offset
+  std::string_view key;  // of the entry; empty when it is of none
+  std::string_view text;
+};
+
+/// Writes the log of a preparation and passes its warnings on. Places are asked for in the order of
+/// the library's bytes, or nearly so.
+class PrepareLog {
+ public:
+  PrepareLog(std::string_view bytes, std::function<void(const PrepareWarning&)> warn)
+      : bytes_(bytes), warn_(std::move(warn)) {}
+
+  /// What is said from now on is of the entry at this place.
+  void StartEntry(std::string_view key, std::size_t place);
+  /// A line about the entry.
+  void Say(std::initializer_list<std::string_view> parts);
+  /// Ends the entry's lines.
+  void EndEntry();
+  /// A paragraph: a line of the parts, with "line N" for the place behind the first, and the text.
+  void SayText(std::string_view what, std::size_t place, std::string_view text);
+  void Warn(WarningKind kind, std::size_t place, std::string_view text);
+
+  void CountLeftOut() { ++left_out_; }
+  std::size_t LeftOut() const { return left_out_; }
+  /// The log so far.
+  std::string& Text() { return text_; }
+
+ private:
+  std::string LineOf(std::size_t place);
+
+  std::string_view bytes_;
+  std::function<void(const PrepareWarning&)> warn_;
+  std::string text_;
+  std::string_view key_;
+  std::size_t place_ = 0;  // of the entry
+  bool has_said_ = false;
+  std::size_t left_out_ = 0;
+  std::size_t counted_to_ = 0;  // how far lines are counted
+  std::size_t lines_ = 1;
+};
+
+}  // namespace tarvel

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarvel {
+
+/// How a tag's lines fit into what operations read at once.
+enum class LineFit {
+  kOneLine,       // the usual
+  kManyLines,     // the value is broken at blanks outside of braces within
+  kTangledLines,  // at some inside: a line of it does not close all braces that it opens
+  kTooLong,       // a word is longer than a line that every operation reads whole
+};
+
+/// `name` in lower case.
+LineFit FitOf(std::string_view name, std::string_view value);
+
+/// Appends "  name = {value}" to the library, in as many lines as need be, without a comma or a
+/// line break at its end. A value is broken only where the reader of a further line loses nothing:
+/// in front of a printable ASCII character, and not in front of what looks like a line of authors.
+void AppendTag(std::string& library, std::string_view name, std::string_view value);
+
+/// Appends "@PREAMBLE{{text}}" and a line break, broken like a value.
+void AppendPreamble(std::string& library, std::string_view text);
+
+}  // namespace tarvel

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/tag_words.h"
+
+#include <algorithm>
+#include <bit>
+#include <span>
+#include <vector>
+
+#include "app/tags.h"
+#include "core/name_matcher.h"
+#include "core/text_primitives.h"
+#include "ops/prepare/letters.h"
+
+namespace tarvel {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+/// ORDER: `kWords`. No ligature ("fi") and no pair that a plain reader needs is split.
+constexpr std::array<std::size_t, kWords.size()> kSplits{4, 2, 2, 3, 4, 3, 2, 1, 3,
+                                                         8, 3, 3, 3, 3, 3, 4, 4};
+
+constexpr WordSet SetOf(std::initializer_list<std::string_view> words) {
+  WordSet set = 0;
+  for (const std::string_view word : words) {
+    const auto found = std::find(kWords.begin(), kWords.end(), word);
+    set |= WordBit(static_cast<std::size_t>(found - kWords.begin()));
+  }
+  return set;
+}
+
+struct TypeWords {
+  std::string_view type;
+  WordSet words;
+};
+
+/// What Extract and Text look for in the lines of an entry.
+constexpr std::array<TypeWords, 6> kPrinted{{
+    {"ARTICLE", SetOf({"author", "journal", "year", "volume", "title", "pages"})},
+    {"BOOK", SetOf({"author", "publisher", "year", "address", "title"})},
+    {"INCOLLECTION",
+     SetOf({"author", "publisher", "year", "address", "title", "booktitle", "editor", "pages"})},
+    {"INPROCEEDINGS",
+     SetOf({"author", "title", "booktitle", "year", "editor", "address", "pages"})},
+    {"PHDTHESIS", SetOf({"author", "year", "school", "title"})},
+    {"MASTERTHESIS", SetOf({"author", "year", "school", "title"})},
+}};
+
+/// What Compare or Clean doubles compare of an entry; of types not named here author, title, year.
+constexpr std::array<TypeWords, 16> kCompared{{
+    {"ARTICLE", SetOf({"volume", "pages", "journal", "year"})},
+    {"MEETINGABSTRACT", SetOf({"volume", "pages", "journal", "year"})},
+    {"EDITORIALMATERIAL", SetOf({"volume", "pages", "journal", "year"})},
+    {"REVIEW", SetOf({"volume", "pages", "journal", "year"})},
+    {"LETTER", SetOf({"volume", "pages", "journal", "year"})},
+    {"BOOKLET", SetOf({"title"})},
+    {"MANUAL", SetOf({"title"})},
+    {"STANDARD", SetOf({"title"})},
+    {"ELECTRONIC", SetOf({"url"})},
+    {"PERIODICAL", SetOf({"title", "year"})},
+    {"PROCEEDINGS", SetOf({"title", "year"})},
+    {"PATENT", SetOf({"nationality", "number", "year"})},
+    {"MISC", SetOf({"note"})},
+    {"OTHER", SetOf({"comment"})},
+    {"PROCEEDINGSPAPER", SetOf({"author", "title"})},
+    {"", SetOf({"author", "title", "year"})},
+}};
+
+WordSet WordsOf(std::span<const TypeWords> rows, std::string_view type) {
+  for (const TypeWords& row : rows) {
+    if (row.type == type || row.type.empty()) return row.words;
+  }
+  return 0;
+}
+
+/// The first of the words that Compare and Clean doubles look for, or their number.
+std::size_t FirstCompared(WordSet words) {
+  return std::min<std::size_t>(static_cast<std::size_t>(std::countr_zero(words)), kComparedWords);
+}
+
+constexpr std::array<std::string_view, kTagCount> kTagNames = [] {
+  std::array<std::string_view, kTagCount> names{};
+  for (std::size_t i = 0; i < kTagCount; ++i) names[i] = kTagRules[i].name;
+  return names;
+}();
+
+NameMatcher FilterMatcher() {
+  std::vector<std::string_view> names;
+  for (const TagRule& rule : kTagRules) {
+    if (rule.in_line_filter) names.push_back(rule.name);
+  }
+  return NameMatcher(names);
+}
+
+/// Tags whose lines Clean characters leaves out.
+constexpr std::array kExemptTags{"file"sv, "owner"sv, "timestamp"sv, "doi"sv, "url"sv};
+
+/// Where a word begins that ends at `end`, blanks within it passed over; npos when none does.
+std::size_t BeginOfSpaced(std::string_view text, std::size_t end, std::string_view word) {
+  for (; !word.empty(); word.remove_suffix(1)) {
+    while (end > 0 && IsBlankOrTab(text[end - 1])) --end;
+    if (end == 0 || ToLower(text[end - 1]) != word.back()) return std::string_view::npos;
+    --end;
+  }
+  return end;
+}
+
+}  // namespace
+
+WordSet FindWords(std::string_view text) {
+  static const NameMatcher matcher{kWords};
+  return static_cast<WordSet>(matcher.Find(text));
+}
+
+NameFacts FactsOf(std::string_view name) {
+  static const NameMatcher matcher{kTagNames};
+  const bool has_none = !matcher.Any(name) && name.find_first_of("@.:;") == std::string_view::npos;
+  return has_none ? NameFacts() : NameFacts{WordsInName(name), IsMisreadName(name)};
+}
+
+WordSet PrintedWords(std::string_view type) { return WordsOf(kPrinted, type); }
+
+WordSet ComparedWords(std::string_view type) { return WordsOf(kCompared, type); }
+
+WordSet HarmfulWords(WordSet own, WordSet printed) {
+  const WordSet compared = WordBit(FirstCompared(own)) - 1;
+  return (compared | printed | kJournalBit | SetOf({"timestamp"})) & ~own;
+}
+
+bool WinsOver(std::size_t word, WordSet own) { return word < FirstCompared(own); }
+
+std::size_t SplitOf(std::size_t word) { return kSplits[word]; }
+
+bool IsInLineFilter(std::string_view name) { return HoldsFilterWord(name); }
+
+bool HoldsFilterWord(std::string_view text) {
+  static const NameMatcher matcher = FilterMatcher();
+  return matcher.Any(text);
+}
+
+bool IsExemptTag(std::string_view name) {
+  return std::find(kExemptTags.begin(), kExemptTags.end(), name) != kExemptTags.end();
+}
+
+SpacedWord FindSpacedJournal(std::string_view text, std::size_t from, char first) {
+  constexpr std::string_view kRest = "ournal";
+  for (std::size_t begin = text.find(first, from); begin != std::string_view::npos;
+       begin = text.find(first, begin + 1)) {
+    std::size_t at = begin + 1;
+    std::size_t matched = 0;
+    for (; at < text.size() && matched < kRest.size(); ++at) {
+      if (IsBlankOrTab(text[at])) continue;
+      if (ToLower(text[at]) != kRest[matched]) break;
+      ++matched;
+    }
+    if (matched == kRest.size()) return {begin, at - begin};
+  }
+  return {};
+}
+
+SpacedWord FindExemptTag(std::string_view text, std::size_t from) {
+  for (std::size_t brace = text.find('{', from); brace != std::string_view::npos;
+       brace = text.find('{', brace + 1)) {
+    const std::size_t sign = BeginOfSpaced(text, brace, "=");
+    if (sign == std::string_view::npos) continue;
+    for (const std::string_view tag : kExemptTags) {
+      const std::size_t begin = BeginOfSpaced(text, sign, tag);
+      if (begin != std::string_view::npos && begin >= from) return {begin, sign - begin};
+    }
+  }
+  return {};
+}
+
+}  // namespace tarvel

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/entry_namer.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tarvel {
+namespace {
+
+struct Named {
+  std::string tags;  // "TYPE name=value;..."
+  std::string log;
+  int warnings = 0;
+};
+
+/// Names an entry of which all tags from `inherited` on are its parent's.
+Named NameEntry(const std::string& entry, std::size_t inherited = 99) {
+  Named named;
+  BibStrings strings;
+  BibReader reader(entry, strings);
+  BibItem item;
+  EXPECT_TRUE(reader.Next(item));
+  PrepareLog log(entry, [&](const PrepareWarning&) { ++named.warnings; });
+  EntryNamer namer(log);
+  namer.Name(item, inherited);
+  named.tags = namer.Type();
+  for (const FormedTag& tag : namer.Tags()) {
+    named.tags.append(" ").append(tag.name).append("=").append(tag.value).append(";");
+  }
+  named.log = log.Text();
+  return named;
+}
+
+TEST(EntryNamer, RenamesUnlessTheNewNameIsThere) {
+  EXPECT_EQ(NameEntry("@article{k, JournalTitle={J}}").tags, "ARTICLE journal=J;");
+  EXPECT_EQ(NameEntry("@article{k, journaltitle={J}, journal={K}}").tags,
+            "ARTICLE journaltitle=J; journal=K;");
+}
+
+TEST(EntryNamer, AppendsASubtitle) {
+  EXPECT_EQ(NameEntry("@book{k, title={A}, subtitle={B}}").tags, "BOOK title=A: B;");
+  EXPECT_EQ(NameEntry("@book{k, title={A!}, subtitle={B}}").tags, "BOOK title=A! B;");
+  EXPECT_EQ(NameEntry("@book{k, title={A}, subtitle={B}}", 1).tags, "BOOK title=A;")
+      << "that of a parent is of the parent's title";
+}
+
+TEST(EntryNamer, TakesYearAndMonthFromADate) {
+  EXPECT_EQ(NameEntry("@misc{k, date={2001-02-03}}").tags, "MISC year=2001; month=February;");
+  EXPECT_EQ(NameEntry("@misc{k, date={2001-13}}").tags, "MISC year=2001;");
+  EXPECT_EQ(NameEntry("@misc{k, month={May}, date={2001-02}}").tags, "MISC month=May; year=2001;");
+}
+
+TEST(EntryNamer, KeepsTheFirstOfOneNameAndLogsTheOthers) {
+  const Named named = NameEntry("@misc{k, note={a}, Note={b}}");
+  EXPECT_EQ(named.tags, "MISC note=a;");
+  EXPECT_NE(named.log.find("{b}"), std::string::npos);
+}
+
+TEST(EntryNamer, WarnsOfATypeThatIsInNoTable) {
+  EXPECT_EQ(NameEntry("@www{k}").warnings, 0);
+  EXPECT_EQ(NameEntry("@widget{k}").warnings, 1);
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/guards.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "core/text_primitives.h"
+#include "ops/references/latex_commands.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/reference_worlds.h"
+
+namespace tarvel {
+namespace {
+
+struct Case {
+  std::string value;
+  std::string result;
+};
+
+TEST(StripOuterBraces, TakesAwayPairsAroundAllOfAValue) {
+  const Case cases[] = {{"{774-797}", "774-797"},
+                        {"{{a}}", "a"},
+                        {"{ {a} b }", "{a} b"},
+                        {"{{a} {b}}", "{a} {b}"},
+                        {"{a} and {b}", "{a} and {b}"},
+                        {"{}", ""},
+                        {"{{ }}", ""},
+                        {"{{a}{b}}", "{a}{b}"},
+                        {"{ { a } }", "a"},
+                        {"a", "a"},
+                        {"", ""},
+                        {"{\\em a}", "{\\em a}"},
+                        {"{{\\em a}}", "{\\em a}"},
+                        {"{{\\'E}tude}", "{\\'E}tude"}};
+  for (const Case& one : cases) EXPECT_EQ(StripOuterBraces(one.value, false), one.result);
+}
+
+TEST(StripOuterBraces, KeepsThePairThatMakesOneName) {
+  const Case cases[] = {{"{World Health Organization}", "{World Health Organization}"},
+                        {"{{Barnes and Noble}}", "{Barnes and Noble}"},
+                        {"{Google, Inc.}", "{Google, Inc.}"},
+                        {"{Doe, J. and Roe, K.}", "Doe, J. and Roe, K."},
+                        {"{Doe, J. and others}", "{Doe, J. and others}"},
+                        {"Doe, J.", "Doe, J."}};
+  for (const Case& one : cases) EXPECT_EQ(StripOuterBraces(one.value, true), one.result);
+}
+
+std::string Ends(const std::string& value) {
+  std::string guarded;
+  GuardEnds(value, guarded);
+  return guarded;
+}
+
+TEST(GuardEnds, LeavesNoBraceAtEitherEnd) {
+  const Case cases[] = {{"Structure of {DNA}", "Structure of {DNA}\\/"},
+                        {"{DNA} and {RNA}", "D{NA} and {RNA}\\/"},
+                        {"{D} and {RNA} b", "D and {RNA} b"},
+                        {"{3D} prints", "3{D} prints"},
+                        {"{\xc3\x89tude} de", "\xc3\x89{tude} de"},
+                        {"{\\'E}tude", "\\relax{{\\'E}}tude"},
+                        {"{\\LaTeX} and more", "\\relax{{\\LaTeX}} and more"},
+                        {"{$x$}-rays", "\\relax{{$x$}}-rays"},
+                        {"{}  {} a", "a"},
+                        {"{ a} b", "\\relax{{ a}} b"},
+                        {"{Who} is {NP?}", "W{ho} is {NP}?"},
+                        {"a {b {c.}}", "a {b {c}}."},
+                        {"see \\url{http://x.}", "see \\url{http://x.}\\/"},
+                        {"a {\\'e.}", "a {\\'e}."},
+                        {"a {b\\.}", "a {b\\.}\\/"},
+                        {"a {}", "a {}\\/"},
+                        {"{}", ""}};
+  for (const Case& one : cases) {
+    EXPECT_TRUE(NeedsEnds(one.value));
+    EXPECT_EQ(Ends(one.value), one.result);
+    EXPECT_FALSE(NeedsEnds(one.result)) << "guarding once is enough";
+    std::string stripped = one.result;
+    StripBraces(stripped);
+    EXPECT_EQ(stripped, one.result) << "Extract and Text take nothing away";
+  }
+  EXPECT_FALSE(NeedsEnds(""));
+  EXPECT_FALSE(NeedsEnds("a {b} c"));
+}
+
+WordSet AllWords() { return (WordSet{1} << kWords.size()) - 1; }
+
+std::string Words(const std::string& value) {
+  std::string guarded;
+  GuardWords(value, AllWords(), guarded);
+  return guarded;
+}
+
+TEST(GuardWords, PutsGroupsIntoWords) {
+  const Case cases[] = {
+      {"The author of Years", "The auth{}or of Ye{}ars"},
+      {"JOURNAL pages", "JOUR{}NAL pa{}ges"},
+      {"du jour nalais", "du j{}our nalais"},
+      {"booktitle", "book{}tit{}le"},
+      {"authorauthor", "auth{}orauth{}or"},
+      {"auth{}or", "auth{}or"},
+      {"\\title{a year}", "\\title{a ye{}ar}"},
+      {"\\year \\yearly year", "\\year \\yearly ye{}ar"},
+      {"\\url{http://a/journal} journal", "\\url{http://a/journal} jour{}nal"},
+      {"\\href{http://note}{note}", "\\href{http://note}{no{}te}"},
+      {"\\cite[see note][note]{author} author", "\\cite[see note][note]{author} auth{}or"},
+      {"\\parencite{author}", "\\parencite{author}"},
+      {"\\verb|author| author", "\\verb|author| auth{}or"},
+      {"\\verb|author", "\\verb|author"},
+      {"\\url{author", "\\url{author"},
+      {"\\cite[author", "\\cite[auth{}or"},
+      {"\\", "\\"},
+      {"mail a@b.c or {d}", "mail a@{}b.c or {d}"},
+      {"mail a@b.c", "mail a@b.c"},
+      {"@{}book {x}", "@{}book {x}"},
+      {"{x} a@b.c", "{x} a@b.c"},
+      {"a@b.c year", "a@{}b.c ye{}ar"},
+      {"url={x}", "u{}rl={x}"},
+      {"xdoi = {x}", "xd{}oi = {x}"},
+      {"f i l e={x}", "f{} i l e={x}"},
+      {"if x={y}", "if x={y}"}};
+  for (const Case& one : cases) {
+    EXPECT_EQ(Words(one.value), one.result);
+    EXPECT_EQ(Words(one.result), one.result) << "guarding once is enough";
+  }
+}
+
+TEST(FindHarm, TellsWhatIsLeft) {
+  EXPECT_FALSE(FindHarm("nothing here", AllWords()).Any());
+  EXPECT_EQ(FindHarm("a year", AllWords()).words, WordBit(1));
+  EXPECT_EQ(FindHarm("a year", AllWords() & ~WordBit(1)).words, 0U);
+  EXPECT_EQ(FindHarm("jour nal", AllWords()).words, kJournalBit);
+  EXPECT_TRUE(FindHarm("doi = {x}", 0).is_exempt);
+  EXPECT_FALSE(FindHarm("doi = x", 0).is_exempt);
+  EXPECT_TRUE(FindHarm("a@b {x}", 0).is_at);
+  EXPECT_FALSE(FindHarm("a@b", 0).is_at);
+  EXPECT_FALSE(FindHarm("@{} @{}b {x}", 0).is_at);
+}
+
+/// One of the tables that the program brings.
+LaTeXCommands Table(const std::string& name) {
+  std::ifstream file(std::string(TARVEL_SOURCE_DIR) + "/data/LaTeXCommands/" + name);
+  testing::MemoryFiles files;
+  files.files[std::string(testing::kCommandsPath)].assign(std::istreambuf_iterator<char>(file), {});
+  LaTeXCommands commands;
+  EXPECT_EQ(CreateText_LaTeXArray(testing::MemoryRun(files, ""), commands), 1);
+  return commands;
+}
+
+TEST(Guards, PlainTextIsTheSame) {
+  for (const std::string name : {"LaTeXCommands_linux.tvl", "LaTeXCommands_ascii.tvl"}) {
+    const LaTeXCommands commands = Table(name);
+    const auto plain = [&](std::string value) {
+      ApplyLaTeXCommands(value, commands);
+      return value;
+    };
+    const std::string ends[] = {"Structure of {DNA}", "{DNA} and {RNA}", "{\\'E}tude",
+                                "{\\LaTeX} and more", "{$x$}-rays",      "Who is {NP?}",
+                                "caf{\\'e}",          "{\\O}stlund",     "a {\\o}"};
+    for (const std::string& value : ends) EXPECT_EQ(plain(Ends(value)), plain(value)) << name;
+    for (const std::string_view word : kWords) {
+      const std::string text = "a " + std::string(word) + "s, {" + std::string(word) + "} {\\o}" +
+                               std::string(word) + " x@y.z";
+      EXPECT_NE(Words(text), text);
+      EXPECT_EQ(plain(Words(text)), plain(text)) << name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarvel

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "ops/prepare/prepare_log.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tarvel {
+namespace {
+
+TEST(PrepareLog, GathersTheLinesOfAnEntryUnderItsKeyAndLine) {
+  PrepareLog log("a\nb\nc\n", [](const PrepareWarning&) {});
+  log.StartEntry("k", 2);
+  log.Say({"one", " part"});
+  log.Say({"two"});
+  log.EndEntry();
+  log.StartEntry("quiet", 4);
+  log.EndEntry();
+  log.SayText("left out", 4, "text");
+  EXPECT_EQ(log.Text(), "Entry 'k', line 2:\n    one part\n    two\n\nLine 3: left out:\ntext\n\n");
+}
+
+TEST(PrepareLog, WarnsOfTheEntryThatWasStarted) {
+  std::string told;
+  PrepareLog log("bytes", [&](const PrepareWarning& warning) {
+    told.append(warning.key).append("|").append(warning.text).append("\n");
+    EXPECT_EQ(warning.kind, WarningKind::kMisreadKey);
+    EXPECT_EQ(warning.place, 3U);
+  });
+  log.StartEntry("k", 0);
+  log.Warn(WarningKind::kMisreadKey, 3, "of the entry");
+  log.EndEntry();
+  log.Warn(WarningKind::kMisreadKey, 3, "of none");
+  EXPECT_EQ(told, "k|of the entry\n|of none\n");
+}
+
+TEST(PrepareLog, CountsWhatIsLeftOut) {
+  PrepareLog log("", [](const PrepareWarning&) {});
+  log.CountLeftOut();
+  log.CountLeftOut();
+  EXPECT_EQ(log.LeftOut(), 2U);
+}
+
+}  // namespace
+}  // namespace tarvel
