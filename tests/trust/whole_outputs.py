@@ -180,7 +180,7 @@ def small_disks(operation):
     while blocks < 200:
         for name in os.listdir(world.directory):
             os.unlink(world.directory + b"/" + name)
-        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={400 * 4096}", "none",
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={2000 * 4096}", "none",
                                   world.directory], stderr=subprocess.DEVNULL)
         if mounted.returncode != 0:
             return 0
