@@ -177,7 +177,7 @@ def small_disks(operation):
     """The same on a disk of few blocks, where this user may make one."""
     world = World(operation, 20)
     size, blocks = 0, 0
-    while blocks < 200:
+    while blocks < 1000:
         for name in os.listdir(world.directory):
             os.unlink(world.directory + b"/" + name)
         mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={2000 * 4096}", "none",
