@@ -177,10 +177,10 @@ def small_disks(operation):
     """The same on a disk of few blocks, where this user may make one."""
     world = World(operation, 20)
     size, blocks = 0, 0
-    while blocks < 200:
+    while blocks < 1000:
         for name in os.listdir(world.directory):
             os.unlink(world.directory + b"/" + name)
-        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={400 * 4096}", "none",
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={2000 * 4096}", "none",
                                   world.directory], stderr=subprocess.DEVNULL)
         if mounted.returncode != 0:
             return 0
@@ -207,7 +207,7 @@ def small_disks(operation):
             subprocess.run(["umount", world.directory], check=True)
         if size:
             return blocks
-        blocks += 1
+        blocks += 1 if blocks < 20 else 20
     failures.check(False, f"{operation}: never enough room")
     return blocks
 
