@@ -81,7 +81,6 @@ class DoubleCleaner {
   void AppendCopy();
   void InsertCopy(std::size_t position);
   void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
-  void ReportCutEntry();
   void ReportPassed(std::string_view line, std::size_t start);
   void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
@@ -214,7 +213,8 @@ void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
     copy_.text.append(line.Text());
     copy_.closed = line.Text().front() == '}';
   }
-  if (copy_.closed) ReportCutEntry();
+  if (!copy_.closed || !input_warnings_.Wanted()) return;
+  ReportCutEntry(input_.Bytes(), {copy_.text, input_.Position()}, input_warnings_);
 }
 
 /// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
@@ -260,26 +260,6 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                 DifferingTags(EntryTextAt(input_.Bytes(), start),
                               library_.Bytes().substr(kept.head, kept.end - kept.head)),
                 input_warnings_);
-}
-
-/// Reports a copy that ends inside a value, with what of the entry is not in it.
-void DoubleCleaner::ReportCutEntry() {
-  if (!input_warnings_.Wanted()) return;
-  // Before its last line only the entry's own brace is open.
-  const std::string_view copy = std::string_view(copy_.text).substr(0, copy_.text.rfind("\n}") + 1);
-  const auto opened = std::count(copy.begin(), copy.end(), '{');
-  const auto closed = std::count(copy.begin(), copy.end(), '}');
-  if (opened <= closed + 1) return;
-  const std::size_t position = input_.Position();
-  const std::string_view rest = EntryTextAt(input_.Bytes(), position);
-  std::string tags;
-  for (const LineTag& tag : TagsOf(rest)) {
-    tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
-  }
-  input_warnings_.Report(WarningKind::kCutEntry, position - 1, CopyUntilChar(copy, '{', ','),
-                         "the entry was copied up to a value's line that begins with '}'; the rest "
-                         "is not in the new library" +
-                             tags);
 }
 
 /// Reports a line outside entries, of a text of several lines the first.

@@ -81,6 +81,7 @@ class Comparison {
   FirstLibrary::OnEntry ReportFirst();
   void ReportSecond();
   void ReportEqual(const KnownEntry& known);
+  void ReportCut(const LineStream& library, const LibraryRange& copied, FileWarnings& warnings);
 
   LineStream& first_stream_;
   LineStream& second_stream_;
@@ -99,9 +100,12 @@ Counters Comparison::Walk() {
     ReportSecond();
     if (const KnownEntry* counterpart = FindCounterpart()) {
       first_.Copy(*counterpart, equal_);
+      ReportCut(first_stream_, {counterpart->start, first_stream_.Position()}, first_warnings_);
     } else if (second_.Copy(missing_)) {
       log_.Write({"----    - Missing entry: ", second_.Entry().key, "\n\n"});
       ++counters_.missing;
+      const std::size_t end = second_stream_.Position();
+      ReportCut(second_stream_, {second_.Start(), end}, second_warnings_);
     }
   }
   return counters_;
@@ -180,6 +184,15 @@ void Comparison::Log(const KnownEntry& known, const Verdict& verdict,
   }
   WriteDetails(log_, known.rule->group, known.compared, values);
   WriteFormat(log_, verdict.closing, {equal_.Path()});
+}
+
+/// Reports the lines of `copied` when they end inside a value.
+void Comparison::ReportCut(const LineStream& library, const LibraryRange& copied,
+                           FileWarnings& warnings) {
+  if (!warnings.Wanted()) return;
+  const std::string_view bytes = library.Bytes();
+  const std::string_view text = bytes.substr(copied.begin, copied.end - copied.begin);
+  ReportCutEntry(bytes, {text, copied.end}, warnings);
 }
 
 void Comparison::Count(Counted counted) {

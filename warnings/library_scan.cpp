@@ -47,6 +47,7 @@ constexpr ByteSet kBracesAndQuote("{}\"");
 constexpr ByteSet kNameEnds("=,{}\"");
 constexpr ByteSet kBareEnds(",}");
 constexpr ByteSet kBetweenTags(" \t\r\n,");
+constexpr ByteSet kBeforeHead(" \t\r\n}");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
 
 std::string Upper(std::string_view text) {
@@ -170,6 +171,12 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
            "the entry does not begin its line: it is not seen, or what stands before it becomes a "
            "part of it");
   }
+  const std::size_t opening = rest.find('{');
+  if (opening != std::string_view::npos && SkipBlanks(rest, opening + 1) == rest.size()) {
+    Report(WarningKind::kBrokenHead, offset,
+           "the key does not stand on the first line of the entry and is not read; put it there, "
+           "with a comma after it");
+  }
   // What stands after the key on the same line.
   const std::size_t behind = rest.find_first_of(",}");
   line_is_taken_ = true;
@@ -198,12 +205,14 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
 
 /// Takes "@word" at the start of a line that is no entry of a known type.
 bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
-  const std::size_t at = SkipBlanks(line, 0);
+  const std::size_t at = kBeforeHead.FindOther(line, 0);
   if (at == line.size() || line[at] != '@' || state_ == State::kInValue) return false;
   const std::size_t end = kTypeEnds.Find(line, at + 1);
   const std::size_t behind = SkipBlanks(line, end);
   const bool opens = behind == line.size() || line[behind] == '{' || line[behind] == '(';
   if (end == at + 1 || !opens) return false;
+  if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
+  if (line.starts_with('}')) closing_line_ = true;
   // Its lines are no concern of the entry before, which may still be open.
   EndEntry(offset);
   ReportOtherHead(line.substr(at, end - at), line.substr(behind), offset);
@@ -237,7 +246,7 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
 /// Reports text that is written in capitals for an "@" before it and a "{" after it.
 void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
   std::size_t at = line.find('@');
-  if (at == SkipBlanks(line, 0) &&
+  if (at == kBeforeHead.FindOther(line, 0) &&
       SkipBlanks(line, kTypeEnds.Find(line, at + 1)) == line.find('{')) {
     at = line.find('@', at + 1);  // the type of an entry
   }

@@ -88,10 +88,25 @@ std::vector<std::string_view> DifferingTags(std::string_view one, std::string_vi
   const auto second = TellingValues(two);
   std::vector<std::string_view> differing;
   for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
-    const bool both = !first[i].empty() && !second[i].empty();
-    if (both && first[i] != second[i]) differing.push_back(kTellingTags[i]);
+    if (!first[i].empty() && first[i] != second[i]) differing.push_back(kTellingTags[i]);
   }
   return differing;
+}
+
+void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings) {
+  // Before its last line only the entry's own brace is open.
+  const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
+  const auto opened = std::count(copy.begin(), copy.end(), '{');
+  const auto closed = std::count(copy.begin(), copy.end(), '}');
+  if (opened <= closed + 1) return;
+  std::string tags;
+  for (const LineTag& tag : TagsOf(EntryTextAt(library, copied.end))) {
+    tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
+  }
+  warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),
+                  "the entry was copied up to a value's line that begins with '}'; the rest is not "
+                  "in the new library" +
+                      tags);
 }
 
 void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,

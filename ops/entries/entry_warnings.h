@@ -34,10 +34,19 @@ void ReportMisread(const std::vector<Misread>& values, std::string_view key,
 /// The lines of the entry that begins at `start`, up to the first that begins with "}".
 std::string_view EntryTextAt(std::string_view library, std::size_t start);
 
-/// The names of those of the tags title, author, year, doi and eprint that differ between two
-/// entries that both have them, case, braces, blanks and punctuation aside. Each text begins with
-/// the entry's first line.
+/// The names of those of the tags title, author, year, doi and eprint that the first entry has and
+/// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
+/// with the entry's first line.
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two);
+
+/// An entry as it was copied: up to the first line that begins with "}".
+struct CopiedEntry {
+  std::string_view text;
+  std::size_t end;  // of the last line that was copied, in its library
+};
+
+/// Reports a copy that ends inside a value, with the tags that are not in it.
+void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings);
 
 /// Two entries that were found equal.
 struct EqualEntries {

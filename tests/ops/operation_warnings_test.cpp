@@ -131,7 +131,9 @@ const Case kCases[] = {
      "  stray\n}\nbetween\n@misc{b,\n  owner = {o},\n  timestamp = {t},\n  note = {n},\n}\n"
      "@misc{\n  note = {n},\n}\n",
      "",
-     {"text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'Some text'",
+     {"broken-head lit.bib:15 [] the key does not stand on the first line of the entry and is not "
+      "read; put it there, with a comma after it",
+      "text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'Some text'",
       "text-lost lit.bib:2 [a] the first line does not end with a comma and a line break: its last "
       "two bytes were cut",
       "text-not-copied lit.bib:7 [a] text that is of no tag was not copied: 'stray'",
@@ -163,6 +165,15 @@ const Case kCases[] = {
       "detail-missing lit_extract.bib:10 [a] the reference shows nothing for 'volume', 'pages'",
       "unbalanced lit_extract.bib:10 [a] the braces of the 'title' do not match, which stops "
       "LaTeX: 'Structure of {DNA'"}},
+    {"extract",
+     "@string{nat = {Nature}}\n@string{sci = {Science}}\n@article{a,\n  author = {Doe, J.},\n"
+     "  title = {T},\n  journal = NAT,\n  year = {1},\n  volume = {1},\n  pages = {1},\n}\n",
+     "\\cite{a}\n",
+     {"unbraced-value lit.bib:6 [a] the value of 'journal' has no braces around it and is read as "
+      "empty",
+      "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
+      "copied: '@string{nat = {Nature}}'",
+      "value-missing lit_extract.bib:10 [a] the reference shows nothing for 'journal'"}},
     {"compare",
      "@article{a,\n  journal = {J},\n  volume = {1},\n  year = {1},\n  pages = {1},\n"
      "  numpages = {5},\n  title = {A},\n}\n",
@@ -271,6 +282,29 @@ Lines Told(const Case& c) {
 
 TEST(OperationWarnings, TellWhatWasPassedOver) {
   for (const Case& c : kCases) EXPECT_EQ(Told(c), c.told) << c.operation << "\n" << c.library;
+}
+
+/// A library of entries as JabRef writes them, without the tags that an operation leaves out.
+std::string CleanLibrary(int entries) {
+  std::string library;
+  for (int i = 0; i < entries; ++i) {
+    const std::string n = std::to_string(i);
+    library += "@Article{doe" + n + ",\n  author  = {Doe, J. and Roe, K.},\n  title   = {Study " +
+               n + " of the {DNA} of ants},\n  journal = {Journal of Physics},\n  year    = {" +
+               std::to_string(1900 + i % 120) + "},\n  volume  = {" + n + "},\n  pages   = {" + n +
+               "--" + std::to_string(i + 9) + "},\n}\n\n";
+  }
+  return library;
+}
+
+TEST(OperationWarnings, AreNoneWhereNothingIsWrong) {
+  const std::string library = CleanLibrary(2000);
+  const std::string document = "\\begin{document}\n\\cite{doe1,doe77}\n\\cite{doe1999}\n";
+  for (const OperationRun& operation : OperationRuns()) {
+    const bool has_document = operation.row.needs == Needs::kDocumentAndLibrary;
+    EXPECT_EQ(Told({operation.name, library, has_document ? document : library, {}}), Lines())
+        << operation.name;
+  }
 }
 
 TEST(OperationWarnings, AreOfEveryKind) {

@@ -238,6 +238,12 @@ TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
             Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry; "
                   "take it out"});
   EXPECT_EQ(Scan("@www-page{a,\n}\n").size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n title = {T}\n}@www-page{a,\n}\n"),
+            Lines{"unknown-type l:3 [a] '@www-page' starts no entry: its lines belong to none, or "
+                  "to the entry before"});
+  EXPECT_EQ(Scan("@misc{\n k,\n title = {T},\n}\n"),
+            Lines{"broken-head l:1 [] the key does not stand on the first line of the entry and is "
+                  "not read; put it there, with a comma after it"});
 }
 
 TEST(ScanLibrary, TellsTextThatBecomesCapitals) {

@@ -43,10 +43,23 @@ TEST(MisreadValues, AreOfTheComparedTagsOnly) {
 TEST(DifferingTags, AreThoseThatBothHave) {
   const std::string one = "@misc{a,\n title = {A {B}: c},\n year = 2001,\n doi = {1},\n}\n";
   using Names = std::vector<std::string_view>;
-  EXPECT_EQ(DifferingTags(one, "@misc{b,\n Title = \"a b, C\",\n year = {2001}\n"), Names());
+  EXPECT_EQ(DifferingTags(one, "@misc{b,\n Title = \"a b, C\",\n year = {2001},\n doi = {1}\n"),
+            Names());
   EXPECT_EQ(DifferingTags(one, "@misc{b,\n title = {Other},\n doi = {2},\n eprint = {3}\n"),
-            (Names{"title", "doi"}));
+            (Names{"title", "year", "doi"}));
   EXPECT_EQ(DifferingTags("@misc", "@misc{b"), Names());
+}
+
+TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
+  const std::string library = "@misc{a,\n note = {x%\n}},\n title = {T},\n}\n";
+  const std::size_t end = library.find(" title");
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", library);
+  ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
+  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
+                            "begins with '}'; the rest is not in the new library: 'title'"});
+  ReportCutEntry("@misc{a,\n note = {x}\n}\n", {"@misc{a,\n note = {x}\n}\n", 23}, warnings);
+  EXPECT_EQ(to.lines.size(), 1U);
 }
 
 TEST(EntryTextAt, EndsBeforeTheClosingLine) {
