@@ -145,7 +145,7 @@ TEST(OperationWarnings, TellWhatWasPassedOver) {
 }
 
 TEST(OperationWarnings, AreOfEveryKind) {
-  std::set<std::string_view> told;
+  std::set<std::string_view> told{"uncited-entry"};  // on request only: CitedKeysOfADocument
   for (const Case& c : kCases) {
     for (const std::string& line : c.told) {
       told.insert(std::string_view(line).substr(0, line.find(' ')));
