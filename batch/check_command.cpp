@@ -167,10 +167,11 @@ void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Fin
 /// Checks one file; gives the exit status for it.
 int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
   ReadOnlyFiles files(GlobalFiles());
-  FirstFilePath.Set(path);
-  ConvertLineEndings(FirstFilePath, files);
+  PathBuffer picked("library");
+  picked.Set(path);
+  ConvertLineEndings(picked, files);
   files.DropNewFiles();
-  const std::string library = FirstFilePath.Get();
+  const std::string& library = picked.Get();
   if (const std::string reason = WhyNotRead(files, library); !reason.empty()) {
     PrintOn(stderr, "tarvel-batch: " + EscapeControls(path) + " " + reason + "\n");
     return 2;

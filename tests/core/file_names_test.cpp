@@ -18,6 +18,13 @@ TEST(ChangeExtension, ReplacesEverythingFromTheLastDot) {
   EXPECT_EQ(ChangeExtension("", "_x"), std::nullopt);
 }
 
+TEST(InDirectory, KeepsTheName) {
+  EXPECT_EQ(InDirectory("a/b/lit.bib", "out"), "out/lit.bib");
+  EXPECT_EQ(InDirectory("lit.bib", "/out/"), "/out/lit.bib");
+  EXPECT_EQ(InDirectory("a/lit.bib", ""), "a/lit.bib");
+  EXPECT_EQ(InDirectory("/lit.bib", "."), "./lit.bib");
+}
+
 TEST(InsertBeforeExtension, PutsTheSuffixBeforeTheLastDot) {
   EXPECT_EQ(InsertBeforeExtension("lit.bib", "_linux"), "lit_linux.bib");
   EXPECT_EQ(InsertBeforeExtension("a.b/my.refs.bib", "_linux"), "a.b/my.refs_linux.bib");

@@ -23,6 +23,10 @@ TEST(OutputPath, StandsBesideTheLibrary) {
   EXPECT_EQ(OutputPath("/d/my.refs.bib", Output::kTagLog), "/d/my.refs_tag.log");
   EXPECT_EQ(OutputPath("/d.e/refs", Output::kTagLog), "/d_tag.log");
   EXPECT_EQ(OutputPath("refs", Output::kTagLog), "") << "without a \".\" there is no path";
+  EXPECT_EQ(OutputPath("/d/my.refs.bib", Output::kTagLog, "/o"), "/o/my.refs_tag.log");
+  EXPECT_EQ(OutputPath("refs", Output::kTagLog, "/o.d"), "")
+      << "the directory's \".\" is not the name's";
+  EXPECT_EQ(OutputPath("/d.e/refs", Output::kTagLog, "/o"), "");
 }
 
 TEST(HeaderOf, GoesByTheExtension) {
@@ -97,8 +101,7 @@ TEST(Fail, PrintsTheTextAndReturnsTheResult) {
   const RunContext run = MemoryRun(files, "a.bib");
   EXPECT_EQ(Fail(run, "Function X()_1 => no"), kFailed);
   EXPECT_EQ(Fail(run, "more", kInputNotOpened), 2999);
-  EXPECT_EQ(reporter.printed,
-            testing::Printed("Function X()_1 => no") + testing::Printed("more"));
+  EXPECT_EQ(reporter.printed, testing::Printed("Function X()_1 => no") + testing::Printed("more"));
 }
 
 TEST(WarningsOf, GoWhereTheRunSendsThem) {

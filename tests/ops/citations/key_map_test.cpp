@@ -93,7 +93,8 @@ TEST(ReplaceKeys, KeepsEveryByteOfAnyDocument) {
   std::size_t replaced = 0;
   for (int i = 0; i < 20000; ++i) {
     std::string document;
-    for (unsigned n = random() % 30; n > 0; --n) document += pieces[random() % std::size(pieces)];
+    for (std::size_t n = random() % 30; n > 0; --n)
+      document += pieces[random() % std::size(pieces)];
     ASSERT_EQ(ReplaceKeys(document, CiteCommands({"all"}), same).text, document);
     const RekeyedDocument once = ReplaceKeys(document, CiteCommands({"all"}), swapped);
     ASSERT_EQ(once.text.size(), document.size());
