@@ -118,7 +118,7 @@ const KnownEntry* Comparison::FindCounterpart() {
     Log(known, verdict, values);
     Count(verdict.counted);
     if (!verdict.stops) continue;
-    if (values.Complete() && known.compared.Complete()) ReportEqual(known);
+    ReportEqual(known);
     return &known;
   }
   return nullptr;

@@ -101,6 +101,7 @@ class LibraryScan {
   const ScanRules& rules_;
   FileWarnings& warnings_;
   ValueCounts counts_;
+  std::size_t next_at_ = 0;  // the next "@": most lines have none
 
   // The entry that is open, or was the last one.
   State state_ = State::kOutside;
@@ -120,6 +121,7 @@ class LibraryScan {
 };
 
 void LibraryScan::Run() {
+  next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
   for (std::size_t offset = begin_; offset < bytes_.size();) {
     const std::size_t next = std::min(bytes_.find('\n', offset), bytes_.size() - 1) + 1;
     ScanLine(bytes_.substr(offset, next - offset), offset);
@@ -141,7 +143,8 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   const bool was_outside = state_ == State::kOutside;
   const bool was_inside = IsInside();
   line_is_taken_ = was_inside;
-  const bool has_at = line.find('@') != std::string_view::npos;
+  if (next_at_ < offset) next_at_ = std::min(bytes_.find('@', offset), bytes_.size());
+  const bool has_at = next_at_ < offset + line.size();
   const bool head = has_at && TakeHead(line, offset);
   if (has_at && rules_.upper_cases) ReportUpperCased(line, offset);
   if (!is_utf8_ && !IsUtf8(line)) {
