@@ -91,6 +91,8 @@ class LibraryScan {
   void Report(WarningKind kind, std::size_t offset, std::string_view text) {
     warnings_.Report(kind, offset, key_, text);
   }
+  void CheckContinuation(std::string_view line, std::size_t offset);
+  bool IsReadTag() const;
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
   bool MentionsReadTag(std::string_view line);
 
@@ -143,6 +145,7 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   const bool was_outside = state_ == State::kOutside;
   const bool was_inside = IsInside();
   line_is_taken_ = was_inside;
+  if (was_inside && !rules_.read_tags.empty()) CheckContinuation(line, offset);
   if (next_at_ < offset) next_at_ = std::min(bytes_.find('@', offset), bytes_.size());
   const bool has_at = next_at_ < offset + line.size();
   const bool head = has_at && TakeHead(line, offset);
@@ -155,6 +158,22 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   if (head) return;
   if (!was_inside && line.starts_with('}')) closing_line_ = true;
   if (state_ != State::kOutside) ReadEntryLine(line, offset);
+}
+
+/// Reports a value's line that begins with a byte from 128 on: such bytes are taken for blanks
+/// there.
+void LibraryScan::CheckContinuation(std::string_view line, std::size_t offset) {
+  const std::size_t first = SkipBlanks(line, 0);
+  if (first == line.size() || static_cast<signed char>(line[first]) >= 0 || !IsReadTag()) return;
+  Report(WarningKind::kTextLost, offset,
+         "a line of the value of " + Quoted(tag_) +
+             " begins with a letter that is not ASCII and is lost where lines are joined");
+}
+
+/// Whether the name of the tag holds that of one that is read.
+bool LibraryScan::IsReadTag() const {
+  return std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
+                     [this](std::string_view tag) { return ContainsNoCase(tag_, tag); });
 }
 
 /// Takes a line that starts something of its own; false when it does not.
@@ -301,6 +320,9 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
       at = StartValue(line, at, offset);
     } else if (line[at] == '}') {
       state_ = State::kOutside;
+    } else if (line[at] == '#') {
+      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
+      at = kBareEnds.Find(line, at);
     } else {
       at = ReadTag(line, at, offset);
     }
@@ -367,9 +389,7 @@ std::size_t LibraryScan::ContinueValue(std::string_view line, std::size_t at) {
 
 /// Reports the tag that begins on a line that another tag or an entry's first line has.
 void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) {
-  const bool is_read = rules_.takes_all_tags ||
-                       std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
-                                   [&](std::string_view tag) { return ContainsNoCase(tag_, tag); });
+  const bool is_read = rules_.takes_all_tags || IsReadTag();
   if (!is_read || !IsTagName(tag_) || warnings_.ReportNumber(WarningKind::kSharedLine)) return;
   const std::string name = Quoted(tag_);
   Report(WarningKind::kSharedLine, offset,
