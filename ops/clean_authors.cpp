@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clean authors: writes a library anew with every author list in the normal form, and logs the
 // lists that changed.
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "ops/operations.h"
 #include "warnings/author_reasons.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -47,6 +49,14 @@ void ReplaceEscapedBlanks(std::string& text) {
     if (!escapes_blank) text[kept++] = text[at];
   }
   text.resize(kept);
+}
+
+/// Whether the value of the author line goes on on the next line and was not read: it stands in
+/// quotes that do not close, or begins below its name.
+bool GoesOnUnread(std::string_view line) {
+  const std::string_view value = Trim(line.substr(line.find('=') + 1), kBlanks);
+  if (value.empty()) return true;
+  return value.front() == '"' && std::count(value.begin(), value.end(), '"') == 1;
 }
 
 /// The files of one run and what walks them.
@@ -92,6 +102,11 @@ int AuthorCleaner::Walk() {
 bool AuthorCleaner::SkipHeader(Line& line) {
   while (ReadLine(input_, limits::kLongLine, line)) {
     if (line.Text().find('#') == std::string_view::npos) return true;
+    const std::string_view text = Trim(line.Text(), kBlanks);
+    if (IsFileHeader(text)) continue;
+    warnings_.Report(
+        WarningKind::kTextNotCopied, input_.Position() - 1, {},
+        "a line with '#' before the first without one was not copied: " + Quoted(text));
   }
   return false;
 }
@@ -110,17 +125,29 @@ bool AuthorCleaner::RewriteAuthors(Line& line) {
   return changed;
 }
 
-/// Reports a list that is of no known form, and of what is lost behind it.
+/// Reports a list that is of no known form, names that may have become wrong, and what is lost
+/// after the list.
 void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t place, AuthorForm form) {
   const std::string reason = form == AuthorForm::kOther ? WhyNoKnownForm(old_list_) : std::string();
   if (!reason.empty()) {
     warnings_.Report(WarningKind::kAuthorsAsTheyWere, place, key_,
                      "the list of authors is of no known form: " + reason);
   }
+  const bool is_plain = form == AuthorForm::kBraced || form == AuthorForm::kSingleWord;
+  const std::string doubt = is_plain ? std::string() : WhyDoubtful(old_list_, new_list_);
+  if (!doubt.empty()) {
+    warnings_.Report(WarningKind::kDoubtfulName, place, key_,
+                     "the list of authors was rearranged, look at it: " + doubt);
+  }
+  if (GoesOnUnread(line)) {
+    warnings_.Report(WarningKind::kTornValue, place, key_,
+                     "the lines of 'author' after the first stay behind, so that BibTeX cannot "
+                     "read the rest of the entry; put the list in braces");
+  }
   const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
   warnings_.Report(WarningKind::kTextLost, place, key_,
-                   std::string("what follows the authors was lost: '").append(lost).append("'"));
+                   "what follows the authors was lost: " + Quoted(lost));
 }
 
 void AuthorCleaner::LogChange(AuthorForm form) {

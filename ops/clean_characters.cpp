@@ -9,11 +9,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/text_primitives.h"
 #include "core/utf8.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 #include "warnings/tally.h"
 
 namespace tarvel {
@@ -75,6 +77,12 @@ std::size_t FindExemptTag(std::string_view line) {
   return kNoTag;
 }
 
+/// What follows the key on the first line of an entry; another line as it is.
+std::string_view AfterHead(std::string_view line) {
+  if (!line.starts_with('@')) return line;
+  return line.substr(std::min(line.find(','), line.size()));
+}
+
 /// The name of a code point, as in "U+00FC".
 std::string NameOf(char32_t code) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -97,6 +105,7 @@ class CharacterCleaner {
  private:
   void ReplaceBadBytes(std::string_view line);
   void LogBadByte(char byte, std::size_t column);
+  void NoteLeftOut(std::string_view line, std::string_view tag);
   void CountCharacters(std::string_view line);
   void ReportFound();
 
@@ -104,7 +113,7 @@ class CharacterCleaner {
   OutputFile& library_;
   OutputFile& log_;
   FileWarnings& warnings_;
-  std::array<Occurrences, kExemptTags.size()> left_out_;
+  Tally left_out_;  // the names of the tags whose lines were left out
   std::map<std::string, Occurrences, std::less<>> characters_;
   std::string bibitem_;
   int line_number_ = 0;
@@ -115,7 +124,7 @@ void CharacterCleaner::Walk() {
   for (Line line; ReadLine(input_, limits::kLongLine, line);) {
     ++line_number_;
     if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
-      left_out_[tag].Add(input_.Position() - 1);
+      if (warnings_.Wanted()) NoteLeftOut(line.Text(), kExemptTags[tag]);
       continue;
     }
     if (line.Text().find('@') != std::string_view::npos &&
@@ -162,13 +171,34 @@ void CharacterCleaner::ReportFound() {
                          std::string(character.size(), '?') +
                          "', times: " + std::to_string(found.count));
   }
-  for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
-    if (left_out_[tag].count == 0) continue;
-    warnings_.Report(WarningKind::kLineLeftOut, left_out_[tag].first, {},
-                     std::string("lines with the tag ")
-                         .append(kExemptTags[tag])
-                         .append(" were left out, times: ")
-                         .append(std::to_string(left_out_[tag].count)));
+  for (const auto& [tag, found] : left_out_.ByCount()) {
+    warnings_.Report(WarningKind::kLineLeftOut, found.first, {},
+                     "lines with the tag " + Quoted(tag) +
+                         " were left out, times: " + std::to_string(found.count));
+  }
+}
+
+/// Counts a line that is left out for the tag, and reports what else goes with it.
+void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) {
+  const std::size_t place = input_.Position() - 1;
+  const std::string_view name = TagNameOf(line);
+  left_out_.Add(name.empty() ? tag : name, place);
+  const auto open = std::count(line.begin(), line.end(), '{');
+  const auto close = std::count(line.begin(), line.end(), '}');
+  const std::string what = "the line of " + Quoted(name.empty() ? tag : name) + " was left out";
+  if (open > close) {
+    warnings_.Report(WarningKind::kTornValue, place, bibitem_,
+                     what + ", but its value goes on on the next lines, which stayed");
+  } else if (open < close) {
+    warnings_.Report(WarningKind::kTornValue, place, bibitem_,
+                     what + " with a '}' that ends more than its value");
+  }
+  const std::vector<LineTag> tags = TagsOf(AfterHead(line));
+  for (const LineTag& other : tags) {
+    if (other.name == name) continue;
+    warnings_.Report(WarningKind::kTextLost, place, bibitem_,
+                     "the tag " + Quoted(other.name) + " shares a line with " +
+                         Quoted(name.empty() ? tag : name) + " and was left out with it");
   }
 }
 

@@ -12,6 +12,7 @@
 
 #include "core/text_primitives.h"
 #include "ops/entries/entry_record.h"
+#include "ops/entries/entry_warnings.h"
 #include "ops/entries/group_rules.h"
 #include "ops/entries/growing_library.h"
 #include "ops/entries/kept_entries.h"
@@ -19,6 +20,7 @@
 #include "ops/entries/overlapping_reader.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -76,6 +78,9 @@ class DoubleCleaner {
   void Rename(Line& head);
   void AppendCopy();
   void InsertCopy(std::size_t position);
+  void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
+  void ReportPassed(std::string_view line, std::size_t start);
+  void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
   void MapKey(std::string_view old_key, std::string_view new_key);
 
@@ -91,6 +96,7 @@ class DoubleCleaner {
   EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
+  bool in_text_ = false;  // the line before was outside entries, and reported
   int not_written_ = 0;
 };
 
@@ -98,8 +104,15 @@ bool DoubleCleaner::Walk() {
   // JabRef's "@comment{jabref" starts no entry: looking for one upper-cases the marker.
   std::size_t start = 0;
   for (Line line; ReadLine(input_, limits::kPairLine, line); start = input_.Position()) {
-    if (!IsKnownEntry(line)) continue;
-    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) return false;
+    if (!IsKnownEntry(line)) {
+      ReportPassed(input_.Bytes().substr(start, line.Text().size()), start);
+      continue;
+    }
+    in_text_ = false;
+    if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) {
+      ReportEnd(start);
+      return false;
+    }
     TakeEntry(start);
   }
   return true;
@@ -113,6 +126,10 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
       rule.rule ? ComparedValuesOf(rule.rule->group, reader_.Entry()) : ComparedValues();
   const Decision decision = Decide(rule, values);
   LogSameKeys(rule, decision.by);
+  if (rule.rule && input_warnings_.Wanted()) {
+    ReportMisread(MisreadValues(rule.rule->group, reader_.Entry(), input_.Bytes()),
+                  reader_.Entry().key, input_warnings_);
+  }
   if (!decision.by) {
     CopyEntry(start, false);
     AppendCopy();
@@ -122,6 +139,7 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
   const ComparedValues earlier = decision.by->ComparedValuesOf(group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
+    ReportDropped(decision, group, start);
     MapKey(reader_.Entry().key, decision.by->key);
     ++not_written_;
     return;
@@ -193,6 +211,8 @@ void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
     copy_.text.append(line.Text());
     copy_.closed = line.Text().front() == '}';
   }
+  if (!copy_.closed || !input_warnings_.Wanted()) return;
+  ReportCutEntry(input_.Bytes(), {copy_.text, input_.Position()}, input_warnings_);
 }
 
 /// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
@@ -223,6 +243,41 @@ void DoubleCleaner::InsertCopy(std::size_t position) {
   ReportOverwritten(position, position + text.size());
   follower_.Write(position, text);
   written_.emplace(position, position + copy_.text.size());
+}
+
+/// Reports what makes it doubtful that the dropped entry, which begins at `start`, is a double.
+void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& group,
+                                  std::size_t start) {
+  if (!input_warnings_.Wanted()) return;
+  const KeptEntry& kept = *decision.by;
+  ReportVerdict({.key = reader_.Entry().key,
+                 .other = kept.key,
+                 .offset = start,
+                 .verdict = "was dropped as a double of"},
+                MisreadValues(group, reader_.Entry(), input_.Bytes()),
+                DifferingTags(EntryTextAt(input_.Bytes(), start),
+                              library_.Bytes().substr(kept.head, kept.end - kept.head)),
+                input_warnings_);
+}
+
+/// Reports a line outside entries, of a text of several lines the first.
+void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
+  if (!input_warnings_.Wanted()) return;
+  const std::string_view text = Trim(line, kBlanks);
+  const bool starts_own = text.starts_with('@');
+  const bool says_nothing = IsFileHeader(text) || text == "}" || text == ")";
+  if (!says_nothing && (starts_own || !in_text_)) {
+    input_warnings_.Report(WarningKind::kTextNotCopied, start, {},
+                           "text outside entries was not copied: " + Quoted(text));
+  }
+  in_text_ = !says_nothing;
+}
+
+/// Reports why the run ends with the entry that begins at `start`.
+void DoubleCleaner::ReportEnd(std::size_t start) {
+  input_warnings_.Report(WarningKind::kEndedEarly, start, reader_.Entry().key,
+                         "no line that begins with '}' ends the last entry: Clean doubles ends "
+                         "there without success; put the last '}' on a line of its own");
 }
 
 /// Reports every entry of which the copy will replace a byte; of each only once.
@@ -270,10 +325,12 @@ int RunCleanDoubles(const RunContext& run) {
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(
-      input->Bytes(),
-      {.line_limit = limits::kPairLine, .read_tags = kDoublesTagNames, .needs_closing_line = true},
-      warnings);
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kPairLine,
+               .read_tags = kDoublesTagNames,
+               .needs_closing_line = true,
+               .one_value_a_line = true},
+              warnings);
   DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
                         run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();

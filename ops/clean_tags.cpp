@@ -166,7 +166,8 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
-    warnings_.NotePassedOutside(line.Text(), input_.Position() - line.Text().size());
+    const std::size_t start = input_.Position() - line.Text().size();
+    warnings_.NotePassedOutside(input_.Bytes().substr(start, line.Text().size()), start);
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
@@ -186,6 +187,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
       at_next_head = true;
     } else if (const auto tag = ReadTag(line, name, value)) {
       const bool removes = settings_.RemoveTag[*tag] != 0;
+      warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, input_.Position() - 1);
       if (removes) {
         removed.append(name).append(", ");
       } else {
@@ -196,6 +198,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   }
   library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");
+  warnings_.EndEntry(at_next_head);
   if (at_next_head) input_.SetPosition(after_head);  // the caller reads over the lines again
 
   if (removed.empty()) return TagOutcome::kNothingRemoved;
@@ -210,7 +213,8 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name, std::string& value) {
   const std::size_t place = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
-    warnings_.NotePassed(line.Text(), place);
+    const std::size_t size = line.Text().size();
+    warnings_.NotePassed(input_.Bytes().substr(place + 1 - size, size), place);
     return std::nullopt;
   }
   ReadFieldValue(line, input_, value);
@@ -220,7 +224,6 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name, st
     warnings_.NotePassedTag(line.Text(), place);
     return std::nullopt;
   }
-  warnings_.NoteTag();
   return static_cast<std::size_t>(tag);
 }
 
@@ -252,14 +255,20 @@ int RunCleanTags(const RunContext& run) {
   if (!log) return Fail(run, kLogNotCreated);
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine, .read_tags = kFilterNames},
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kLongLine,
+               .read_tags = kFilterNames,
+               .one_value_a_line = true,
+               .takes_all_tags = true},
               file_warnings);
-  const bool has_header = input->Bytes().starts_with(BibFileHeader);
-  TagWarnings warnings(file_warnings, has_header ? BibFileHeader.size() : 0);
+  TagWarnings warnings(file_warnings);
   Counters counters;
   const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
   warnings.ReportTags();
   if (!whole) {
+    file_warnings.Report(WarningKind::kEndedEarly, input->Bytes().size(), {},
+                         "no entry follows the last '@STRING{': Clean tags ends without success; "
+                         "put an entry after the definitions, or let them be removed");
     (void)CloseOutputs(run, {library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;
   }

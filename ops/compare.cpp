@@ -12,6 +12,7 @@
 
 #include "core/text_primitives.h"
 #include "ops/entries/compare_libraries.h"
+#include "ops/entries/entry_warnings.h"
 #include "ops/entries/group_rules.h"
 #include "ops/operations.h"
 #include "warnings/repeated_keys.h"
@@ -52,9 +53,17 @@ struct Counters {
 /// The files of one run and what walks them.
 class Comparison {
  public:
-  Comparison(LineStream& first, LineStream& second, OutputFile& log, OutputFile& missing,
-             OutputFile& equal)
-      : first_(first), second_(second), log_(log), missing_(missing), equal_(equal) {}
+  Comparison(const RunContext& run, LineStream& first, LineStream& second, OutputFile& log,
+             OutputFile& missing, OutputFile& equal)
+      : first_stream_(first),
+        second_stream_(second),
+        first_warnings_(WarningsOf(run, run.first_path, first)),
+        second_warnings_(WarningsOf(run, run.second_path, second)),
+        first_(first, ReportFirst()),
+        second_(second),
+        log_(log),
+        missing_(missing),
+        equal_(equal) {}
 
   /// Holds every entry of the second library against the first.
   Counters Walk();
@@ -64,7 +73,15 @@ class Comparison {
   const Verdict& Judge(const Matches::Match& match, const ComparedValues& values) const;
   void Log(const KnownEntry& known, const Verdict& verdict, const ComparedValues& values);
   void Count(Counted counted);
+  FirstLibrary::OnEntry ReportFirst();
+  void ReportSecond();
+  void ReportEqual(const KnownEntry& known);
+  void ReportCut(const LineStream& library, const LibraryRange& copied, FileWarnings& warnings);
 
+  LineStream& first_stream_;
+  LineStream& second_stream_;
+  FileWarnings first_warnings_;
+  FileWarnings second_warnings_;
   FirstLibrary first_;
   SecondLibrary second_;
   OutputFile& log_;
@@ -75,11 +92,15 @@ class Comparison {
 
 Counters Comparison::Walk() {
   while (second_.Next()) {
+    ReportSecond();
     if (const KnownEntry* counterpart = FindCounterpart()) {
       first_.Copy(*counterpart, equal_);
+      ReportCut(first_stream_, {counterpart->start, first_stream_.Position()}, first_warnings_);
     } else if (second_.Copy(missing_)) {
       log_.Write({"----    - Missing entry: ", second_.Entry().key, "\n\n"});
       ++counters_.missing;
+      const std::size_t end = second_stream_.Position();
+      ReportCut(second_stream_, {second_.Start(), end}, second_warnings_);
     }
   }
   return counters_;
@@ -96,9 +117,42 @@ const KnownEntry* Comparison::FindCounterpart() {
     const Verdict& verdict = Judge(*match, values);
     Log(known, verdict, values);
     Count(verdict.counted);
-    if (verdict.stops) return &known;
+    if (!verdict.stops) continue;
+    ReportEqual(known);
+    return &known;
   }
   return nullptr;
+}
+
+/// What reports values of the first library that are those of other tags.
+FirstLibrary::OnEntry Comparison::ReportFirst() {
+  if (!first_warnings_.Wanted()) return {};
+  return [this](const TypeGroup& group, const EntryRecord& entry) {
+    ReportMisread(MisreadValues(group, entry, first_stream_.Bytes()), entry.key, first_warnings_);
+  };
+}
+
+/// The same for the current entry of the second library.
+void Comparison::ReportSecond() {
+  const TypeRule<CompareRule> type = CompareRuleFor(second_.Entry().type);
+  if (!second_warnings_.Wanted() || !type.rule) return;
+  ReportMisread(MisreadValues(type.rule->group, second_.Entry(), second_stream_.Bytes()),
+                second_.Entry().key, second_warnings_);
+}
+
+/// Reports what makes it doubtful that the current entry is the one of the first library.
+void Comparison::ReportEqual(const KnownEntry& known) {
+  if (!second_warnings_.Wanted()) return;
+  const std::string_view bytes = second_stream_.Bytes();
+  const std::size_t start = second_.Start();
+  ReportVerdict(
+      {.key = second_.Entry().key,
+       .other = known.key,
+       .offset = start,
+       .verdict = "is taken for the first library's entry"},
+      MisreadValues(known.rule->group, second_.Entry(), bytes),
+      DifferingTags(EntryTextAt(bytes, start), EntryTextAt(first_stream_.Bytes(), known.start)),
+      second_warnings_);
 }
 
 const Verdict& Comparison::Judge(const Matches::Match& match, const ComparedValues& values) const {
@@ -127,6 +181,15 @@ void Comparison::Log(const KnownEntry& known, const Verdict& verdict,
   WriteFormat(log_, verdict.closing, {equal_.Path()});
 }
 
+/// Reports the lines of `copied` when they end inside a value.
+void Comparison::ReportCut(const LineStream& library, const LibraryRange& copied,
+                           FileWarnings& warnings) {
+  if (!warnings.Wanted()) return;
+  const std::string_view bytes = library.Bytes();
+  const std::string_view text = bytes.substr(copied.begin, copied.end - copied.begin);
+  ReportCutEntry(bytes, {text, copied.end}, warnings);
+}
+
 void Comparison::Count(Counted counted) {
   if (counted == Counted::kExact) ++counters_.exact;
   if (counted == Counted::kProbable) ++counters_.probable;
@@ -150,8 +213,11 @@ void ReportLibrary(const RunContext& run, const std::string& path, const LineStr
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return;
   RepeatedKeys keys(library.Bytes(), warnings);
-  ScanRules rules{
-      .line_limit = limits::kPairLine, .read_tags = kCompareTagNames, .needs_closing_line = true};
+  ScanRules rules{.line_limit = limits::kPairLine,
+                  .read_tags = kCompareTagNames,
+                  .needs_closing_line = true,
+                  .one_value_a_line = true,
+                  .upper_cases = false};
   rules.on_entry = [&](const EntryHead& head) {
     if (!CompareRuleFor(head.type).rule) {
       warnings.Report(
@@ -185,7 +251,7 @@ int RunCompare(const RunContext& run) {
 
   ReportLibrary(run, run.first_path, *first);
   ReportLibrary(run, run.second_path, *second);
-  const Counters counters = Comparison(*first, *second, *log, *missing, *equal).Walk();
+  const Counters counters = Comparison(run, *first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;
 }

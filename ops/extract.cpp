@@ -3,8 +3,10 @@
 // file of references.
 #include "ops/extract.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <unordered_set>
 
@@ -14,6 +16,7 @@
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -102,6 +105,38 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
   return CloseOutputs(run, {list.get()}) ? kSucceeded : kFailed;
 }
 
+/// The macros that the entries of a text use, in capitals: values, or parts of them, that stand in
+/// neither braces nor quotes.
+void AddMacros(std::string_view entries, std::set<std::string>& macros) {
+  for (const LineTag& tag : TagsOf(entries.substr(std::min(entries.find(','), entries.size())))) {
+    if (tag.value.empty() || !IsLetter(tag.value.front())) continue;
+    std::string name(tag.value.substr(0, tag.value.find_first_of(" \t\r\n#")));
+    StringToUpper(name);
+    macros.insert(std::move(name));
+  }
+}
+
+/// Reports the definitions of macros that the new library uses and has not.
+void ReportDefinitions(std::string_view library, const std::set<std::string>& macros,
+                       FileWarnings& warnings) {
+  constexpr std::string_view kString = "@string";
+  for (std::size_t at = 0; !macros.empty() && at < library.size();) {
+    const std::string_view line = LineAt(library, at);
+    const std::string_view text = Trim(line, kBlanks);
+    if (EqualNoCase(text.substr(0, kString.size()), kString)) {
+      const std::size_t opening = std::min(text.find_first_of("{("), text.size() - 1);
+      std::string name(TagNameOf(text.substr(opening + 1)));
+      StringToUpper(name);
+      if (macros.contains(name)) {
+        warnings.Report(
+            WarningKind::kTextNotCopied, at, {},
+            "entries of the new library use the definition, which is not copied: " + Quoted(text));
+      }
+    }
+    at += line.size() + 1;
+  }
+}
+
 /// Writes the library of the cited entries; gives their number, 0 after a `PrintError`.
 int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
                  const std::function<void(std::size_t)>& on_missing) {
@@ -110,15 +145,25 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
   if (!output) return Fail(run, kLibraryNotCreated);
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
-  const ScanRules rules{.line_limit = limits::kShortLine, .read_tags = kReferenceTags};
+  ValueCounts counts;
+  const ScanRules rules{.line_limit = limits::kShortLine,
+                        .read_tags = kReferenceTags,
+                        .one_value_a_line = true,
+                        .counts = &counts};
+  std::set<std::string> macros;
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
     observer.on_range = [&](const LibraryRange& range) {
+      const std::size_t unbraced = counts.unbraced;
       ScanRange(library->Bytes(), range, rules, warnings);
+      if (counts.unbraced == unbraced) return;
+      AddMacros(library->Bytes().substr(range.begin, range.end - range.begin), macros);
     };
   }
   const int found =
       SelectAndWriteBibTeXEntriesIntoNewFile(run.reporter, *output, *library, keys, observer);
+  warnings.ReportValues(counts.values, counts.unbraced);
+  ReportDefinitions(library->Bytes(), macros, warnings);
   if (found == 0) PrintError(run.reporter, kNothingFound);
   return CloseOutputs(run, {output.get()}) ? found : 0;
 }

@@ -94,8 +94,10 @@ int RunText(const RunContext& run) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
-  ScanLibrary(library->Bytes(), {.line_limit = limits::kShortLine, .read_tags = kReferenceTags},
-              warnings);
+  ScanLibrary(
+      library->Bytes(),
+      {.line_limit = limits::kShortLine, .read_tags = kReferenceTags, .one_value_a_line = true},
+      warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
   const WalkRules rules{
       .line_limit = limits::kShortLine,
@@ -108,6 +110,10 @@ int RunText(const RunContext& run) {
           [&](const EntryKind& entry, EntryValues& values) {
             TreatValues(run.settings, commands, entry.kind, values);
             return PrintText(run, *output, entry.kind, values);
+          },
+      .find_cut =
+          [&](std::string_view value) {
+            return latex ? std::string_view() : commands.FindCut(value);
           }};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(*entries)) return Fail(run, kLibraryTooShort);

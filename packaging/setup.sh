@@ -21,6 +21,7 @@ wanted="
 "
 test_wanted="
 /usr/include/gtest/gtest.h        libgtest-dev
+/usr/bin/vim.basic                vim
 /usr/bin/Xvfb                     xvfb
 /usr/bin/openbox                  openbox
 /usr/bin/xdotool                  xdotool

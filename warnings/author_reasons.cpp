@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/author_reasons.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <vector>
 
 #include "core/name_list.h"
+#include "core/text_primitives.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 
@@ -30,7 +35,72 @@ std::string_view OnlyName(std::string_view list) {
   return name && !names.Next() ? *name : std::string_view();
 }
 
-std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
+using namespace std::string_view_literals;
+
+/// Words before a surname that belong to it.
+constexpr std::array kParticles{"van"sv, "von"sv, "der"sv, "den"sv, "de"sv,  "del"sv, "della"sv,
+                                "di"sv,  "da"sv,  "dos"sv, "das"sv, "du"sv,  "la"sv,  "le"sv,
+                                "ten"sv, "ter"sv, "zu"sv,  "zur"sv, "vom"sv, "af"sv,  "av"sv};
+constexpr std::array kSuffixes{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv};
+
+std::vector<std::string_view> WordsOf(std::string_view text) {
+  std::vector<std::string_view> words;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = std::min(text.find_first_not_of(" ~", at), text.size());
+    at = std::min(text.find_first_of(" ~", begin), text.size());
+    if (begin < at) words.push_back(text.substr(begin, at - begin));
+  }
+  return words;
+}
+
+template <std::size_t N>
+bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words) {
+  return std::any_of(words.begin(), words.end(),
+                     [word](std::string_view other) { return EqualNoCase(word, other); });
+}
+
+bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
+
+/// Whether the blanks of a group of braces in the name are gone in the new list.
+bool LostBlanks(std::string_view name, std::string_view new_list) {
+  for (std::size_t at = name.find('{'); at != kNone; at = name.find('{', at + 1)) {
+    const std::string_view group = name.substr(at, name.find('}', at) - at);
+    std::string squeezed(group);
+    std::erase(squeezed, ' ');
+    if (squeezed.size() < group.size() && new_list.find(squeezed) != kNone) return true;
+  }
+  return false;
+}
+
+/// Why a name that was rearranged may have become wrong; empty when it has not. `commas`: the list
+/// has names with commas.
+std::string_view WhyDoubtfulName(std::string_view name, std::string_view new_list, bool commas) {
+  const std::vector<std::string_view> words = WordsOf(name);
+  if (words.empty()) return {};
+  if (words.size() == 1 && EqualNoCase(words[0], "others")) return "became a person";
+  if (std::any_of(words.begin(), words.end(), IsSuffix))
+    return "has a suffix, which may have moved";
+  if (LostBlanks(name, new_list)) return "lost the blanks in its braces";
+  if (commas) return {};
+  if (words.size() == 1) return "has one word and was paired with another name";
+  const bool has_particle = std::any_of(words.begin(), words.end() - 1, [](std::string_view word) {
+    return IsOneOf(word, kParticles);
+  });
+  return has_particle ? "has a particle, which became an initial"sv : ""sv;
+}
+
+/// The first name with a first name in full; empty when all have initials.
+std::string_view FullFirstName(std::string_view list) {
+  return FirstName(list, [](std::string_view name) {
+    const std::vector<std::string_view> words =
+        WordsOf(name.substr(std::min(name.find(','), name.size())));
+    return std::any_of(words.begin(), words.end(), [](std::string_view word) {
+      const std::string_view letters = Trim(word, ",");
+      return letters.size() > 2 && std::all_of(letters.begin(), letters.end(), IsLetter) &&
+             !IsOneOf(letters, kParticles);
+    });
+  });
+}
 
 }  // namespace
 
@@ -38,14 +108,36 @@ std::string WhyNoKnownForm(std::string_view list) {
   const std::string_view plain =
       FirstName(list, [](std::string_view name) { return !HasComma(name); });
   if (plain.empty()) {
+    if (list.find('.') != kNone) {
+      const std::string_view full = FullFirstName(list);
+      if (full.empty()) return {};
+      return Quoted(full) + " has a first name in full, but a '.' stands in the list";
+    }
     const std::string_view only = OnlyName(list);
-    if (only.empty() || list.find('.') != kNone) return {};
+    if (only.empty()) return {};
     return Quoted(only) + " is a single name with a comma";
   }
   if (HasComma(list)) return Quoted(plain) + " has no comma, but other names have one";
   const std::string_view word =
       FirstName(list, [](std::string_view name) { return name.find_first_of(" ~") == kNone; });
   return Quoted(word.empty() ? plain : word) + " has no first names";
+}
+
+std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
+  if (old_list == new_list) return {};
+  std::string reasons;
+  NameParts names(old_list);
+  while (const auto name = names.Next()) {
+    const std::string_view reason = WhyDoubtfulName(*name, new_list, HasComma(old_list));
+    if (reason.empty()) continue;
+    reasons.append(reasons.empty() ? "" : "; ").append(Quoted(*name)).append(" ").append(reason);
+  }
+  const bool raised = !old_list.empty() && !new_list.empty() && old_list.front() >= 'a' &&
+                      old_list.front() <= 'z' && new_list.front() == ToUpper(old_list.front());
+  if (raised && IsOneOf(WordsOf(old_list).front(), kParticles)) {
+    reasons.append(reasons.empty() ? "" : "; ").append("the first name's particle is a capital");
+  }
+  return reasons;
 }
 
 }  // namespace tarvel

@@ -10,4 +10,8 @@ namespace tarvel {
 /// for one that is in the normal form already.
 std::string WhyNoKnownForm(std::string_view list);
 
+/// Says in words which names of a list may have become wrong when it was brought into its new form;
+/// empty when there is none.
+std::string WhyDoubtful(std::string_view old_list, std::string_view new_list);
+
 }  // namespace tarvel

@@ -17,6 +17,12 @@ struct EntryHead {
   std::size_t offset = 0;
 };
 
+/// How many values were met, and how many of them stand in quotes or bare.
+struct ValueCounts {
+  std::size_t values = 0;
+  std::size_t unbraced = 0;
+};
+
 /// What an operation asks of a library that it is about to read.
 struct ScanRules {
   /// Its line limit, as `LineStream::ReadLine` takes it.
@@ -25,12 +31,20 @@ struct ScanRules {
   std::span<const std::string_view> read_tags = {};
   /// Whether only a line that begins with "}" ends an entry for it.
   bool needs_closing_line = false;
+  /// Whether it reads one value a line, and none on an entry's first line.
+  bool one_value_a_line = false;
+  /// Whether it has a use for every tag, and not only for `read_tags`.
+  bool takes_all_tags = false;
+  /// Whether it writes what stands between an "@" and a brace in capitals.
+  bool upper_cases = true;
+  /// Where the values are counted; null: nowhere.
+  ValueCounts* counts = nullptr;
   /// Called for each entry, in their order.
   std::function<void(const EntryHead& head)> on_entry = {};
 };
 
 /// Looks through the bytes of a library and reports what will be read otherwise than its author
-/// meant. One pass; entries of the usual form are only tallied. Does nothing when `warnings` are
+/// meant, and how many values there are. One pass in linear time. Does nothing when `warnings` are
 /// not wanted.
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings);
 
@@ -44,9 +58,5 @@ struct LibraryRange {
 /// of the library.
 void ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
                FileWarnings& warnings);
-
-/// The name of the tag that the line begins with, blanks around it left out; empty when it begins
-/// with none.
-std::string_view TagNameOf(std::string_view line);
 
 }  // namespace tarvel

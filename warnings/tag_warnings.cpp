@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "core/text_primitives.h"
-#include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -26,10 +26,27 @@ void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
   depth_ = 0;
   if (!warnings_.Wanted()) return;
   key_ = CopyUntilChar(head, '{', ',');
+  written_.clear();
+  strings_.clear();
   if (head.ends_with(",\n")) return;
+  const std::string_view rest = head.substr(0, head.size() - 2);
+  if (rest.ends_with(',') || OpenBraces(rest) != 1) {
+    warnings_.Report(WarningKind::kBrokenHead, place, key_,
+                     "the first line does not end with the comma after the key: without its last "
+                     "two bytes BibTeX cannot read the entry; delete what follows the comma");
+    return;
+  }
   warnings_.Report(WarningKind::kTextLost, place, key_,
                    "the first line does not end with a comma and a line break: its last two bytes "
                    "were cut");
+}
+
+void TagWarnings::EndEntry(bool at_next_head) {
+  if (at_next_head) return;
+  for (const auto& [text, place] : strings_) {
+    warnings_.Report(WarningKind::kTextNotCopied, place, {},
+                     "no entry follows the definition, and it was not copied: " + Quoted(text));
+  }
 }
 
 void TagWarnings::NoteDroppedWithoutKey(std::size_t place) {
@@ -53,7 +70,7 @@ void TagWarnings::NotePassedOutside(std::string_view text, std::size_t place) {
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     const bool is_string = line.find(kStringMarker) != std::string_view::npos;
-    if (place >= header_size_ && !is_string) ReportText(line, place);
+    if (!is_string) ReportText(line, place);
     const std::size_t size = std::min(line.size() + 1, text.size());
     text.remove_prefix(size);
     place += size;
@@ -64,6 +81,8 @@ void TagWarnings::NotePassed(std::string_view line, std::size_t place) {
   if (!warnings_.Wanted()) return;
   if (depth_ > 0) {
     depth_ += OpenBraces(line);
+  } else if (line.find(kStringMarker) != std::string_view::npos) {
+    strings_.emplace_back(Trim(line, kBlanks), place);  // is handled when it is read again
   } else if (CountTag(line, place)) {
     depth_ = OpenBraces(line);
   } else {
@@ -74,6 +93,29 @@ void TagWarnings::NotePassed(std::string_view line, std::size_t place) {
 void TagWarnings::NotePassedTag(std::string_view line, std::size_t place) {
   if (!warnings_.Wanted() || depth_ > 0) return;
   if (!CountTag(line, place)) ReportText(line, place);
+}
+
+void TagWarnings::NoteTag(std::string_view line, std::string_view known, bool was_written,
+                          std::size_t place) {
+  in_text_ = false;
+  if (!was_written || !warnings_.Wanted()) return;
+  const std::string_view name = TagNameOf(line);
+  if (!EqualNoCase(name, known)) ReportRenamed(name, known, place);
+  for (const auto& [tag, earlier] : written_) {
+    if (tag != known) continue;
+    warnings_.Report(WarningKind::kTagTwice, place, key_,
+                     "the entry has the tag " + Quoted(known) + " twice now, from " +
+                         Quoted(earlier) + " and from " + Quoted(name.empty() ? "text" : name));
+    break;
+  }
+  written_.emplace_back(known, name.empty() ? "text" : name);
+}
+
+void TagWarnings::ReportRenamed(std::string_view name, std::string_view known, std::size_t place) {
+  if (warnings_.ReportNumber(WarningKind::kRenamedTag)) return;
+  const std::string what = name.empty() ? "a line of text" : "the tag " + Quoted(name);
+  warnings_.Report(WarningKind::kRenamedTag, place, key_,
+                   what + " was written as the tag " + Quoted(known));
 }
 
 bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
@@ -87,11 +129,10 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
 /// Tells of the first line of a text.
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
   const std::string_view text = Trim(line, kBlanks);
-  const bool says_nothing = text.empty() || text == "}" || text == "},";
+  const bool says_nothing = IsFileHeader(text) || text == "}" || text == "},";
   if (!says_nothing && !in_text_) {
-    warnings_.Report(
-        WarningKind::kTextNotCopied, place, key_,
-        std::string("text that is of no tag was not copied: '").append(text).append("'"));
+    warnings_.Report(WarningKind::kTextNotCopied, place, key_,
+                     "text that is of no tag was not copied: " + Quoted(text));
   }
   in_text_ = !says_nothing;
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "warnings/tally.h"
 #include "warnings/warnings.h"
@@ -13,13 +15,13 @@ namespace tarvel {
 /// Tells what Clean tags leaves out without a line in its log. Places are offsets into the library.
 class TagWarnings {
  public:
-  /// `header_size`: that many bytes at the start of the library are this program's own header,
-  /// which nobody misses.
-  TagWarnings(FileWarnings& warnings, std::size_t header_size)
-      : warnings_(warnings), header_size_(header_size) {}
+  explicit TagWarnings(FileWarnings& warnings) : warnings_(warnings) {}
 
   /// An entry begins, with this head line.
   void StartEntry(std::string_view head, std::size_t place);
+  /// The entry has ended; `at_next_head`: with the head of the next one, to which the lines after
+  /// this entry's head will be read again.
+  void EndEntry(bool at_next_head);
   /// An entry without a key is dropped.
   void NoteDroppedWithoutKey(std::size_t place);
   /// An entry is dropped for its first two tags; `rest` is what stands behind them.
@@ -30,22 +32,25 @@ class TagWarnings {
   void NotePassed(std::string_view line, std::size_t place);
   /// A value was read, and its tag is none that is known.
   void NotePassedTag(std::string_view line, std::size_t place);
-  /// A tag was taken: text behind it is another one.
-  void NoteTag() { in_text_ = false; }
+  /// The tag of a line was taken for the tag `known`, which was written or not.
+  void NoteTag(std::string_view line, std::string_view known, bool was_written, std::size_t place);
   /// Tells of each unknown tag how often it was dropped.
   void ReportTags();
 
  private:
+  void ReportRenamed(std::string_view name, std::string_view known, std::size_t place);
   bool CountTag(std::string_view line, std::size_t place);
   void ReportText(std::string_view line, std::size_t place);
 
   FileWarnings& warnings_;
-  std::size_t header_size_;
   std::string key_;
   bool in_entries_ = false;
   bool in_text_ = false;
   int depth_ = 0;  // of the braces of a dropped value that goes on
   Tally unknown_tags_;
+  // Of the entry: the tags that were written and under which names they stood.
+  std::vector<std::pair<std::string_view, std::string>> written_;
+  std::vector<std::pair<std::string, std::size_t>> strings_;  // passed over, with their places
 };
 
 }  // namespace tarvel

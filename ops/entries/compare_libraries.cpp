@@ -69,7 +69,7 @@ std::optional<Matches::Match> Matches::Next() {
   return Match{entry, same_key};
 }
 
-FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
+FirstLibrary::FirstLibrary(LineStream& stream, const OnEntry& on_entry) : stream_(stream) {
   const TagReader tags(kCompareTags);
   entries_.reserve(stream.Bytes().size() / kUsualEntry);
   SkipToFirstEntry(stream);
@@ -80,6 +80,7 @@ FirstLibrary::FirstLibrary(LineStream& stream) : stream_(stream) {
     tags.ReadEntry(stream, record);
     const TypeRule<CompareRule> found = CompareRuleFor(record.type);
     if (!found.rule) continue;
+    if (on_entry) on_entry(found.rule->group, record);
     const ComparedValues compared = KeepComparedValues(found.rule->group, record, store_);
     entries_.push_back({.rule = found.rule,
                         .type = found.type,

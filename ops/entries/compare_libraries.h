@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,8 +53,11 @@ class Matches {
 /// and are left out.
 class FirstLibrary {
  public:
+  /// Called for each entry that can give a verdict.
+  using OnEntry = std::function<void(const TypeGroup& group, const EntryRecord& entry)>;
+
   /// Reads the library from its first known entry on; `stream` must outlive this.
-  explicit FirstLibrary(LineStream& stream);
+  explicit FirstLibrary(LineStream& stream, const OnEntry& on_entry = {});
   FirstLibrary(const FirstLibrary&) = delete;
   FirstLibrary& operator=(const FirstLibrary&) = delete;
 
@@ -83,6 +87,8 @@ class SecondLibrary {
   bool Next();
   /// The entry that was read last; key and type are upper-cased.
   const EntryRecord& Entry() const { return reader_.Entry(); }
+  /// Where its first line begins.
+  std::size_t Start() const { return start_; }
   /// Copies its lines as they stand in the file, up to the first that begins with "}"; false when
   /// the file ends before one. Reading goes on behind them.
   bool Copy(OutputFile& out);

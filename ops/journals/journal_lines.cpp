@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "core/text_primitives.h"
@@ -24,6 +25,11 @@ bool BeginsIgnoringBlanks(std::string_view text, std::string_view letters) {
   return true;
 }
 
+bool IsAscii(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char byte) { return static_cast<signed char>(byte) < 0; });
+}
+
 /// One pass over a library.
 class JournalRenamer {
  public:
@@ -40,7 +46,9 @@ class JournalRenamer {
 
  private:
   void HandleJournalLine(Line& line);
-  void ReportCutLine(std::string_view line);
+  void ReportHead();
+  void ReportBracing(std::string_view line);
+  void ReportNonAscii(std::string_view name, std::size_t place);
   void CountUnknown(std::string_view line, std::size_t place);
   void ReportUnknown();
   void Rename(Line& line, const Journal& journal, std::string_view name);
@@ -55,12 +63,15 @@ class JournalRenamer {
   std::string bibitem_;
   std::string value_;
   int changes_ = 0;
+  std::optional<bool> library_is_ascii_;
 };
 
 void JournalRenamer::Walk() {
   for (Line line; ReadLine(input_, limits::kPairLine, line);) {
-    if (IsKnownEntry(line)) bibitem_ = CopyUntilChar(line.Text(), '{', ',');
+    const bool is_head = IsKnownEntry(line);
+    if (is_head) bibitem_ = CopyUntilChar(line.Text(), '{', ',');
     if (MentionsJournal(line.Text())) {
+      if (is_head) ReportHead();
       HandleJournalLine(line);
     } else {
       library_.Write(line.Text());
@@ -72,7 +83,7 @@ void JournalRenamer::Walk() {
 
 void JournalRenamer::HandleJournalLine(Line& line) {
   const std::size_t place = input_.Position() - 1;
-  ReportCutLine(line.Text());
+  ReportBracing(line.Text());
   BraceJournalValue(line);
   ReadFieldValue(line, input_, value_);  // without a value, or a whole one, what there is counts
   const auto match = journals_.FindJournal(value_);
@@ -89,18 +100,41 @@ void JournalRenamer::HandleJournalLine(Line& line) {
   }
 }
 
-/// Reports a line without braces that is not "journal = value," alone: it is cut at its first ",".
-void JournalRenamer::ReportCutLine(std::string_view line) {
+/// Reports an entry's first line that mentions a journal: a value is read from it, with the lines
+/// up to one that closes it.
+void JournalRenamer::ReportHead() {
+  warnings_.Report(WarningKind::kKeyAsTag, input_.Position() - 1, bibitem_,
+                   "the first line mentions a journal and is taken for its line: the lines after "
+                   "it are joined to it, and what is in them is not looked at; rename the key");
+}
+
+/// Reports a line without braces that becomes one with braces: what it loses, and that a macro or
+/// quotes become a part of the value.
+void JournalRenamer::ReportBracing(std::string_view line) {
   if (!warnings_.Wanted() || line.find_first_of("{}") != std::string_view::npos) return;
   const std::size_t comma = std::min(line.find(','), line.size());
-  const bool is_tag = MentionsJournal(line.substr(0, std::min(line.find('='), comma)));
+  const std::size_t equals = line.find('=');
+  const bool is_tag = equals < comma && MentionsJournal(line.substr(0, equals));
   const std::string_view lost = line.substr(std::min(comma + 1, line.size()));
   const bool loses = lost.find_first_not_of(kBlanks) != std::string_view::npos;
-  if (is_tag && line.find('=') < comma && !loses) return;
-  warnings_.Report(WarningKind::kLineCut, input_.Position() - 1, bibitem_,
-                   std::string("a line that mentions a journal was cut and got a \"}\": '")
-                       .append(line.substr(0, line.find('\n')))
-                       .append("'"));
+  const std::size_t place = input_.Position() - 1;
+  const std::string text = Quoted(line.substr(0, line.find('\n')));
+  if (!is_tag || loses) {
+    warnings_.Report(WarningKind::kLineCut, place, bibitem_,
+                     "a line that mentions a journal was cut and got a \"}\": " + text);
+  } else if (comma == line.size()) {
+    warnings_.Report(WarningKind::kLineCut, place, bibitem_,
+                     "no comma ends the value of 'journal' on its line: the next lines, up to a "
+                     "'}', became a part of it: " +
+                         text);
+  }
+  if (!is_tag) return;
+  const std::string_view value = Trim(line.substr(equals + 1, comma - equals - 1), kBlanks);
+  const bool quoted = value.starts_with('"');
+  warnings_.Report(WarningKind::kBracedJournal, place, bibitem_,
+                   std::string(quoted ? "the quotes became a part of the value of 'journal': "
+                                      : "the macro's name became the value of 'journal': ") +
+                       Quoted(value));
 }
 
 void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {
@@ -112,11 +146,18 @@ void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {
 void JournalRenamer::ReportUnknown() {
   for (const auto& [name, found] : unknown_.ByCount()) {
     warnings_.Report(WarningKind::kUnknownJournal, found.first, {},
-                     std::string("the journal '")
-                         .append(name)
-                         .append("' is not in the list, times: ")
-                         .append(std::to_string(found.count)));
+                     "the journal " + Quoted(name) +
+                         " is not in the list, times: " + std::to_string(found.count));
   }
+}
+
+/// Reports a name with letters that are not ASCII when the library has none.
+void JournalRenamer::ReportNonAscii(std::string_view name, std::size_t place) {
+  if (IsAscii(name)) return;
+  if (!library_is_ascii_) library_is_ascii_ = IsAscii(input_.Bytes());
+  if (!*library_is_ascii_) return;
+  warnings_.Report(WarningKind::kNonAsciiName, place, bibitem_,
+                   "the name " + Quoted(name) + " is not ASCII, as all of the library was");
 }
 
 /// Writes the line with `name` in the place of its value. A value over several lines does not stand
@@ -127,6 +168,7 @@ void JournalRenamer::Rename(Line& line, const Journal& journal, std::string_view
   ReplaceString(text, value_, name);
   library_.Write(text);
   if (value_ == name) return;
+  if (warnings_.Wanted()) ReportNonAscii(name, input_.Position() - 1);
   ++changes_;
   log_.Write({"Entry '", bibitem_, "':\nThe name of the Journal '", journal.full_name,
               "', which is named '", value_, "' in the BibTeX library,\nhas been renamed to: '",

@@ -26,12 +26,24 @@ LaTeXCommands::Row ReadRow(std::string_view line) {
   return {std::string(command), std::string(line.substr(0, line.find(' ')))};
 }
 
+/// The command at the start of `text`: a backslash and the letters after it.
+std::string_view NameAt(std::string_view text) {
+  std::size_t end = 1;
+  while (end < text.size() && IsLetter(text[end])) ++end;
+  return text.substr(0, end);
+}
+
 }  // namespace
 
 LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const std::string& command = rows_[row].command;
-    if (!command.empty() && command.front() != kComment) sorted_.push_back(row);
+    if (command.empty() || command.front() == kComment) continue;
+    sorted_.push_back(row);
+    if (command.front() != '\\') continue;
+    const std::string_view name = NameAt(command);
+    names_.emplace(name);
+    if (name.size() == command.size() && name.size() > 1) bare_.emplace(name);
   }
   std::sort(sorted_.begin(), sorted_.end(), [this](std::size_t a, std::size_t b) {
     const int order = rows_[a].command.compare(rows_[b].command);
@@ -86,6 +98,18 @@ std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) cons
     first = std::min(first, FindRowAt(text.substr(at), from));
   }
   return first;
+}
+
+std::string_view LaTeXCommands::FindCut(std::string_view text) const {
+  for (std::size_t at = text.find('\\'); at != std::string_view::npos;
+       at = text.find('\\', at + 1)) {
+    const std::string_view name = NameAt(text.substr(at));
+    if (name.size() < 3 || names_.contains(name)) continue;
+    for (std::size_t size = 2; size < name.size(); ++size) {
+      if (bare_.contains(name.substr(0, size))) return name;
+    }
+  }
+  return {};
 }
 
 int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {

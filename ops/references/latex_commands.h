@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +29,9 @@ class LaTeXCommands {
   /// The first row from `from` on that is applied and whose command occurs in `text`; the number of
   /// rows when there is none. Rows without a command and rows that begin with "#" are not applied.
   std::size_t FindRow(std::string_view text, std::size_t from) const;
+  /// The first command of `text`, a backslash and letters, that has no row of its own while a row
+  /// for a shorter one replaces its beginning; empty when there is none.
+  std::string_view FindCut(std::string_view text) const;
 
  private:
   // The rows that are applied, sorted by their commands' bytes and then by their place in the
@@ -42,6 +47,8 @@ class LaTeXCommands {
 
   std::vector<Row> rows_;
   std::vector<std::size_t> sorted_;
+  std::set<std::string, std::less<>> names_;  // of the rows that begin with a backslash and letters
+  std::set<std::string, std::less<>> bare_;   // those of them of which the rows hold no more
   std::array<Span, 256> by_first_byte_{};
 };
 

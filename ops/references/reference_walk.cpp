@@ -134,7 +134,8 @@ bool ReferenceWalk::Run(int entries) {
 bool ReferenceWalk::HandleEntry() {
   const std::string type_word(CopyUntilChar(line_.Text(), '@', '{'));
   const std::string key(CopyUntilChar(line_.Text(), '{', ','));
-  warnings_.StartEntry(key, library_.Position() - 1);
+  const std::size_t start = library_.Position();
+  warnings_.StartEntry(key, start - 1);
   StringToUpper(line_.Edit());
   if (!HoldsSupportedMarker(line_.Text())) {
     PassUnsupported(key, type_word);
@@ -152,13 +153,36 @@ bool ReferenceWalk::HandleEntry() {
   }
   values_[kBibitem] = rules_.name_reference(key);
   ReadTags(*kind);
+  NoteCutCommands(*kind);
   const std::vector<ReferenceValue> shown = rules_.print(*kind, values_);
   if (shown.empty()) {
     warnings_.ReportNothingPrinted("the style has no format for it that fits its values");
   }
-  warnings_.ReportCarriedOver(shown, values_);
-  if (rules_.is_plain_text) warnings_.ReportCommands(shown, values_);
+  ReportReference(*kind, shown, start);
   return true;
+}
+
+/// Takes note of the commands that the table of the plain text replaces in part.
+void ReferenceWalk::NoteCutCommands(const EntryKind& kind) {
+  if (!rules_.find_cut || !warnings_.Wanted()) return;
+  for (const TagRead& tag : kind.tags) {
+    const std::string_view command = rules_.find_cut(values_[tag.value]);
+    if (!command.empty()) warnings_.NoteCut(tag.value, command);
+  }
+}
+
+/// Reports what is odd about the reference of the entry whose lines follow the byte at `start`.
+void ReferenceWalk::ReportReference(const EntryKind& kind, std::span<const ReferenceValue> shown,
+                                    std::size_t start) {
+  const std::size_t end = library_.Position();
+  warnings_.ReportValues(shown, values_, library_.Bytes().substr(start, end - start));
+  if (rules_.is_plain_text) {
+    warnings_.ReportCommands(shown, values_);
+  } else {
+    warnings_.ReportUnbalanced(shown, values_);
+  }
+  const bool has_editors = std::find(shown.begin(), shown.end(), kEditor) != shown.end();
+  if (has_editors && kind.kind == ReferenceKind::kInpro) warnings_.ReportRawEditors(values_);
 }
 
 void ReferenceWalk::PassUnsupported(std::string_view key, std::string_view type_word) {
@@ -184,7 +208,7 @@ void ReferenceWalk::ReadTagsOfLine(const EntryKind& kind) {
     if ((found >> i & 1) == 0 || PassesOver(tag)) continue;
     const std::size_t after_line = library_.Position();
     ReadFieldValue(line_, library_, values_[tag.value]);
-    warnings_.NoteRead(tag.value);
+    warnings_.NoteRead(tag.value, tag.name, line_.Text(), after_line - 1);
     Treat(tag);
     // A value over several lines has made the current line longer: more tags may stand on it.
     if (library_.Position() != after_line) found = kind.names.Find(line_.Text());

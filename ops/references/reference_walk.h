@@ -54,11 +54,13 @@ struct WalkRules {
   std::size_t line_limit;
   bool strips_titles;       // while reading
   bool collapses_dashes;    // of ranges of pages
-  bool is_plain_text;       // a command that is left in a reference is worth a warning
+  bool is_plain_text;       // else LaTeX: braces must match
   std::string_view advice;  // closes the note on an entry of an unsupported type
   std::function<std::string(std::string_view key)> name_reference;
   /// Prints a reference; returns the values that it shows, none when it printed nothing.
   std::function<std::vector<ReferenceValue>(const EntryKind& kind, EntryValues& values)> print;
+  /// Gives a LaTeX command of the value that printing replaces in part; may be empty.
+  std::function<std::string_view(std::string_view value)> find_cut = {};
 };
 
 /// Walks a library and has a reference printed for each entry of a supported type.
@@ -80,6 +82,9 @@ class ReferenceWalk {
 
  private:
   bool HandleEntry();
+  void NoteCutCommands(const EntryKind& kind);
+  void ReportReference(const EntryKind& kind, std::span<const ReferenceValue> shown,
+                       std::size_t start);
   void PassUnsupported(std::string_view key, std::string_view type_word);
   void ReadTags(const EntryKind& kind);
   void ReadTagsOfLine(const EntryKind& kind);

@@ -18,23 +18,48 @@ class ReferenceWarnings {
   /// `warnings`, those of the library, must outlive this.
   explicit ReferenceWarnings(FileWarnings& warnings) : warnings_(warnings) {}
 
+  /// Whether anybody wants warnings.
+  bool Wanted() const { return warnings_.Wanted(); }
   /// An entry begins, with the line that holds the byte at `offset`.
   void StartEntry(std::string_view key, std::size_t offset);
-  /// A value of the entry was read.
-  void NoteRead(ReferenceValue value) { read_[static_cast<std::size_t>(value)] = true; }
+  /// A value of the entry was read from the text of a line, which begins or goes on at `offset`, as
+  /// that of the tag `name`.
+  void NoteRead(ReferenceValue value, std::string_view name, std::string_view line,
+                std::size_t offset);
+  /// `command` of a value is about to be replaced in part.
+  void NoteCut(ReferenceValue value, std::string_view command);
 
   /// No reference was printed, because of `why`.
   void ReportNothingPrinted(std::string_view why);
-  /// Reports the values shown that are those of an earlier entry.
-  void ReportCarriedOver(std::span<const ReferenceValue> shown, const EntryValues& values);
-  /// Reports the first LaTeX command in each value shown.
+  /// Reports what is odd about the values that a reference shows: read from the line of another
+  /// tag, those of an earlier entry, missing. `text` is what the entry holds.
+  void ReportValues(std::span<const ReferenceValue> shown, const EntryValues& values,
+                    std::string_view text);
+  /// Reports the LaTeX commands in the values shown that were replaced in part, or not at all.
   void ReportCommands(std::span<const ReferenceValue> shown, const EntryValues& values);
+  /// Reports the values shown whose braces do not match.
+  void ReportUnbalanced(std::span<const ReferenceValue> shown, const EntryValues& values);
+  /// Reports editors that are shown as they stand in the library.
+  void ReportRawEditors(const EntryValues& values);
 
  private:
+  /// Where a value of the entry was read; of one that was not the offset is 0.
+  struct Source {
+    std::string tag;          // as which it was read
+    std::string line;         // the name of the tag that the line begins with
+    bool is_its_own = false;  // the tag stands elsewhere on the line
+    std::size_t offset = 0;
+    std::string cut;  // a command that is replaced in part
+  };
+
+  Source& SourceOf(ReferenceValue value) { return sources_[static_cast<std::size_t>(value)]; }
+  void ReportOtherTag(const Source& source);
+  void ReportMissing(std::span<const ReferenceValue> missing, std::string_view text);
+
   FileWarnings& warnings_;
   std::string key_;
   std::size_t offset_ = 0;
-  std::array<bool, kValueCount> read_{};        // of the entry
+  std::array<Source, kValueCount> sources_;     // of the entry
   std::array<std::string, kValueCount> owner_;  // the keys of the entries that the values are of
 };
 

@@ -27,11 +27,13 @@ const OperationRun& RunOf(std::string_view name) {
 }
 
 /// The files of an operation's run in place of the samples; `beside` is the document of Extract,
-/// the second library of Compare.
+/// the second library of Compare, the list of Journals.
 RunContext RunOver(const OperationRun& operation, MemoryFiles& files, const std::string& library,
                    const std::string& beside) {
   RunContext run = SampleRun(operation, files);
   files.files["lit.bib"] = library;
+  const std::string list = "/program" + std::string(kJournalListFile);
+  if (operation.name == "journals" && beside.starts_with("START")) files.files[list] = beside;
   if (files.files.contains("more.bib")) files.files["more.bib"] = beside;
   if (files.files.contains("paper.tex")) files.files["paper.tex"] = beside;
   return run;
@@ -60,6 +62,8 @@ const Case kCases[] = {
       "one",
       "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
       "missing-citation paper.tex:2 [ c] the cited key has no entry in the library",
+      "value-missing lit_extract.bib:10 [a] the reference shows nothing for 'title', 'author', "
+      "'publisher', 'address'",
       "nothing-printed lit_extract.bib:15 [c] no reference was printed: its type is read as 'BOOK "
       "', which has no reference"}},
     {"extract",
@@ -67,18 +71,26 @@ const Case kCases[] = {
      "\\cite{e,d}\n",
      {"open-value lit.bib:2 [d] the value of 'title' does not close before the next entry",
       "bad-bytes lit.bib:4 [e] the line holds bytes that are neither ASCII nor valid UTF-8",
-      "carried-over lit_extract.bib:14 [d] shows the year of the earlier entry 'e'"}},
+      "value-missing lit_extract.bib:10 [e] the reference shows nothing for 'author', 'publisher', "
+      "'address'",
+      "carried-over lit_extract.bib:14 [d] shows the year of the earlier entry 'e'",
+      "value-missing lit_extract.bib:14 [d] the reference shows nothing for 'author', 'publisher', "
+      "'address'"}},
     {"extract",
      "@article{a,\n  title = {" + std::string(1000, 'x') + "},\n}\n",
      "\\cite{a}\n",
-     {"long-line lit.bib:2 [] a line of 1014 bytes is read in pieces of 999"}},
+     {"long-line lit.bib:2 [] a line of 1014 bytes is read in pieces of 999",
+      "value-missing lit_extract.bib:10 [a] the reference shows nothing for 'author', 'journal', "
+      "'volume', 'pages', 'year'"}},
     {"text",
      "@article{a,\n  author = {J. Doe},\n  title = {\\foo T},\n  volume = {1}\n}\n"
      "@article{b,\n  author = {J. Doe},\n  title = {T}\n}\n@articles{c,\n}\n",
      "",
      {"unknown-type lit.bib:10 [c] '@ARTICLES' is no known type",
+      "value-missing lit.bib:1 [a] the reference shows nothing for 'journal', 'pages', 'year'",
       "command-left lit.bib:1 [a] '\\foo' is left in the title",
       "carried-over lit.bib:6 [b] shows the volume of the earlier entry 'a'",
+      "value-missing lit.bib:6 [b] the reference shows nothing for 'journal', 'pages', 'year'",
       "nothing-printed lit.bib:10 [c] no reference was printed: its type is read as 'ARTICLES', "
       "which has no reference"}},
     {"compare",
@@ -112,14 +124,16 @@ const Case kCases[] = {
      "",
      {"character lit.bib:2 [] U+00FC \xC3\xBC became '?\?', times: 2",
       "character lit.bib:2 [] U+20AC \xE2\x82\xAC became '?\?\?', times: 1",
-      "line-left-out lit.bib:3 [] lines with the tag DOI were left out, times: 2",
-      "line-left-out lit.bib:4 [] lines with the tag URL were left out, times: 1"}},
+      "line-left-out lit.bib:3 [] lines with the tag 'doi' were left out, times: 2",
+      "line-left-out lit.bib:4 [] lines with the tag 'url' were left out, times: 1"}},
     {"clean-tags",
      "Some text\n@misc{a,  \n  note = {x},\n  keywords = {k},\n  keywords = {l},\n  isbn = {1},\n"
      "  stray\n}\nbetween\n@misc{b,\n  owner = {o},\n  timestamp = {t},\n  note = {n},\n}\n"
      "@misc{\n  note = {n},\n}\n",
      "",
-     {"text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'Some text'",
+     {"broken-head lit.bib:15 [] the key does not stand on the first line of the entry and is not "
+      "read; put it there, with a comma after it",
+      "text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'Some text'",
       "text-lost lit.bib:2 [a] the first line does not end with a comma and a line break: its last "
       "two bytes were cut",
       "text-not-copied lit.bib:7 [a] text that is of no tag was not copied: 'stray'",
@@ -128,6 +142,132 @@ const Case kCases[] = {
       "entry-dropped lit.bib:15 [] an entry without a key was dropped",
       "unknown-tag lit.bib:4 [] the tag 'keywords' is unknown and was dropped, times: 2",
       "unknown-tag lit.bib:6 [] the tag 'isbn' is unknown and was dropped, times: 1"}},
+    {"text",
+     "@inproceedings{a,\n  title = {T}, year = {1},\n  shortauthor = {\\alphabet \\slas},\n"
+     "  booktitle = {B},\n  editor = {Moe, A. and Zoe, B.},\n}\n",
+     "",
+     {"shared-line lit.bib:2 [a] the tag 'year' shares a line with 'title': only one of them is "
+      "read, or one in the place of the other",
+      "other-tag lit.bib:3 [a] the value of 'author' is read from the line of 'shortauthor'",
+      "other-tag lit.bib:2 [a] the value of 'year' is read from the line of 'title', which it "
+      "shares",
+      "detail-missing lit.bib:1 [a] the reference shows nothing for 'address', 'pages'",
+      "command-cut lit.bib:1 [a] only the beginning of '\\alphabet' was replaced in the 'author'",
+      "command-left lit.bib:1 [a] '\\slas' is left in the author",
+      "raw-editors lit.bib:1 [a] the 'editor' is printed as it stands, not in the form of the "
+      "style: 'Moe, A. and Zoe, B.'"}},
+    {"extract",
+     "@article{a,\n  author = {Doe, J.},\n  title = {Structure of {DNA}},\n  journal = {J},\n"
+     "  year = {1},\n  note = {a@b.org {X}},\n}\n",
+     "\\cite{a}\n",
+     {"upper-cased lit.bib:6 [a] the text '@b.org ' in 'note' becomes capitals, as it stands "
+      "between an '@' and a brace",
+      "detail-missing lit_extract.bib:10 [a] the reference shows nothing for 'volume', 'pages'",
+      "unbalanced lit_extract.bib:10 [a] the braces of the 'title' do not match, which stops "
+      "LaTeX: 'Structure of {DNA'"}},
+    {"extract",
+     "@string{nat = {Nature}}\n@string{sci = {Science}}\n@article{a,\n  author = {Doe, J.},\n"
+     "  title = {T},\n  journal = NAT,\n  year = {1},\n  volume = {1},\n  pages = {1},\n}\n",
+     "\\cite{a}\n",
+     {"unbraced-value lit.bib:6 [a] the value of 'journal' has no braces around it and is read as "
+      "empty",
+      "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
+      "copied: '@string{nat = {Nature}}'",
+      "value-missing lit_extract.bib:10 [a] the reference shows nothing for 'journal'"}},
+    {"compare",
+     "@article{a,\n  journal = {J},\n  volume = {1},\n  year = {1},\n  pages = {1},\n"
+     "  numpages = {5},\n  title = {A},\n}\n",
+     "@article{b,\n  journal = {J},\n  volume = {1},\n  year = {1},\n  pages = {2},\n"
+     "  numpages = {5},\n  title = {B},\n}\n",
+     {"other-tag lit.bib:6 [A] the value of 'pages' is read from the line of 'numpages'",
+      "other-tag more.bib:6 [B] the value of 'pages' is read from the line of 'numpages'",
+      "weak-verdict more.bib:1 [B] the entry is taken for the first library's entry 'A', but "
+      "'pages' is read from the line of 'numpages'",
+      "dropped-differs more.bib:1 [B] the entry is taken for the first library's entry 'A', but "
+      "they differ in 'title'; look whether it is another work"}},
+    {"clean-doubles",
+     "% mine\n@string{s = {x}}\n@misc{a@b,\n  note = {x},\n}\n"
+     "@book{a,\n  author = {A},\n  booktitle = {B},\n  year = {1},\n  doi = {1},\n}\n"
+     "@book{b,\n  author = {A},\n  booktitle = {B},\n  year = {1},\n  doi = {2},\n}\n"
+     "@misc{c,\n  url = {x%\n}},\n  note = {lost},\n}\n@misc{d,\n  note = {y}}\n",
+     "",
+     {"at-in-key lit.bib:3 [a@b] the key holds an '@', so that no operation sees the entry; take "
+      "it out",
+      "runs-on lit.bib:23 [d] no line that begins with \"}\" ends the entry before the end of the "
+      "library",
+      "text-not-copied lit.bib:1 [] text outside entries was not copied: '% mine'",
+      "text-not-copied lit.bib:2 [] text outside entries was not copied: '@string{s = {x}}'",
+      "text-not-copied lit.bib:3 [] text outside entries was not copied: '@misc{a@b,'",
+      "weak-verdict lit.bib:12 [b] the entry was dropped as a double of 'a', but 'title' is read "
+      "from the line of 'booktitle'",
+      "dropped-differs lit.bib:12 [b] the entry was dropped as a double of 'a', but they differ in "
+      "'doi'; look whether it is another work",
+      "cut-entry lit.bib:20 [c] the entry was copied up to a value's line that begins with '}'; "
+      "the rest is not in the new library: 'note'",
+      "text-not-copied lit.bib:21 [] text outside entries was not copied: 'note = {lost},'",
+      "ended-early lit.bib:23 [d] no line that begins with '}' ends the last entry: Clean doubles "
+      "ends there without success; put the last '}' on a line of its own"}},
+    {"clean-authors",
+     "@misc{a,\n  author = {Plato and Aristotle},\n}\n@misc{b,\n  author = \"Roe, Anna and\n"
+     "    Poe, Bob\",\n}\n",
+     "",
+     {"unbraced-value lit.bib:5 [b] the value of 'author' has no braces around it and is read as "
+      "empty",
+      "doubtful-name lit.bib:2 [a] the list of authors was rearranged, look at it: 'Plato' has one "
+      "word and was paired with another name; 'Aristotle' has one word and was paired with another "
+      "name",
+      "torn-value lit.bib:5 [b] the lines of 'author' after the first stay behind, so that BibTeX "
+      "cannot read the rest of the entry; put the list in braces"}},
+    {"journals",
+     "@article{journals/x,\n  title = {T},\n}\n@article{a,\n  journal = prl,\n}\n"
+     "@article{b,\n  journal = \"Soft Matter\"\n}\n@article{c,\n  journal = {jutf},\n}\n",
+     "",
+     {"key-as-tag lit.bib:1 [journals/x] the first line mentions a journal and is taken for its "
+      "line: the lines after it are joined to it, and what is in them is not looked at; rename the "
+      "key",
+      "braced-journal lit.bib:5 [a] the macro's name became the value of 'journal': 'prl'",
+      "line-cut lit.bib:8 [b] no comma ends the value of 'journal' on its line: the next lines, up "
+      "to a '}', became a part of it: '  journal = \"Soft Matter\"'",
+      "braced-journal lit.bib:8 [b] the quotes became a part of the value of 'journal': '\"Soft "
+      "Matter\"'",
+      "unknown-journal lit.bib:1 [] the journal 'journals/x, title = {T}, ' is not in the list, "
+      "times: 1",
+      "unknown-journal lit.bib:5 [] the journal ' prl' is not in the list, times: 1",
+      "unknown-journal lit.bib:8 [] the journal ' \"Soft Matter\" ' is not in the list, times: 1",
+      "unknown-journal lit.bib:11 [] the journal 'jutf' is not in the list, times: 1"}},
+    {"journals",
+     "@article{a,\n  journal = {J. Z.},\n}\n",
+     "START\n******* Journal-start *******\nJournal f\xC3\xBCr Z\nJ. Z.\n"
+     "******* Variations    *******\n******* Journal-end   *******\n",
+     {"non-ascii-name lit.bib:2 [a] the name 'Journal f\xC3\xBCr Z' is not ASCII, as all of the "
+      "library was"}},
+    {"clean-characters",
+     "@misc{a,\n  adsurl = {x%\n},\n  doi = {1}, year = {2},\n  url = {u}}\n",
+     "",
+     {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but its value goes on on the "
+      "next lines, which stayed",
+      "text-lost lit.bib:4 [a] the tag 'year' shares a line with 'doi' and was left out with it",
+      "torn-value lit.bib:5 [a] the line of 'url' was left out with a '}' that ends more than its "
+      "value",
+      "line-left-out lit.bib:2 [] lines with the tag 'adsurl' were left out, times: 1",
+      "line-left-out lit.bib:4 [] lines with the tag 'doi' were left out, times: 1",
+      "line-left-out lit.bib:5 [] lines with the tag 'url' were left out, times: 1"}},
+    {"clean-tags",
+     "@string{s = {x}}\n@misc{a, \n  pages = {1},\n  numpages = {5}, year = {1},\n}\n",
+     "",
+     {"shared-line lit.bib:4 [a] the tag 'year' shares a line with 'numpages': only one of them is "
+      "read, or one in the place of the other",
+      "text-not-copied lit.bib:1 [] text that is of no tag was not copied: '@string{s = {x}}'",
+      "broken-head lit.bib:2 [a] the first line does not end with the comma after the key: without "
+      "its last two bytes BibTeX cannot read the entry; delete what follows the comma",
+      "renamed-tag lit.bib:4 [a] the tag 'numpages' was written as the tag 'pages'",
+      "tag-twice lit.bib:4 [a] the entry has the tag 'pages' twice now, from 'pages' and from "
+      "'numpages'"}},
+    {"clean-tags",
+     "@misc{a,\n  year = {1},\n}\n@STRING{s = {x}}\n",
+     "",
+     {"text-not-copied lit.bib:4 [] no entry follows the definition, and it was not copied: "
+      "'@STRING{s = {x}}'"}},
 };
 
 Lines Told(const Case& c) {
@@ -144,6 +284,29 @@ TEST(OperationWarnings, TellWhatWasPassedOver) {
   for (const Case& c : kCases) EXPECT_EQ(Told(c), c.told) << c.operation << "\n" << c.library;
 }
 
+/// A library of entries as JabRef writes them, without the tags that an operation leaves out.
+std::string CleanLibrary(int entries) {
+  std::string library;
+  for (int i = 0; i < entries; ++i) {
+    const std::string n = std::to_string(i);
+    library += "@Article{doe" + n + ",\n  author  = {Doe, J. and Roe, K.},\n  title   = {Study " +
+               n + " of the {DNA} of ants},\n  journal = {Journal of Physics},\n  year    = {" +
+               std::to_string(1900 + i % 120) + "},\n  volume  = {" + n + "},\n  pages   = {" + n +
+               "--" + std::to_string(i + 9) + "},\n}\n\n";
+  }
+  return library;
+}
+
+TEST(OperationWarnings, AreNoneWhereNothingIsWrong) {
+  const std::string library = CleanLibrary(2000);
+  const std::string document = "\\begin{document}\n\\cite{doe1,doe77}\n\\cite{doe1999}\n";
+  for (const OperationRun& operation : OperationRuns()) {
+    const bool has_document = operation.row.needs == Needs::kDocumentAndLibrary;
+    EXPECT_EQ(Told({operation.name, library, has_document ? document : library, {}}), Lines())
+        << operation.name;
+  }
+}
+
 TEST(OperationWarnings, AreOfEveryKind) {
   std::set<std::string_view> told{"uncited-entry"};  // on request only: CitedKeysOfADocument
   for (const Case& c : kCases) {
@@ -151,16 +314,7 @@ TEST(OperationWarnings, AreOfEveryKind) {
       told.insert(std::string_view(line).substr(0, line.find(' ')));
     }
   }
-  // The kinds whose reports are still to be written.
-  const std::set<std::string_view> planned{
-      "shared-line",    "other-tag",      "key-as-tag",      "at-in-key",   "upper-cased",
-      "value-missing",  "unbalanced",     "detail-missing",  "raw-editors", "command-cut",
-      "weak-verdict",   "cut-entry",      "dropped-differs", "ended-early", "doubtful-name",
-      "braced-journal", "non-ascii-name", "torn-value",      "renamed-tag", "tag-twice",
-      "broken-head"};
-  for (const WarningRow& kind : kWarningKinds) {
-    EXPECT_NE(told.contains(kind.name), planned.contains(kind.name)) << kind.name;
-  }
+  for (const WarningRow& kind : kWarningKinds) EXPECT_TRUE(told.contains(kind.name)) << kind.name;
 }
 
 /// What a run leaves behind and says.

@@ -17,6 +17,8 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
       {"Plato and Aristotle", "'Plato' has no first names"},
       {"John~Smith and Bob Jones", "'John~Smith' has no first names"},
       {"Doe, John", "'Doe, John' is a single name with a comma"},
+      {"Smith, John A. and Doe, J.",
+       "'Smith, John A.' has a first name in full, but a '.' stands in the list"},
   };
   for (const Case& c : cases) EXPECT_EQ(WhyNoKnownForm(c.list), c.reason) << c.list;
 }
@@ -26,6 +28,34 @@ TEST(WhyNoKnownForm, IsEmptyWhereNothingIsWrong) {
        {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.", "Doe, John and Roe, Karl"}) {
     EXPECT_EQ(WhyNoKnownForm(list), "") << list;
   }
+}
+
+TEST(WhyDoubtful, NamesTheNamesThatMayBeWrong) {
+  struct Case {
+    std::string_view before, after, reason;
+  };
+  const Case cases[] = {
+      {"F. Delorme and others", "Others, F. D.", "'others' became a person"},
+      {"Plato and Aristotle", "Aristotle, P.",
+       "'Plato' has one word and was paired with another name; 'Aristotle' has one word and was "
+       "paired with another name"},
+      {"Jan {van der Berg}", "{vanderBerg}, J.",
+       "'Jan {van der Berg}' lost the blanks in its braces"},
+      {"Kees van der Laan", "Laan, K. V. D.",
+       "'Kees van der Laan' has a particle, which became an initial"},
+      {"King, Jr, Martin", "King, J. M.", "'King, Jr, Martin' has a suffix, which may have moved"},
+      {"von Davier, Matthias and Doe, John", "Von Davier, M. and Doe, J.",
+       "the first name's particle is a capital"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(WhyDoubtful(c.before, c.after), c.reason) << c.before;
+}
+
+TEST(WhyDoubtful, IsEmptyWhereNothingIsWrong) {
+  EXPECT_EQ(WhyDoubtful("Plato and Aristotle", "Plato and Aristotle"), "");
+  EXPECT_EQ(WhyDoubtful("John Smith and Bob Jones", "Smith, J. and Jones, B."), "");
+  EXPECT_EQ(WhyDoubtful("Doe, John", "Doe, J."), "");
+  EXPECT_EQ(WhyDoubtful("J\\'an {\\v S}im", "{\\v S}im, J."), "");
+  EXPECT_EQ(WhyDoubtful("", ""), "");
 }
 
 }  // namespace

@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <random>
+#include <ctime>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,7 +13,6 @@
 #include "core/text_primitives.h"
 #include "tests/support/hostile_library.h"
 #include "tests/support/recording_warnings.h"
-#include "warnings/usual_entry.h"
 
 namespace tarvel {
 namespace {
@@ -53,6 +51,10 @@ TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
   const std::string e = "@misc{k,\n";
   const std::string unbraced =
       "unbraced-value l:2 [k] the value of 'Title' has no braces around it ";
+  const std::string shared = "shared-line ";
+  const std::string follows =
+      "the entry does not begin its line: it is not seen, or what stands before it becomes a part "
+      "of it";
   struct Case {
     std::string library;
     Lines told;
@@ -110,10 +112,12 @@ TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
       {e + "}\n@misc{usual,\n title = {A long enough title},\n}\n  @book{l,\n title = {x\n",
        {"open-value l:7 [l] the value of 'title' does not close before the end of the library"}},
       {"x@book{a,\n}\n@misc{k, year = 1}\n",
-       {"unbraced-value l:3 [k] the value of 'year' has no braces around it and is read as empty"}},
+       {shared + "l:1 [a] " + follows,
+        "unbraced-value l:3 [k] the value of 'year' has no braces around it and is read as empty"}},
       {e + " year = 1 }@book{m,\n}\n",
        {"unbraced-value l:2 [k] the value of 'year' has no braces around it and is read as "
-        "empty"}},
+        "empty",
+        shared + "l:2 [m] " + follows}},
   };
   for (const Case& c : cases) EXPECT_EQ(Scan(c.library), c.told) << c.library;
 }
@@ -124,7 +128,9 @@ TEST(ScanLibrary, AsksForAClosingLineOnlyWhereOneIsNeeded) {
   EXPECT_EQ(Scan(library, {1000, kTags, true}),
             Lines{"runs-on l:1 [k] no line that begins with \"}\" ends the entry before the next "
                   "entry"});
-  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n", {1000, kTags, true}), Lines());
+  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n", {1000, kTags, true}),
+            Lines{"runs-on l:1 [k] no line that begins with \"}\" ends the entry before the end of "
+                  "the library"});
   EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n}\n@misc{l,\n}\n", {1000, kTags, true}), Lines());
 }
 
@@ -154,89 +160,6 @@ TEST(ScanLibrary, DoesNothingForNobody) {
   rules.on_entry = [](const EntryHead&) { FAIL(); };
   FileWarnings warnings(nullptr, "l", "");
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
-}
-
-/// A blank before each "@" at the start of a line, with which no entry is of the usual form.
-std::string WithoutUsualEntries(std::string library) {
-  for (std::size_t at = 0; (at = library.find("\n@", at)) != std::string::npos; at += 2) {
-    library.insert(at + 1, " ");
-  }
-  if (library.starts_with('@')) library.insert(0, " ");
-  return library;
-}
-
-std::string UsualEntries(int count) {
-  std::string library = "\n";
-  for (int i = 0; i < count; ++i) {
-    library += "@Book{k" + std::to_string(i) + ",\n  title = {A long enough title},\n}\n";
-  }
-  return library;
-}
-
-/// Entries of the usual form are only tallied.
-TEST(ScanLibrary, SaysTheSameOfEntriesThatAreOnlyTallied) {
-  HostileLibraries libraries(20141);
-  std::size_t told = 0;
-  for (int i = RandomRuns(3000); i > 0; --i) {
-    const std::string library = libraries.Next();
-    for (const bool needs_line : {false, true}) {
-      const ScanRules rules{1000000, kTags, needs_line};
-      const Lines lines = Scan(library, rules);
-      ASSERT_EQ(lines, Scan(WithoutUsualEntries(library), rules)) << library;
-      told += lines.size();
-    }
-  }
-  EXPECT_GT(told, 1000U);
-}
-
-/// Entries and warnings come in the order of the library.
-TEST(ScanLibrary, PassesEntriesOnInTheOrderOfWhatIsTold) {
-  HostileLibraries libraries(20262);
-  for (int i = RandomRuns(2000); i > 0; --i) {
-    const std::string library = libraries.Next() + UsualEntries(i % 40) + libraries.Next();
-    Lines events[2];
-    for (const bool has_usual : {false, true}) {
-      RecordingWarnings to;
-      ScanRules rules{1000000, kTags};
-      rules.on_entry = [&](const EntryHead& head) {
-        to.lines.push_back(std::string(head.type).append("|").append(head.key));
-      };
-      const std::string scanned = has_usual ? library : WithoutUsualEntries(library);
-      FileWarnings warnings(&to, "l", scanned);
-      ScanLibrary(scanned, rules, warnings);
-      events[has_usual ? 1 : 0] = to.lines;
-    }
-    ASSERT_EQ(events[0], events[1]) << library;
-  }
-}
-
-/// As many "}" as "{" and a last line "}" make an entry usual, wherever the others stand.
-TEST(ScanLibrary, SaysTheSameWhereverTheBracesOfAnEntryStand) {
-  constexpr std::array<std::string_view, 12> kPieces{"{",     "}",       "{", "}", "},\n", "}\n",
-                                                     "a = {", "title={", "x", ",", "\n",   "\""};
-  std::mt19937 random(2026);
-  std::size_t usual = 0;
-  const int runs = RandomRuns(20000);
-  for (int i = 0; i < runs; ++i) {
-    std::string entry = "@article{" + std::string(random() % 3 == 0 ? 0 : 20, 'k');
-    if (random() % 4 != 0) entry += ",\n";
-    int open = 1;
-    for (std::size_t pieces = random() % 12; pieces > 0; --pieces) {
-      const std::string_view piece = kPieces[random() % kPieces.size()];
-      for (const char byte : piece) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
-      entry += piece;
-    }
-    if (open < 1) entry += std::string(static_cast<std::size_t>(1 - open), '{');
-    if (open > 1) entry += std::string(static_cast<std::size_t>(open - 1), '}');
-    entry += "\n}\n";
-    usual += MeasureEntry(entry).is_usual ? 1 : 0;
-    const std::string library = entry + "@book{next,\n  title = {t}\n";
-    for (const bool needs_line : {false, true}) {
-      const ScanRules rules{1000000, kTags, needs_line};
-      ASSERT_EQ(Scan(library, rules), Scan(WithoutUsualEntries(library), rules)) << library;
-    }
-  }
-  EXPECT_GT(usual, static_cast<std::size_t>(runs) / 20);
 }
 
 /// What the ranges from one head to the next have to tell is what the whole library has.
@@ -291,13 +214,74 @@ TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
             Lines{"runs-on l:1 [k] the entry has no closing brace before the next entry"});
 }
 
-TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {
-  EXPECT_EQ(TagNameOf("  Title \t= {x}"), "Title");
-  EXPECT_EQ(TagNameOf("a.b:=x"), "a.b:");
-  for (const std::string_view line :
-       {"", " = x", "{a = b", "}", "a, b = c", "@string{a = b", "x"}) {
-    EXPECT_EQ(TagNameOf(line), "") << line;
+TEST(ScanLibrary, TellsTagsAndEntriesThatShareALine) {
+  ScanRules rules{1000, kTags};
+  rules.one_value_a_line = true;
+  EXPECT_EQ(Scan("@misc{k,\n title = {T}, year = {1}, note = {n}\n}\n", rules),
+            Lines{"shared-line l:2 [k] the tag 'year' shares a line with 'title': only one of them "
+                  "is read, or one in the place of the other"});
+  EXPECT_EQ(Scan("@misc{k, title = {T}}\n", rules),
+            Lines{"shared-line l:1 [k] the tag 'title' stands on the first line of its entry and "
+                  "is not read"});
+  EXPECT_EQ(Scan("@misc{k,\n note = {a\nb}, year = {1}\n}\n", rules).size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n title = {T},\n , year = {1}\n}\n", rules), Lines());
+  EXPECT_EQ(Scan("@misc{k,\n note = {T}, isbn = {1}\n}\n", rules), Lines()) << "nobody reads it";
+  rules.takes_all_tags = true;
+  EXPECT_EQ(Scan("@misc{k,\n note = {T}, isbn = {1}\n}\n", rules).size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n title = {T}\n}@misc{l,\n}\n"),
+            Lines{"shared-line l:3 [l] the entry does not begin its line: it is not seen, or what "
+                  "stands before it becomes a part of it"});
+}
+
+TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
+  EXPECT_EQ(Scan("@misc{a@b,\n title = {T},\n}\n"),
+            Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry; "
+                  "take it out"});
+  EXPECT_EQ(Scan("@www-page{a,\n}\n").size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n title = {T}\n}@www-page{a,\n}\n"),
+            Lines{"unknown-type l:3 [a] '@www-page' starts no entry: its lines belong to none, or "
+                  "to the entry before"});
+  EXPECT_EQ(Scan("@misc{\n k,\n title = {T},\n}\n"),
+            Lines{"broken-head l:1 [] the key does not stand on the first line of the entry and is "
+                  "not read; put it there, with a comma after it"});
+}
+
+TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
+  const std::string library = "@misc{k,\n note = {Mail a@b.org, see {Jones}},\n}\n";
+  EXPECT_EQ(Scan(library), Lines{"upper-cased l:2 [k] the text '@b.org, see ' in 'note' becomes "
+                                 "capitals, as it stands between an '@' and a brace"});
+  ScanRules rules{1000, kTags};
+  rules.upper_cases = false;
+  EXPECT_EQ(Scan(library, rules), Lines());
+  for (const std::string_view good :
+       {"@comment{x}\n", "@string {a = {b}}\n", "@misc{k,\n}\n",
+        "@misc{k,\n note = {a@b.org},\n}\n", "@misc{k,\n note = {A@B {x}},\n}\n"}) {
+    EXPECT_EQ(Scan(good), Lines()) << good;
   }
+}
+
+TEST(ScanLibrary, CountsTheValues) {
+  struct Counting final : Warnings {
+    void Report(const Warning& /*warning*/) override {}
+    void ReportValues(std::string_view file, std::size_t all, std::size_t some) override {
+      counts.push_back(std::string(file) + " " + std::to_string(some) + "/" + std::to_string(all));
+    }
+    Lines counts;
+  } to;
+  const std::string library = "@misc{k,\n title = {T},\n year = 1, note = \"x\",\n author =\n}\n";
+  FileWarnings warnings(&to, "l", library);
+  ScanLibrary(library, {1000, kTags}, warnings);
+  ScanLibrary(library, {1000}, warnings);
+  EXPECT_EQ(to.counts, Lines{"l 3/4"}) << "nobody asks who reads no values";
+}
+
+/// A line of many values takes no longer than as many lines.
+TEST(ScanLibrary, IsLinearInALine) {
+  std::string library = "@misc{k,";
+  for (int i = 0; i < 200000; ++i) library += "a=1,";
+  const auto start = std::clock();
+  Scan(library + "title=1}\n", {1000, kTags});
+  EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC);
 }
 
 }  // namespace

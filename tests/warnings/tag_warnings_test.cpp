@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/texts.h"
 #include "tests/support/recording_warnings.h"
 
 namespace tarvel::testing {
@@ -23,7 +24,7 @@ class TagWarningsTest : public ::testing::Test {
 
   RecordingWarnings to_;
   FileWarnings file_{&to_, "l", kTenLines};
-  TagWarnings warnings_{file_, 20};
+  TagWarnings warnings_{file_};
 };
 
 TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
@@ -32,9 +33,17 @@ TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
   const Lines lost{
       "text-lost l:3 [b] the first line does not end with a comma and a line break: its last two "
       "bytes were cut"};
-  for (const std::string_view head : {"@MISC{b, \n", "@MISC{b,", "@MISC{b\n"}) {
+  for (const std::string_view head : {"@MISC{b,", "@MISC{b\n"}) {
     warnings_.StartEntry(head, 20);
     EXPECT_EQ(Told(), lost) << head;
+  }
+  for (const std::string_view head : {"@MISC{b, \n", "@MISC{b, x = {1},"}) {
+    warnings_.StartEntry(head, 20);
+    EXPECT_EQ(Told(),
+              Lines{"broken-head l:3 [b] the first line does not end with the comma after the key: "
+                    "without its last two bytes BibTeX cannot read the entry; delete what follows "
+                    "the comma"})
+        << head;
   }
 }
 
@@ -51,8 +60,9 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
 }
 
 TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
-  warnings_.NotePassedOutside("123456789\n123456789\n", 0);
-  EXPECT_EQ(Told(), Lines()) << "the header";
+  warnings_.NotePassedOutside(BibFileHeader, 0);
+  warnings_.NotePassedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);
+  EXPECT_EQ(Told(), Lines()) << "the header, also of an earlier run, and the encoding";
   warnings_.NotePassedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
   EXPECT_EQ(Told(),
             (Lines{"text-not-copied l:3 [] text that is of no tag was not copied: 'text'",
@@ -71,7 +81,7 @@ TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
   warnings_.NotePassed(" stray \n", 10);
   warnings_.NotePassed("more\n", 20);
   EXPECT_EQ(Told(), Lines{told + "'stray'"});
-  warnings_.NoteTag();
+  warnings_.NoteTag("year = {1},\n", "year", true, 10);
   warnings_.NotePassed("again\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'again'"});
   warnings_.NotePassed("isbn = {1},\n", 10);
@@ -113,12 +123,41 @@ TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
 
 TEST_F(TagWarningsTest, NothingIsDoneForNobody) {
   FileWarnings nobody(nullptr, "l", kTenLines);
-  TagWarnings warnings(nobody, 0);
+  TagWarnings warnings(nobody);
   warnings.NotePassedOutside("text\n", 0);
   warnings.StartEntry("@MISC{a\n", 0);
   warnings.NotePassed("isbn = {1}\n", 0);
   warnings.NotePassedTag("stray\n", 0);
+  warnings.NoteTag("numpages = {1}\n", "pages", true, 0);
   warnings.ReportTags();
+}
+
+TEST_F(TagWarningsTest, TagsUnderOtherNamesAndTwiceAreReported) {
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  warnings_.NoteTag(" Pages = {1},\n", "pages", true, 10);
+  warnings_.NoteTag(" urldate = {1},\n", "url", false, 10);
+  EXPECT_EQ(Told(), Lines()) << "its own name, and a tag that is not written";
+  warnings_.NoteTag(" numpages = {1},\n", "pages", true, 20);
+  EXPECT_EQ(Told(), (Lines{"renamed-tag l:3 [a] the tag 'numpages' was written as the tag 'pages'",
+                           "tag-twice l:3 [a] the entry has the tag 'pages' twice now, from "
+                           "'Pages' and from 'numpages'"}));
+  warnings_.NoteTag("say the year of = x\n", "year", true, 30);
+  EXPECT_EQ(Told(), Lines{"renamed-tag l:4 [a] a line of text was written as the tag 'year'"});
+  warnings_.StartEntry("@MISC{b,\n", 40);
+  warnings_.NoteTag("pages = {1},\n", "pages", true, 50);
+  EXPECT_EQ(Told(), Lines()) << "of another entry";
+}
+
+TEST_F(TagWarningsTest, DefinitionsAreLostWhereNoEntryFollows) {
+  warnings_.StartEntry("@MISC{a,\n", 0);
+  warnings_.NotePassed("@STRING{x = {y}}\n", 10);
+  warnings_.EndEntry(true);
+  EXPECT_EQ(Told(), Lines()) << "it is read again";
+  warnings_.NotePassed("@STRING{x = {y}}\n", 10);
+  warnings_.EndEntry(false);
+  EXPECT_EQ(Told().back(),
+            "text-not-copied l:2 [] no entry follows the definition, and it was not copied: "
+            "'@STRING{x = {y}}'");
 }
 
 }  // namespace

@@ -28,26 +28,94 @@ TEST_F(ReferenceWarningsTest, NothingPrintedIsReportedOfTheEntry) {
 }
 
 TEST_F(ReferenceWarningsTest, AValueThatWasNotReadIsAnEarlierEntrys) {
-  const ReferenceValue shown[] = {kBibitem, kAuthor, kYear};
+  const ReferenceValue shown[] = {kBibitem, kAuthor, kVolume};
   values_[kBibitem] = "name";
   values_[kAuthor] = "A";
+  values_[kVolume] = "1";
   warnings_.StartEntry("a", 0);
-  warnings_.NoteRead(kAuthor);
-  warnings_.ReportCarriedOver(shown, values_);
-  EXPECT_EQ(Told(), Lines()) << "a value of its own, a name, and an empty one";
+  warnings_.NoteRead(kAuthor, "author", "author = {A},\n", 4);
+  warnings_.NoteRead(kVolume, "volume", " Volume={1}\n", 4);
+  warnings_.ReportValues(shown, values_, "");
+  EXPECT_EQ(Told(), Lines()) << "values of its own, and a name";
 
-  values_[kYear] = "2001";
   warnings_.StartEntry("b", 4);
-  warnings_.NoteRead(kYear);
-  warnings_.ReportCarriedOver(shown, values_);
+  warnings_.NoteRead(kVolume, "volume", "volume = {1},\n", 4);
+  warnings_.ReportValues(shown, values_, "");
   EXPECT_EQ(Told(), Lines{"carried-over l:2 [b] shows the author of the earlier entry 'a'"});
 
   warnings_.StartEntry("c", 8);
-  warnings_.ReportCarriedOver(std::span(shown).first(2), values_);
+  warnings_.ReportValues(std::span(shown).first(2), values_, "");
   EXPECT_EQ(Told(), Lines{"carried-over l:3 [c] shows the author of the earlier entry 'a'"})
       << "a value that is not shown is no matter";
-  warnings_.ReportCarriedOver(shown, values_);
-  EXPECT_EQ(Told().back(), "carried-over l:3 [c] shows the year of the earlier entry 'b'");
+  warnings_.ReportValues(shown, values_, "");
+  EXPECT_EQ(Told().back(), "carried-over l:3 [c] shows the volume of the earlier entry 'b'");
+}
+
+TEST_F(ReferenceWarningsTest, ValuesThatAreMissingAreNamedAtOnce) {
+  const ReferenceValue shown[] = {kBibitem, kAuthor, kYear, kPages};
+  warnings_.StartEntry("a", 4);
+  values_[kAuthor] = "A";
+  warnings_.NoteRead(kAuthor, "author", "author = {A},\n", 4);
+  warnings_.ReportValues(shown, values_, " Crossref = {x},\n");
+  EXPECT_EQ(Told(), Lines{"value-missing l:2 [a] the reference shows nothing for 'year', 'pages'; "
+                          "'crossref' is not followed"});
+  values_[kYear] = "1";
+  warnings_.NoteRead(kYear, "year", "year = {1},\n", 4);
+  warnings_.ReportValues(shown, values_, "");
+  EXPECT_EQ(Told(), Lines{"detail-missing l:2 [a] the reference shows nothing for 'pages'"});
+}
+
+TEST_F(ReferenceWarningsTest, ValuesOfOtherTagsAreReportedWhereTheyAreShown) {
+  const ReferenceValue shown[] = {kPages, kYear, kAuthor};
+  values_[kPages] = values_[kYear] = values_[kAuthor] = "5";
+  warnings_.StartEntry("a", 0);
+  warnings_.NoteRead(kPages, "pages", "pages = {1},\n", 4);
+  warnings_.NoteRead(kPages, "pages", "numpages = {5},\n", 8);
+  warnings_.NoteRead(kYear, "year", "in the year of {5}\n", 8);
+  warnings_.NoteRead(kAuthor, "author", " title = {5}, author = {6}\n", 4);
+  warnings_.NoteRead(kTitle, "title", " booktitle = {5}\n", 4);
+  warnings_.ReportValues(shown, values_, "");
+  EXPECT_EQ(Told(),
+            (Lines{"other-tag l:3 [a] the value of 'pages' is read from the line of 'numpages'",
+                   "other-tag l:3 [a] the value of 'year' is read from a line of text that "
+                   "mentions it",
+                   "other-tag l:2 [a] the value of 'author' is read from the line of 'title', "
+                   "which it shares"}));
+  warnings_.NoteRead(kPages, "pages", "pages = {1},\n", 4);
+  warnings_.ReportValues(std::span(shown).first(1), values_, "");
+  EXPECT_EQ(Told(), Lines()) << "the later line has it";
+}
+
+TEST_F(ReferenceWarningsTest, BracesThatDoNotMatchAndRawEditorsAreReported) {
+  warnings_.StartEntry("a", 0);
+  for (const std::string_view good : {"", "x", "{A} b {\\'e}", "a \\{ b", "{a {b}}"}) {
+    values_[kTitle] = good;
+    warnings_.ReportUnbalanced(std::array{kTitle}, values_);
+    EXPECT_EQ(Told(), Lines()) << good;
+  }
+  for (const std::string_view bad : {"of {DNA", "DNA} and {RNA}", "a}{b"}) {
+    values_[kTitle] = bad;
+    warnings_.ReportUnbalanced(std::array{kTitle}, values_);
+    EXPECT_EQ(Told(), Lines{"unbalanced l:1 [a] the braces of the 'title' do not match, which "
+                            "stops LaTeX: '" +
+                            std::string(bad) + "'"});
+  }
+  values_[kEditor] = "A. Moe";
+  warnings_.ReportRawEditors(values_);
+  EXPECT_EQ(Told(), Lines()) << "no list";
+  values_[kEditor] = "Moe, A. and Zoe, B.";
+  warnings_.ReportRawEditors(values_);
+  EXPECT_EQ(Told(), Lines{"raw-editors l:1 [a] the 'editor' is printed as it stands, not in the "
+                          "form of the style: 'Moe, A. and Zoe, B.'"});
+}
+
+TEST_F(ReferenceWarningsTest, ACommandThatWasCutIsNamed) {
+  warnings_.StartEntry("a", 0);
+  warnings_.NoteCut(kTitle, "\\slash");
+  values_[kTitle] = "ash";
+  warnings_.ReportCommands(std::array{kTitle, kAuthor}, values_);
+  EXPECT_EQ(Told(), Lines{"command-cut l:1 [a] only the beginning of '\\slash' was replaced in the "
+                          "'title'"});
 }
 
 TEST_F(ReferenceWarningsTest, TheFirstCommandOfAValueIsNamed) {

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/entry_warnings.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/text_primitives.h"
+#include "warnings/line_tags.h"
+
+namespace tarvel {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+/// The tags by which people tell works apart.
+constexpr std::array kTellingTags{"title"sv, "author"sv, "year"sv, "doi"sv, "eprint"sv};
+
+std::string_view NameOf(Field field) {
+  return std::find_if(kCompareTags.begin(), kCompareTags.end(),
+                      [field](const TagName& tag) { return tag.field == field; })
+      ->name;
+}
+
+bool IsBooktitle(const Misread& value) {
+  return value.tag == "title" && EqualNoCase(value.line, "booktitle");
+}
+
+std::string Describe(const Misread& value) {
+  return "'" + std::string(value.tag) + "' is read from " +
+         (value.line.empty() ? "a line of text that mentions it"
+                             : "the line of " + Quoted(value.line));
+}
+
+/// Letters in capitals, digits and bytes from 128 on.
+std::string Essence(std::string_view value) {
+  std::string essence;
+  for (const char byte : value) {
+    const bool counts = IsLetter(byte) || (byte >= '0' && byte <= '9') || byte < 0;
+    if (counts) essence += ToUpper(byte);
+  }
+  return essence;
+}
+
+/// What the entry has for the telling tags, in their order.
+std::array<std::string, kTellingTags.size()> TellingValues(std::string_view entry) {
+  std::array<std::string, kTellingTags.size()> values;
+  entry.remove_prefix(std::min(entry.find(','), entry.size()));
+  for (const LineTag& tag : TagsOf(entry)) {
+    for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
+      if (values[i].empty() && EqualNoCase(tag.name, kTellingTags[i])) {
+        values[i] = Essence(tag.value);
+      }
+    }
+  }
+  return values;
+}
+
+}  // namespace
+
+std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& entry,
+                                   std::string_view library) {
+  std::vector<Misread> values;
+  for (const Field field : group.compared) {
+    if (entry[field].Text().empty() || entry[field].Place() == 0) continue;
+    const std::string_view tag = NameOf(field);
+    const std::string_view line = TagNameOf(LineAt(library, entry[field].Place()));
+    if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Place()});
+  }
+  return values;
+}
+
+void ReportMisread(const std::vector<Misread>& values, std::string_view key,
+                   FileWarnings& warnings) {
+  for (const Misread& value : values) {
+    if (IsBooktitle(value)) continue;
+    warnings.Report(WarningKind::kOtherTag, value.offset, key, "the value of " + Describe(value));
+  }
+}
+
+std::string_view EntryTextAt(std::string_view library, std::size_t start) {
+  const std::string_view text = library.substr(start);
+  return text.substr(0, text.find("\n}"));
+}
+
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two) {
+  const auto first = TellingValues(one);
+  const auto second = TellingValues(two);
+  std::vector<std::string_view> differing;
+  for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
+    if (!first[i].empty() && first[i] != second[i]) differing.push_back(kTellingTags[i]);
+  }
+  return differing;
+}
+
+void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings) {
+  // Before its last line only the entry's own brace is open.
+  const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
+  const auto opened = std::count(copy.begin(), copy.end(), '{');
+  const auto closed = std::count(copy.begin(), copy.end(), '}');
+  if (opened <= closed + 1) return;
+  std::string tags;
+  for (const LineTag& tag : TagsOf(EntryTextAt(library, copied.end))) {
+    tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
+  }
+  warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),
+                  "the entry was copied up to a value's line that begins with '}'; the rest is not "
+                  "in the new library" +
+                      tags);
+}
+
+void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,
+                   const std::vector<std::string_view>& differing, FileWarnings& warnings) {
+  const std::string what =
+      "the entry " + std::string(entries.verdict) + " " + Quoted(entries.other);
+  if (!misread.empty()) {
+    std::string values;
+    for (const Misread& value : misread) {
+      values.append(values.empty() ? "" : ", ").append(Describe(value));
+    }
+    warnings.Report(WarningKind::kWeakVerdict, entries.offset, entries.key,
+                    what + ", but " + values);
+  }
+  if (differing.empty()) return;
+  std::string tags;
+  for (const std::string_view tag : differing) {
+    tags.append(tags.empty() ? "'" : ", '").append(tag).append("'");
+  }
+  warnings.Report(WarningKind::kDroppedDiffers, entries.offset, entries.key,
+                  what + ", but they differ in " + tags + "; look whether it is another work");
+}
+
+}  // namespace tarvel

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// What is odd about how Compare and Clean doubles recognise entries.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ops/entries/entry_record.h"
+#include "ops/entries/group_rules.h"
+#include "warnings/warnings.h"
+
+namespace tarvel {
+
+/// A compared value that was read from the line of another tag.
+struct Misread {
+  std::string_view tag;   // as which it was read
+  std::string_view line;  // the name of the tag that the line begins with; empty: none
+  std::size_t offset;     // of the line
+};
+
+/// The compared values of an entry that were read from lines of other tags; `library` is what it
+/// was read from.
+std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& entry,
+                                   std::string_view library);
+
+/// Reports them, but for a title that is a booktitle: that is so in every volume of proceedings,
+/// and matters where it decides something.
+void ReportMisread(const std::vector<Misread>& values, std::string_view key,
+                   FileWarnings& warnings);
+
+/// The lines of the entry that begins at `start`, up to the first that begins with "}".
+std::string_view EntryTextAt(std::string_view library, std::size_t start);
+
+/// The names of those of the tags title, author, year, doi and eprint that the first entry has and
+/// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
+/// with the entry's first line.
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two);
+
+/// An entry as it was copied: up to the first line that begins with "}".
+struct CopiedEntry {
+  std::string_view text;
+  std::size_t end;  // of the last line that was copied, in its library
+};
+
+/// Reports a copy that ends inside a value, with the tags that are not in it.
+void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings);
+
+/// Two entries that were found equal.
+struct EqualEntries {
+  std::string_view key;      // of the entry that the verdict is about
+  std::string_view other;    // the key of the other one
+  std::size_t offset;        // of the entry in its library
+  std::string_view verdict;  // what happened, as in "was dropped as a double of"
+};
+
+/// Reports what makes the verdict doubtful: values of other tags, and tags that differ.
+void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,
+                   const std::vector<std::string_view>& differing, FileWarnings& warnings);
+
+}  // namespace tarvel

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/entry_warnings.h"
+
+#include <gtest/gtest.h>
+
+#include "core/line_stream.h"
+#include "tests/support/recording_warnings.h"
+
+namespace tarvel::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const TypeGroup& GroupOf(std::string_view type) { return DoublesRuleFor(type).rule->group; }
+
+std::vector<Misread> MisreadOf(std::string_view type, const std::string& library) {
+  LineStream stream(library);
+  EntryRecord record;
+  record.Start(*stream.ReadLine(limits::kPairLine));
+  TagReader(kDoublesTags).ReadEntry(stream, record);
+  return MisreadValues(GroupOf(type), record, stream.Bytes());
+}
+
+TEST(MisreadValues, AreOfTheComparedTagsOnly) {
+  const std::string entry =
+      "@article{a,\n journal = {J},\n volume = {1},\n year = {2},\n pages = {3},\n";
+  EXPECT_TRUE(MisreadOf("ARTICLE", entry + "}\n").empty());
+  EXPECT_TRUE(MisreadOf("ARTICLE", entry + " shortauthor = {X},\n}\n").empty());
+  const auto misread = MisreadOf("ARTICLE", entry + " numpages = {5},\n}\n");
+  ASSERT_EQ(misread.size(), 1U);
+  EXPECT_EQ(misread[0].tag, "pages");
+  EXPECT_EQ(misread[0].offset, entry.size());
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", entry);
+  ReportMisread({{"pages", "numpages", 0}, {"title", "booktitle", 0}, {"year", "", 14}}, "a",
+                warnings);
+  EXPECT_EQ(to.lines,
+            (Lines{"other-tag l:1 [a] the value of 'pages' is read from the line of 'numpages'",
+                   "other-tag l:2 [a] the value of 'year' is read from a line of text that "
+                   "mentions it"}));
+}
+
+TEST(DifferingTags, AreThoseThatBothHave) {
+  const std::string one = "@misc{a,\n title = {A {B}: c},\n year = 2001,\n doi = {1},\n}\n";
+  using Names = std::vector<std::string_view>;
+  EXPECT_EQ(DifferingTags(one, "@misc{b,\n Title = \"a b, C\",\n year = {2001},\n doi = {1}\n"),
+            Names());
+  EXPECT_EQ(DifferingTags(one, "@misc{b,\n title = {Other},\n doi = {2},\n eprint = {3}\n"),
+            (Names{"title", "year", "doi"}));
+  EXPECT_EQ(DifferingTags("@misc", "@misc{b"), Names());
+}
+
+TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
+  const std::string library = "@misc{a,\n note = {x%\n}},\n title = {T},\n}\n";
+  const std::size_t end = library.find(" title");
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", library);
+  ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
+  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
+                            "begins with '}'; the rest is not in the new library: 'title'"});
+  ReportCutEntry("@misc{a,\n note = {x}\n}\n", {"@misc{a,\n note = {x}\n}\n", 23}, warnings);
+  EXPECT_EQ(to.lines.size(), 1U);
+}
+
+TEST(EntryTextAt, EndsBeforeTheClosingLine) {
+  EXPECT_EQ(EntryTextAt("x\n@misc{a,\n y = {z}\n}\nmore\n", 2), "@misc{a,\n y = {z}");
+}
+
+TEST(ReportVerdict, NamesWhatMakesItDoubtful) {
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", "");
+  const EqualEntries entries{.key = "b", .other = "a", .offset = 0, .verdict = "equals"};
+  ReportVerdict(entries, {}, {}, warnings);
+  EXPECT_EQ(to.lines, Lines());
+  ReportVerdict(entries, {{"title", "booktitle", 0}}, {"title", "year"}, warnings);
+  EXPECT_EQ(to.lines,
+            (Lines{"weak-verdict l:1 [b] the entry equals 'a', but 'title' is read from the line "
+                   "of 'booktitle'",
+                   "dropped-differs l:1 [b] the entry equals 'a', but they differ in 'title', "
+                   "'year'; look whether it is another work"}));
+}
+
+}  // namespace
+}  // namespace tarvel::testing
