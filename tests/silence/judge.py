@@ -1,0 +1,252 @@
+# SPDX-License-Identifier: MIT
+"""What the judges of the eight operations share: losses, warnings, and when a warning names a loss.
+
+A `Loss` is a value of the input that does not stand in an output as the operation promises, or one
+that stands there in the wrong place. It is silent when neither the log (each judge looks there
+itself) nor a warning names it. `KINDS` says of every kind of warning how near it must be to a loss
+to name it, and which losses it can name at all.
+"""
+import dataclasses
+import re
+
+from bibtex import WHITE
+
+# What can happen to a value.
+GONE = "gone"                # the tag is not in the entry any more
+CHANGED = "changed"          # it has another value
+RENAMED = "renamed"          # its value stands under another name
+TWICE = "twice"              # the entry has a tag more often than it had
+FOREIGN = "foreign"          # the entry, or its reference, has a value that is not its own
+ENTRY = "entry gone"         # a whole entry, with no word in the log
+BROKEN = "entry broken"      # the entry is there, but BibTeX cannot read it
+DIFFERS = "double differs"   # a dropped double had another title, author, year, doi or eprint
+STRING = "string gone"       # a definition of @string
+PARENT = "parent gone"       # the entry that a crossref names
+TEXT = "text gone"           # text that is of no entry
+PERSON = "person changed"    # a name that is another name now, not only another form of it
+MISSING = "nothing to show"  # the reference lacks its author, title, journal or year
+UNBALANCED = "unbalanced"    # the reference's braces do not match, the entry's did
+COMMAND = "command left"     # a LaTeX command stands in the plain text
+HALF = "half a command"      # the end of one does
+ENCODING = "encoding"        # a library of plain ASCII is one no more
+FAILED = "failed"            # the run failed and gave no reason
+DAMAGE = {GONE, CHANGED, RENAMED, TWICE, FOREIGN, ENTRY, BROKEN}
+
+# How near a warning must be to a loss.
+TAG = "tag"          # it is of the entry and names the tag
+LINE = "line"        # it is of a line of the tag, or names the tag in the entry
+OF_ENTRY = "entry"   # it is of the entry
+NEAR = "near"        # it is of the entry, the one before or the one after
+NAME = "name"        # it names the tag, in whatever entry
+LIBRARY = "library"  # it is about the library
+
+# The kinds of warnings: how near, and which losses they can name. One that cannot name any is a
+# note. A kind that is not here fails the test: it wants a row.
+KINDS = {
+    "unbraced-value": (TAG, {GONE, CHANGED, MISSING, PERSON}),
+    "unknown-type": (NEAR, {ENTRY, GONE, FOREIGN, TWICE}),
+    "blank-in-type": (NEAR, {ENTRY, GONE, FOREIGN, TWICE}),
+    "runs-on": (NEAR, DAMAGE),
+    "open-value": (NEAR, DAMAGE),
+    "long-line": (LINE, DAMAGE),
+    "bad-bytes": (LINE, set()),
+    "missing-citation": (OF_ENTRY, {ENTRY}),
+    "other-citation": (LIBRARY, set()),
+    "key-with-blank": (LIBRARY, set()),
+    "carried-over": (OF_ENTRY, {FOREIGN, MISSING}),
+    "nothing-printed": (OF_ENTRY, {ENTRY}),
+    "command-left": (OF_ENTRY, {COMMAND}),
+    "no-group": (OF_ENTRY, set()),
+    "key-twice": (OF_ENTRY, {ENTRY}),
+    "overwritten": (OF_ENTRY, {ENTRY, BROKEN, GONE, CHANGED}),
+    "authors-as-they-were": (OF_ENTRY, set()),
+    "text-lost": (LINE, {GONE, BROKEN, ENTRY}),
+    "unknown-journal": (LIBRARY, set()),
+    "line-cut": (LINE, DAMAGE),
+    "character": (LIBRARY, set()),
+    "line-left-out": (NAME, {GONE}),
+    "unknown-tag": (NAME, {GONE}),
+    "entry-dropped": (OF_ENTRY, {ENTRY}),
+    "text-not-copied": (LINE, {TEXT, GONE, STRING}),
+}
+
+
+@dataclasses.dataclass
+class Warning:
+    kind: str
+    file: str
+    line: int
+    key: str
+    text: str
+
+
+@dataclasses.dataclass
+class Loss:
+    what: str
+    entry: object = None  # of the input: an entry, a definition or a text
+    tag: object = None
+    detail: str = ""
+    cause: str = ""       # what is odd about the value, for people
+
+
+ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "\\": "\\"}
+
+
+def unescape(field):
+    return re.sub(r"\\(x[0-9a-f]{2}|.)", lambda match: ESCAPES.get(match.group(1)) or
+                  chr(int(match.group(1)[1:], 16)), field)
+
+
+def read_warnings(data):
+    made = []
+    for row in data.decode("latin-1").split("\n")[:-1]:
+        kind, file, line, key, text = (unescape(field) for field in row.split("\t"))
+        made.append(Warning(kind, file.rsplit("/", 1)[-1], int(line), key.strip(), text))
+    return made
+
+
+def names(text, word):
+    """Whether the text holds the word, letter case aside, with no letter or digit around it."""
+    at = (text := text.lower()).find(word := word.lower())
+    while at >= 0:
+        around = text[at - 1:at] + text[at + len(word):at + len(word) + 1]
+        if not any(letter.isalnum() for letter in around):
+            return True
+        at = text.find(word, at + 1)
+    return False
+
+
+class Neighbours:
+    """The warnings of a run, to be found by line, by key and by kind."""
+
+    def __init__(self, warnings, library, file):
+        self.entries = library.entries
+        self.places = {id(entry): number for number, entry in enumerate(library.entries)}
+        self.by_line, self.by_key, self.wide = {}, {}, []
+        for warning in warnings:
+            scope = KINDS[warning.kind][0]
+            if scope in (NAME, LIBRARY):
+                self.wide.append(warning)
+            elif warning.file == file:
+                self.by_line.setdefault(warning.line, []).append(warning)
+            if warning.key:
+                self.by_key.setdefault(warning.key, []).append(warning)
+
+    def on(self, first, last):
+        for line in range(first, last + 1):
+            yield from self.by_line.get(line, ())
+
+    def around(self, loss):
+        """The warnings that may be of the loss's entry or of one beside it, with whether they are of
+        the entry itself."""
+        entry = loss.entry
+        for warning in self.on(entry.line, entry.last):
+            yield warning, True
+        for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
+            yield warning, True
+        place = self.places.get(id(entry))
+        if place is None:
+            return
+        before = self.entries[max(place - 1, 0)]
+        after = self.entries[min(place + 1, len(self.entries) - 1)]
+        for warning in self.on(before.line, after.last):
+            yield warning, False
+
+
+def explains(warning, loss, own):
+    """Whether the warning names the loss; `own` tells that it is of the loss's entry."""
+    scope, whats = KINDS[warning.kind]
+    if loss.what not in whats:
+        return False
+    if scope in (LIBRARY, NEAR):
+        return True
+    if scope == NAME:
+        return loss.tag is not None and names(warning.text, loss.tag.name)
+    if not own or scope == OF_ENTRY:
+        return own
+    if loss.tag is None:
+        return scope == LINE and loss.entry.line <= warning.line <= last_line(loss)
+    on_line = loss.tag.line <= warning.line <= loss.tag.last
+    return scope == LINE and on_line or names(warning.text, loss.tag.name)
+
+
+def last_line(loss):
+    """The last line of what was lost: of an entry its head, as its tags are judged one by one."""
+    return loss.entry.line if hasattr(loss.entry, "tags") else loss.entry.last
+
+
+def silent(losses, warnings, library, file):
+    """The losses that no warning names."""
+    near = Neighbours(warnings, library, file)
+    for loss in losses:
+        if any(explains(warning, loss, True) for warning in near.wide):
+            continue
+        if loss.entry is None:
+            yield loss
+        elif not any(explains(warning, loss, own) for warning, own in near.around(loss)):
+            yield loss
+
+
+def core(text):
+    """The value without the pairs of braces that stand around all of it, and without blanks there."""
+    while text.startswith("{") and text.endswith("}"):
+        depth = 0
+        for at, byte in enumerate(text):
+            depth += (byte == "{") - (byte == "}")
+            if depth == 0:
+                break
+        if at < len(text) - 1:
+            break
+        text = text[1:-1].strip(WHITE)
+    return text
+
+
+class Entries:
+    """The entries of an output, each to be taken once."""
+
+    def __init__(self, library):
+        self.by_key = {}
+        for entry in library.entries:
+            self.by_key.setdefault(entry.key, []).append(entry)
+
+    def take(self, entry, key=None, same=core):
+        """The entry that is most like the given one, or none."""
+        found = self.by_key.get(entry.key if key is None else key)
+        if not found:
+            return None
+        if len(found) == 1:
+            return found.pop()
+        wanted = {(tag.name.lower(), same(tag.text)) for tag in entry.tags}
+        best = max(found, key=lambda other: (
+            len(wanted & {(tag.name.lower(), same(tag.text)) for tag in other.tags}),
+            -len(other.tags)))
+        found.remove(best)
+        return best
+
+
+def compare_tags(old, new, same=core):
+    """What happened to the tags of an entry on its way from `old` to `new`."""
+    left = [(tag.name.lower(), same(tag.text)) for tag in new.tags]
+    missed = []
+    for tag in old.tags:
+        pair = (tag.name.lower(), same(tag.text))
+        if pair in left:
+            left.remove(pair)
+        else:
+            missed.append((tag, pair))
+    for tag, (name, text) in missed:
+        elsewhere = [pair for pair in left if text and pair[1] == text]
+        elsewhere.sort(key=lambda pair: pair[0] not in name)  # its own name may hold the new one
+        here = [pair for pair in left if pair[0] == name]
+        if elsewhere:
+            left.remove(elsewhere[0])
+            yield Loss(RENAMED, old, tag, f"is now a '{elsewhere[0][0]}'")
+        elif here:
+            left.remove(here[0])
+            yield Loss(CHANGED, old, tag, f"is now '{here[0][1][:80]}'")
+        else:
+            yield Loss(GONE, old, tag)
+    had = {tag.name.lower(): tag for tag in old.tags}
+    for name, text in left:
+        what = TWICE if name in had else FOREIGN
+        yield Loss(what, old, had.get(name), f"has a '{name}' more: '{text[:80]}'")
