@@ -416,6 +416,9 @@ class Draft:
     head: str = ""
     end: str = ""
 
+    def copy(self):
+        return dataclasses.replace(self, lines=list(self.lines))
+
     def text(self):
         head = (self.head or self.shape.head).format(type=self.type, key=self.key)
         return head + self.shape.between.join(self.lines) + (self.end or self.shape.end)

@@ -172,19 +172,19 @@ def explains(warning, loss, own):
 
 def last_line(loss):
     """The last line of what was lost: of an entry its head, as its tags are judged one by one."""
-    return loss.entry.line if hasattr(loss.entry, "tags") else loss.entry.last
+    whole = loss.what == BROKEN or not hasattr(loss.entry, "tags")
+    return loss.entry.last if whole else loss.entry.line
 
 
-def silent(losses, warnings, library, file):
-    """The losses that no warning names."""
+def named(losses, warnings, library, file):
+    """Each loss with the kinds of the warnings that name it."""
     near = Neighbours(warnings, library, file)
     for loss in losses:
-        if any(explains(warning, loss, True) for warning in near.wide):
-            continue
-        if loss.entry is None:
-            yield loss
-        elif not any(explains(warning, loss, own) for warning, own in near.around(loss)):
-            yield loss
+        kinds = {warning.kind for warning in near.wide if explains(warning, loss, True)}
+        if loss.entry is not None:
+            kinds |= {warning.kind for warning, own in near.around(loss)
+                      if explains(warning, loss, own)}
+        yield loss, kinds
 
 
 def core(text):
@@ -202,20 +202,25 @@ def core(text):
 
 
 class Entries:
-    """The entries of an output, each to be taken once."""
+    """The entries of an output, each to be taken once. Those of one key come in the order of the
+    input when no such entry of `library`, the input, is missing."""
 
-    def __init__(self, library):
-        self.by_key = {}
-        for entry in library.entries:
+    def __init__(self, output, library=None):
+        self.by_key, self.counts = {}, {}
+        for entry in output.entries:
             self.by_key.setdefault(entry.key, []).append(entry)
+        for entry in library.entries if library else ():
+            self.counts[entry.key] = self.counts.get(entry.key, 0) + 1
 
     def take(self, entry, key=None, same=core):
         """The entry that is most like the given one, or none."""
         found = self.by_key.get(entry.key if key is None else key)
         if not found:
             return None
-        if len(found) == 1:
-            return found.pop()
+        left = self.counts.get(entry.key, 0)
+        self.counts[entry.key] = left - 1
+        if len(found) == left:
+            return found.pop(0)
         wanted = {(tag.name.lower(), same(tag.text)) for tag in entry.tags}
         best = max(found, key=lambda other: (
             len(wanted & {(tag.name.lower(), same(tag.text)) for tag in other.tags}),
@@ -234,6 +239,7 @@ def compare_tags(old, new, same=core):
             left.remove(pair)
         else:
             missed.append((tag, pair))
+    gone = []
     for tag, (name, text) in missed:
         elsewhere = [pair for pair in left if text and pair[1] == text]
         elsewhere.sort(key=lambda pair: pair[0] not in name)  # its own name may hold the new one
@@ -245,7 +251,16 @@ def compare_tags(old, new, same=core):
             left.remove(here[0])
             yield Loss(CHANGED, old, tag, f"is now '{here[0][1][:80]}'")
         else:
-            yield Loss(GONE, old, tag)
+            gone.append(tag)
+    if old.whole and not new.whole:
+        # BibTeX reports an error in the new entry; what it does not read behind it is one loss.
+        lost = {id(tag) for tag in gone}
+        kept = max((tag.start for tag in old.tags if id(tag) not in lost), default=-1)
+        behind = [tag for tag in gone if tag.start > kept]
+        gone = [tag for tag in gone if tag.start < kept]
+        yield Loss(BROKEN, old, None, "without " + ", ".join(tag.name for tag in behind))
+    for tag in gone:
+        yield Loss(GONE, old, tag)
     had = {tag.name.lower(): tag for tag in old.tags}
     for name, text in left:
         what = TWICE if name in had else FOREIGN

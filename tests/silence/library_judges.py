@@ -87,7 +87,7 @@ def clean_characters(run):
     output = read_output(run, "_char.bib")
     found = re.findall(r"in line (\d+) and row (\d+)\n", log_of(run, "_char.log"))
     logged = {(int(line), int(column)) for line, column in found}
-    entries = Entries(output)
+    entries = Entries(output, run.library)
 
     def cleaned(text):
         return BAD.sub("?", text)
@@ -130,7 +130,7 @@ def removed_tags(run):
 
 def clean_tags(run):
     output = read_output(run, "_tag.bib")
-    entries, removed = Entries(output), removed_tags(run)
+    entries, removed = Entries(output, run.library), removed_tags(run)
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
@@ -159,7 +159,7 @@ def squeeze(text):
 
 def clean_authors(run):
     output = read_output(run, "_author.bib")
-    entries = Entries(output)
+    entries = Entries(output, run.library)
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
@@ -190,7 +190,7 @@ def written(run, tag):
 
 def journals(run):
     output = read_output(run, "_journal.bib")
-    entries = Entries(output)
+    entries = Entries(output, run.library)
     renamed = {}
     for key, old, new in RENAMED_JOURNAL.findall(log_of(run, "_journal.log")):
         renamed.setdefault(key.strip(), set()).add((core(old.strip()), core(new)))
@@ -312,7 +312,7 @@ def compare(run):
 def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
-    entries = Entries(output)
+    entries = Entries(output, run.library)
     for entry in run.cited():
         new = entries.take(entry)
         if new:

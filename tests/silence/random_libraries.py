@@ -166,7 +166,7 @@ def strings(rng, macros):
 
 def again(rng, work):
     """The same work once more, as another source has it, or a similar one."""
-    other = copy.deepcopy(work)
+    other = copy.copy(work)
     other.rng = rng
     for change in rng.sample(SIMILAR, rng.choice((0, 0, 1, 1, 2))):
         change(rng, other)
@@ -202,7 +202,7 @@ class RandomLibrary:
     def add(self):
         rng = self.rng
         if self.drafts and rng.random() < 0.08:
-            draft = copy.deepcopy(rng.choice(self.drafts))
+            draft = rng.choice(self.drafts).copy()
             if rng.random() < 0.5:
                 draft.key += rng.choice(("a", ":2", "_copy"))
         else:
@@ -221,7 +221,7 @@ class RandomLibrary:
         rng = self.rng
         drafts = [exports.draft(again(rng, work), rng.choice(self.shapes))
                   for work in self.works if rng.random() < 0.4]
-        drafts += [copy.deepcopy(draft) for draft in self.drafts if rng.random() < 0.3]
+        drafts += [draft.copy() for draft in self.drafts if rng.random() < 0.3]
         rng.shuffle(drafts)
         return drafts
 

@@ -121,8 +121,8 @@ def read_files(directory):
     return {entry.name: pathlib.Path(entry.path).read_bytes() for entry in os.scandir(directory)}
 
 
-def silent_losses(program, case, operation, options, without=()):
-    """The losses that neither the log nor a warning of a kind that is not in `without` names."""
+def losses(program, case, operation, options):
+    """The losses of a run, each with the kinds of the warnings that name it."""
     contents = {"lit.bib": case.library, "first.bib": case.other, "paper.tex": case.document}
     names = FILES.get(operation, ("lit.bib",))
     with tempfile.TemporaryDirectory(prefix="tarvel-silence-", dir=SCRATCH) as directory:
@@ -132,13 +132,8 @@ def silent_losses(program, case, operation, options, without=()):
             [program, operation, *words_of(options), "--quiet", "--warnings", "warnings.tsv", *names],
             cwd=directory, stdin=subprocess.DEVNULL, capture_output=True, timeout=600, check=False)
         run = Run(case, operation, options, program, read_files(directory))
-    warnings = [warning for warning in judge.read_warnings(run.warnings)
-                if warning.kind not in without]
-    if ended.returncode == 0:
-        losses = list(OPERATIONS[operation](run))
-    else:
-        losses = failure(ended, operation)
-    return list(judge.silent(losses, warnings, run.library, run.file))
+    found = OPERATIONS[operation](run) if ended.returncode == 0 else failure(ended, operation)
+    return list(judge.named(found, judge.read_warnings(run.warnings), run.library, run.file))
 
 
 def failure(ended, operation):
