@@ -14,10 +14,15 @@ import re
 
 SPACE = re.compile(r"[ \t\r\n\f\v]*")
 RUN = re.compile(r"[ \t\r\n\f\v]+")
+UNTIDY = re.compile(r"[\t\r\n\f\v]|  |\A | \Z")
 NAME = re.compile(r"""[^\x00-\x20\x7f"#%'(),={}0-9][^\x00-\x20\x7f"#%'(),={}]*""")
 KEY = {"{": re.compile(r"[^,} \t\r\n\f\v]*"), "(": re.compile(r"[^, \t\r\n\f\v]*")}
 CLOSE = {"{": "}", "(": ")"}
 NUMBER = re.compile(r"[0-9]+")
+# A tag of the most frequent form, with what must follow it; else the parts are read one by one.
+PLAIN_TAG = re.compile(
+    NAME.pattern.join(("(", ")")) + r"[ \t\r\n\f\v]*=[ \t\r\n\f\v]*"
+    r"""((?:\{([^{}]*)\}|"([^{}"]*)"))(?=[ \t\r\n\f\v]*[,)}])""")
 PLAIN_BRACES = re.compile(r"\{([^{}]*)\}")
 PLAIN_QUOTES = re.compile(r'"([^{}"]*)"')
 BRACE = re.compile(r"[{}]")
@@ -30,10 +35,11 @@ BRACED, QUOTED, NUMERIC, MACRO, JOINED = "braced", "quoted", "number", "macro", 
 
 class Tag:
     """A tag of an entry, or a definition of @string."""
-    __slots__ = ("name", "text", "form", "macros", "start", "value", "end", "line", "last")
+    __slots__ = ("name", "low", "text", "form", "macros", "start", "value", "end", "line", "last")
 
     def __init__(self, name, text, form, macros, start, value, end):
         self.name = name      # as it is written
+        self.low = name.lower()
         self.text = text      # macros put in; a name without a definition stands between \1 and \2
         self.form = form
         self.macros = macros  # the names that stand in the value, in lower case
@@ -52,7 +58,7 @@ class Entry:
 
     def values(self, name):
         """The texts of the tags of this name, letter case aside."""
-        return [tag.text for tag in self.tags if tag.name.lower() == name]
+        return [tag.text for tag in self.tags if tag.low == name]
 
 
 class Loose:
@@ -164,7 +170,7 @@ class _Reader:
         name = self.name(at + 1)
         tag = self.tag(name)
         self.library.strings.append(tag)
-        self.macros[tag.name.lower()] = tag.text
+        self.macros[tag.low] = tag.text
         return self.expect(tag.end, CLOSE[self.text[at]]) + 1
 
     def preamble(self, at):
@@ -198,7 +204,7 @@ class _Reader:
             if self.text[at:at + 1] == close:
                 entry.end, entry.whole = at + 1, True
                 return
-            tag = self.tag(self.name(at))
+            tag = self.plain_tag(at) or self.tag(self.name(at))
             entry.tags.append(tag)
             at = entry.end = tag.end
 
@@ -207,6 +213,16 @@ class _Reader:
         if not name:
             raise _Fault(at)
         return name
+
+    def plain_tag(self, at):
+        match = PLAIN_TAG.match(self.text, at)
+        if not match:
+            return None
+        text = match.group(3) if match.group(3) is not None else match.group(4)
+        form = QUOTED if match.group(3) is None else BRACED
+        if UNTIDY.search(text):
+            text = RUN.sub(" ", text).strip(WHITE)
+        return Tag(match.group(1), text, form, (), match.start(), match.start(2), match.end(2))
 
     def tag(self, name):
         value = self.space(self.expect(name.end(), "=") + 1)

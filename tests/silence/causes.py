@@ -11,7 +11,7 @@ NAMES = ("author booktitle title volume pages year journal month abstract note o
 
 
 def of_tag(library, entry, tag):
-    name = tag.name.lower()
+    name = tag.low
     if tag.form != "braced":
         yield tag.form
     held = [known for known in NAMES if known in name and known != name]

@@ -40,34 +40,61 @@ NEAR = "near"        # it is of the entry, the one before or the one after
 NAME = "name"        # it names the tag, in whatever entry
 LIBRARY = "library"  # it is about the library
 
-# The kinds of warnings: how near, and which losses they can name. One that cannot name any is a
-# note. A kind that is not here fails the test: it wants a row.
+
+
+def near(scope, *whats):
+    return dict.fromkeys(whats, scope)
+
+
+# The kinds of warnings: which losses each can name, and how near it must be. One that can name none
+# is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
-    "unbraced-value": (TAG, {GONE, CHANGED, MISSING, PERSON}),
-    "unknown-type": (NEAR, {ENTRY, GONE, FOREIGN, TWICE}),
-    "blank-in-type": (NEAR, {ENTRY, GONE, FOREIGN, TWICE}),
-    "runs-on": (NEAR, DAMAGE),
-    "open-value": (NEAR, DAMAGE),
-    "long-line": (LINE, DAMAGE),
-    "bad-bytes": (LINE, set()),
-    "missing-citation": (OF_ENTRY, {ENTRY}),
-    "other-citation": (LIBRARY, set()),
-    "key-with-blank": (LIBRARY, set()),
-    "carried-over": (OF_ENTRY, {FOREIGN, MISSING}),
-    "nothing-printed": (OF_ENTRY, {ENTRY}),
-    "command-left": (OF_ENTRY, {COMMAND}),
-    "no-group": (OF_ENTRY, set()),
-    "key-twice": (OF_ENTRY, {ENTRY}),
-    "overwritten": (OF_ENTRY, {ENTRY, BROKEN, GONE, CHANGED}),
-    "authors-as-they-were": (OF_ENTRY, set()),
-    "text-lost": (LINE, {GONE, BROKEN, ENTRY}),
-    "unknown-journal": (LIBRARY, set()),
-    "line-cut": (LINE, DAMAGE),
-    "character": (LIBRARY, set()),
-    "line-left-out": (NAME, {GONE}),
-    "unknown-tag": (NAME, {GONE}),
-    "entry-dropped": (OF_ENTRY, {ENTRY}),
-    "text-not-copied": (LINE, {TEXT, GONE, STRING}),
+    "unbraced-value": near(TAG, GONE, CHANGED, MISSING, PERSON),
+    "unknown-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
+    "blank-in-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
+    "runs-on": near(NEAR, *DAMAGE),
+    "open-value": near(NEAR, *DAMAGE),
+    "shared-line": near(LINE, *DAMAGE),
+    "other-tag": near(TAG, GONE, CHANGED) | near(OF_ENTRY, FOREIGN),
+    "key-as-tag": near(OF_ENTRY, *DAMAGE),
+    "at-in-key": near(NEAR, *DAMAGE),
+    "upper-cased": near(LINE, CHANGED, GONE, FOREIGN),
+    "long-line": near(LINE, *DAMAGE),
+    "bad-bytes": {},
+    "key-twice": {},
+    "missing-citation": near(OF_ENTRY, ENTRY),
+    "other-citation": {},
+    "key-with-blank": {},
+    "carried-over": near(OF_ENTRY, FOREIGN, MISSING),
+    "value-missing": near(TAG, GONE, MISSING),
+    "detail-missing": near(TAG, GONE, MISSING),
+    "unbalanced": near(OF_ENTRY, UNBALANCED),
+    "nothing-printed": near(OF_ENTRY, ENTRY),
+    "raw-editors": {},
+    "command-cut": near(OF_ENTRY, HALF),
+    "command-left": near(OF_ENTRY, COMMAND),
+    "no-group": {},
+    "weak-verdict": {},
+    "dropped-differs": near(TAG, DIFFERS),
+    "cut-entry": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
+    "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
+    "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
+    "authors-as-they-were": {},
+    "doubtful-name": near(OF_ENTRY, PERSON),
+    "text-lost": near(LINE, GONE, BROKEN, ENTRY),
+    "unknown-journal": {},
+    "line-cut": near(LINE, *DAMAGE),
+    "braced-journal": near(LINE, CHANGED),
+    "non-ascii-name": near(OF_ENTRY, ENCODING),
+    "character": {},
+    "line-left-out": near(NAME, GONE),
+    "torn-value": near(OF_ENTRY, BROKEN, GONE, CHANGED),
+    "renamed-tag": near(NAME, RENAMED),
+    "tag-twice": near(TAG, TWICE),
+    "broken-head": near(OF_ENTRY, *DAMAGE),
+    "unknown-tag": near(NAME, GONE),
+    "entry-dropped": near(OF_ENTRY, ENTRY),
+    "text-not-copied": near(LINE, TEXT, GONE, STRING),
 }
 
 
@@ -124,10 +151,11 @@ class Neighbours:
         self.places = {id(entry): number for number, entry in enumerate(library.entries)}
         self.by_line, self.by_key, self.wide = {}, {}, []
         for warning in warnings:
-            scope = KINDS[warning.kind][0]
-            if scope in (NAME, LIBRARY):
+            if warning.kind not in KINDS:
+                raise KeyError(f"judge.py: no row for the warnings of kind '{warning.kind}'")
+            if {NAME, LIBRARY} & set(KINDS[warning.kind].values()):
                 self.wide.append(warning)
-            elif warning.file == file:
+            if warning.file == file:
                 self.by_line.setdefault(warning.line, []).append(warning)
             if warning.key:
                 self.by_key.setdefault(warning.key, []).append(warning)
@@ -154,16 +182,15 @@ class Neighbours:
 
 
 def explains(warning, loss, own):
-    """Whether the warning names the loss; `own` tells that it is of the loss's entry."""
-    scope, whats = KINDS[warning.kind]
-    if loss.what not in whats:
+    """Whether the warning names the loss; `own` tells that it is of the loss's entry, None that it is
+    of the run."""
+    scope = KINDS[warning.kind].get(loss.what)
+    if scope in (LIBRARY, NAME):
+        return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
+    if own is None or scope is None:
         return False
-    if scope in (LIBRARY, NEAR):
-        return True
-    if scope == NAME:
-        return loss.tag is not None and names(warning.text, loss.tag.name)
-    if not own or scope == OF_ENTRY:
-        return own
+    if scope == NEAR or not own or scope == OF_ENTRY:
+        return scope == NEAR or own
     if loss.tag is None:
         return scope == LINE and loss.entry.line <= warning.line <= last_line(loss)
     on_line = loss.tag.line <= warning.line <= loss.tag.last
@@ -180,10 +207,10 @@ def named(losses, warnings, library, file):
     """Each loss with the kinds of the warnings that name it."""
     near = Neighbours(warnings, library, file)
     for loss in losses:
-        kinds = {warning.kind for warning in near.wide if explains(warning, loss, True)}
+        kinds = {warning.kind for warning in near.wide if explains(warning, loss, None)}
         if loss.entry is not None:
             kinds |= {warning.kind for warning, own in near.around(loss)
-                      if explains(warning, loss, own)}
+                      if loss.what in KINDS[warning.kind] and explains(warning, loss, own)}
         yield loss, kinds
 
 
@@ -221,20 +248,23 @@ class Entries:
         self.counts[entry.key] = left - 1
         if len(found) == left:
             return found.pop(0)
-        wanted = {(tag.name.lower(), same(tag.text)) for tag in entry.tags}
+        wanted = {(tag.low, same(tag.text)) for tag in entry.tags}
         best = max(found, key=lambda other: (
-            len(wanted & {(tag.name.lower(), same(tag.text)) for tag in other.tags}),
+            len(wanted & {(tag.low, same(tag.text)) for tag in other.tags}),
             -len(other.tags)))
         found.remove(best)
         return best
 
 
 def compare_tags(old, new, same=core):
-    """What happened to the tags of an entry on its way from `old` to `new`."""
-    left = [(tag.name.lower(), same(tag.text)) for tag in new.tags]
+    """What happened to the tags of an entry on its way from `old` to `new`. An empty value is none;
+    but one that hides a value of the same name is told."""
+    left = [(tag.low, same(tag.text)) for tag in new.tags]
+    pairs = [(tag.low, same(tag.text)) for tag in old.tags]
+    if left == pairs and new.whole:
+        return
     missed = []
-    for tag in old.tags:
-        pair = (tag.name.lower(), same(tag.text))
+    for tag, pair in zip(old.tags, pairs):
         if pair in left:
             left.remove(pair)
         else:
@@ -260,8 +290,10 @@ def compare_tags(old, new, same=core):
         gone = [tag for tag in gone if tag.start < kept]
         yield Loss(BROKEN, old, None, "without " + ", ".join(tag.name for tag in behind))
     for tag in gone:
-        yield Loss(GONE, old, tag)
-    had = {tag.name.lower(): tag for tag in old.tags}
+        if tag.text:
+            yield Loss(GONE, old, tag)
+    had = {tag.low: tag for tag in old.tags}
     for name, text in left:
         what = TWICE if name in had else FOREIGN
-        yield Loss(what, old, had.get(name), f"has a '{name}' more: '{text[:80]}'")
+        if text or what == TWICE:
+            yield Loss(what, old, had.get(name), f"has a '{name}' more: '{text[:80]}'")

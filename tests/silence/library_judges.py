@@ -43,9 +43,9 @@ def entry_gone(entry, output):
 
 def definitions(run, output):
     """Definitions that do not stand in the output as they were."""
-    found = [(tag.name.lower(), tag.text) for tag in output.strings]
+    found = [(tag.low, tag.text) for tag in output.strings]
     for tag in run.library.strings:
-        pair = (tag.name.lower(), tag.text)
+        pair = (tag.low, tag.text)
         if pair in found:
             found.remove(pair)
         else:
@@ -60,16 +60,17 @@ def used_definitions(run, entries):
     """Definitions that are not copied although entries that use them are."""
     used = {macro for entry in entries for tag in entry.tags for macro in tag.macros}
     for tag in run.library.strings:
-        if tag.name.lower() in used:
+        if tag.low in used:
             yield Loss(STRING, tag, tag)
 
 
 def texts(run, output=None):
     """Text outside entries that does not stand in the output. The header of an earlier run goes."""
+    kept = output.text.lower() if output else ""
     for loose in run.library.paragraphs():
         own = loose.last < OWN_HEADER_LINES and OWN_HEADER.match(run.library.text)
         text = loose.text.lower().replace("\r\n", "\n")
-        if not own and (output is None or text not in output.text.lower()):
+        if not own and text not in kept:
             yield Loss(TEXT, loose, None, repr(loose.text[:60]))
 
 
@@ -79,7 +80,7 @@ def orphans(run, copied):
     parents = {entry.key.lower() for entry in run.library.entries}
     for entry in copied:
         for tag in entry.tags:
-            if tag.name.lower() == "crossref" and tag.text.lower() in parents - keys:
+            if tag.low == "crossref" and tag.text.lower() in parents - keys:
                 yield Loss(PARENT, entry, tag)
 
 
@@ -134,7 +135,7 @@ def clean_tags(run):
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
-            if {tag.name.lower() for tag in entry.tags} > {"owner", "timestamp"} or not entry.whole:
+            if {tag.low for tag in entry.tags} > {"owner", "timestamp"} or not entry.whole:
                 yield entry_gone(entry, output)
             continue
         named = removed.get(entry.key, ())
@@ -144,7 +145,7 @@ def clean_tags(run):
     gone = re.findall(r"@STRING has been removed:\n    (.*)", log_of(run, "_tag.log"))
     logged = " ".join(gone).lower()
     for loss in definitions(run, output):
-        if not re.search(rf"[{{(]\s*{re.escape(loss.tag.name.lower())}\s*=", logged):
+        if not re.search(rf"[{{(]\s*{re.escape(loss.tag.low)}\s*=", logged):
             yield loss
     mentioned = "".join(name for names in removed.values() for name in names)
     for loss in texts(run):
@@ -166,7 +167,7 @@ def clean_authors(run):
             yield entry_gone(entry, output)
             continue
         for loss in compare_tags(entry, new, as_is):
-            if loss.what != CHANGED or loss.tag.name.lower() != "author":
+            if loss.what != CHANGED or loss.tag.low != "author":
                 yield loss
                 continue
             lists = next((text for text in new.values("author") if text != loss.tag.text), "")
@@ -202,7 +203,7 @@ def journals(run):
             continue
         for loss in compare_tags(entry, new, as_is):
             names = [core(tag.text) for tag in new.tags
-                     if loss.tag and tag.name.lower() == loss.tag.name.lower()]
+                     if loss.tag and tag.low == loss.tag.low]
             logged = [name for name in names if loss.what == CHANGED
                       and renamed.get(entry.key, set()) & {(core(loss.tag.text), name),
                                                            (written(run, loss.tag), name)}]
@@ -226,11 +227,11 @@ def copied(run, entry, entries, key=None):
 def differences(entry, kept):
     """What a dropped entry says of its identity that the kept one does not."""
     for tag in entry.tags:
-        if tag.name.lower() in IDENTITY and plain(tag.text):
-            texts_of_kept = [plain(text) for text in kept.values(tag.name.lower())]
+        if tag.low in IDENTITY and plain(tag.text):
+            texts_of_kept = [plain(text) for text in kept.values(tag.low)]
             if plain(tag.text) not in texts_of_kept:
                 yield Loss(DIFFERS, entry, tag, f"'{kept.key}' stays with "
-                                                f"'{' | '.join(kept.values(tag.name.lower()))[:60]}'")
+                                                f"'{' | '.join(kept.values(tag.low))[:60]}'")
 
 
 def verdicts(log, starts):

@@ -179,7 +179,7 @@ def report_kinds(tally):
     needed = True
     print(f"{'kind':24}{'losses named':>14}{'silent without':>16}")
     for kind in judge.KINDS:
-        if judge.KINDS[kind][1]:
+        if judge.KINDS[kind]:
             print(f"{kind:24}{tally.named[kind]:14}{tally.alone[kind]:16}"
                   f"{'' if tally.alone[kind] else '  NOT NOTICED'}")
             needed = needed and tally.alone[kind] > 0

@@ -51,7 +51,8 @@ class Absent:
     """A tag that an entry does not have."""
 
     def __init__(self, name):
-        self.name, self.line, self.last, self.form = name, 0, -1, "absent"
+        self.name = self.low = name
+        self.line, self.last, self.form = 0, -1, "absent"
 
 
 @functools.lru_cache
@@ -75,6 +76,7 @@ class Format:
         self.literals = fold(re.sub(r"%(\.0)?s", " ", text.replace("\\n", "\n")), True)
 
 
+@functools.lru_cache(1 << 16)
 def fold(text, latex):
     """The text in lower-case words with one blank between; in plain text a command is a gap."""
     try:
@@ -173,7 +175,7 @@ class ReferenceJudge:
         folded, at, gaps = fold(block, True), 0, False
         missed = False
         for name in shown:
-            tags = [tag for tag in entry.tags if tag.name.lower() == name and self.text(tag)]
+            tags = [tag for tag in entry.tags if tag.low == name and self.text(tag)]
             if not tags:
                 yield from self.absent(entry, name)
                 continue
@@ -190,12 +192,12 @@ class ReferenceJudge:
 
     def text(self, tag):
         """What of the value is printed."""
-        if tag.name.lower() == "pages" and not self.range:
+        if tag.low == "pages" and not self.range:
             return tag.text.split("-")[0].strip()
         return tag.text
 
     def find(self, tag, folded, at):
-        if tag.name.lower() not in ("author", "editor"):
+        if tag.low not in ("author", "editor"):
             return find_value(fold(self.text(tag), self.latex), folded, at)
         for name in people.people(tag.text):
             end = find_value(fold(" ".join(name.last), self.latex), folded, at)
@@ -217,13 +219,13 @@ class ReferenceJudge:
         there."""
         own = collections.Counter(self.formats[KINDS[entry.type]].literals.split())
         for tag in entry.tags:
-            if tag.name.lower() in shown:
+            if tag.low in shown:
                 own.update(fold(self.text(tag), True).split())
-                if tag.name.lower() in ("author", "editor"):
+                if tag.low in ("author", "editor"):
                     for name in people.people(tag.text):
                         own.update(["".join(name.initials()), "and"])
         more = collections.Counter(folded.split()) - own
-        values = " ".join(fold(tag.text, True) for tag in entry.tags if tag.name.lower() in shown)
+        values = " ".join(fold(tag.text, True) for tag in entry.tags if tag.low in shown)
         more = [word for word in more if not (missed and word in values or glued(word, own))]
         if more:
             yield Loss(FOREIGN, entry, None, "'" + " ".join(more)[:80] + "'")
@@ -239,7 +241,7 @@ class ReferenceJudge:
         if missed:
             return
         for tag in entry.tags:
-            if tag.name.lower() in shown and (half := half_command(tag.text, block)):
+            if tag.low in shown and (half := half_command(tag.text, block)):
                 yield Loss(HALF, entry, tag, half)
 
 
