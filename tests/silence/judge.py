@@ -20,6 +20,7 @@ FOREIGN = "foreign"          # the entry, or its reference, has a value that is 
 ENTRY = "entry gone"         # a whole entry, with no word in the log
 BROKEN = "entry broken"      # the entry is there, but BibTeX cannot read it
 DIFFERS = "double differs"   # a dropped double had another title, author, year, doi or eprint
+VERDICT = "weak verdict"     # it had other values of what was compared
 STRING = "string gone"       # a definition of @string
 PARENT = "parent gone"       # the entry that a crossref names
 TEXT = "text gone"           # text that is of no entry
@@ -31,6 +32,7 @@ HALF = "half a command"      # the end of one does
 ENCODING = "encoding"        # a library of plain ASCII is one no more
 FAILED = "failed"            # the run failed and gave no reason
 DAMAGE = {GONE, CHANGED, RENAMED, TWICE, FOREIGN, ENTRY, BROKEN}
+DOCUMENT = "paper.tex"
 
 # How near a warning must be to a loss.
 TAG = "tag"          # it is of the entry and names the tag
@@ -39,6 +41,7 @@ OF_ENTRY = "entry"   # it is of the entry
 NEAR = "near"        # it is of the entry, the one before or the one after
 NAME = "name"        # it names the tag, in whatever entry
 LIBRARY = "library"  # it is about the library
+CITED = "cited"      # it is of a line of the document that cites the entry
 
 
 
@@ -49,7 +52,7 @@ def near(scope, *whats):
 # The kinds of warnings: which losses each can name, and how near it must be. One that can name none
 # is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
-    "unbraced-value": near(TAG, GONE, CHANGED, MISSING, PERSON),
+    "unbraced-value": near(TAG, GONE, CHANGED, MISSING, PERSON, VERDICT),
     "unknown-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
     "blank-in-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
     "runs-on": near(NEAR, *DAMAGE),
@@ -62,9 +65,9 @@ KINDS = {
     "long-line": near(LINE, *DAMAGE),
     "bad-bytes": {},
     "key-twice": {},
-    "missing-citation": near(OF_ENTRY, ENTRY),
-    "other-citation": {},
-    "key-with-blank": {},
+    "missing-citation": near(CITED, ENTRY),
+    "other-citation": near(CITED, ENTRY),
+    "key-with-blank": near(CITED, ENTRY),
     "carried-over": near(OF_ENTRY, FOREIGN, MISSING),
     "value-missing": near(TAG, GONE, MISSING),
     "detail-missing": near(TAG, GONE, MISSING),
@@ -74,8 +77,8 @@ KINDS = {
     "command-cut": near(OF_ENTRY, HALF),
     "command-left": near(OF_ENTRY, COMMAND),
     "no-group": {},
-    "weak-verdict": {},
-    "dropped-differs": near(TAG, DIFFERS),
+    "weak-verdict": near(OF_ENTRY, VERDICT),
+    "dropped-differs": near(TAG, DIFFERS, VERDICT),
     "cut-entry": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
     "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
@@ -113,7 +116,7 @@ class Loss:
     entry: object = None  # of the input: an entry, a definition or a text
     tag: object = None
     detail: str = ""
-    cause: str = ""       # what is odd about the value, for people
+    lines: tuple = ()     # of the document: those that cite the entry
 
 
 ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "\\": "\\"}
@@ -153,7 +156,7 @@ class Neighbours:
         for warning in warnings:
             if warning.kind not in KINDS:
                 raise KeyError(f"judge.py: no row for the warnings of kind '{warning.kind}'")
-            if {NAME, LIBRARY} & set(KINDS[warning.kind].values()):
+            if {NAME, LIBRARY, CITED} & set(KINDS[warning.kind].values()):
                 self.wide.append(warning)
             if warning.file == file:
                 self.by_line.setdefault(warning.line, []).append(warning)
@@ -185,6 +188,8 @@ def explains(warning, loss, own):
     """Whether the warning names the loss; `own` tells that it is of the loss's entry, None that it is
     of the run."""
     scope = KINDS[warning.kind].get(loss.what)
+    if scope == CITED:
+        return warning.line in loss.lines and warning.file == DOCUMENT
     if scope in (LIBRARY, NAME):
         return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
     if own is None or scope is None:

@@ -1,18 +1,21 @@
 # SPDX-License-Identifier: MIT
 """Judges of the operations that write a library: each says what of the input does not stand in the
 outputs as the operation promises, and is not named in the log either."""
+import dataclasses
 import re
 
 import people
 from bibtex import Library
 from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, GONE, PARENT, PERSON, STRING, TEXT,
-                   Entries, Loss, compare_tags, core)
+                   VERDICT,                   Entries, Loss, compare_tags, core)
 
 BAD = re.compile(r"[^\x20-\x7e\t\n\r]")
 OWN_HEADER = re.compile(r"#\n\nThis BibTeX file has been created by .*\n\n.*\n\n#\n")
 OWN_HEADER_LINES = 8
 # What makes two entries different works, whatever else they say.
 IDENTITY = ("title", "author", "year", "doi", "eprint")
+# What a verdict on two articles rests on besides.
+COMPARED = ("journal", "volume", "pages")
 
 
 def as_is(text):
@@ -225,13 +228,16 @@ def copied(run, entry, entries, key=None):
 
 
 def differences(entry, kept):
-    """What a dropped entry says of its identity that the kept one does not."""
+    """What a dropped entry says of its identity, or of what was compared, that the kept one does not.
+    """
+    compared = COMPARED if entry.type == kept.type == "article" else ()
     for tag in entry.tags:
-        if tag.low in IDENTITY and plain(tag.text):
-            texts_of_kept = [plain(text) for text in kept.values(tag.low)]
-            if plain(tag.text) not in texts_of_kept:
-                yield Loss(DIFFERS, entry, tag, f"'{kept.key}' stays with "
-                                                f"'{' | '.join(kept.values(tag.low))[:60]}'")
+        if tag.low in IDENTITY + compared and plain(tag.text):
+            values = kept.values(tag.low)
+            same = plain(tag.text) in [plain(text) for text in values]
+            what = DIFFERS if tag.low in IDENTITY else VERDICT
+            if not same and (what == DIFFERS or values):
+                yield Loss(what, entry, tag, f"'{kept.key}' stays with '{' | '.join(values)[:60]}'")
 
 
 def verdicts(log, starts):
@@ -314,11 +320,11 @@ def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
     entries = Entries(output, run.library)
-    for entry in run.cited():
+    for entry, lines in run.cited():
         new = entries.take(entry)
         if new:
             yield from compare_tags(entry, new, as_is)
         else:
-            yield entry_gone(entry, output)
+            yield dataclasses.replace(entry_gone(entry, output), lines=lines)
     yield from used_definitions(run, output.entries)
     yield from orphans(run, output.entries)

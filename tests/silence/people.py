@@ -54,12 +54,14 @@ def words(text):
 
 
 def is_particle(word):
-    letters = unaccented_case(word)
-    return bool(letters) and letters[0].islower() and not word.startswith("{")
-
-
-def unaccented_case(word):
-    return re.sub(r"[^A-Za-z]", "", ACCENT.sub(r"\1", word))
+    if word.startswith("{"):
+        return False
+    try:
+        word = word.encode("latin-1").decode("utf-8")
+    except UnicodeError:
+        pass
+    letters = [letter for letter in ACCENT.sub(r"\1", word) if letter.isalpha()]
+    return bool(letters) and letters[0].islower()
 
 
 class Name:

@@ -69,7 +69,7 @@ def case_of(name, size):
     if size == 0:
         return Case.from_file(name)
     made = RandomLibrary(name, size)
-    return Case(name, made.text, made.other, made.document, made.keys)
+    return Case(name, made.text, made.other, made.document)
 
 
 @dataclasses.dataclass

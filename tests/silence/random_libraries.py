@@ -153,6 +153,8 @@ BETWEEN = (
     "@comment{article{old,\n  author = {Old, A.},\n}\n}\n", "@preamble{\"\\newcommand{\\x}{y}\"}\n")
 FRONT = ("", "", "", "", "% Encoding: UTF-8\n\n", "%% my library #1\n", "\ufeff", OWN_HEADER,
          "# a library\n# of mine\n", "This is my library.\n\n")
+CITATIONS = ("\\citep{{{}}}", "\\citet[see][p.~1]{{{}}}", "\\autocite{{{}}}", "\\cite[p.~2]{{{}}}",
+             "\\Textcite*{{{}}}", "% \\cite{{{}}}", "\\cite{{{},\n  last}}", "\\nocite{{{}}}")
 
 
 def strings(rng, macros):
@@ -259,7 +261,9 @@ class RandomLibrary:
         lines, keys = [], list(self.keys)
         while keys:
             count = self.rng.choice((1, 1, 2, 3))
-            lines.append(f"Text \\cite{{{','.join(keys[:count])}}} goes on.\n")
+            form = self.rng.choice(CITATIONS) if self.rng.random() < 0.1 else "\\cite{{{}}}"
+            comma = ", " if self.rng.random() < 0.03 else ","
+            lines.append(f"Text {form.format(comma.join(keys[:count]))} goes on.\n")
             del keys[:count]
         text = "\\documentclass{article}\n\\begin{document}\n" + "".join(lines)
         return (text + "\\end{document}\n").encode()

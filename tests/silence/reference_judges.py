@@ -163,12 +163,12 @@ class ReferenceJudge:
             self.parents.setdefault(entry.key.lower(), entry)
 
     def judge(self, entries, printed):
-        for entry in entries:
+        for entry, lines in entries:
             block = printed.take(entry.key)
             if block is not None:
                 yield from self.reference(entry, block)
             elif entry.key not in printed.unsupported:
-                yield Loss(ENTRY, entry, None, "no reference")
+                yield Loss(ENTRY, entry, None, "no reference", lines)
 
     def reference(self, entry, block):
         shown = self.formats[KINDS[entry.type]].shown if entry.type in KINDS else []
@@ -280,4 +280,4 @@ def judge_extract(run):
 def judge_text(run):
     latex = run.options.get("latex", False)
     printed = Printed(run.outputs["_text.txt"].decode("latin-1"), False)
-    yield from ReferenceJudge(run, latex).judge(run.library.entries, printed)
+    yield from ReferenceJudge(run, latex).judge(((entry, ()) for entry in run.library.entries), printed)

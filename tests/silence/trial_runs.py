@@ -5,6 +5,7 @@ import pathlib
 import subprocess
 import tempfile
 
+import documents
 import judge
 import library_judges
 import reference_judges
@@ -40,9 +41,8 @@ BASES = {"compare": ("first_linux_", "first_")}
 class Case:
     """A library, and what else the operations want beside it."""
 
-    def __init__(self, name, library, other=b"@book{x,\n}\n", document=b"", keys=()):
-        self.name, self.library, self.other = name, library, other
-        self.document, self.keys = document, keys
+    def __init__(self, name, library, other=b"@book{x,\n}\n", document=b""):
+        self.name, self.library, self.other, self.document = name, library, other, document
         self.parsed, self.parsed_other = Library(library), Library(other)
 
     @classmethod
@@ -55,10 +55,10 @@ class Case:
         cited = "".join(f"\\cite{{{key}}}\n" for key in keys)
         document = f"\\begin{{document}}\n{cited}\\end{{document}}\n".encode("latin-1")
         middle = entries[len(entries) // 2].start if entries else 0
-        return cls(path, data, data[:middle] + b"\n@book{last,\n}\n", document, keys)
+        return cls(path, data, data[:middle] + b"\n@book{last,\n}\n", document)
 
     def with_library(self, library):
-        return Case(self.name, library, self.other, self.document, self.keys)
+        return Case(self.name, library, self.other, self.document)
 
 
 class Run:
@@ -66,7 +66,8 @@ class Run:
 
     def __init__(self, case, operation, options, program, files):
         self.operation, self.options, self.program = operation, options, program
-        self.library, self.other, self.keys = case.parsed, case.parsed_other, case.keys
+        self.library, self.other = case.parsed, case.parsed_other
+        self.citations = documents.citations(case.document)
         self.file = "lit_linux.bib" if "lit_linux.bib" in files else "lit.bib"
         self.warnings = files.get("warnings.tsv", b"")
         self.outputs = {}
@@ -78,11 +79,11 @@ class Run:
         self.has_long_line = any(len(line) >= LONG_LINE for line in self.library.text.split("\n"))
 
     def cited(self):
-        """The entries that the document cites: of each key the first."""
+        """The entries that the document cites, of each key the first, with the lines that do."""
         first = {}
         for entry in self.library.entries:
             first.setdefault(entry.key, entry)
-        return [first[key] for key in self.keys if key in first]
+        return [(first[key], lines) for key, lines in self.citations.items() if key in first]
 
 
 def random_options(operation, rng):
