@@ -27,6 +27,7 @@ PLAIN_BRACES = re.compile(r"\{([^{}]*)\}")
 PLAIN_QUOTES = re.compile(r'"([^{}"]*)"')
 BRACE = re.compile(r"[{}]")
 BRACE_OR_QUOTE = re.compile(r'[{}"]')
+LONGEST = 30_000  # the most bytes of a joined value: macros of macros double with each definition
 WHITE = " \t\r\n\f\v"
 
 # How a value is written.
@@ -109,13 +110,21 @@ class Library:
         return self.text[self._starts[first - 1]:end]
 
     def paragraphs(self):
-        """What BibTeX passes over, a piece for each run of lines that are not blank."""
+        """What BibTeX passes over, a piece for each run of lines that are not blank. A comma or brace
+        alone is no text."""
         for start, end in self.skipped:
-            for match in re.finditer(r"(?:[^\n]*[^\s,})][^\n]*(?:\n|\Z))+", self.text[start:end]):
-                text = match.group().strip()
-                begin = start + match.start()
-                begin += len(match.group()) - len(match.group().lstrip())
-                yield Loose(text, self.line(begin), self.line(begin + len(text) - 1))
+            lines, at = [], start
+            for line in self.text[start:end].split("\n") + [""]:
+                if line.strip(WHITE + ",)}\xef\xbb\xbf"):
+                    lines.append(line)
+                elif lines:
+                    begin = at - sum(len(one) + 1 for one in lines)
+                    text = "\n".join(lines)
+                    begin += len(text) - len(text.lstrip(WHITE))
+                    text = text.strip(WHITE)
+                    yield Loose(text, self.line(begin), self.line(begin + len(text) - 1))
+                    lines = []
+                at += len(line) + 1
 
 
 class _Fault(Exception):
@@ -235,9 +244,9 @@ class _Reader:
         behind = self.space(end)
         while self.text[behind:behind + 1] == "#":
             more, _, names, end = self.piece(self.space(behind + 1))
-            text, form, macros = text + more, JOINED, macros + names
+            text, form, macros = (text + more)[:LONGEST], JOINED, macros + names
             behind = self.space(end)
-        if form != NUMERIC:
+        if form != NUMERIC and UNTIDY.search(text):
             text = RUN.sub(" ", text).strip(WHITE)
         return text, form, macros, end
 
