@@ -27,7 +27,7 @@ PLAIN_BRACES = re.compile(r"\{([^{}]*)\}")
 PLAIN_QUOTES = re.compile(r'"([^{}"]*)"')
 BRACE = re.compile(r"[{}]")
 BRACE_OR_QUOTE = re.compile(r'[{}"]')
-LONGEST = 30_000  # the most bytes of a joined value: macros of macros double with each definition
+LONGEST = 10_000  # the most bytes of a joined value: macros of macros double with each definition
 WHITE = " \t\r\n\f\v"
 
 # How a value is written.

