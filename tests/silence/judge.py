@@ -58,7 +58,7 @@ KINDS = {
     "runs-on": near(NEAR, *DAMAGE),
     "open-value": near(NEAR, *DAMAGE),
     "shared-line": near(LINE, *DAMAGE),
-    "other-tag": near(TAG, GONE, CHANGED) | near(OF_ENTRY, FOREIGN),
+    "other-tag": near(TAG, GONE, CHANGED, MISSING) | near(OF_ENTRY, FOREIGN),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
     "at-in-key": near(NEAR, *DAMAGE),
     "upper-cased": near(LINE, CHANGED, GONE, FOREIGN),
@@ -79,19 +79,19 @@ KINDS = {
     "no-group": {},
     "weak-verdict": near(OF_ENTRY, VERDICT),
     "dropped-differs": near(TAG, DIFFERS, VERDICT),
-    "cut-entry": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
+    "cut-entry": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
     "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
     "text-lost": near(LINE, GONE, BROKEN, ENTRY),
     "unknown-journal": {},
-    "line-cut": near(LINE, *DAMAGE),
+    "line-cut": near(LINE, STRING, TEXT, *DAMAGE),
     "braced-journal": near(LINE, CHANGED),
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
     "line-left-out": near(NAME, GONE),
-    "torn-value": near(OF_ENTRY, BROKEN, GONE, CHANGED),
+    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
     "renamed-tag": near(NAME, RENAMED),
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
@@ -131,7 +131,7 @@ def read_warnings(data):
     made = []
     for row in data.decode("latin-1").split("\n")[:-1]:
         kind, file, line, key, text = (unescape(field) for field in row.split("\t"))
-        made.append(Warning(kind, file.rsplit("/", 1)[-1], int(line), key.strip(), text))
+        made.append(Warning(kind, file.rsplit("/", 1)[-1], int(line or 0), key, text))
     return made
 
 
@@ -161,7 +161,7 @@ class Neighbours:
             if warning.file == file:
                 self.by_line.setdefault(warning.line, []).append(warning)
             if warning.key:
-                self.by_key.setdefault(warning.key, []).append(warning)
+                self.by_key.setdefault(warning.key.strip(), []).append(warning)
 
     def on(self, first, last):
         for line in range(first, last + 1):
@@ -189,6 +189,10 @@ def explains(warning, loss, own):
     of the run."""
     scope = KINDS[warning.kind].get(loss.what)
     if scope == CITED:
+        if warning.key and warning.key.strip() != loss.entry.key:
+            return False
+        if warning.kind == "missing-citation" and warning.key != loss.entry.key:
+            return False  # another key is missing: this one with blanks
         return warning.line in loss.lines and warning.file == DOCUMENT
     if scope in (LIBRARY, NAME):
         return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
@@ -212,6 +216,8 @@ def named(losses, warnings, library, file):
     """Each loss with the kinds of the warnings that name it."""
     near = Neighbours(warnings, library, file)
     for loss in losses:
+        if loss.what in (ENTRY, BROKEN) and not loss.entry.tags:
+            continue  # it held nothing
         kinds = {warning.kind for warning in near.wide if explains(warning, loss, None)}
         if loss.entry is not None:
             kinds |= {warning.kind for warning, own in near.around(loss)
@@ -275,9 +281,12 @@ def compare_tags(old, new, same=core):
         else:
             missed.append((tag, pair))
     gone = []
+    # A tag whose own name holds the new one comes first; values may be equal.
+    missed.sort(key=lambda one: not any(
+        pair[0] in one[1][0] and pair[1] == one[1][1] for pair in left))
     for tag, (name, text) in missed:
         elsewhere = [pair for pair in left if text and pair[1] == text]
-        elsewhere.sort(key=lambda pair: pair[0] not in name)  # its own name may hold the new one
+        elsewhere.sort(key=lambda pair: pair[0] not in name)
         here = [pair for pair in left if pair[0] == name]
         if elsewhere:
             left.remove(elsewhere[0])

@@ -11,7 +11,7 @@ from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, GONE, PARENT, PERS
 
 BAD = re.compile(r"[^\x20-\x7e\t\n\r]")
 OWN_HEADER = re.compile(r"#\n\nThis BibTeX file has been created by .*\n\n.*\n\n#\n")
-OWN_HEADER_LINES = 8
+OWN_HEADER_LINES = 7
 # What makes two entries different works, whatever else they say.
 IDENTITY = ("title", "author", "year", "doi", "eprint")
 # What a verdict on two articles rests on besides.
@@ -70,10 +70,13 @@ def used_definitions(run, entries):
 def texts(run, output=None):
     """Text outside entries that does not stand in the output. The header of an earlier run goes."""
     kept = output.text.lower() if output else ""
+    headers = set()
+    for match in OWN_HEADER.finditer(run.library.text.replace("\r\n", "\n")):
+        first = match.string.count("\n", 0, match.start()) + 1
+        headers.update(range(first, first + OWN_HEADER_LINES))
     for loose in run.library.paragraphs():
-        own = loose.last < OWN_HEADER_LINES and OWN_HEADER.match(run.library.text)
         text = loose.text.lower().replace("\r\n", "\n")
-        if not own and text not in kept:
+        if not {loose.line, loose.last} <= headers and text not in kept:
             yield Loss(TEXT, loose, None, repr(loose.text[:60]))
 
 

@@ -106,14 +106,14 @@ def find(piece, text, at, left=True, right=True):
 
 def find_value(value, text, at):
     """Where the folded value ends in the folded text from `at` on; -1 when it does not stand there.
-    """
+    Some formats put nothing between two values, so longer ones may stand inside a word."""
     pieces = value.split(GAP)
     for number, piece in enumerate(pieces):
         piece = piece.strip()
         if not piece:
             continue
         end = find(piece, text, at, number == 0, number == len(pieces) - 1)
-        if end < 0 and " " in piece:  # two values may stand together, and blanks may go
+        if end < 0 and len(piece) > 2:
             end = find(piece, text, at, False, False)
             if end < 0 and find(piece.replace(" ", ""), text.replace(" ", ""), 0, False, False) >= 0:
                 end = at

@@ -41,24 +41,33 @@ BASES = {"compare": ("first_linux_", "first_")}
 class Case:
     """A library, and what else the operations want beside it."""
 
-    def __init__(self, name, library, other=b"@book{x,\n}\n", document=b""):
+    def __init__(self, name, library, other=b"@book{x,\n}\n", document=b"", journals=b""):
         self.name, self.library, self.other, self.document = name, library, other, document
+        self.journals = journals  # an own list; without one the program's list is used
         self.parsed, self.parsed_other = Library(library), Library(other)
 
     @classmethod
     def from_file(cls, path):
-        """All entries are cited, and the library is compared with the first half of itself."""
+        """The library of a file. The document beside it, if there is one, cites it, else one that
+        cites all entries; it is compared with the first half of itself; and a list of journals that
+        stands beside it is used."""
         data = pathlib.Path(path).read_bytes()
+        document, journals = (pathlib.Path(path).with_suffix(end) for end in (".tex", ".bs"))
         entries = Library(data).entries
-        keys = [key for key in dict.fromkeys(entry.key for entry in entries)
-                if key and not set(key) & set(" ,{}%\\")]
-        cited = "".join(f"\\cite{{{key}}}\n" for key in keys)
-        document = f"\\begin{{document}}\n{cited}\\end{{document}}\n".encode("latin-1")
         middle = entries[len(entries) // 2].start if entries else 0
-        return cls(path, data, data[:middle] + b"\n@book{last,\n}\n", document)
+        text = document.read_bytes() if document.exists() else cite_all(entries)
+        return cls(path, data, data[:middle] + b"\n@book{end-of-the-half,\n}\n", text,
+                   journals.read_bytes() if journals.exists() else b"")
 
     def with_library(self, library):
-        return Case(self.name, library, self.other, self.document)
+        return Case(self.name, library, self.other, self.document, self.journals)
+
+
+def cite_all(entries):
+    keys = [key for key in dict.fromkeys(entry.key for entry in entries)
+            if key and not set(key) & set(" ,{}%\\")]
+    cited = "".join(f"\\cite{{{key}}}\n" for key in keys)
+    return f"\\begin{{document}}\n{cited}\\end{{document}}\n".encode("latin-1")
 
 
 class Run:
@@ -124,8 +133,11 @@ def read_files(directory):
 
 def losses(program, case, operation, options):
     """The losses of a run, each with the kinds of the warnings that name it."""
-    contents = {"lit.bib": case.library, "first.bib": case.other, "paper.tex": case.document}
+    contents = {"lit.bib": case.library, "first.bib": case.other, "paper.tex": case.document,
+                "own.bs": case.journals}
     names = FILES.get(operation, ("lit.bib",))
+    if operation == "journals" and case.journals:
+        names = ("lit.bib", "own.bs")
     with tempfile.TemporaryDirectory(prefix="tarvel-silence-", dir=SCRATCH) as directory:
         for name in names:
             pathlib.Path(directory, name).write_bytes(contents[name])
