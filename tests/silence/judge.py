@@ -37,6 +37,7 @@ DOCUMENT = "paper.tex"
 # How near a warning must be to a loss.
 TAG = "tag"          # it is of the entry and names the tag
 LINE = "line"        # it is of a line of the tag, or names the tag in the entry
+AFTER = "after"      # it is of a line of the entry that stands before the tag, or on its line
 OF_ENTRY = "entry"   # it is of the entry
 NEAR = "near"        # it is of the entry, the one before or the one after
 NAME = "name"        # it names the tag, in whatever entry
@@ -52,15 +53,15 @@ def near(scope, *whats):
 # The kinds of warnings: which losses each can name, and how near it must be. One that can name none
 # is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
-    "unbraced-value": near(TAG, GONE, CHANGED, MISSING, PERSON, VERDICT),
-    "unknown-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
-    "blank-in-type": near(NEAR, ENTRY, GONE, FOREIGN, TWICE),
+    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, MISSING, PERSON, VERDICT, DIFFERS),
+    "unknown-type": near(NEAR, PERSON, *DAMAGE),
+    "blank-in-type": near(NEAR, PERSON, *DAMAGE),
     "runs-on": near(NEAR, *DAMAGE),
     "open-value": near(NEAR, *DAMAGE),
     "shared-line": near(LINE, *DAMAGE),
-    "other-tag": near(TAG, GONE, CHANGED, MISSING) | near(OF_ENTRY, FOREIGN),
+    "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
-    "at-in-key": near(NEAR, *DAMAGE),
+    "at-in-key": near(NEAR, PERSON, *DAMAGE),
     "upper-cased": near(LINE, CHANGED, GONE, FOREIGN),
     "long-line": near(LINE, *DAMAGE),
     "bad-bytes": {},
@@ -86,7 +87,7 @@ KINDS = {
     "doubtful-name": near(OF_ENTRY, PERSON),
     "text-lost": near(LINE, GONE, BROKEN, ENTRY),
     "unknown-journal": {},
-    "line-cut": near(LINE, STRING, TEXT, *DAMAGE),
+    "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
     "braced-journal": near(LINE, CHANGED),
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
@@ -201,8 +202,10 @@ def explains(warning, loss, own):
     if scope == NEAR or not own or scope == OF_ENTRY:
         return scope == NEAR or own
     if loss.tag is None:
-        return scope == LINE and loss.entry.line <= warning.line <= last_line(loss)
+        return scope in (LINE, AFTER) and loss.entry.line <= warning.line <= last_line(loss)
     on_line = loss.tag.line <= warning.line <= loss.tag.last
+    if scope == AFTER and loss.entry.line <= warning.line <= loss.tag.last:
+        return True
     return scope == LINE and on_line or names(warning.text, loss.tag.name)
 
 

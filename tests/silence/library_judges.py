@@ -24,7 +24,7 @@ def as_is(text):
 
 def plain(text):
     """The text without letter case, braces and blanks."""
-    return re.sub(r"[{}\s]", "", text).lower()
+    return re.sub(r"[{} \t\r\n]", "", text).lower()
 
 
 def read_output(run, suffix):

@@ -3,7 +3,9 @@
 import re
 import unicodedata
 
-AND = re.compile(r"\s+and\s+", re.IGNORECASE)
+from bibtex import WHITE
+
+AND = re.compile(r"\s+and\s+", re.IGNORECASE | re.ASCII)
 ET_AL = re.compile(r"\{?\\ldots\}?|\{\\it et al\}|(?:\band\s+)?\bet al\.?|\band Others\b")
 ACCENT = re.compile(r"""\\(?:["'`^~=.]\s*|[vcHkurdbt](?:\s+|(?=\{)))\{?\\?([A-Za-z])\}?""")
 COMMAND = re.compile(r"\\([A-Za-z]+)\s*")
@@ -44,13 +46,13 @@ def split(text, separator):
     return parts + [text[start:]]
 
 
-BLANKS = re.compile(r"[\s~]+")
-COMMA = re.compile(r"\s*,\s*")
+BLANKS = re.compile(r"[\s~]+", re.ASCII)
+COMMA = re.compile(r"\s*,\s*", re.ASCII)
 SUFFIXES = ("jr", "sr", "ii", "iii", "iv")
 
 
 def words(text):
-    return [word for word in split(text.strip(), BLANKS) if word]
+    return [word for word in split(text.strip(WHITE), BLANKS) if word]
 
 
 def is_particle(word):
@@ -68,7 +70,7 @@ class Name:
     """A person's name in BibTeX's parts."""
 
     def __init__(self, text):
-        parts = split(text.strip(), COMMA)
+        parts = split(text.strip(WHITE), COMMA)
         self.suffix = ""
         if len(parts) == 1:
             all_words = words(text)
@@ -99,13 +101,13 @@ class Name:
         """The same with words of capitals alone, such as JP, taken letter by letter."""
         found = []
         for word in self.first:
-            for part in re.split(r"[-.~\s]+", word):
+            for part in re.split(r"[-.~ ]+", word):
                 found += list(part.lower()) if part.isupper() else [i[0] for i in [unaccented(part)] if i]
         return found
 
 
 def people(text):
-    return [Name(part) for part in split(text, AND) if part.strip()]
+    return [Name(part) for part in split(text, AND) if part.strip(WHITE)]
 
 
 def change(old, new):

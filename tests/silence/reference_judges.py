@@ -260,15 +260,16 @@ def unbalanced(text):
 
 
 def half_command(value, printed):
-    """The end of a LaTeX command of the value that stands in the printed text."""
-    for match in re.finditer(r"([A-Za-z0-9 ]{0,6})\\([A-Za-z]{3,})(?:\{\}|\s|\{\s*)?([A-Za-z0-9]{0,6})",
-                             value):
+    """The end of a LaTeX command of the value that stands in the printed text, behind what its
+    beginning became."""
+    printed = re.sub("[{}]", "", printed)
+    for match in re.finditer(
+            r"([A-Za-z0-9 ]{0,6})\\([A-Za-z]{3,})(?:\{\}|\s|\{\s*)?([A-Za-z0-9]{0,6})", value):
         before, name, behind = match.groups()
-        for start in range(1, len(name)):
-            tail = name[start:]
-            if len(tail) > 1 and (before or behind) and f"{before}{tail}{behind}" in printed.replace(
-                    "{", "").replace("}", "") and f"{before}{tail}{behind}" not in value:
-                return f"\\{name} became '{tail}'"
+        for start in range(1, len(name) - 1):
+            text = re.escape(before) + "[^A-Za-z0-9 ]{0,4}" + name[start:] + re.escape(behind)
+            if (before or behind) and re.search(text, printed) and not re.search(text, value):
+                return f"\\{name} became '{name[start:]}'"
     return ""
 
 

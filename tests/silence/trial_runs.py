@@ -152,7 +152,8 @@ def losses(program, case, operation, options):
 def failure(ended, operation):
     """A run that failed must say why, in more than the box that says that it did."""
     said = ended.stderr if operation == "clean-authors" else ended.stdout + ended.stderr
-    reasons = [line for line in said.split(b"\n") if line and HINT not in line]
+    reasons = [line for line in said.split(b"\n")
+               if line and HINT not in line and not line.startswith(b"[Note!]")]
     if ended.returncode != 1 or not reasons:
         return [judge.Loss(judge.FAILED, detail=f"status {ended.returncode}")]
     return []
