@@ -79,7 +79,7 @@ KINDS = {
     "command-left": near(OF_ENTRY, COMMAND),
     "no-group": {},
     "weak-verdict": near(OF_ENTRY, VERDICT),
-    "dropped-differs": near(TAG, DIFFERS, VERDICT),
+    "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT),
     "cut-entry": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
     "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
@@ -93,7 +93,7 @@ KINDS = {
     "character": {},
     "line-left-out": near(NAME, GONE),
     "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
-    "renamed-tag": near(NAME, RENAMED),
+    "renamed-tag": near(NAME, RENAMED) | near(OF_ENTRY, FOREIGN) | near(LINE, TEXT),
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
@@ -263,9 +263,13 @@ class Entries:
         if len(found) == left:
             return found.pop(0)
         wanted = {(tag.low, same(tag.text)) for tag in entry.tags}
-        best = max(found, key=lambda other: (
-            len(wanted & {(tag.low, same(tag.text)) for tag in other.tags}),
-            -len(other.tags)))
+        best, common = None, -1
+        for other in found:
+            equal = len(wanted & {(tag.low, same(tag.text)) for tag in other.tags})
+            if (equal, -len(other.tags)) > (common, -len(best.tags) if best else 0):
+                best, common = other, equal
+        if len(found) < left and 2 * common < len(wanted):
+            return None  # it is another one of this key, and this one is missing
         found.remove(best)
         return best
 

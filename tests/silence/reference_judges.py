@@ -211,7 +211,7 @@ class ReferenceJudge:
         for parent in entry.values("crossref"):
             other = self.parents.get(parent.lower())
             inherited = other is not None and bool(other.values(name))
-        if inherited or name in ALWAYS:
+        if entry.whole and (inherited or name in ALWAYS):  # else BibTeX itself reports an error
             yield Loss(MISSING, entry, Absent(name), "inherited" if inherited else "")
 
     def foreign(self, entry, shown, folded, missed):
@@ -226,7 +226,8 @@ class ReferenceJudge:
                         own.update(["".join(name.initials()), "and"])
         more = collections.Counter(folded.split()) - own
         values = " ".join(fold(tag.text, True) for tag in entry.tags if tag.low in shown)
-        more = [word for word in more if not (missed and word in values or glued(word, own))]
+        more = [word for word in more
+                if not (missed and is_piece(word, values) or glued(word, own))]
         if more:
             yield Loss(FOREIGN, entry, None, "'" + " ".join(more)[:80] + "'")
 
@@ -243,6 +244,12 @@ class ReferenceJudge:
         for tag in entry.tags:
             if tag.low in shown and (half := half_command(tag.text, block)):
                 yield Loss(HALF, entry, tag, half)
+
+
+def is_piece(word, values):
+    """Whether the word stands in the values, or is two pieces of them."""
+    return word in values or any(word[:at] in values and word[at:] in values
+                                 for at in range(1, len(word)))
 
 
 def glued(word, known):
