@@ -290,7 +290,6 @@ def clean_doubles(run):
 def compare(run):
     """The second library is the one that is looked for in the first."""
     missing = Entries(read_output(run, "_comp_missing.bib"))
-    equal = Entries(read_output(run, "_comp_equal.bib"))
     log = log_of(run, "_comp.log")
     same = verdicts(log, (r" - Exactly the same : ", r" - Probably the same : ",
                           r" - One of the two entries \("))
@@ -306,7 +305,6 @@ def compare(run):
         if copied(run, entry, missing):
             continue
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
-        stays = [other for other in stays if equal.by_key.get(other.key)]
         if stays:
             yield from min((list(differences(entry, other)) for other in stays), key=len)
         else:

@@ -161,6 +161,10 @@ class ReferenceJudge:
         self.parents = {}
         for entry in run.library.entries:
             self.parents.setdefault(entry.key.lower(), entry)
+        # What stands between an entry and the next one: the program may read tags there.
+        starts = [entry.start for entry in run.library.entries[1:]] + [len(run.library.text)]
+        self.behind = {id(entry): run.library.text[entry.end:start].lower()
+                       for entry, start in zip(run.library.entries, starts)}
 
     def judge(self, entries, printed):
         for entry, lines in entries:
@@ -211,7 +215,9 @@ class ReferenceJudge:
         for parent in entry.values("crossref"):
             other = self.parents.get(parent.lower())
             inherited = other is not None and bool(other.values(name))
-        if entry.whole and (inherited or name in ALWAYS):  # else BibTeX itself reports an error
+        if not entry.whole or re.search(rf"\b{name}\s*=", self.behind[id(entry)]):
+            return  # BibTeX reads less of the entry than was meant
+        if inherited or name in ALWAYS:
             yield Loss(MISSING, entry, Absent(name), "inherited" if inherited else "")
 
     def foreign(self, entry, shown, folded, missed):
