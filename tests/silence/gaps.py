@@ -1,8 +1,12 @@
 # SPDX-License-Identifier: MIT
 """What is known to be lost in silence. `prove.py` counts it apart and prints the list, so that it is
 not forgotten; a row goes when the program warns of the loss."""
+import bisect
 import dataclasses
+import re
 from typing import Callable
+
+import judge
 
 
 @dataclasses.dataclass
@@ -13,7 +17,42 @@ class Gap:
     fits: Callable = lambda library, loss: True
 
 
+def is_encoding(_, loss):
+    return loss.entry.text.lower().startswith("% encoding:")
+
+
+def behind(library, loss):
+    """The text between the loss's entry and the next one, and before the entry's head."""
+    entries = library.entries
+    at = bisect.bisect_left([entry.start for entry in entries], loss.entry.start)
+    end = entries[at + 1].start if at + 1 < len(entries) else len(library.text)
+    return library.text[loss.entry.end:end]
+
+
+def has_tags_behind(library, loss):
+    return "=" in behind(library, loss)
+
+
+def has_tags(_, loss):
+    return "=" in loss.entry.text
+
+
+def follows_mark(library, loss):
+    return library.text.startswith("\xef\xbb\xbf") and loss.entry.line == 1
+
+
 GAPS = (
+    Gap("the line '% Encoding: ...' before the first entry, which JabRef writes anew",
+        ("clean-doubles", "clean-tags"), (judge.TEXT,), is_encoding),
+    Gap("a line behind an entry that reads like a tag is taken for the entry's",
+        ("extract", "text", "clean-tags"),
+        (judge.FOREIGN, judge.GONE, judge.TWICE, judge.MISSING), has_tags_behind),
+    Gap("text that reads like tags, behind an entry that BibTeX ends early, is changed as tags are",
+        ("clean-authors", "journals"), (judge.TEXT,), has_tags),
+    Gap("a definition behind a byte order mark", ("extract", "clean-tags"), (judge.STRING,),
+        follows_mark),
+    Gap("an entry that BibTeX takes for a part of the damaged one before it in the output",
+        ("extract", "clean-doubles", "compare"), (judge.BROKEN,)),
 )
 
 

@@ -85,7 +85,7 @@ KINDS = {
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
-    "text-lost": near(LINE, GONE, BROKEN, ENTRY),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON, BROKEN, ENTRY),
     "unknown-journal": {},
     "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
     "braced-journal": near(LINE, CHANGED),
@@ -99,6 +99,13 @@ KINDS = {
     "unknown-tag": near(NAME, GONE),
     "entry-dropped": near(OF_ENTRY, ENTRY),
     "text-not-copied": near(LINE, TEXT, GONE, STRING),
+}
+
+
+# Kinds whose losses other kinds name too, so that nobody would miss them.
+NAMED_TWICE = {
+    "blank-in-type": "nothing-printed names the entry that Extract and Text do not print for it",
+    "open-value": "BibTeX reads no further there either; where it does, other kinds name the loss",
 }
 
 

@@ -289,7 +289,8 @@ def clean_doubles(run):
 
 def compare(run):
     """The second library is the one that is looked for in the first."""
-    missing = Entries(read_output(run, "_comp_missing.bib"))
+    output = read_output(run, "_comp_missing.bib")
+    missing = Entries(output)
     log = log_of(run, "_comp.log")
     same = verdicts(log, (r" - Exactly the same : ", r" - Probably the same : ",
                           r" - One of the two entries \("))
@@ -314,7 +315,7 @@ def compare(run):
         if new:
             yield from compare_tags(entry, new, as_is)
         else:
-            yield Loss(ENTRY, entry)
+            yield entry_gone(entry, output)
 
 
 def extract(run):
