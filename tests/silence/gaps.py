@@ -37,6 +37,10 @@ def has_tags(_, loss):
     return "=" in loss.entry.text
 
 
+def is_comment(_, loss):
+    return loss.entry.text.lower().startswith("@comment")
+
+
 def follows_mark(library, loss):
     return library.text.startswith("\xef\xbb\xbf") and loss.entry.line == 1
 
@@ -49,6 +53,8 @@ GAPS = (
         (judge.FOREIGN, judge.GONE, judge.TWICE, judge.MISSING), has_tags_behind),
     Gap("text that reads like tags, behind an entry that BibTeX ends early, is changed as tags are",
         ("clean-authors", "journals"), (judge.TEXT,), has_tags),
+    Gap("an @comment that is taken for the tag 'comment' of the entry before; the log names the tag",
+        ("clean-tags",), (judge.TEXT,), is_comment),
     Gap("a definition behind a byte order mark", ("extract", "clean-tags"), (judge.STRING,),
         follows_mark),
     Gap("an entry that BibTeX takes for a part of the damaged one before it in the output",

@@ -284,7 +284,7 @@ def clean_doubles(run):
             yield entry_gone(entry, output)
     yield from used_definitions(run, output.entries)
     yield from orphans(run, output.entries)
-    yield from texts(run)
+    yield from texts(run, output)
 
 
 def compare(run):
