@@ -71,11 +71,12 @@ class Loose:
 
 
 class Library:
-    """A library, read from its bytes; `macros` are definitions that it knows from elsewhere."""
+    """A library, read from its bytes; `macros` are definitions from elsewhere, which its own ones do
+    not replace."""
 
     def __init__(self, data, macros=()):
         self.text = data.decode("latin-1")
-        self.macros = dict(macros)
+        self.given, self.macros = macros, dict(macros)
         self.entries = []
         self.strings = []
         self.preambles = []
@@ -179,7 +180,8 @@ class _Reader:
         name = self.name(at + 1)
         tag = self.tag(name)
         self.library.strings.append(tag)
-        self.macros[tag.low] = tag.text
+        if tag.low not in self.library.given:
+            self.macros[tag.low] = tag.text
         return self.expect(tag.end, CLOSE[self.text[at]]) + 1
 
     def preamble(self, at):

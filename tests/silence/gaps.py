@@ -41,6 +41,29 @@ def is_comment(_, loss):
     return loss.entry.text.lower().startswith("@comment")
 
 
+def is_in_error(library, loss):
+    return any(not entry.whole and entry.line <= loss.entry.line <= entry.last + 1
+               for entry in library.entries)
+
+
+def is_head(_, loss):
+    return loss.entry.text.startswith("@")
+
+
+def is_long_definition(library, loss):
+    return hasattr(loss.tag, "value") and "\n" in library.text[
+        library.text.rfind("@", 0, loss.tag.start):loss.tag.end]
+
+
+def has_cut_definition(library, loss):
+    """Whether a definition in parentheses is such that Journals cuts its line."""
+    return re.search(r"@string\s*\([^\n]*journal", library.text, re.IGNORECASE) is not None
+
+
+def follows_joined(_, loss):
+    return any(tag.form == "joined" and tag.start <= loss.tag.start for tag in loss.entry.tags)
+
+
 def follows_mark(library, loss):
     return library.text.startswith("\xef\xbb\xbf") and loss.entry.line == 1
 
@@ -55,6 +78,19 @@ GAPS = (
         ("clean-authors", "journals"), (judge.TEXT,), has_tags),
     Gap("an @comment that is taken for the tag 'comment' of the entry before; the log names the tag",
         ("clean-tags",), (judge.TEXT,), is_comment),
+    Gap("pieces of an entry that BibTeX reports an error in",
+        ("clean-tags", "clean-doubles"), (judge.TEXT,), is_in_error),
+    Gap("words of an entry that BibTeX reports an error in",
+        ("extract", "text"), (judge.FOREIGN,), lambda library, loss: not loss.entry.whole),
+    Gap("an entry whose head BibTeX cannot read, dropped as a double",
+        ("clean-doubles", "compare"), (judge.TEXT,), is_head),
+    Gap("a definition of several lines", ("clean-tags", "clean-doubles", "extract"),
+        (judge.STRING,), is_long_definition),
+    Gap("what BibTeX takes for a part of a definition in parentheses that Journals cut: line-cut "
+        "names the definition", ("journals",),
+        (judge.STRING, judge.TEXT, judge.ENTRY, judge.BROKEN), has_cut_definition),
+    Gap("tags behind one whose value is joined of quotes and braces", ("clean-tags",),
+        (judge.CHANGED,), follows_joined),
     Gap("a definition behind a byte order mark", ("extract", "clean-tags"), (judge.STRING,),
         follows_mark),
     Gap("an entry that BibTeX takes for a part of the damaged one before it in the output",

@@ -53,16 +53,16 @@ def near(scope, *whats):
 # The kinds of warnings: which losses each can name, and how near it must be. One that can name none
 # is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
-    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, MISSING, PERSON, VERDICT, DIFFERS),
-    "unknown-type": near(NEAR, PERSON, *DAMAGE),
-    "blank-in-type": near(NEAR, PERSON, *DAMAGE),
-    "runs-on": near(NEAR, *DAMAGE),
+    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, TWICE, MISSING, PERSON, VERDICT, DIFFERS),
+    "unknown-type": near(NEAR, PERSON, MISSING, *DAMAGE),
+    "blank-in-type": near(NEAR, PERSON, MISSING, *DAMAGE),
+    "runs-on": near(NEAR, MISSING, DIFFERS, VERDICT, *DAMAGE),
     "open-value": near(NEAR, *DAMAGE),
     "shared-line": near(LINE, *DAMAGE),
     "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
     "at-in-key": near(NEAR, PERSON, *DAMAGE),
-    "upper-cased": near(LINE, CHANGED, GONE, FOREIGN),
+    "upper-cased": near(LINE, CHANGED, GONE, FOREIGN, STRING, TEXT, ENTRY, BROKEN),
     "long-line": near(LINE, *DAMAGE),
     "bad-bytes": {},
     "key-twice": {},
@@ -85,7 +85,7 @@ KINDS = {
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
-    "text-lost": near(LINE, GONE, CHANGED, PERSON, BROKEN, ENTRY),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON) | near(NEAR, BROKEN, ENTRY),
     "unknown-journal": {},
     "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
     "braced-journal": near(LINE, CHANGED),
@@ -160,6 +160,9 @@ class Neighbours:
     def __init__(self, warnings, library, file):
         self.entries = library.entries
         self.places = {id(entry): number for number, entry in enumerate(library.entries)}
+        self.places_by_key = {}
+        for number, entry in enumerate(library.entries):
+            self.places_by_key.setdefault(entry.key, []).append(number)
         self.by_line, self.by_key, self.wide = {}, {}, []
         for warning in warnings:
             if warning.kind not in KINDS:
@@ -183,13 +186,19 @@ class Neighbours:
             yield warning, True
         for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
             yield warning, True
-        place = self.places.get(id(entry))
-        if place is None:
-            return
-        before = self.entries[max(place - 1, 0)]
-        after = self.entries[min(place + 1, len(self.entries) - 1)]
-        for warning in self.on(before.line, after.last):
-            yield warning, False
+        for place in self.places_of(loss):
+            before = self.entries[max(place - 1, 0)]
+            after = self.entries[min(place + 1, len(self.entries) - 1)]
+            for warning in self.on(before.line, after.last):
+                yield warning, False
+
+    def places_of(self, loss):
+        """Where the entry stands among all; of entries of one key nobody knows which one is gone."""
+        if id(loss.entry) not in self.places:
+            return ()
+        if loss.what in (ENTRY, BROKEN):
+            return self.places_by_key[loss.entry.key]
+        return (self.places[id(loss.entry)],)
 
 
 def explains(warning, loss, own):

@@ -167,12 +167,27 @@ class ReferenceJudge:
                        for entry, start in zip(run.library.entries, starts)}
 
     def judge(self, entries, printed):
+        entries = list(entries)
+        same = collections.defaultdict(list)
+        for entry, _ in entries:
+            same[entry.key].append(entry)
         for entry, lines in entries:
-            block = printed.take(entry.key)
+            same[entry.key].pop(0)
+            block = None if self.is_of_next(same[entry.key], entry, printed) else (
+                printed.take(entry.key))
             if block is not None:
                 yield from self.reference(entry, block)
             elif entry.key not in printed.unsupported:
                 yield Loss(ENTRY, entry, None, "no reference", lines)
+
+    def is_of_next(self, others, entry, printed):
+        """Whether the next reference of a key is of a later entry, as this one has none."""
+        blocks = printed.blocks.get(entry.key, ())
+        if not 0 < len(blocks) <= len(others):
+            return False
+        block = "\n".join(blocks[0])
+        fits = [len(list(self.reference(one, block))) for one in (entry, others[0])]
+        return fits[0] > fits[1]
 
     def reference(self, entry, block):
         shown = self.formats[KINDS[entry.type]].shown if entry.type in KINDS else []
