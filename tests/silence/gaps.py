@@ -64,6 +64,39 @@ def follows_joined(_, loss):
     return any(tag.form == "joined" and tag.start <= loss.tag.start for tag in loss.entry.tags)
 
 
+def is_preamble(_, loss):
+    return getattr(loss.tag, "name", "") == "preamble"
+
+
+def has_twin(library, loss):
+    return sum(entry.key == loss.entry.key for entry in library.entries) > 1
+
+
+def is_comma_first(library, loss):
+    line = library.text[library.line_start(loss.tag.start):loss.tag.start]
+    return line.strip() == ","
+
+
+def is_one_line(_, loss):
+    return loss.entry.line == loss.entry.last
+
+
+def follows_parenthesis(library, loss):
+    before = library.lines(loss.entry.line - 1, loss.entry.line - 1) if loss.entry.line > 1 else ""
+    return before.startswith(")")
+
+
+def has_equal(_, loss):
+    return any(tag is not loss.tag and tag.text == loss.tag.text for tag in loss.entry.tags)
+
+
+def follows_run_on(library, loss):
+    """Whether one of the two entries before has no line that begins with "}"."""
+    place = next(at for at, entry in enumerate(library.entries) if entry is loss.entry)
+    return any("\n}" not in library.text[entry.start:entry.end]
+               for entry in library.entries[max(place - 2, 0):place])
+
+
 def follows_mark(library, loss):
     return library.text.startswith("\xef\xbb\xbf") and loss.entry.line == 1
 
@@ -75,7 +108,7 @@ GAPS = (
         ("extract", "text", "clean-tags"),
         (judge.FOREIGN, judge.GONE, judge.TWICE, judge.MISSING), has_tags_behind),
     Gap("text that reads like tags, behind an entry that BibTeX ends early, is changed as tags are",
-        ("clean-authors", "journals"), (judge.TEXT,), has_tags),
+        ("clean-authors", "clean-tags", "journals"), (judge.TEXT,), has_tags),
     Gap("an @comment that is taken for the tag 'comment' of the entry before; the log names the tag",
         ("clean-tags",), (judge.TEXT,), is_comment),
     Gap("pieces of an entry that BibTeX reports an error in",
@@ -91,6 +124,18 @@ GAPS = (
         (judge.STRING, judge.TEXT, judge.ENTRY, judge.BROKEN), has_cut_definition),
     Gap("tags behind one whose value is joined of quotes and braces", ("clean-tags",),
         (judge.CHANGED,), follows_joined),
+    Gap("a preamble behind a damaged entry", ("clean-characters", "clean-tags"), (judge.TEXT,),
+        is_preamble),
+    Gap("of several entries of one key, which key-twice names, another one is taken",
+        ("extract",), (judge.ENTRY, judge.CHANGED, judge.FOREIGN, judge.GONE), has_twin),
+    Gap("every second tag of an entry whose lines begin with the commas", ("clean-tags",),
+        (judge.GONE,), is_comma_first),
+    Gap("an entry on one line that is longer than Clean authors reads", ("clean-authors",),
+        (judge.ENTRY, judge.BROKEN), is_one_line),
+    Gap("text behind an entry in parentheses", ("clean-tags",), (judge.TEXT,), follows_parenthesis),
+    Gap("one of two tags of the same value: which one was written under another name is not known",
+        ("clean-tags",), (judge.RENAMED,), has_equal),
+    Gap("the second entry behind one that runs on", ("compare",), (judge.ENTRY,), follows_run_on),
     Gap("a definition behind a byte order mark", ("extract", "clean-tags"), (judge.STRING,),
         follows_mark),
     Gap("an entry that BibTeX takes for a part of the damaged one before it in the output",

@@ -57,8 +57,8 @@ KINDS = {
     "unknown-type": near(NEAR, PERSON, MISSING, *DAMAGE),
     "blank-in-type": near(NEAR, PERSON, MISSING, *DAMAGE),
     "runs-on": near(NEAR, MISSING, DIFFERS, VERDICT, *DAMAGE),
-    "open-value": near(NEAR, *DAMAGE),
-    "shared-line": near(LINE, *DAMAGE),
+    "open-value": near(NEAR, *DAMAGE) | near(LIBRARY, ENTRY, BROKEN),
+    "shared-line": near(LINE, *DAMAGE) | near(TAG, DIFFERS, VERDICT),
     "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
     "at-in-key": near(NEAR, PERSON, *DAMAGE),
@@ -76,7 +76,7 @@ KINDS = {
     "nothing-printed": near(OF_ENTRY, ENTRY),
     "raw-editors": {},
     "command-cut": near(OF_ENTRY, HALF),
-    "command-left": near(OF_ENTRY, COMMAND),
+    "command-left": near(OF_ENTRY, COMMAND) | near(TAG, GONE),
     "no-group": {},
     "weak-verdict": near(OF_ENTRY, VERDICT),
     "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT),
@@ -97,7 +97,7 @@ KINDS = {
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
-    "entry-dropped": near(OF_ENTRY, ENTRY),
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE),
     "text-not-copied": near(LINE, TEXT, GONE, STRING),
 }
 

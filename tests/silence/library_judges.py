@@ -23,8 +23,8 @@ def as_is(text):
 
 
 def plain(text):
-    """The text without letter case, braces and blanks."""
-    return re.sub(r"[{} \t\r\n]", "", text).lower()
+    """The text without letter case, braces, blanks and what an encoding changes."""
+    return re.sub(r"[{} \t\r\n?]|[^\x00-\x7f]", "", text).lower()
 
 
 def read_output(run, suffix):

@@ -113,7 +113,7 @@ def find_value(value, text, at):
         if not piece:
             continue
         end = find(piece, text, at, number == 0, number == len(pieces) - 1)
-        if end < 0 and len(piece) > 2:
+        if end < 0 and len(piece) > 1:
             end = find(piece, text, at, False, False)
             if end < 0 and find(piece.replace(" ", ""), text.replace(" ", ""), 0, False, False) >= 0:
                 end = at
