@@ -30,7 +30,7 @@ constexpr std::string_view kConverted = "_linux";
 
 /// What preparing the libraries of a request writes.
 std::vector<std::string> PreparedFiles(const BatchRequest& request) {
-  const bool is_command = request.verb->verb == Verb::kPrepare;
+  const bool is_command = request.verb && request.verb->verb == Verb::kPrepare;
   std::vector<std::string> files;
   if (!is_command && !request.prepare) return files;
   for (const std::size_t i : is_command ? std::vector<std::size_t>{0} : LibrariesOf(request)) {

@@ -2,6 +2,8 @@
 #include "core/utf8.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 namespace tarvel {
 
@@ -21,6 +23,16 @@ constexpr std::array<Form, 5> kForms{{{0x00, 0x00, 0x7F},  // one byte: ASCII
 constexpr char32_t kHighestCode = 0x10FFFF;
 
 constexpr bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
+
+/// The size of the whole words of ASCII that the text begins with.
+std::size_t AsciiWords(std::string_view text) {
+  std::size_t at = 0;
+  for (std::uint64_t word = 0; text.size() - at >= sizeof word; at += sizeof word) {
+    std::memcpy(&word, text.data() + at, sizeof word);
+    if ((word & 0x8080808080808080U) != 0) break;
+  }
+  return at;
+}
 
 }  // namespace
 
@@ -42,6 +54,8 @@ Utf8Character DecodeUtf8(std::string_view text) {
 
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
+    text.remove_prefix(AsciiWords(text));
+    if (text.empty()) return true;
     const std::size_t size = DecodeUtf8(text).size;
     if (size == 0) return false;
     text.remove_prefix(size);

@@ -12,6 +12,7 @@
 #include "ops/operations.h"
 #include "warnings/author_reasons.h"
 #include "warnings/library_scan.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -101,6 +102,11 @@ int AuthorCleaner::Walk() {
 bool AuthorCleaner::SkipHeader(Line& line) {
   while (ReadLine(input_, limits::kLongLine, line)) {
     if (line.Text().find('#') == std::string_view::npos) return true;
+    const std::string_view text = Trim(line.Text(), kBlanks);
+    if (IsFileHeader(text)) continue;
+    warnings_.Report(
+        WarningKind::kTextNotCopied, input_.Position() - 1, {},
+        "a line with '#' before the first without one was not copied: " + Quoted(text));
   }
   return false;
 }

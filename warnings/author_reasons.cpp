@@ -61,11 +61,13 @@ bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words
 
 bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
 
-/// Whether a group of braces in the name holds a blank, which goes when it becomes a surname.
-bool HasBracedWords(std::string_view name) {
+/// Whether the blanks of a group of braces in the name are gone in the new list.
+bool LostBlanks(std::string_view name, std::string_view new_list) {
   for (std::size_t at = name.find('{'); at != kNone; at = name.find('{', at + 1)) {
     const std::string_view group = name.substr(at, name.find('}', at) - at);
-    if (group.find('\\') == kNone && group.find(' ') != kNone) return true;
+    std::string squeezed(group);
+    std::erase(squeezed, ' ');
+    if (squeezed.size() < group.size() && new_list.find(squeezed) != kNone) return true;
   }
   return false;
 }
@@ -78,7 +80,7 @@ std::string_view WhyDoubtfulName(std::string_view name, std::string_view new_lis
   if (words.size() == 1 && EqualNoCase(words[0], "others")) return "became a person";
   if (std::any_of(words.begin(), words.end(), IsSuffix))
     return "has a suffix, which may have moved";
-  if (HasBracedWords(name) && new_list.find(name) == kNone) return "lost the blanks in its braces";
+  if (LostBlanks(name, new_list)) return "lost the blanks in its braces";
   if (commas) return {};
   if (words.size() == 1) return "has one word and was paired with another name";
   const bool has_particle = std::any_of(words.begin(), words.end() - 1, [](std::string_view word) {

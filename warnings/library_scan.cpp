@@ -91,6 +91,8 @@ class LibraryScan {
   void Report(WarningKind kind, std::size_t offset, std::string_view text) {
     warnings_.Report(kind, offset, key_, text);
   }
+  void CheckContinuation(std::string_view line, std::size_t offset);
+  bool IsReadTag() const;
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
   bool MentionsReadTag(std::string_view line);
 
@@ -101,6 +103,7 @@ class LibraryScan {
   const ScanRules& rules_;
   FileWarnings& warnings_;
   ValueCounts counts_;
+  std::size_t next_at_ = 0;  // the next "@": most lines have none
 
   // The entry that is open, or was the last one.
   State state_ = State::kOutside;
@@ -120,6 +123,7 @@ class LibraryScan {
 };
 
 void LibraryScan::Run() {
+  next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
   for (std::size_t offset = begin_; offset < bytes_.size();) {
     const std::size_t next = std::min(bytes_.find('\n', offset), bytes_.size() - 1) + 1;
     ScanLine(bytes_.substr(offset, next - offset), offset);
@@ -141,7 +145,9 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   const bool was_outside = state_ == State::kOutside;
   const bool was_inside = IsInside();
   line_is_taken_ = was_inside;
-  const bool has_at = line.find('@') != std::string_view::npos;
+  if (was_inside && !rules_.read_tags.empty()) CheckContinuation(line, offset);
+  if (next_at_ < offset) next_at_ = std::min(bytes_.find('@', offset), bytes_.size());
+  const bool has_at = next_at_ < offset + line.size();
   const bool head = has_at && TakeHead(line, offset);
   if (has_at && rules_.upper_cases) ReportUpperCased(line, offset);
   if (!is_utf8_ && !IsUtf8(line)) {
@@ -152,6 +158,22 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   if (head) return;
   if (!was_inside && line.starts_with('}')) closing_line_ = true;
   if (state_ != State::kOutside) ReadEntryLine(line, offset);
+}
+
+/// Reports a value's line that begins with a byte from 128 on: such bytes are taken for blanks
+/// there.
+void LibraryScan::CheckContinuation(std::string_view line, std::size_t offset) {
+  const std::size_t first = SkipBlanks(line, 0);
+  if (first == line.size() || static_cast<signed char>(line[first]) >= 0 || !IsReadTag()) return;
+  Report(WarningKind::kTextLost, offset,
+         "a line of the value of " + Quoted(tag_) +
+             " begins with a letter that is not ASCII and is lost where lines are joined");
+}
+
+/// Whether the name of the tag holds that of one that is read.
+bool LibraryScan::IsReadTag() const {
+  return std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
+                     [this](std::string_view tag) { return ContainsNoCase(tag_, tag); });
 }
 
 /// Takes a line that starts something of its own; false when it does not.
@@ -298,6 +320,9 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
       at = StartValue(line, at, offset);
     } else if (line[at] == '}') {
       state_ = State::kOutside;
+    } else if (line[at] == '#') {
+      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
+      at = kBareEnds.Find(line, at);
     } else {
       at = ReadTag(line, at, offset);
     }
@@ -364,9 +389,7 @@ std::size_t LibraryScan::ContinueValue(std::string_view line, std::size_t at) {
 
 /// Reports the tag that begins on a line that another tag or an entry's first line has.
 void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) {
-  const bool is_read = rules_.takes_all_tags ||
-                       std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
-                                   [&](std::string_view tag) { return ContainsNoCase(tag_, tag); });
+  const bool is_read = rules_.takes_all_tags || IsReadTag();
   if (!is_read || !IsTagName(tag_) || warnings_.ReportNumber(WarningKind::kSharedLine)) return;
   const std::string name = Quoted(tag_);
   Report(WarningKind::kSharedLine, offset,

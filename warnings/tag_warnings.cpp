@@ -130,7 +130,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
   const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = IsFileHeader(text) || text == "}" || text == "},";
-  if (!says_nothing && !in_text_) {
+  if (!says_nothing && (!in_text_ || text.starts_with('@'))) {
     warnings_.Report(WarningKind::kTextNotCopied, place, key_,
                      "text that is of no tag was not copied: " + Quoted(text));
   }

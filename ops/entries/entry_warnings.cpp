@@ -27,9 +27,10 @@ bool IsBooktitle(const Misread& value) {
 }
 
 std::string Describe(const Misread& value) {
-  return "'" + std::string(value.tag) + "' is read from " +
-         (value.line.empty() ? "a line of text that mentions it"
-                             : "the line of " + Quoted(value.line));
+  std::string text("'");
+  text.append(value.tag).append("' is read from ");
+  if (value.line.empty()) return text.append("a line of text that mentions it");
+  return text.append("the line of ").append(Quoted(value.line));
 }
 
 /// Letters in capitals, digits and bytes from 128 on.

@@ -92,7 +92,7 @@ void ReferenceWarnings::ReportValues(std::span<const ReferenceValue> shown,
     const bool was_read = source.offset != 0;
     if (values[value].empty()) {
       missing.push_back(value);
-    } else if (!was_read) {
+    } else if (!was_read && !warnings_.ReportNumber(WarningKind::kCarriedOver)) {
       warnings_.Report(WarningKind::kCarriedOver, offset_, key_,
                        std::string("shows the ")
                            .append(NameOf(value))

@@ -6,37 +6,41 @@
 #include <string>
 #include <vector>
 
+#include "batch/options.h"
+#include "batch/verbs.h"
+
 namespace tarvel {
 namespace {
 
 TEST(PrepareLine, TakesALibraryAndItsOptions) {
-  const PrepareRequest request =
-      ParsePrepareLine({"--keep-all", "lit.bib", "--quiet", "--warnings", "w.txt"});
-  EXPECT_EQ(request.library, "lit.bib");
-  EXPECT_TRUE(request.options.keep_all);
+  const BatchRequest request =
+      ParseCommandLine({"prepare", "--keep-all", "lit.bib", "--quiet", "--warnings", "w.txt"});
+  ASSERT_TRUE(request.verb);
+  EXPECT_EQ(request.verb->verb, Verb::kPrepare);
+  EXPECT_EQ(request.files, std::vector<std::string>{"lit.bib"});
+  EXPECT_TRUE(request.keep_all);
   EXPECT_TRUE(request.quiet);
   EXPECT_EQ(request.warnings_file, "w.txt");
-  const PrepareRequest plain = ParsePrepareLine({"--", "-x.bib"});
-  EXPECT_EQ(plain.library, "-x.bib");
-  EXPECT_FALSE(plain.options.keep_all || plain.quiet);
+  const BatchRequest plain = ParseCommandLine({"prepare", "--", "-x.bib"});
+  EXPECT_EQ(plain.files, std::vector<std::string>{"-x.bib"});
+  EXPECT_FALSE(plain.keep_all || plain.quiet);
 }
 
 TEST(PrepareLine, RefusesAWrongOneInOneLine) {
   const std::vector<std::vector<std::string>> lines{
-      {}, {""}, {"a.bib", "b.bib"}, {"--style", "aps", "a.bib"}, {"--warnings", "", "a.bib"}};
+      {"prepare"},
+      {"prepare", ""},
+      {"prepare", "a.bib", "b.bib"},
+      {"prepare", "--style", "aps", "a.bib"},
+      {"prepare", "--prepare", "a.bib"},
+      {"prepare", "--warnings", "", "a.bib"},
+      {"text", "--keep-all", "a.bib"}};
   for (const std::vector<std::string>& words : lines) {
-    const PrepareRequest request = ParsePrepareLine(words);
-    EXPECT_TRUE(request.library.empty());
+    const BatchRequest request = ParseCommandLine(words);
     EXPECT_EQ(request.exit_status, kWrongUsage);
     EXPECT_FALSE(request.text.empty());
     EXPECT_EQ(request.text.find('\n'), std::string::npos);
   }
-}
-
-TEST(PrepareLine, HelpIsNoWrongUsage) {
-  const PrepareRequest request = ParsePrepareLine({"--help"});
-  EXPECT_EQ(request.exit_status, 0);
-  EXPECT_NE(request.text.find("--keep-all"), std::string::npos);
 }
 
 TEST(LibrariesOf, AreAllButTheDocumentAndTheJournalList) {

@@ -260,6 +260,17 @@ TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
   }
 }
 
+TEST(ScanLibrary, TellsValuesOfSeveralParts) {
+  EXPECT_EQ(Scan("@misc{k,\n title = {A} # { B},\n note = {A} # x,\n year = {1}\n}\n"),
+            Lines{"unbraced-value l:2 [k] the value of 'title' goes on after a '#': only the part "
+                  "before it is read"});
+  EXPECT_EQ(Scan("@misc{k,\n title = {A and\n  \xC3\x9C"
+                 "x},\n note = {A\n\xC3\x9C"
+                 "x}\n}\n"),
+            Lines{"text-lost l:3 [k] a line of the value of 'title' begins with a letter that is "
+                  "not ASCII and is lost where lines are joined"});
+}
+
 TEST(ScanLibrary, CountsTheValues) {
   struct Counting final : Warnings {
     void Report(const Warning& /*warning*/) override {}
