@@ -15,8 +15,8 @@ constexpr std::chrono::seconds kSilence{2};
 constexpr std::chrono::milliseconds kPause{250};  // between two changes of the line
 
 /// The captions of boxes that report no failure.
-constexpr std::array<std::string_view, 5> kNotes{NoteTitle, DoneText, "No support !",
-                                                 "Correct files?", "File conversion"};
+constexpr std::array<std::string_view, 6> kNotes{
+    NoteTitle, DoneText, "No support !", "Correct files?", "File conversion", "Prepare"};
 
 bool IsNote(std::string_view caption) {
   return std::find(kNotes.begin(), kNotes.end(), caption) != kNotes.end();

@@ -72,6 +72,9 @@ class ReadOnlyFiles final : public FileSystem {
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode /*mode*/) override {
     return std::make_unique<MemorySink>(keeps_ ? &kept_[path] : nullptr);
   }
+  std::optional<FileState> StateAt(const std::string& path) override {
+    return files_.StateAt(path);
+  }
   bool IsSameFile(const std::string& /*one*/, const std::string& /*other*/) override {
     return false;  // no file is ever written over
   }

@@ -20,6 +20,7 @@
 #include "batch/options.h"
 #include "batch/prepare_command.h"
 #include "batch/side_files.h"
+#include "batch/side_outputs.h"
 #include "batch/verbs.h"
 
 namespace tarvel {

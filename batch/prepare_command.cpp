@@ -9,7 +9,7 @@
 #include "app/run_operation.h"
 #include "app/texts.h"
 #include "batch/request.h"
-#include "batch/side_files.h"
+#include "batch/side_outputs.h"
 #include "ops/operations.h"
 #include "ops/prepare/prepare.h"
 

@@ -4,16 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "app/entry_points.h"
-#include "app/globals.h"
-#include "app/reporter.h"
-#include "app/run_operation.h"
 #include "batch/prepare_command.h"
 #include "batch/verbs.h"
 #include "core/file_names.h"
@@ -85,13 +81,6 @@ bool Holds(const std::vector<std::string>& files, const std::string& path) {
                      [&](const std::string& file) { return AreOneFile(path, file); });
 }
 
-/// Creates a side file; null, after a message, when that fails.
-std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
-  std::unique_ptr<OutputFile> file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
-  if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
-  return file;
-}
-
 /// Why the file that `option` names is refused; empty when it is not.
 std::string WhyRefused(std::string_view option, const std::string& path,
                        const BatchRequest& request) {
@@ -123,32 +112,6 @@ std::string WhyRefused(const BatchRequest& request) {
   if (!reason.empty() || warnings.empty() || key_map.empty()) return reason;
   if (!AreOneFile(warnings, key_map)) return {};
   return "'--warnings' and '--key-map' name the same file: '" + key_map + "'";
-}
-
-int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& run) {
-  const WholeRun whole_run;  // these files are parts of the run, too
-  std::unique_ptr<OutputFile> warnings;
-  std::unique_ptr<OutputFile> key_map;
-  const bool all = request.warnings_file == kAllOnTerminal;
-  const bool in_file = !request.warnings_file.empty() && !all;
-  if (in_file && !(warnings = CreateSideFile(request.warnings_file))) return 1;
-  if (!request.key_map_file.empty() && !(key_map = CreateSideFile(request.key_map_file))) return 1;
-  std::size_t losses = 0;
-  GlobalWarningOutputs = {.quiet = request.quiet,
-                          .all = all,
-                          .file = warnings.get(),
-                          .key_map = key_map.get(),
-                          .losses = request.strict ? &losses : nullptr};
-  bool good = run();
-  GlobalWarningOutputs = {};
-  for (OutputFile* file : {warnings.get(), key_map.get()}) {
-    if (!file || file->Close()) continue;
-    PrintOn(stderr, "tarvel-batch: could not write the file '" + file->Path() +
-                        "': " + file->Error() + "\n");
-    good = false;
-  }
-  if (!good) return 1;
-  return losses == 0 ? 0 : kLosses;
 }
 
 }  // namespace tarvel

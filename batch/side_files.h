@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "batch/request.h"
@@ -13,9 +12,5 @@ namespace tarvel {
 /// it, or both are the same file. Empty when it may be run. Opens no file. Links are followed; of a
 /// file that does not exist yet the path counts.
 std::string WhyRefused(const BatchRequest& request);
-
-/// Calls `run`, which says whether it succeeded, with the side files of the request as the outputs
-/// of warnings and keys. Returns the exit status.
-int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& run);
 
 }  // namespace tarvel

@@ -139,11 +139,11 @@ inline constexpr auto kWarningKinds = [] {
       {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
       {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
       {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},
-      {"unread-text", kLoss, kReading, "commands that could not be read to their end"},
-      {"undefined-string", kLoss, kReading, "strings that are not defined"},
-      {"missing-parent", kLoss, kReading, "cross-references to no entry"},
-      {"misread-key", kLoss, kReading, "keys that operations misread"},
-      {"misread-tag", kLoss, kReading, "tags whose lines operations misread"},
+      {"unread-text", kLoss, kRun, "commands that could not be read to their end"},
+      {"undefined-string", kLoss, kRun, "strings that are not defined"},
+      {"missing-parent", kLoss, kRun, "cross-references to no entry"},
+      {"misread-key", kLoss, kRun, "keys that operations misread"},
+      {"misread-tag", kLoss, kRun, "tags whose lines operations misread"},
   }};
 }();
 

@@ -70,6 +70,8 @@ std::vector<OptionEffect> Effects() {
       {"--keep-empty-entries", {}, {"--keep-empty-entries"}, Has<&Settings::RemoveEmptyEntries, 0>},
       {"--keep-strings", {}, {"--keep-strings"}, Has<&Settings::RemoveJournalStrings, 0>},
       {"--append-renamed", {}, {"--append-renamed"}, Has<&Settings::AppendRenamed, 1>},
+      {"--prepare", {}, {"--prepare"}, [](const BatchRequest& r) { return r.prepare; }},
+      {"--keep-all", {}, {"--keep-all"}, [](const BatchRequest& r) { return r.keep_all; }},
       {"--key-map",
        {},
        {"--key-map", "k"},

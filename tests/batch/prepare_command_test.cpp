@@ -27,14 +27,13 @@ TEST(PrepareLine, TakesALibraryAndItsOptions) {
 }
 
 TEST(PrepareLine, RefusesAWrongOneInOneLine) {
-  const std::vector<std::vector<std::string>> lines{
-      {"prepare"},
-      {"prepare", ""},
-      {"prepare", "a.bib", "b.bib"},
-      {"prepare", "--style", "aps", "a.bib"},
-      {"prepare", "--prepare", "a.bib"},
-      {"prepare", "--warnings", "", "a.bib"},
-      {"text", "--keep-all", "a.bib"}};
+  const std::vector<std::vector<std::string>> lines{{"prepare"},
+                                                    {"prepare", ""},
+                                                    {"prepare", "a.bib", "b.bib"},
+                                                    {"prepare", "--style", "aps", "a.bib"},
+                                                    {"prepare", "--prepare", "a.bib"},
+                                                    {"prepare", "--warnings", "", "a.bib"},
+                                                    {"text", "--keep-all", "a.bib"}};
   for (const std::vector<std::string>& words : lines) {
     const BatchRequest request = ParseCommandLine(words);
     EXPECT_EQ(request.exit_status, kWrongUsage);

@@ -258,5 +258,44 @@ TEST(CollapseDoubledChar, LooksAtTheFirstOccurrenceOnly) {
   }
 }
 
+TEST(SmallPrimitives, AgreeWithTheirPlainTwins) {
+  std::mt19937 random(4);
+  int contained = 0;
+  int replaced = 0;
+  int stripped = 0;
+  for (int run = 0; run < 200000; ++run) {
+    const std::string text = RandomText(random, "aAbZz@[`{{}},\n-\xe4\xc4", 12);
+    const std::string pattern = RandomText(random, "aAbBzZ@`{", 3);
+    const char start = "{@a\n,"[random() % 5];
+    const char stop = ",}{\nA"[random() % 5];
+    ASSERT_EQ(ContainsNoCase(text, pattern), testing::PlainContainsNoCase(text, pattern))
+        << text << " " << pattern;
+    contained += !pattern.empty() && ContainsNoCase(text, pattern) ? 1 : 0;
+    ASSERT_EQ(CopyUntilChar(text, stop), testing::PlainCopyUntilChar(text, stop)) << text << stop;
+    ASSERT_EQ(CopyUntilChar(text, start, stop), testing::PlainCopyUntilChar(text, start, stop))
+        << text << start << stop;
+    std::string fast = text;
+    std::string plain = text;
+    ReplaceBetween(fast, pattern, start, stop);
+    testing::PlainReplaceBetween(plain, pattern, start, stop);
+    ASSERT_EQ(fast, plain) << text << start << stop;
+    replaced += fast != text ? 1 : 0;
+    fast = plain = text;
+    StripBraces(fast);
+    testing::PlainStripBraces(plain);
+    ASSERT_EQ(fast, plain) << text;
+    stripped += fast != text ? 1 : 0;
+    fast = plain = text;
+    ASSERT_EQ(CollapseDoubledChar(fast, stop), testing::PlainCollapseDoubledChar(plain, stop))
+        << text << stop;
+    ASSERT_EQ(fast, plain) << text << stop;
+    StringToUpper(fast);
+    ASSERT_EQ(fast, testing::PlainUpper(plain));
+  }
+  EXPECT_GT(contained, 10000);
+  EXPECT_GT(replaced, 10000);
+  EXPECT_GT(stripped, 10000);
+}
+
 }  // namespace
 }  // namespace tarvel

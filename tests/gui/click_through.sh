@@ -98,7 +98,7 @@ main='Tarvel 3.81 - Veldo Marsk, 2014'
 printf '@ARTICLE{a,\r\n  author = {A},\r\n  doi = {1}\r\n}\r\n' >"$work/lit.bib"
 
 # The command line is not looked at: neither an option nor a file.
-start --no-such-option no-such-file
+start --help --version --no-such-option no-such-file
 grep -Eq '^Max stack size +83886080 ' "/proc/$process/limits" ||
   fail "the stack limit is not raised"
 

@@ -93,6 +93,8 @@ TEST_F(InputChecks, AskExtractForADocumentAndALibrary) {
   Expect(9005, 0, {{"The first file does not seem to be a LaTeX file!", "LaTeX file ?"}});
   FirstFilePath.Set(document_);
   Expect(9005, 0, {{"Please, load a BibTeX file (second file)", "Load BibTeX file"}});
+  SecondFilePath.Set(missing_);
+  Expect(9005, 0, {{"Could not open the BibTeX file (second file)!", "BibTeX file ?"}});
   SecondFilePath.Set(neither_);
   Expect(9005, 0, {{"The second file does not seem to be a BibTeX file!", "BibTeX file ?"}});
   SecondFilePath.Set(library_);

@@ -198,6 +198,42 @@ TEST_F(Conversion, LeavesThePickedPathWhenTheCopyCannotBeCreated) {
   EXPECT_TRUE(reporter_.boxes.empty());
 }
 
+/// A file in `directory` whose path has `size` bytes.
+std::string PathOfSize(const TemporaryDirectory& directory, std::size_t size) {
+  std::string path = directory / "d";
+  while (path.size() + 260 < size) path += "/" + std::string(100, 'd');
+  std::filesystem::create_directories(path);
+  const std::size_t left = size - path.size() - 1;
+  const std::string middle(left / 2, 'm');
+  path += "/" + middle;
+  std::filesystem::create_directories(path);
+  return path + "/" + std::string(size - path.size() - 5, 'f') + ".bib";
+}
+
+TEST_F(Conversion, TakesACopyWhosePathHas1000Bytes) {
+  const std::string path = PathOfSize(directory_, 994);
+  ASSERT_EQ(path.size(), 994U);
+  WriteDiskFile(path, "@misc{a,\r\n}\r\n");
+  EXPECT_EQ(Convert(path), 1);
+  EXPECT_EQ(buffer_.Get().size(), 1000U);
+  EXPECT_EQ(ReadDiskFile(buffer_.Get()), "@misc{a,\n}\n");
+}
+
+using ConversionDeathTest = Conversion;
+
+TEST_F(ConversionDeathTest, EndsTheProcessWhenOnlyThePathOfTheCopyIsTooLong) {
+  const std::string bytes = "@misc{a,\r\n}\r\n";
+  for (const std::size_t size : {995U, 1000U}) {
+    const std::string path = PathOfSize(directory_, size);
+    ASSERT_EQ(path.size(), size);
+    WriteDiskFile(path, bytes);
+    EXPECT_EXIT(Convert(path), ::testing::ExitedWithCode(1),
+                "^tarvel: the path of the picked file is " + std::to_string(size + 6) +
+                    " bytes long; 1000 are the most\n$");
+    EXPECT_EQ(ReadDiskFile(path), bytes);
+  }
+}
+
 TEST_F(Conversion, NeverWritesOverThePickedFile) {
   const std::string path = File("lit.bib", "a\r\n");
   std::filesystem::create_symlink(path, directory_ / "lit_linux.bib");

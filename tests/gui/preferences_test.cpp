@@ -446,13 +446,17 @@ TEST_F(PreferencesTest, AfterUnselectAllCleanTagsRemovesNothing) {
   constexpr const char* library =
       "@STRING{jcp = {J. Chem. Phys.}}\n\n"
       "@ARTICLE{a,\n  author = {A},\n  doi = {1},\n  url = {u}\n}\n\n"
-      "@BOOK{empty,\n}\n\n";
+      "@BOOK{empty,\n  owner = {me},\n  timestamp = {2001}\n}\n\n";
   FirstFilePath.Set(NewFile("lit.bib", library));
-  PressButton(CleanTags(), "Unselect all");
-  PressButton(*dialog, "Clean tags");
-  const std::string cleaned = ReadDiskFile(directory / "lit_tag.bib");
-  for (const char* kept : {"@STRING", "author = {A}", "doi = {1}", "url = {u}", "@BOOK{empty"}) {
-    EXPECT_NE(cleaned.find(kept), std::string::npos) << kept << "\n" << cleaned;
+  // Kept by the preferences that were touched, and by those only.
+  for (const bool unselected : {false, true}) {
+    if (unselected) PressButton(CleanTags(), "Unselect all");
+    PressButton(*dialog, "Clean tags");
+    const std::string cleaned = ReadDiskFile(directory / "lit_tag.bib");
+    EXPECT_NE(cleaned.find("author = {A}"), std::string::npos) << cleaned;
+    for (const char* kept : {"@STRING", "doi = {1}", "url = {u}", "@BOOK{empty", "timestamp"}) {
+      EXPECT_EQ(cleaned.find(kept) != std::string::npos, unselected) << kept << "\n" << cleaned;
+    }
   }
 }
 

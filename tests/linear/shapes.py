@@ -15,7 +15,7 @@ import tempfile
 
 GROWTH = 5
 LONGEST = 30
-NOISE = 0.04  # seconds of CPU below which nothing is said
+NOISE = 0.08  # seconds of CPU below which nothing is said
 
 OPERATIONS = {
     "compare": ["compare", "lit.bib", "lit.bib"],

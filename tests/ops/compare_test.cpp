@@ -251,6 +251,24 @@ TEST(CompareSameKey, ADifferentTagMarksTheEntryAsMissing) {
   });
 }
 
+TEST(CompareSameKey, TagsThatDifferInLetterCaseAreDifferent) {
+  ForEachType([](const Row& row, const std::string& type) {
+    for (const std::string& name : row.compared) {
+      if (name == "pages" || name == "volume" || name == "year" || name == "number") continue;
+      Tags one = Complete(row);
+      Tags two = one;
+      one[name] = "On alpha";
+      two[name] = "On Alpha";
+      const std::string second = Entry(type, "k", two);
+      const Result got = Compared(Entry(type, "k", one), second);
+      EXPECT_EQ(got.log, Replaced(row.differs, "%t", type) + Details(row, one, two) +
+                             std::string(kMarked) + std::string(kMissingK) + Summary(1, 0, 0));
+      EXPECT_EQ(got.missing, second);
+      EXPECT_EQ(got.equal, "");
+    }
+  });
+}
+
 TEST(CompareSameKey, TheTypeOfTheFirstEntryAloneDecides) {
   ForEachType([](const Row& row, const std::string& type) {
     const Tags tags = Complete(row);

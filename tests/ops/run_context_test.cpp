@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 
+#include "app/globals.h"
 #include "tests/support/disk_files.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/operation_runs.h"
 #include "tests/support/outcome.h"
 #include "tests/support/recording_reporter.h"
 #include "tests/support/recording_warnings.h"
@@ -113,6 +116,34 @@ TEST(WarningsOf, GoWhereTheRunSendsThem) {
   run.warnings = &to;
   WarningsOf(run, "b.bib", input).Report(WarningKind::kLongLine, 4, "k", "t");
   EXPECT_EQ(to.lines, std::vector<std::string>{"long-line b.bib:2 [k] t"});
+}
+
+/// What a run leaves whose configuration stands below `directory`.
+std::map<std::string, std::string> RunFrom(const std::string& directory,
+                                           const testing::OperationRun& operation) {
+  testing::RecordingReporter reporter;
+  GlobalJournalStyles = {};
+  MemoryFiles files;
+  RunContext run = testing::SampleRun(operation, files);
+  run.program_directory = [directory] { return directory; };
+  const std::string program = "/program";
+  std::map<std::string, std::string> moved;
+  for (const auto& [path, bytes] : files.files) {
+    const bool configuration = path.starts_with(program);
+    moved[configuration ? directory + path.substr(program.size()) : path] = bytes;
+  }
+  files.files = moved;
+  EXPECT_EQ(operation.run(run), 1) << operation.name << "\n" << reporter.printed;
+  for (const auto& [path, bytes] : moved) files.files.erase(path);
+  return files.files;
+}
+
+TEST(ProgramDirectory, IsEmptyForAProgramInTheRoot) {
+  for (const testing::OperationRun& operation : testing::OperationRuns()) {
+    const auto outputs = RunFrom("", operation);
+    EXPECT_FALSE(outputs.empty());
+    EXPECT_EQ(outputs, RunFrom("/opt/tarvel", operation)) << operation.name;
+  }
 }
 
 }  // namespace

@@ -1,68 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_clean_authors.h"
 
-#include "core/text_primitives.h"
 #include "ops/authors/author_lists.h"
 #include "ops/authors/author_names.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
 namespace {
-
-struct PlainFile {
-  const std::string& bytes;
-  std::size_t at = 0;
-
-  /// At most `limit - 1` bytes up to and with a line feed; false at the end.
-  bool Gets(std::string& line, std::size_t limit) {
-    line.clear();
-    while (at < bytes.size() && line.size() < limit - 1) {
-      line += bytes[at++];
-      if (line.back() == '\n') break;
-    }
-    return !line.empty();
-  }
-};
-
-/// Reads a line to the place `from` of the buffer and gives the place of its first byte that is not
-/// blank; the buffer ends at `from` when there are no more lines.
-bool ReadOn(PlainFile& file, std::string& line, std::size_t& from, std::size_t limit) {
-  const std::size_t start = from;
-  std::string next;
-  while (file.Gets(next, limit)) {
-    line = line.substr(0, start) + next;
-    from = start;
-    while (from < line.size()) {
-      const int code = static_cast<unsigned char>(line[from]);
-      if (code == 0 || (code > 32 && code < 128)) return true;
-      ++from;
-    }
-    limit = 1000;
-  }
-  return false;
-}
-
-std::string ReadValue(PlainFile& file, std::string line) {
-  std::string value;
-  std::size_t at = line.find('{');
-  if (at == std::string::npos) return value;
-  ++at;
-  if (at == line.size() && !ReadOn(file, line, at, 1000)) return value;
-  for (int depth = 1; at < line.size();) {
-    const char byte = line[at];
-    if (byte == '\n') {
-      if (!ReadOn(file, line, at, 25000)) return value;
-      value += ' ';
-      continue;
-    }
-    if (byte == '}' && depth == 1) return value;
-    if (byte == '}') --depth;
-    if (byte == '{') ++depth;
-    value += byte;
-    ++at;
-  }
-  return value;
-}
 
 bool IsAuthor(const std::string& line) {
   std::string squeezed;
@@ -70,7 +15,7 @@ bool IsAuthor(const std::string& line) {
     if (byte != ' ' && byte != '\t') squeezed += byte;
   }
   std::string start = squeezed.substr(0, 7);
-  StringToUpper(start);
+  start = PlainUpper(start);
   return start == "AUTHOR=";
 }
 
@@ -100,14 +45,14 @@ std::string NewList(const std::string& old_list, int& flag) {
   } else {
     std::string shortened = old_list;
     bool others = false;
-    if (ReplaceString(shortened, "{\\ldots}", "")) others = true;
-    if (ReplaceString(shortened, "\\ldots", "")) others = true;
-    if (ReplaceString(shortened, "{\\it et al}", "")) others = true;
-    if (ReplaceString(shortened, "and et al.", "")) others = true;
-    if (ReplaceString(shortened, "and et al", "")) others = true;
-    if (ReplaceString(shortened, "et al.", "")) others = true;
-    if (ReplaceString(shortened, "et al", "")) others = true;
-    if (ReplaceString(shortened, "and Others", "")) others = true;
+    if (PlainReplaceString(shortened, "{\\ldots}", "")) others = true;
+    if (PlainReplaceString(shortened, "\\ldots", "")) others = true;
+    if (PlainReplaceString(shortened, "{\\it et al}", "")) others = true;
+    if (PlainReplaceString(shortened, "and et al.", "")) others = true;
+    if (PlainReplaceString(shortened, "and et al", "")) others = true;
+    if (PlainReplaceString(shortened, "et al.", "")) others = true;
+    if (PlainReplaceString(shortened, "et al", "")) others = true;
+    if (PlainReplaceString(shortened, "and Others", "")) others = true;
     std::string list;
     LowerCaseAnd(shortened, list);
     if (ArrangeInitialsThenSurname(list, result)) {
@@ -146,12 +91,14 @@ PlainAuthorFiles PlainCleanAuthors(const std::string& bytes, const std::string& 
   while (file.Gets(line, 50000)) {
     if (in_header && line.find('#') != std::string::npos) continue;
     in_header = false;
-    if (IsKnownEntry(line)) bibitem = CopyUntilChar(line, '{', ',');
+    if (PlainIsKnownEntry(line)) bibitem = PlainCopyUntilChar(line, '{', ',');
     if (!IsAuthor(line)) {
       out.library += line;
       continue;
     }
-    const std::string old_list = WithoutEscapedBlanks(ReadValue(file, line));
+    std::string value;
+    PlainReadFieldValue(line, file, value);
+    const std::string old_list = WithoutEscapedBlanks(value);
     int flag = 0;
     const std::string new_list = NewList(old_list, flag);
     if (new_list != old_list) {

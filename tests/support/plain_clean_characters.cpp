@@ -2,7 +2,7 @@
 #include "tests/support/plain_clean_characters.h"
 
 #include "app/texts.h"
-#include "core/text_primitives.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
@@ -28,7 +28,7 @@ std::string WithoutBlanks(const std::string& line) {
 bool IsExempt(const std::string& line) {
   const std::string squeezed = WithoutBlanks(line);
   for (const char* tag : {"file={", "owner={", "timestamp={", "doi={", "url={"}) {
-    if (ContainsNoCase(squeezed, tag)) return true;
+    if (PlainContainsNoCase(squeezed, tag)) return true;
   }
   return false;
 }
@@ -44,9 +44,9 @@ PlainCharacters PlainCleanCharacters(const std::string& library, const std::stri
   int count = 0;
   for (std::size_t at = 0; ReadPiece(library, at, line); ++number) {
     if (IsExempt(line)) continue;
-    const bool entry = IsKnownEntry(line);
-    if (entry || ContainsNoCase(line, "@comment{jabref")) {
-      bibitem = std::string(CopyUntilChar(line, '{', ','));
+    const bool entry = PlainIsKnownEntry(line);
+    if (entry || PlainContainsNoCase(line, "@comment{jabref")) {
+      bibitem = PlainCopyUntilChar(line, '{', ',');
     }
     int column = 0;
     for (const char byte : line) {

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "app/texts.h"
-#include "core/text_primitives.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
@@ -94,20 +94,20 @@ struct Entry {
 };
 
 bool StartsEntry(std::string& line) {
-  const bool known = IsKnownEntry(line);
+  const bool known = PlainIsKnownEntry(line);
   return known || line.find("@comment{jabref") != std::string::npos;
 }
 
 void TakeHead(const std::string& line, Entry& entry) {
-  entry.key = CopyUntilChar(line, '{', ',');
-  entry.type = CopyUntilChar(line, '@', '{');
+  entry.key = PlainCopyUntilChar(line, '{', ',');
+  entry.type = PlainCopyUntilChar(line, '@', '{');
   entry.tags.clear();
 }
 
 /// Handles a line inside an entry; false when it ends the entry.
 bool TakeLine(const std::string& line, File& file, Entry& entry) {
   for (const std::string tag : kTags) {
-    if (!ContainsNoCase(line, tag)) continue;
+    if (!PlainContainsNoCase(line, tag)) continue;
     std::string& value = entry.tags[tag];
     ReadValue(line, file, value);
     if (tag == "pages") value = value.substr(0, value.find('-'));
@@ -277,12 +277,12 @@ class Run {
       if (starts && rename_) {
         const std::string name = a.key + "_" + static_cast<char>(letter_);
         out_.log += "     New name for bibitem No.1: from " + a.key + " to " + name + "\n\n";
-        ReplaceBetween(line, name, '{', ',');
+        PlainReplaceBetween(line, name, '{', ',');
         ++letter_;
         ++not_written_;
         rename_ = false;
       }
-      if (library_.position == from) key = CopyUntilChar(line.substr(0, 4999), '{', ',');
+      if (library_.position == from) key = PlainCopyUntilChar(line.substr(0, 4999), '{', ',');
       library_.Put(line);
       until = library_.position;
       if (line[0] != '}') continue;

@@ -3,7 +3,6 @@
 
 #include <vector>
 
-#include "core/line_stream.h"
 #include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
@@ -35,18 +34,9 @@ bool Mentions(const std::string& text, const std::string& word) {
   return Lower(text).find(word) != std::string::npos;
 }
 
-std::string KeyOf(const std::string& line) {
-  std::size_t i = 0;
-  while (i < line.size() && line[i] != '{' && line[i] != '\n') ++i;
-  if (i == line.size() || line[i] == '\n') return {};
-  std::string key;
-  for (++i; i < line.size() && line[i] != ',' && line[i] != '\n'; ++i) key += line[i];
-  return key;
-}
-
 class Run {
  public:
-  Run(const std::string& input, const Settings& settings) : in_(input), settings_(settings) {}
+  Run(const std::string& input, const Settings& settings) : in_{input}, settings_(settings) {}
 
   PlainCleanTagsResult Walk(const std::string& input_path, const std::string& library_path) {
     out_.library =
@@ -78,11 +68,7 @@ class Run {
   }
 
  private:
-  bool Next(std::string& line, std::size_t limit) {
-    const auto next = in_.ReadLine(limit);
-    if (next) line = *next;
-    return next.has_value();
-  }
+  bool Next(std::string& line, std::size_t limit) { return in_.Gets(line, limit); }
 
   int HandleStringLine(std::string& line) {
     if (line.find("@STRING{") == std::string::npos) return 1;
@@ -91,10 +77,10 @@ class Run {
       return 90;
     }
     out_.library += "..." + line;
-    const std::size_t position = in_.Position();
+    const std::size_t position = in_.at;
     while (Next(line, 50000)) {
       if (PlainIsKnownEntry(line)) {
-        in_.SetPosition(position);
+        in_.at = position;
         return 1;
       }
       out_.library += "... " + line;
@@ -103,18 +89,18 @@ class Run {
   }
 
   int CheckEmptyEntry(std::string& line) {
-    const std::size_t position = in_.Position();
+    const std::size_t position = in_.at;
     if (!PlainIsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return 1;
-    if (KeyOf(line).empty()) return 0;
+    if (PlainCopyUntilChar(line, '{', ',').empty()) return 0;
     std::string other;
     if (!Next(other, 50000)) return 0;
     if (!Mentions(other, "owner")) {
-      in_.SetPosition(position);
+      in_.at = position;
       return 1;
     }
     if (!Next(other, 50000)) return 0;
     if (Mentions(other, "timestamp")) return 0;
-    in_.SetPosition(position);
+    in_.at = position;
     return 1;
   }
 
@@ -123,8 +109,8 @@ class Run {
     if (!PlainIsKnownEntry(line)) return 1;
     line.resize(line.size() - 2);
     out_.library += line;
-    const std::string key = KeyOf(line);
-    const std::size_t position = in_.Position();
+    const std::string key = PlainCopyUntilChar(line, '{', ',');
+    const std::size_t position = in_.at;
     int written = 0;
     bool at_end = false;
     for (;;) {
@@ -156,7 +142,7 @@ class Run {
       out_.log +=
           "The following tags have been removed from the entry '" + key + "':\n" + removed + "\n\n";
     }
-    if (!at_end) in_.SetPosition(position);
+    if (!at_end) in_.at = position;
     return removed.empty() ? 1 : 88;
   }
 
@@ -175,7 +161,7 @@ class Run {
     return false;
   }
 
-  LineStream in_;
+  PlainFile in_;
   const Settings& settings_;
   PlainCleanTagsResult out_;
 };

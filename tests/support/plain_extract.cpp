@@ -2,20 +2,11 @@
 #include "tests/support/plain_extract.h"
 
 #include "app/texts.h"
-#include "core/text_primitives.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
 namespace {
-
-std::string Between(const std::string& line, char start, char stop) {
-  std::size_t i = 0;
-  while (i < line.size() && line[i] != start && line[i] != '\n') i++;
-  if (i == line.size() || line[i] != start) return "";
-  std::string out;
-  for (i++; i < line.size() && line[i] != stop && line[i] != '\n'; i++) out += line[i];
-  return out;
-}
 
 void Scan(const std::string& document, std::vector<std::string>& keys) {
   const auto store = [&](const std::string& key) {
@@ -29,7 +20,7 @@ void Scan(const std::string& document, std::vector<std::string>& keys) {
   while (file.Gets(line, 1000)) {
     while (line.find("\\cite{") != std::string::npos) {
       std::string rest = line.substr(line.find("\\cite"));
-      std::string list = Between(rest, '{', '}');
+      std::string list = PlainCopyUntilChar(rest, '{', '}');
       line = "\\done" + rest.substr(rest.find('{'));
       std::size_t comma = 0;
       while ((comma = list.find(',')) != std::string::npos) {
@@ -50,7 +41,7 @@ int Select(const std::string& library, const std::vector<std::string>& keys, std
     bool found = false;
     while (!found && file.Gets(line, 1000)) {
       if (line.find("{" + key + ",") == std::string::npos) continue;
-      if (IsKnownEntry(line)) found = true;
+      if (PlainIsKnownEntry(line)) found = true;
     }
     if (!found) continue;
     count++;
@@ -61,7 +52,7 @@ int Select(const std::string& library, const std::vector<std::string>& keys, std
           "=> After @ARTICLE end of file?");
     }
     for (;;) {
-      if (IsKnownEntry(line)) break;
+      if (PlainIsKnownEntry(line)) break;
       if (line.find("@comment{jabref") != std::string::npos) break;
       output += line;
       if (!file.Gets(line, 1000)) break;
@@ -79,15 +70,15 @@ int Walk(const std::string& library, int found, const Settings& settings, const 
   file.Gets(line, 50000);
   int handled = 0;
   while (handled < found) {
-    if (!IsKnownEntry(line)) {
+    if (!PlainIsKnownEntry(line)) {
       if (!file.Gets(line, 50000)) return 0;
       continue;
     }
     handled++;
-    const std::string type = Between(line, '@', '{');
-    const std::string key = Between(line, '{', ',');
+    const std::string type = PlainCopyUntilChar(line, '@', '{');
+    const std::string key = PlainCopyUntilChar(line, '{', ',');
     v.bibitem = "\\bibitem{" + key + "}";
-    StringToUpper(line);
+    line = PlainUpper(line);
     bool supported = false;
     for (const char* marker :
          {"@ARTICLE", "@BOOK", "@PHDTHESIS", "@MASTERTHESIS", "@INCOLLECTION", "@INPROCEEDINGS"}) {
@@ -100,7 +91,7 @@ int Walk(const std::string& library, int found, const Settings& settings, const 
              "', which is not supported, so far.\nYou have to enter the bibitem manually into this "
              "file. \n\n\n\n";
       while (file.Gets(line, 50000)) {
-        if (IsKnownEntry(line)) break;
+        if (PlainIsKnownEntry(line)) break;
         if (line.find("@comment{jabref") != std::string::npos) break;
       }
       continue;
@@ -111,7 +102,7 @@ int Walk(const std::string& library, int found, const Settings& settings, const 
       continue;
     }
     PlainReadTags(type, line, file, 50000, false, settings, v);
-    if (type == "ARTICLE" && settings.StyleSpringerCompSci) ReplaceString(v.journal, ".", "");
+    if (type == "ARTICLE" && settings.StyleSpringerCompSci) PlainReplaceString(v.journal, ".", "");
     tex += PlainReference(type, "_latex", false, settings, styles, v);
   }
   return 1;

@@ -2,9 +2,7 @@
 #include "tests/support/plain_journals.h"
 
 #include "app/texts.h"
-#include "core/line_stream.h"
-#include "core/text_primitives.h"
-#include "core/value_reader.h"
+#include "tests/support/plain_primitives.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel::testing {
@@ -46,8 +44,8 @@ std::string Without(const std::string& text, const std::string& dropped) {
 bool SameJournal(const std::string& one, const std::string& other) {
   std::string first = Without(one, " \t.:;{}\\");
   std::string second = Without(other, " \t.:;{}\\");
-  StringToUpper(first);
-  StringToUpper(second);
+  first = PlainUpper(first);
+  second = PlainUpper(second);
   return first == second;
 }
 
@@ -69,21 +67,20 @@ constexpr const char* kFailures[] = {
 
 void Rename(const std::string& library, const PlainJournalTable& table, const Settings& settings,
             PlainJournals& result) {
-  LineStream stream(library);
+  PlainFile file{library};
+  std::string text;
   std::string bibitem;
   int count = 0;
-  while (const auto read = stream.ReadLine(5000)) {
-    std::string text(*read);
-    if (IsKnownEntry(text)) bibitem = std::string(CopyUntilChar(text, '{', ','));
-    if (!ContainsNoCase(Without(text, " \t"), "journal")) {
+  while (file.Gets(text, 5000)) {
+    if (PlainIsKnownEntry(text)) bibitem = PlainCopyUntilChar(text, '{', ',');
+    if (!PlainContainsNoCase(Without(text, " \t"), "journal")) {
       result.library += text;
       continue;
     }
     text = Braced(text);
-    Line line(text);
     std::string value;
-    ReadFieldValue(line, stream, value);
-    std::string written(line.Text());
+    std::string written = text;
+    PlainReadFieldValue(written, file, value);
     std::string matched;
     std::size_t index = 0;
     if (!table.Find(value, matched, index)) {
@@ -94,7 +91,7 @@ void Rename(const std::string& library, const PlainJournalTable& table, const Se
     const std::string& full = table.full_names[index];
     const std::string& name = settings.JournalAbbreviated == 1 ? table.abbreviations[index] : full;
     for (char& byte : written) byte = byte == '\t' ? ' ' : byte;
-    ReplaceString(written, value, name);
+    PlainReplaceString(written, value, name);
     result.library += written;
     if (value == name) continue;
     ++count;

@@ -1,42 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_references.h"
-
-#include "core/text_primitives.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
-bool PlainFile::Gets(std::string& line, std::size_t limit) {
-  if (at == bytes.size()) return false;
-  line.clear();
-  while (at < bytes.size() && line.size() < limit - 1) {
-    line += bytes[at++];
-    if (line.back() == '\n') break;
-  }
-  return true;
-}
-
 namespace {
-
-bool Blank(char c) {
-  const int code = static_cast<unsigned char>(c);
-  return (code >= 1 && code <= 32) || code >= 128;
-}
-
-/// Reads the line that continues a value into `line` from `i` on and skips to its first byte that
-/// is not blank; false at the end of the file.
-bool Continue(std::string& line, PlainFile& file, std::size_t& i, std::size_t limit) {
-  const std::size_t place = i;
-  std::string next;
-  if (!file.Gets(next, limit)) return false;
-  line = line.substr(0, place) + next;
-  for (;;) {
-    i = place;
-    while (i < line.size() && Blank(line[i])) i++;
-    if (i < line.size()) return true;
-    if (!file.Gets(next, 1000)) return false;
-    line = line.substr(0, place) + next;
-  }
-}
 
 void PlainReplaceAll(std::string& text, const std::string& what, const std::string& by) {
   std::string out;
@@ -85,30 +53,6 @@ std::vector<std::pair<std::string, std::string>> BuiltInNames() {
 }
 
 }  // namespace
-
-int PlainReadValue(std::string& line, PlainFile& file, std::string& value) {
-  value = "";
-  std::size_t i = 0;
-  while (i < line.size() && line[i] != '{') i++;
-  if (i == line.size()) return 0;
-  i++;
-  if (i == line.size() && !Continue(line, file, i, 1000)) return 0;
-  int depth = 1;
-  while (i < line.size()) {
-    const char c = line[i];
-    if (c == '\n') {
-      if (!Continue(line, file, i, 25000)) return 0;
-      value += ' ';
-      continue;
-    }
-    if (c == '}' && depth == 1) return 1;
-    if (c == '}' && depth > 1) depth--;
-    if (c == '{') depth++;
-    value += c;
-    i++;
-  }
-  return 1;
-}
 
 std::string PlainPrefix(const Settings& s) {
   if (s.StyleACS) return "ACS_";
@@ -263,8 +207,8 @@ int PlainReadStyles(const std::string& bytes, PlainStyles& styles, PlainOutcome&
     }
     std::string value;
     for (std::size_t i = equals + 3; i + 1 < mark; i++) value += line[i];
-    ReplaceString(value, "\\n", "\n");
-    ReplaceString(value, "\\n", "\n");
+    PlainReplaceString(value, "\\n", "\n");
+    PlainReplaceString(value, "\\n", "\n");
     for (const auto& [name, built_in] : kNames) {
       if (built_in.find(key) != std::string::npos) styles[name] = value;
     }
@@ -279,25 +223,25 @@ int PlainReadStyles(const std::string& bytes, PlainStyles& styles, PlainOutcome&
 
 void PlainReadTags(const std::string& type, std::string& line, PlainFile& file, std::size_t limit,
                    bool for_text, const Settings& settings, PlainValues& v) {
-  const auto has = [&](const char* name) { return ContainsNoCase(line, name); };
-  const auto read = [&](std::string& value) { PlainReadValue(line, file, value); };
+  const auto has = [&](const char* name) { return PlainContainsNoCase(line, name); };
+  const auto read = [&](std::string& value) { PlainReadFieldValue(line, file, value); };
   const auto read_names = [&](std::string& value) {
     read(value);
     value = PlainAuthors(value, settings);
   };
   const auto strip_title = [&] {
-    if (!for_text) StripBraces(v.title);
+    if (!for_text) PlainStripBraces(v.title);
   };
   const auto read_pages = [&] {
     read(v.pages);
     if (!settings.PagesRange) {
       v.pages = v.pages.substr(0, v.pages.find('-'));
     } else if (for_text) {
-      CollapseDoubledChar(v.pages, '-');
+      PlainCollapseDoubledChar(v.pages, '-');
     }
   };
   for (;;) {
-    if (IsKnownEntry(line)) return;
+    if (PlainIsKnownEntry(line)) return;
     if (line.find("@comment{jabref") != std::string::npos) return;
     if (type == "ARTICLE") {
       if (has("author")) read_names(v.author);

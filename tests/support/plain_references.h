@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/settings.h"
+#include "tests/support/plain_primitives.h"
 #include "tests/support/recording_reporter.h"
 
 // What Extract and Text do, written down step by step without tables, indexes or views: files are
@@ -41,18 +42,6 @@ struct PlainOutcome {
 
 /// The style buffers, by "prefix + key" without a blank.
 using PlainStyles = std::map<std::string, std::string>;
-
-/// A file that is read like stdio reads it.
-struct PlainFile {
-  std::string bytes;
-  std::size_t at = 0;
-
-  /// fgets: false at the end, which leaves `line`.
-  bool Gets(std::string& line, std::size_t limit);
-};
-
-/// `ReadFieldValue` in mode 1 with depth 0.
-int PlainReadValue(std::string& line, PlainFile& file, std::string& value);
 
 std::string PlainAuthors(const std::string& list, const Settings& settings);
 std::string PlainFormat(const std::string& format, const std::vector<std::string>& values);

@@ -2,7 +2,7 @@
 #include "tests/support/plain_text.h"
 
 #include "app/texts.h"
-#include "core/text_primitives.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
@@ -30,7 +30,7 @@ void PlainApply(std::string& value, const PlainRows& rows) {
   for (const auto& [command, replacement] : rows) {
     if (command.empty() || command[0] == '#') continue;
     if (value.find(command) == std::string::npos) continue;
-    ReplaceString(value, command, replacement);
+    PlainReplaceString(value, command, replacement);
   }
 }
 
@@ -47,8 +47,8 @@ std::string Cut(const std::string& line, char start, char stop) {
 void Treat(const std::string& type, const Settings& settings, const PlainRows& rows,
            PlainValues& v) {
   if (settings.UseLaTeXCode) {
-    StripBraces(v.title);
-    StripBraces(v.booktitle);
+    PlainStripBraces(v.title);
+    PlainStripBraces(v.booktitle);
     return;
   }
   PlainApply(v.author, rows);
@@ -72,12 +72,12 @@ int Walk(const PlainWorld& world, int entries, const PlainStyles& styles, const 
   PlainValues v;
   std::string line;
   for (int i = 0; i < entries; i++) {
-    while (!IsKnownEntry(line)) {
+    while (!PlainIsKnownEntry(line)) {
       if (!file.Gets(line, 1000)) return 0;
     }
     const std::string type = Cut(line, '@', '{');
     const std::string key = Cut(line, '{', ',');
-    StringToUpper(line);
+    line = PlainUpper(line);
     const auto holds = [&](const char* marker) { return line.find(marker) != std::string::npos; };
     if (!holds("@ARTICLE") && !holds("@BOOK") && !holds("@PHDTHESIS") && !holds("@MASTERTHESIS") &&
         !holds("@INCOLLECTION") && !holds("@INPROCEEDINGS")) {
@@ -86,7 +86,7 @@ int Walk(const PlainWorld& world, int entries, const PlainStyles& styles, const 
               "', which is not supported, so far.\nYou have to type the entry yourself. \n\n\n\n";
       unsupported++;
       while (file.Gets(line, 1000)) {
-        if (IsKnownEntry(line)) break;
+        if (PlainIsKnownEntry(line)) break;
         if (line.find("@comment{jabref") != std::string::npos) break;
       }
       continue;
@@ -113,7 +113,7 @@ PlainOutcome PlainText(const PlainWorld& world, PlainStyles& styles) {
   PlainFile count{world.library};
   std::string line;
   int entries = 0;
-  while (count.Gets(line, 1000)) entries += IsKnownEntry(line) ? 1 : 0;
+  while (count.Gets(line, 1000)) entries += PlainIsKnownEntry(line) ? 1 : 0;
 
   std::string& text = outcome.files["_text.txt"];
   text = std::string(TextFileHeader) + "\n";

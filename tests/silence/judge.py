@@ -1,0 +1,336 @@
+# SPDX-License-Identifier: MIT
+"""What the judges of the eight operations share: losses, warnings, and when a warning names a loss.
+
+A `Loss` is a value of the input that does not stand in an output as the operation promises, or one
+that stands there in the wrong place. It is silent when neither the log (each judge looks there
+itself) nor a warning names it. `KINDS` says of every kind of warning how near it must be to a loss
+to name it, and which losses it can name at all.
+"""
+import dataclasses
+import re
+
+from bibtex import WHITE
+
+# What can happen to a value.
+GONE = "gone"                # the tag is not in the entry any more
+CHANGED = "changed"          # it has another value
+RENAMED = "renamed"          # its value stands under another name
+TWICE = "twice"              # the entry has a tag more often than it had
+FOREIGN = "foreign"          # the entry, or its reference, has a value that is not its own
+ENTRY = "entry gone"         # a whole entry, with no word in the log
+BROKEN = "entry broken"      # the entry is there, but BibTeX cannot read it
+DIFFERS = "double differs"   # a dropped double had another title, author, year, doi or eprint
+VERDICT = "weak verdict"     # it had other values of what was compared
+STRING = "string gone"       # a definition of @string
+PARENT = "parent gone"       # the entry that a crossref names
+TEXT = "text gone"           # text that is of no entry
+PERSON = "person changed"    # a name that is another name now, not only another form of it
+MISSING = "nothing to show"  # the reference lacks its author, title, journal or year
+UNBALANCED = "unbalanced"    # the reference's braces do not match, the entry's did
+COMMAND = "command left"     # a LaTeX command stands in the plain text
+HALF = "half a command"      # the end of one does
+ENCODING = "encoding"        # a library of plain ASCII is one no more
+FAILED = "failed"            # the run failed and gave no reason
+DAMAGE = {GONE, CHANGED, RENAMED, TWICE, FOREIGN, ENTRY, BROKEN}
+DOCUMENT = "paper.tex"
+
+# How near a warning must be to a loss.
+TAG = "tag"          # it is of the entry and names the tag
+LINE = "line"        # it is of a line of the tag, or names the tag in the entry
+AFTER = "after"      # it is of a line of the entry that stands before the tag, or on its line
+OF_ENTRY = "entry"   # it is of the entry
+NEAR = "near"        # it is of the entry, the one before or the one after
+NAME = "name"        # it names the tag, in whatever entry
+LIBRARY = "library"  # it is about the library
+CITED = "cited"      # it is of a line of the document that cites the entry
+
+
+
+def near(scope, *whats):
+    return dict.fromkeys(whats, scope)
+
+
+# The kinds of warnings: which losses each can name, and how near it must be. One that can name none
+# is a note. A kind that is not here fails the test: it wants a row.
+KINDS = {
+    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, TWICE, MISSING, PERSON, VERDICT, DIFFERS),
+    "unknown-type": near(NEAR, PERSON, MISSING, *DAMAGE),
+    "blank-in-type": near(NEAR, PERSON, MISSING, *DAMAGE),
+    "runs-on": near(NEAR, MISSING, DIFFERS, VERDICT, *DAMAGE),
+    "open-value": near(NEAR, *DAMAGE) | near(LIBRARY, ENTRY, BROKEN),
+    "shared-line": near(LINE, *DAMAGE) | near(TAG, DIFFERS, VERDICT),
+    "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
+    "key-as-tag": near(OF_ENTRY, *DAMAGE),
+    "at-in-key": near(NEAR, PERSON, *DAMAGE),
+    "upper-cased": near(LINE, CHANGED, GONE, FOREIGN, STRING, TEXT, ENTRY, BROKEN),
+    "long-line": near(LINE, *DAMAGE),
+    "bad-bytes": {},
+    "key-twice": {},
+    "missing-citation": near(CITED, ENTRY),
+    "other-citation": near(CITED, ENTRY),
+    "key-with-blank": near(CITED, ENTRY),
+    "carried-over": near(OF_ENTRY, FOREIGN, MISSING),
+    "value-missing": near(TAG, GONE, MISSING),
+    "detail-missing": near(TAG, GONE, MISSING),
+    "unbalanced": near(OF_ENTRY, UNBALANCED),
+    "nothing-printed": near(OF_ENTRY, ENTRY),
+    "raw-editors": {},
+    "command-cut": near(OF_ENTRY, HALF),
+    "command-left": near(OF_ENTRY, COMMAND) | near(TAG, GONE),
+    "no-group": {},
+    "weak-verdict": near(OF_ENTRY, VERDICT),
+    "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT),
+    "cut-entry": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
+    "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
+    "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
+    "authors-as-they-were": {},
+    "doubtful-name": near(OF_ENTRY, PERSON),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON) | near(NEAR, BROKEN, ENTRY),
+    "unknown-journal": {},
+    "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
+    "braced-journal": near(LINE, CHANGED),
+    "non-ascii-name": near(OF_ENTRY, ENCODING),
+    "character": {},
+    "line-left-out": near(NAME, GONE),
+    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
+    "renamed-tag": near(NAME, RENAMED) | near(OF_ENTRY, FOREIGN) | near(LINE, TEXT),
+    "tag-twice": near(TAG, TWICE),
+    "broken-head": near(OF_ENTRY, *DAMAGE),
+    "unknown-tag": near(NAME, GONE),
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE),
+    "text-not-copied": near(LINE, TEXT, GONE, STRING),
+}
+
+
+# Kinds whose losses other kinds name too, so that nobody would miss them.
+NAMED_TWICE = {
+    "blank-in-type": "nothing-printed names the entry that Extract and Text do not print for it",
+    "open-value": "BibTeX reads no further there either; where it does, other kinds name the loss",
+}
+
+
+@dataclasses.dataclass
+class Warning:
+    kind: str
+    file: str
+    line: int
+    key: str
+    text: str
+
+
+@dataclasses.dataclass
+class Loss:
+    what: str
+    entry: object = None  # of the input: an entry, a definition or a text
+    tag: object = None
+    detail: str = ""
+    lines: tuple = ()     # of the document: those that cite the entry
+
+
+ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "\\": "\\"}
+
+
+def unescape(field):
+    return re.sub(r"\\(x[0-9a-f]{2}|.)", lambda match: ESCAPES.get(match.group(1)) or
+                  chr(int(match.group(1)[1:], 16)), field)
+
+
+def read_warnings(data):
+    made = []
+    for row in data.decode("latin-1").split("\n")[:-1]:
+        kind, file, line, key, text = (unescape(field) for field in row.split("\t"))
+        made.append(Warning(kind, file.rsplit("/", 1)[-1], int(line or 0), key, text))
+    return made
+
+
+def names(text, word):
+    """Whether the text holds the word, letter case aside, with no letter or digit around it."""
+    at = (text := text.lower()).find(word := word.lower())
+    while at >= 0:
+        around = text[at - 1:at] + text[at + len(word):at + len(word) + 1]
+        if not any(letter.isalnum() for letter in around):
+            return True
+        at = text.find(word, at + 1)
+    return False
+
+
+class Neighbours:
+    """The warnings of a run, to be found by line, by key and by kind."""
+
+    def __init__(self, warnings, library, file):
+        self.entries = library.entries
+        self.places = {id(entry): number for number, entry in enumerate(library.entries)}
+        self.places_by_key = {}
+        for number, entry in enumerate(library.entries):
+            self.places_by_key.setdefault(entry.key, []).append(number)
+        self.by_line, self.by_key, self.wide = {}, {}, []
+        for warning in warnings:
+            if warning.kind not in KINDS:
+                raise KeyError(f"judge.py: no row for the warnings of kind '{warning.kind}'")
+            if {NAME, LIBRARY, CITED} & set(KINDS[warning.kind].values()):
+                self.wide.append(warning)
+            if warning.file == file:
+                self.by_line.setdefault(warning.line, []).append(warning)
+            if warning.key:
+                self.by_key.setdefault(warning.key.strip(), []).append(warning)
+
+    def on(self, first, last):
+        for line in range(first, last + 1):
+            yield from self.by_line.get(line, ())
+
+    def around(self, loss):
+        """The warnings that may be of the loss's entry or of one beside it, with whether they are of
+        the entry itself."""
+        entry = loss.entry
+        for warning in self.on(entry.line, entry.last):
+            yield warning, True
+        for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
+            yield warning, True
+        for place in self.places_of(loss):
+            before = self.entries[max(place - 1, 0)]
+            after = self.entries[min(place + 1, len(self.entries) - 1)]
+            for warning in self.on(before.line, after.last):
+                yield warning, False
+
+    def places_of(self, loss):
+        """Where the entry stands among all; of entries of one key nobody knows which one is gone."""
+        if id(loss.entry) not in self.places:
+            return ()
+        if loss.what in (ENTRY, BROKEN):
+            return self.places_by_key[loss.entry.key]
+        return (self.places[id(loss.entry)],)
+
+
+def explains(warning, loss, own):
+    """Whether the warning names the loss; `own` tells that it is of the loss's entry, None that it is
+    of the run."""
+    scope = KINDS[warning.kind].get(loss.what)
+    if scope == CITED:
+        if warning.key and warning.key.strip() != loss.entry.key:
+            return False
+        if warning.kind == "missing-citation" and warning.key != loss.entry.key:
+            return False  # another key is missing: this one with blanks
+        return warning.line in loss.lines and warning.file == DOCUMENT
+    if scope in (LIBRARY, NAME):
+        return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
+    if own is None or scope is None:
+        return False
+    if scope == NEAR or not own or scope == OF_ENTRY:
+        return scope == NEAR or own
+    if loss.tag is None:
+        return scope in (LINE, AFTER) and loss.entry.line <= warning.line <= last_line(loss)
+    on_line = loss.tag.line <= warning.line <= loss.tag.last
+    if scope == AFTER and loss.entry.line <= warning.line <= loss.tag.last:
+        return True
+    return scope == LINE and on_line or names(warning.text, loss.tag.name)
+
+
+def last_line(loss):
+    """The last line of what was lost: of an entry its head, as its tags are judged one by one."""
+    whole = loss.what == BROKEN or not hasattr(loss.entry, "tags")
+    return loss.entry.last if whole else loss.entry.line
+
+
+def named(losses, warnings, library, file):
+    """Each loss with the kinds of the warnings that name it."""
+    near = Neighbours(warnings, library, file)
+    for loss in losses:
+        if loss.what in (ENTRY, BROKEN) and not loss.entry.tags:
+            continue  # it held nothing
+        kinds = {warning.kind for warning in near.wide if explains(warning, loss, None)}
+        if loss.entry is not None:
+            kinds |= {warning.kind for warning, own in near.around(loss)
+                      if loss.what in KINDS[warning.kind] and explains(warning, loss, own)}
+        yield loss, kinds
+
+
+def core(text):
+    """The value without the pairs of braces that stand around all of it, and without blanks there."""
+    while text.startswith("{") and text.endswith("}"):
+        depth = 0
+        for at, byte in enumerate(text):
+            depth += (byte == "{") - (byte == "}")
+            if depth == 0:
+                break
+        if at < len(text) - 1:
+            break
+        text = text[1:-1].strip(WHITE)
+    return text
+
+
+class Entries:
+    """The entries of an output, each to be taken once. Those of one key come in the order of the
+    input when no such entry of `library`, the input, is missing."""
+
+    def __init__(self, output, library=None):
+        self.by_key, self.counts = {}, {}
+        for entry in output.entries:
+            self.by_key.setdefault(entry.key, []).append(entry)
+        for entry in library.entries if library else ():
+            self.counts[entry.key] = self.counts.get(entry.key, 0) + 1
+
+    def take(self, entry, key=None, same=core):
+        """The entry that is most like the given one, or none."""
+        found = self.by_key.get(entry.key if key is None else key)
+        if not found:
+            return None
+        left = self.counts.get(entry.key, 0)
+        self.counts[entry.key] = left - 1
+        if len(found) == left:
+            return found.pop(0)
+        wanted = {(tag.low, same(tag.text)) for tag in entry.tags}
+        best, common = None, -1
+        for other in found:
+            equal = len(wanted & {(tag.low, same(tag.text)) for tag in other.tags})
+            if (equal, -len(other.tags)) > (common, -len(best.tags) if best else 0):
+                best, common = other, equal
+        if len(found) < left and 2 * common < len(wanted):
+            return None  # it is another one of this key, and this one is missing
+        found.remove(best)
+        return best
+
+
+def compare_tags(old, new, same=core):
+    """What happened to the tags of an entry on its way from `old` to `new`. An empty value is none;
+    but one that hides a value of the same name is told."""
+    left = [(tag.low, same(tag.text)) for tag in new.tags]
+    pairs = [(tag.low, same(tag.text)) for tag in old.tags]
+    if left == pairs and new.whole:
+        return
+    missed = []
+    for tag, pair in zip(old.tags, pairs):
+        if pair in left:
+            left.remove(pair)
+        else:
+            missed.append((tag, pair))
+    gone = []
+    # A tag whose own name holds the new one comes first; values may be equal.
+    missed.sort(key=lambda one: not any(
+        pair[0] in one[1][0] and pair[1] == one[1][1] for pair in left))
+    for tag, (name, text) in missed:
+        elsewhere = [pair for pair in left if text and pair[1] == text]
+        elsewhere.sort(key=lambda pair: pair[0] not in name)
+        here = [pair for pair in left if pair[0] == name]
+        if elsewhere:
+            left.remove(elsewhere[0])
+            yield Loss(RENAMED, old, tag, f"is now a '{elsewhere[0][0]}'")
+        elif here:
+            left.remove(here[0])
+            yield Loss(CHANGED, old, tag, f"is now '{here[0][1][:80]}'")
+        else:
+            gone.append(tag)
+    if old.whole and not new.whole:
+        # BibTeX reports an error in the new entry; what it does not read behind it is one loss.
+        lost = {id(tag) for tag in gone}
+        kept = max((tag.start for tag in old.tags if id(tag) not in lost), default=-1)
+        behind = [tag for tag in gone if tag.start > kept]
+        gone = [tag for tag in gone if tag.start < kept]
+        yield Loss(BROKEN, old, None, "without " + ", ".join(tag.name for tag in behind))
+    for tag in gone:
+        if tag.text:
+            yield Loss(GONE, old, tag)
+    had = {tag.low: tag for tag in old.tags}
+    for name, text in left:
+        what = TWICE if name in had else FOREIGN
+        if text or what == TWICE:
+            yield Loss(what, old, had.get(name), f"has a '{name}' more: '{text[:80]}'")
