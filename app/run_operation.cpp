@@ -35,7 +35,7 @@ int RunWithWarnings(const Operation& operation) {
   const WarningsInUse in_use(report);
   const int result = operation.run();
   report.ReportSummary();
-  if (outputs.losses) *outputs.losses = report.Losses();
+  if (outputs.losses) *outputs.losses += report.Losses();
   return result;
 }
 

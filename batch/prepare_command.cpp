@@ -27,10 +27,10 @@ int RunWithWarnings(const std::string& library, const PrepareOptions& options) {
   run.first_path = library;
   run.second_path.clear();
   WarningReport report(outputs, GlobalReporter());
-  const bool reports = !outputs.quiet || outputs.all || outputs.file;
-  run.warnings = reports ? &report : nullptr;
+  run.warnings = &report;
   const int result = RunPrepare(run, options);
-  if (reports) report.ReportSummary();
+  report.ReportSummary();
+  if (outputs.losses) *outputs.losses += report.Losses();
   return result;
 }
 

@@ -3,6 +3,7 @@
 # Installs what is missing to build Tarvel: packaging/setup.sh [GROUP]... For Debian 12.
 #
 #   tests    for ./check too
+#   coverage for ./coverage too, with the group tests
 #   package  for packaging/build-package.sh too
 #   release  for packaging/release.sh and test-package.sh too, with the groups above
 #
@@ -49,6 +50,10 @@ test_wanted="
 /usr/bin/vim                      vim
 /usr/lib/llvm-14/lib/clang/14.0.6/include/fuzzer/FuzzedDataProvider.h libclang-rt-14-dev
 "
+coverage_wanted="
+/usr/bin/gcov                     gcc
+/usr/bin/gcovr                    gcovr
+"
 package_wanted="
 /usr/share/build-essential/essential-packages-list build-essential
 /usr/bin/dh                       debhelper
@@ -62,10 +67,11 @@ release_wanted="
 for group; do
   case $group in
     tests) wanted=$wanted$test_wanted ;;
+    coverage) wanted=$wanted$coverage_wanted ;;
     package) wanted=$wanted$package_wanted ;;
     release) wanted=$wanted$test_wanted$package_wanted$release_wanted ;;
     *)
-      echo "usage: $0 [tests] [package] [release]" >&2
+      echo "usage: $0 [tests] [coverage] [package] [release]" >&2
       exit 2
       ;;
   esac

@@ -97,7 +97,7 @@ struct WarningOutputs {
   bool all = false;               // each warning goes to the reporter at once; no summary follows
   OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
   OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between
-  std::size_t* losses = nullptr;  // takes the number of losses at the end of a run
+  std::size_t* losses = nullptr;  // the losses of a run are added to it at its end
 };
 
 /// Counts the warnings of a run and keeps a few examples of each kind, which `ReportSummary` sends
