@@ -66,7 +66,7 @@ extern CitationRules GlobalCitations;
 /// Files that are never opened for writing, besides the picked ones: those that `--prepare` copied.
 extern std::vector<std::string> GlobalKeptFiles;
 
-/// The systems whose line breaks are told apart, by their codes.
+/// The systems whose line breaks are distinguished, by their codes.
 inline constexpr int kLinuxSystem = 5555;    // lines end in LF
 inline constexpr int kWindowsSystem = 5556;  // CR LF
 inline constexpr int kMacSystem = 5557;      // CR

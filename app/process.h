@@ -8,9 +8,9 @@
 
 namespace tarvel {
 
-/// Raises the soft stack limit of the process to 80 MiB if it is lower; the hard limit stays. Gives
-/// 0 always: a limit that cannot be read is left alone, one that cannot be set is told on standard
-/// error, and the program goes on.
+/// Raises the soft stack limit of the process to 80 MiB if it is lower; the hard limit stays.
+/// Returns 0 always: a limit that cannot be read is left alone, one that cannot be set is reported
+/// on standard error, and the program goes on.
 int RaiseStackLimit();
 
 /// Makes the process one that can be trusted with files; the first thing that a program does.
@@ -24,7 +24,7 @@ void PrepareProcess();
 
 /// Puts the path of the running executable into `executable` and its directory, without a final
 /// "/", into `directory`; both are empty when the system does not tell. An executable in the root
-/// directory has an empty one. Gives 1 always.
+/// directory has an empty one. Returns 1 always.
 int GetProgramDirectory(PathBuffer& directory, PathBuffer& executable);
 
 /// Everything before the last "/" of `path` that is not its first byte; empty when there is none.

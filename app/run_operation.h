@@ -24,9 +24,9 @@ class WholeRun {
   ~WholeRun();
 
   /// Calls `body`, which gives 1 for success, and then publishes its files, also after a failure
-  /// that it has reported itself. Gives what `body` gave, or 0 when a file could not be written or
-  /// was changed while it was read, or when memory ran out; each is reported with `PrintError`, the
-  /// last one with the text `no_memory`, and no file is published then.
+  /// that it has reported itself. Returns what `body` gave, or 0 when a file could not be written
+  /// or was changed while it was read, or when memory ran out; each is reported with `PrintError`,
+  /// the last one with the text `no_memory`, and no file is published then.
   int Run(const std::function<int()>& body, std::string_view no_memory);
 
  private:

@@ -9,7 +9,7 @@ namespace tarvel {
 
 /// One of the 34 tags that Clean tags knows.
 struct TagRule {
-  std::string_view name;   // looked for in a tag's name, any case; written in lower case
+  std::string_view name;   // searched for in a tag's name, any case; written in lower case
   std::string_view label;  // of its check box
   int removed_at_start;    // the default of its flag
   bool in_line_filter;     // whether a line that mentions it is looked at at all
@@ -19,7 +19,7 @@ struct TagRule {
 inline constexpr std::size_t kTagCount = 34;
 
 /// ORDER: a tag's name is tested against the rows from the top, and the first that it contains
-/// wins. So booktitle stands before title, and citeseerurl, behind url, is never reached.
+/// wins. So booktitle stands before title, and citeseerurl, after url, is never reached.
 inline constexpr std::array<TagRule, kTagCount> kTagRules{{
     {"author", "Author", 0, true, false},
     {"booktitle", "Booktitle", 1, true, false},

@@ -167,7 +167,7 @@ void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Fin
   }
 }
 
-/// Checks one file; gives the exit status for it.
+/// Checks one file; returns the exit status for it.
 int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
   ReadOnlyFiles files(GlobalFiles());
   PathBuffer picked("library");

@@ -69,7 +69,7 @@ void AddOption(CLI::App& app, const OptionRow& row, std::vector<GivenOption>& gi
       ->trigger_on_parse();
 }
 
-/// Takes the command line apart; gives why that fails, or nothing.
+/// Takes the command line apart; returns why that fails, or nothing.
 std::string Split(const std::vector<std::string>& arguments, CommandLine& line) {
   if (std::string reason = WhyBadSpelling(arguments); !reason.empty()) return reason;
   CLI::App app;
@@ -116,7 +116,7 @@ std::string WhyOfNoUse(const OptionRow& row, const VerbRow& verb) {
   return Quoted(row.name) + " is of no use for " + Quoted(verb.name) + "; used by: " + users;
 }
 
-/// Applies the options; gives why one is refused, or nothing.
+/// Applies the options; returns why one is refused, or nothing.
 std::string ApplyOptions(const std::vector<GivenOption>& options, BatchRequest& request) {
   for (const GivenOption& given : options) {
     const OptionRow& row = *given.row;
@@ -147,7 +147,7 @@ std::string TakeFiles(std::vector<std::string> files, BatchRequest& request) {
   return {};
 }
 
-/// Takes what the command line asks for; gives why it is refused, or nothing.
+/// Takes what the command line asks for; returns why it is refused, or nothing.
 std::string TakeRequest(CommandLine line, BatchRequest& request) {
   if (!request.verb) return "no operation is given";
   if (std::string reason = ApplyOptions(line.options, request); !reason.empty()) return reason;

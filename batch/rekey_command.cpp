@@ -42,7 +42,7 @@ std::string NewPath(const std::string& path, const std::string& directory) {
                            : InDirectory(new_name, directory);
 }
 
-/// Reads the map; gives why that fails, or nothing.
+/// Reads the map; returns why that fails, or nothing.
 std::string ReadMap(const std::string& path, KeyMap& map) {
   std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
   if (!lines) return "could not read the key map '" + path + "'";
@@ -52,7 +52,7 @@ std::string ReadMap(const std::string& path, KeyMap& map) {
          ": not a line of a key map: an old key, a tab, a new key";
 }
 
-/// Reads the documents; gives why one cannot be taken, or nothing.
+/// Reads the documents; returns why one cannot be taken, or nothing.
 std::string ReadDocuments(const BatchRequest& request, std::vector<Document>& documents) {
   for (std::size_t i = 1; i < request.files.size(); ++i) {
     const std::string& path = request.files[i];

@@ -6,9 +6,9 @@ namespace tarvel {
 struct BatchRequest;
 
 /// "tarvel-batch rekey KEY-MAP DOCUMENT...": writes each document with the keys that the map gives,
-/// "paper_rekeyed.tex" for "paper.tex". Gives the exit status: 2, with nothing written, when a file
-/// cannot be read, the map is none, or an output would be an input or another output; 1 when an
-/// output cannot be written.
+/// "paper_rekeyed.tex" for "paper.tex". Returns the exit status: 2, with nothing written, when a
+/// file cannot be read, the map is none, or an output would be an input or another output; 1 when
+/// an output cannot be written.
 int RunRekeyCommand(const BatchRequest& request);
 
 }  // namespace tarvel

@@ -85,7 +85,7 @@ inline constexpr std::string_view kLaTeXCommandsFile = "/LaTeXCommands/LaTeXComm
 inline constexpr std::string_view kJournalListFile = "/JournalStrings/JournalStrings.tvl";
 
 /// The path with everything from its last "." on replaced by `suffix`; nothing when it holds no
-/// "." behind its first byte. The last "." of the whole path counts, so a path whose file name has
+/// "." after its first byte. The last "." of the whole path counts, so a path whose file name has
 /// none but whose directory has one is cut inside the directory's name.
 std::optional<std::string> ChangeExtension(std::string_view path, std::string_view suffix);
 

@@ -30,8 +30,8 @@ class FileSystem {
                                                                 CreateMode mode) {
     return CreateSink(path, mode);
   }
-  /// What tells the file at `path` as it is now from another, and from itself before a change;
-  /// nothing when there is no such file.
+  /// What distinguishes the file at `path` as it is now from another, and from itself before a
+  /// change; nothing when there is no such file.
   virtual std::optional<FileState> StateAt(const std::string& /*path*/) { return std::nullopt; }
   /// Whether both paths lead to the same file on disk, links followed. False when either does not
   /// exist.

@@ -19,8 +19,8 @@ inline constexpr std::size_t kTagLine = 500000;      // the lines of an entry in
 inline constexpr std::size_t kContinuation = 25000;  // a line that continues a value
 }  // namespace limits
 
-/// What tells a file from others, and from itself before it was changed: the device, the number
-/// there, the size in bytes, and when its bytes and when anything of it were changed.
+/// What distinguishes a file from others, and from itself before it was changed: the device, the
+/// number there, the size in bytes, and when its bytes and when anything of it were changed.
 struct FileState {
   std::uint64_t device = 0;
   std::uint64_t number = 0;
@@ -37,7 +37,7 @@ struct FileState {
 class ByteSource {
  public:
   virtual ~ByteSource() = default;
-  /// Reads up to `size` bytes into `buffer`; gives their number, 0 at the end, -1 on an error.
+  /// Reads up to `size` bytes into `buffer`; returns their number, 0 at the end, -1 on an error.
   [[nodiscard]] virtual std::ptrdiff_t Read(char* buffer, std::size_t size) = 0;
   /// The file's size in bytes when it was opened; 0 when it is not known.
   virtual std::size_t Size() const = 0;

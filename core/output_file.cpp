@@ -17,7 +17,7 @@ OutputFile::OutputFile(std::unique_ptr<ByteSink> sink, std::string path)
 }
 
 OutputFile::~OutputFile() {
-  (void)Close();  // a run that matters has closed its files and told of what failed
+  (void)Close();  // a run that matters has closed its files and reported what failed
 }
 
 void OutputFile::Flush() {

@@ -17,20 +17,20 @@ enum class CreateMode { kWrite, kWriteRead };
 class ByteSink {
  public:
   virtual ~ByteSink() = default;
-  /// Writes all of `bytes`; gives an empty text, or why it failed.
+  /// Writes all of `bytes`; returns an empty text, or why it failed.
   [[nodiscard]] virtual std::string Write(std::string_view bytes) = 0;
-  /// Closes the file; gives an empty text, or why it failed.
+  /// Closes the file; returns an empty text, or why it failed.
   [[nodiscard]] virtual std::string Close() = 0;
   /// The path under which the bytes of a pending file can be read; empty for any other.
   virtual std::string PendingPath() const { return {}; }
-  /// Does all of publishing that can lack room; gives an empty text, or why it failed.
+  /// Does all of publishing that can lack room; returns an empty text, or why it failed.
   [[nodiscard]] virtual std::string MakeReady() { return {}; }
-  /// Gives the file its name; gives an empty text, or why it failed.
+  /// Gives the file its name; returns an empty text, or why it failed.
   [[nodiscard]] virtual std::string Publish() { return {}; }
 };
 
-/// A new file. Every write is checked: the first failure is kept and told by `Close`, and nothing
-/// is written after it.
+/// A new file. Every write is checked: the first failure is kept and reported by `Close`, and
+/// nothing is written after it.
 class OutputFile {
  public:
   OutputFile(std::unique_ptr<ByteSink> sink, std::string path);

@@ -21,7 +21,7 @@ namespace tarvel {
 namespace {
 
 constexpr int kMostNames = 1000;  // of temporary files for one output at a time
-constexpr int kStaleNames = 4;    // those that are looked for before a run
+constexpr int kStaleNames = 4;    // those that are searched for before a run
 constexpr mode_t kModeBits = 07777;
 constexpr std::size_t kMostNameBytes = 200;  // that are taken over from the output's name
 
@@ -67,7 +67,7 @@ bool RemoveStale(const std::string& name) {
 }
 
 /// Calls `take` with one temporary name after the other until it succeeds with a name that was
-/// free; gives the name, or an empty one with the reason in errno.
+/// free; returns the name, or an empty one with the reason in errno.
 template <typename Take>
 std::string TakeName(const std::string& path, const Take& take) {
   for (int n = 0; n < kMostNames; ++n) {

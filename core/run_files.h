@@ -39,7 +39,7 @@ class RunFiles final : public FileSystem {
   bool WriteFailed() const { return write_failed_; }
   /// Gives the new files their names, logs last, and begins the next run. No file gets its name
   /// when the run has failed to write a byte, which it has reported itself, and when a file that it
-  /// read has been changed since. Gives an empty text, or why it failed.
+  /// read has been changed since. Returns an empty text, or why it failed.
   [[nodiscard]] std::string Publish();
   /// Forgets the new files and begins the next run.
   void Discard();

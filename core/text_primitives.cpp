@@ -9,7 +9,7 @@ namespace tarvel {
 
 namespace {
 
-/// Upper-cases the type words; false when an "@" without a "{" behind it ends the search.
+/// Upper-cases the type words; false when an "@" without a "{" after it ends the search.
 bool UpperCaseTypeWords(std::string& line) {
   std::size_t at = line.find('@');
   while (at != std::string::npos) {
@@ -119,7 +119,7 @@ bool ReplaceString(std::string& line, std::string_view pattern, std::string_view
       result.append(source.substr(copied, at - copied)).append(replacement);
       copied = at + matched;
     }
-    // One byte further than the matched ones: after a whole match the next byte is passed over,
+    // One byte further than the matched ones: after a whole match the next byte is skipped,
     // after a partial one the byte that did not match.
     at = source.find(pattern.front(), at + matched + 1);
   }

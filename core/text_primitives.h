@@ -12,7 +12,7 @@ namespace tarvel {
 
 /// Whether the line starts an entry of one of the 24 known types. On the way every type word, the
 /// text between an "@" and the next "{", is upper-cased in the line itself, whatever the result.
-/// A line with an "@" that has no "{" behind it is never an entry and is left as it is from there.
+/// A line with an "@" that has no "{" after it is never an entry and is left as it is from there.
 /// The marker need not stand at the start of the line, and most markers are prefixes: "@BOOK" also
 /// accepts "@BOOKLET" and "@BOOKS". "@MASTERSTHESIS" is not known; "@MASTERTHESIS" is.
 bool IsKnownEntry(std::string& line);
@@ -35,7 +35,7 @@ void StripBraces(std::string& value);
 
 /// The text of `line` from its first byte up to `stop`, a line feed or the end.
 std::string_view CopyUntilChar(std::string_view line, char stop);
-/// The text behind the first `start` up to `stop`, a line feed or the end; empty when `start` does
+/// The text after the first `start` up to `stop`, a line feed or the end; empty when `start` does
 /// not stand on the line.
 std::string_view CopyUntilChar(std::string_view line, char start, char stop);
 
@@ -43,11 +43,11 @@ std::string_view CopyUntilChar(std::string_view line, char start, char stop);
 /// `stop` everything up to the line feed or the end is replaced. Without a `start` nothing is.
 void ReplaceBetween(std::string& line, std::string_view insertion, char start, char stop);
 
-/// Cuts `text` at its first comma: gives the part before it and leaves the part after it, blanks
+/// Cuts `text` at its first comma: returns the part before it and leaves the part after it, blanks
 /// and all. Without a comma everything is the first part.
 std::string SplitAtComma(std::string& text);
 
-/// Replaces occurrences of `pattern`, left to right; gives whether it occurred at all. The byte
+/// Replaces occurrences of `pattern`, left to right; returns whether it occurred at all. The byte
 /// after a replacement never starts a match, and a match that begins inside a partial match is
 /// missed: "aab" with the pattern "ab" stays, "abab" with "x" becomes "xab". What users' tables of
 /// replacements do is defined by this scan. An empty pattern does nothing and gives false.

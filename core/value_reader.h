@@ -25,7 +25,7 @@ std::size_t FindValueStop(std::string_view text, std::size_t from, int& depth);
 /// The value is the text up to the "}" that matches the opening brace; inner braces are kept. A
 /// line feed continues the value on the next line of the stream: the line feed and the blank bytes
 /// after it (1 to 32, and all bytes from 128 on, as the test is made on signed bytes) become one
-/// blank in the value, and lines that are blank to their end are passed over. A line (or a piece of
+/// blank in the value, and lines that are blank to their end are skipped. A line (or a piece of
 /// one) that ends without a line feed ends the value. Without a "{" on the line the value is empty
 /// and the result false: quoted and bare values are not read. At the end of the file inside a value
 /// the result is false and `value` holds what came so far.

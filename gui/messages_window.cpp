@@ -44,7 +44,7 @@ void NameForScreenReaders(const wxTextCtrl& text) {
   atk_object_set_name(gtk_widget_get_accessible(inner), std::string(kTitle).c_str());
 }
 
-/// Writes the file as a whole or not at all; gives the reason, or nothing on success.
+/// Writes the file as a whole or not at all; returns the reason, or nothing on success.
 std::string WriteFile(const std::string& path, const std::string& bytes) {
   GError* error = nullptr;
   g_file_set_contents(path.c_str(), bytes.data(), static_cast<gssize>(bytes.size()), &error);

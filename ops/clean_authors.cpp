@@ -65,7 +65,7 @@ class AuthorCleaner {
   AuthorCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
       : input_(input), library_(library), log_(log), warnings_(warnings) {}
 
-  /// Walks the whole library; gives the number of author lists that changed.
+  /// Walks the whole library; returns the number of author lists that changed.
   int Walk();
 
  private:

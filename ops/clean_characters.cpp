@@ -38,7 +38,7 @@ constexpr bool IsBad(char byte) {
   return ((code < ' ') & !breaks) | (code == kDelete);
 }
 
-/// What the log says of a bad byte, behind "could be found.".
+/// What the log says of a bad byte, after "could be found.".
 std::string_view KindOf(signed char code) {
   if (code == kDelete) return "";
   return code < 0 ? " <- negative value (!)" : " <- command (!)";
@@ -50,7 +50,7 @@ bool HoldsBadByte(std::string_view line) {
   return found != 0;
 }
 
-/// Whether the text ends with `word`, given in upper case, blanks and tabs passed over.
+/// Whether the text ends with `word`, given in upper case, blanks and tabs skipped.
 bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
     text = TrimEnd(text, IsBlankOrTab);
@@ -63,7 +63,7 @@ bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
 constexpr std::size_t kNoTag = kExemptTags.size();
 
 /// The index of the exempt tag that the line, its blanks and tabs taken out, contains with "={"
-/// behind it, or `kNoTag`.
+/// after it, or `kNoTag`.
 std::size_t FindExemptTag(std::string_view line) {
   for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
        brace = line.find('{', brace + 1)) {
@@ -226,7 +226,8 @@ int RunCleanCharacters(const RunContext& run) {
   }
   const auto log = CreateWithHeader(run, run.first_path, Output::kCharacterLog);
   if (!log) return FailInBox(run, "Could not open the log file!", "Log file?", kFailed);
-  const std::string new_path = OutputPath(run.first_path, Output::kCharacterLibrary, run.output_directory);
+  const std::string new_path =
+      OutputPath(run.first_path, Output::kCharacterLibrary, run.output_directory);
   const auto library = CreateWithHeader(run, run.first_path, Output::kCharacterLibrary);
   if (!library) {
     return FailInBox(run, "Could not open " + new_path + " !", "New BibTeX file?", kFailed);

@@ -55,7 +55,7 @@ struct EntryCopy {
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
-  /// `append_renamed`: entries under new keys go to the end, not behind those with the same key.
+  /// `append_renamed`: entries under new keys go to the end, not after those with the same key.
   DoubleCleaner(LineStream& input, GrowingLibrary& library, OutputFile& log, Warnings* warnings,
                 FileWarnings& input_warnings, bool append_renamed)
       : input_(input),
@@ -120,7 +120,7 @@ bool DoubleCleaner::Walk() {
   return true;
 }
 
-/// Leaves the entry out or writes it: at the end, or under a new key behind the entry that has the
+/// Leaves the entry out or writes it: at the end, or under a new key after the entry that has the
 /// same one.
 void DoubleCleaner::TakeEntry(std::size_t start) {
   const TypeRule<DoublesRule> rule = DoublesRuleFor(reader_.Entry().type);
@@ -192,7 +192,7 @@ void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& val
   }
 }
 
-/// Copies the entry's lines from the input, which is then read on behind them. An entry that was
+/// Copies the entry's lines from the input, which is then read on after them. An entry that was
 /// read up to a later "}" line is copied up to the first one all the same.
 void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
   copy_ = {std::move(copy_.text), false, true};
@@ -217,8 +217,8 @@ void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
   ReportCutEntry(input_.Bytes(), {copy_.text, input_.Position()}, input_warnings_);
 }
 
-/// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the next
-/// bytes.
+/// Gives the entry a new key. The letters are not limited to the alphabet: after 'z' come the
+/// next bytes.
 void DoubleCleaner::Rename(Line& head) {
   const std::string key = reader_.Entry().key + "_" + rename_letter_;
   WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n",
@@ -239,7 +239,7 @@ void DoubleCleaner::AppendCopy() {
   written_.emplace_hint(written_.end(), begin, begin + copy_.text.size());
 }
 
-/// Writes the copy behind an entry. Where others follow, it replaces them byte by byte.
+/// Writes the copy after an entry. Where others follow, it replaces them byte by byte.
 void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());

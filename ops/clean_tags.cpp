@@ -97,7 +97,7 @@ class TagCleaner {
   std::size_t untagged_end_ = 0;
 };
 
-/// Gives the text without every blank, tab, '.', ':' and ';'.
+/// Returns the text without every blank, tab, '.', ':' and ';'.
 void SqueezeTagName(std::string_view source, std::string& destination) {
   destination.clear();
   for (const char byte : source) {
@@ -129,7 +129,7 @@ bool TagCleaner::ReadToHead(Line& line) {
 }
 
 /// Removes a line that defines a string, or copies it and everything up to the next entry. In that
-/// case `line` holds the entry's head afterwards while the input stands behind the string's line:
+/// case `line` holds the entry's head afterwards while the input stands after the string's line:
 /// the caller goes on with both.
 StringOutcome TagCleaner::HandleStringLine(Line& line) {
   if (line.Text().find(kStringMarker) == std::string_view::npos) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Compare: tells which entries of the second library the first has, and copies those that it lacks
+// Compare: says which entries of the second library the first has, and copies those that it lacks
 // and its counterparts of those that it has.
 #include <algorithm>
 #include <array>
@@ -111,7 +111,7 @@ Counters Comparison::Walk() {
   return counters_;
 }
 
-/// Logs every verdict about the current entry up to the one that stops; gives the first library's
+/// Logs every verdict about the current entry up to the one that stops; returns the first library's
 /// entry of that one, or null when none stops.
 const KnownEntry* Comparison::FindCounterpart() {
   Matches matches = first_.Find(second_.Entry());
@@ -214,7 +214,7 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
-/// Reports what is odd about one of the libraries; gives the number of its entries without a key.
+/// Reports what is odd about one of the libraries; returns the number of its entries without a key.
 std::uint64_t ReportLibrary(const RunContext& run, const std::string& path,
                             const LineStream& library) {
   FileWarnings warnings = WarningsOf(run, path, library);

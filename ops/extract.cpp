@@ -138,7 +138,7 @@ void ReportDefinitions(std::string_view library, const std::set<std::string>& ma
   }
 }
 
-/// Writes the library of the cited entries; gives their number, 0 after a `PrintError`.
+/// Writes the library of the cited entries; returns their number, 0 after a `PrintError`.
 int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
                  const std::function<void(std::size_t)>& on_missing) {
   std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);

@@ -14,10 +14,10 @@
 namespace tarvel {
 
 /// Adds the keys that a LaTeX document cites with "\cite{" to `keys`, in the order of their first
-/// citation and each once; gives how many `keys` holds then. Lines are read with at most 999 bytes;
-/// a command that is cut by that limit is missed. Blanks belong to a key. The keys are taken from
-/// the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both. For each
-/// key that it adds it adds to `places` the offset of a byte of its line.
+/// citation and each once; returns how many `keys` holds then. Lines are read with at most 999
+/// bytes; a command that is cut by that limit is missed. Blanks belong to a key. The keys are taken
+/// from the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both. For
+/// each key that it adds it adds to `places` the offset of a byte of its line.
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
                   std::vector<std::size_t>* places = nullptr);
 
@@ -30,7 +30,7 @@ struct SelectionObserver {
 };
 
 /// Copies the entries of the keys (each key once) to `output`, in their order: for each the first
-/// entry of the library on whose head "{", the key and "," stand. Gives the number of keys that
+/// entry of the library on whose head "{", the key and "," stand. Returns the number of keys that
 /// have one; 0 after a `PrintError` when the library ends with the head of such an entry.
 int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& output,
                                            LineStream& library,

@@ -139,7 +139,7 @@ std::size_t FormatIndex(JournalStyle style, StyleKey key) {
 
 using FormatNames = std::array<std::string, kStyleCount * kStyleKeyCount>;
 
-/// The names that a definition's key is looked for in. ORDER: FormatIndex
+/// The names that a definition's key is searched for in. ORDER: FormatIndex
 FormatNames BuiltInNames() {
   FormatNames names;
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -162,12 +162,12 @@ bool IsDefinition(std::string_view line) {
          line.front() != '/';
 }
 
-/// The format of a definition, found by counting bytes: three behind the "=" and two before the
+/// The format of a definition, found by counting bytes: three after the "=" and two before the
 /// comment stand its first and its last byte.
 std::string FormatOf(std::string_view line, std::size_t equals_sign) {
   const std::size_t mark = line.find(kCommentMark);
   std::string format(Between(line, equals_sign + 3, mark == 0 ? 0 : mark - 1));
-  // Once more for those that stand directly behind another: one pass leaves every second of them.
+  // Once more for those that stand directly after another: one pass leaves every second of them.
   ReplaceString(format, "\\n", "\n");
   ReplaceString(format, "\\n", "\n");
   return format;
@@ -202,7 +202,7 @@ int ReadJournalStyles(const RunContext& run, JournalStyles& styles) {
     ++definitions;
   }
   if (definitions == kDefinitions) return kSucceeded;
-  // The number told is one more than the number found.
+  // The number reported is one more than the number found.
   return Fail(run, std::string(kWrongCount) + std::to_string(definitions + 1) + " entries\n");
 }
 

@@ -79,10 +79,11 @@ class JournalStyles {
   std::array<std::string, kStyleCount * kStyleKeyCount> formats_;
 };
 
-/// Reads the style file below the program directory into `styles`; gives 1 when it held exactly 71
-/// definitions, else 0 after a `PrintError`. A definition is a line (of at most 999 bytes) such as
+/// Reads the style file below the program directory into `styles`; returns 1 when it held exactly
+/// 71 definitions, else 0 after a `PrintError`. A definition is a line (of at most 999 bytes) such
+/// as
 ///   APS_book = "%s by %s\n"; // comment
-/// It sets every format whose name, with one blank behind it, contains the definition's key and
+/// It sets every format whose name, with one blank after it, contains the definition's key and
 /// its blank. The plain theses of ACS and Springer_Comp_Sci have names without that blank and are
 /// therefore never set: such references print nothing.
 int ReadJournalStyles(const RunContext& run, JournalStyles& styles);

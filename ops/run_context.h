@@ -41,7 +41,7 @@ struct RunContext {
   /// The directory of the program's configuration files, without a final "/". Asked for only by
   /// the loaders of such files.
   std::function<std::string()> program_directory;
-  /// Where the run reports what it passes over, drops or cannot use; null when nobody wants to
+  /// Where the run reports what it skips, drops or cannot use; null when nobody wants to
   /// know.
   Warnings* warnings = nullptr;
   /// Where the new files go; empty: beside the library.

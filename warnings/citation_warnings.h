@@ -11,7 +11,7 @@
 namespace tarvel {
 
 /// Looks through a LaTeX document, in the lines that `ScanCitations` reads, and reports citations
-/// that it passes over, takes out of a comment or reads in part.
+/// that it skips, takes out of a comment or reads in part.
 void ReportCitations(std::string_view document, FileWarnings& warnings);
 
 /// Reports what is odd about cited keys: blanks in them. `places` are those of their lines.

@@ -21,7 +21,7 @@ using namespace std::string_view_literals;
 /// What stands after an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
-/// A set of bytes, for loops that pass over the others.
+/// A set of bytes, for loops that skip the others.
 class ByteSet {
  public:
   constexpr explicit ByteSet(std::string_view bytes) {
@@ -329,7 +329,7 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
   }
 }
 
-/// Reads "tag =", or passes over what is none; gives where to go on.
+/// Reads "tag =", or skips what is none; returns where to go on.
 std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::size_t offset) {
   const std::size_t end = kNameEnds.Find(line, at);
   if (end == line.size() || line[end] != '=') {
@@ -349,7 +349,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   return line.size();
 }
 
-/// Reads the first byte of a value; gives where to go on.
+/// Reads the first byte of a value; returns where to go on.
 std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::size_t offset) {
   depth_ = 0;
   if (line[at] == '{') {
@@ -371,7 +371,7 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   return kBareEnds.Find(line, at);
 }
 
-/// Goes on through a value in braces or quotes; gives where it ends.
+/// Goes on through a value in braces or quotes; returns where it ends.
 std::size_t LibraryScan::ContinueValue(std::string_view line, std::size_t at) {
   const bool quotes = state_ == State::kInQuotes;
   const ByteSet& stops = quotes ? kBracesAndQuote : kBraces;

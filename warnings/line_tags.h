@@ -14,7 +14,7 @@ struct LineTag {
 };
 
 /// The tags of a line, or of the lines after an entry's first: names and "=" outside of values.
-/// Commas and braces between them are passed over; an unclosed value reaches to the end.
+/// Commas and braces between them are skipped; an unclosed value reaches to the end.
 std::vector<LineTag> TagsOf(std::string_view text);
 
 /// Whether `name` can be that of a tag: a letter, then letters, digits and "_:.+-".

@@ -24,11 +24,11 @@ class TagWarnings {
   void EndEntry(bool at_next_head);
   /// An entry without a key is dropped.
   void NoteDroppedWithoutKey(std::size_t place);
-  /// An entry is dropped for its first two tags; `rest` is what stands behind them.
+  /// An entry is dropped for its first two tags; `rest` is what stands after them.
   void NoteDroppedAsEmpty(std::string_view key, std::size_t place, std::string_view rest);
-  /// These lines, which begin at `place`, are passed over; told of in front of the first entry.
+  /// These lines, which begin at `place`, are skipped; reported in front of the first entry.
   void NotePassedOutside(std::string_view text, std::size_t place);
-  /// A line is passed over behind an entry's head.
+  /// A line is skipped after an entry's head.
   void NotePassed(std::string_view line, std::size_t place);
   /// A value was read, and its tag is none that is known.
   void NotePassedTag(std::string_view line, std::size_t place);
@@ -50,7 +50,7 @@ class TagWarnings {
   Tally unknown_tags_;
   // Of the entry: the tags that were written and under which names they stood.
   std::vector<std::pair<std::string_view, std::string>> written_;
-  std::vector<std::pair<std::string, std::size_t>> strings_;  // passed over, with their places
+  std::vector<std::pair<std::string, std::size_t>> strings_;  // skipped, with their places
 };
 
 }  // namespace tarvel

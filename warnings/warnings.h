@@ -13,7 +13,7 @@
 
 namespace tarvel {
 
-/// Something that a run passed over, dropped or could not use.
+/// Something that a run skipped, dropped or could not use.
 struct Warning {
   WarningKind kind;
   std::string_view file;

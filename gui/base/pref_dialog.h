@@ -17,7 +17,7 @@
 namespace tarvel {
 
 /// What the four preference dialogs have in common: controls built from rows, and a handler that
-/// does nothing for each kind of control, which is told the control's row.
+/// does nothing for each kind of control, which gets the control's row.
 class PrefDialog : public wxDialog {
  public:
   /// Sets every control from its flag in the global settings. Sends no events.

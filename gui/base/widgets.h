@@ -9,7 +9,7 @@
 namespace tarvel {
 
 /// Names a widget and shows the name as its tooltip, which for buttons and check boxes is also the
-/// description that a screen reader reads: it tells one "Help" button from the other.
+/// description that a screen reader reads: it distinguishes the "Help" buttons.
 void Describe(wxWindow& widget, std::string_view what);
 
 /// A button named `verb` and `object` together. A tooltip comes only with a verb: without one the

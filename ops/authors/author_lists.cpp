@@ -50,7 +50,7 @@ class ArrangedNames {
   }
 
   /// Cuts the last "and " and the byte before it, which is the blank or hyphen of an initial or the
-  /// blank behind the comma. False when there is no name: a list of none is of no form.
+  /// blank after the comma. False when there is no name: a list of none is of no form.
   bool Finish() {
     if (result_.empty()) return false;
     result_.resize(result_.size() - (1 + std::string_view("and ").size()));

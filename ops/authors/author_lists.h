@@ -22,7 +22,7 @@ bool ArrangeWordPairs(std::string_view list, std::string& result);
 /// "Smith, John and Jones, Bob". A ',' and "and" in the list; a name with '.' is abbreviated
 /// already and no such list is touched. With two commas the surname ends at the first.
 bool ArrangeCommaNames(std::string_view list, std::string& result);
-/// "John Smith and Bob Jones". No ',' in the list. The surname stands behind the last blank or '~'
+/// "John Smith and Bob Jones". No ',' in the list. The surname stands after the last blank or '~'
 /// outside braces; blanks in it are removed. A "Jr" or "Sr" stays with the word before it.
 bool ArrangeFullNames(std::string_view list, std::string& result);
 

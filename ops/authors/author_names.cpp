@@ -15,9 +15,9 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::string_view kWordSeparators = " -~.";
 constexpr std::string_view kAccentBytes = "'\"^~";
-// Symbols that put an accent on the letter behind them when a backslash stands before.
+// Symbols that put an accent on the letter after them when a backslash stands before.
 constexpr std::string_view kAccentSymbols = "'`\"^~=.";
-// Control words of one letter that put an accent on the letter behind them.
+// Control words of one letter that put an accent on the letter after them.
 constexpr std::string_view kAccentCommands = "vrcHukdbt";
 
 /// A letter that LaTeX writes as a control word.
@@ -65,7 +65,7 @@ std::size_t LetterSize(std::string_view text, std::size_t at) {
   return size == wanted ? size : 1;
 }
 
-/// The letters of the control word behind the backslash at `at`; empty when none stands there.
+/// The letters of the control word after the backslash at `at`; empty when none stands there.
 std::string_view ControlWord(std::string_view text, std::size_t at) {
   std::size_t end = at + 1;
   while (end < text.size() && IsLetter(text[end])) ++end;
@@ -82,7 +82,7 @@ bool IsAccentCommand(std::string_view name) {
   return name.size() == 1 && IsOneOf(name.front(), kAccentCommands);
 }
 
-/// The first byte behind the LaTeX command at `at`; blanks behind an accent belong to it.
+/// The first byte after the LaTeX command at `at`; blanks after an accent belong to it.
 std::size_t CommandEnd(std::string_view text, std::size_t at) {
   const std::string_view name = ControlWord(text, at);
   std::size_t end = at + 1 + name.size();
@@ -101,7 +101,7 @@ std::size_t WordEnd(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// Copies the letter at `at` upper-cased; gives its size, 0 when there is none.
+/// Copies the letter at `at` upper-cased; returns its size, 0 when there is none.
 std::size_t CopyLetter(std::string_view word, std::size_t at, std::string& initial) {
   const std::size_t size = LetterSize(word, at);
   if (size == 1) {

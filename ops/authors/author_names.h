@@ -7,11 +7,11 @@
 
 namespace tarvel {
 
-/// Gives the list with every "And" and "AND" that stands between two blanks as "and". One whose
+/// Returns the list with every "And" and "AND" that stands between two blanks as "and". One whose
 /// leading blank is the first byte of the list is left alone.
 void LowerCaseAnd(std::string_view list, std::string& result);
 
-/// Gives the initials of first names: for each word its accented initial (`CopyAccentedInitial`),
+/// Returns the initials of first names: for each word its accented initial (`CopyAccentedInitial`),
 /// or else its first character upper-cased, with the 'h' of a second character ("Christoph" gives
 /// "Ch. "); then "." and a blank, or ".-" where a hyphen joins the word to the next one. The last
 /// initial keeps its blank.
@@ -20,7 +20,7 @@ void LowerCaseAnd(std::string_view list, std::string& result);
 /// "I\~nigo" are one word each. A word without any letter gives nothing.
 void AbbreviateFirstNames(std::string_view names, std::string& initials);
 
-/// Gives the initial of a word that begins with an accent, a LaTeX letter or braces, upper-cased
+/// Returns the initial of a word that begins with an accent, a LaTeX letter or braces, upper-cased
 /// and whole: "{\'e}mile" gives "{\'E}", "\v{s}tefan" "\v{S}", "{\o}ystein" "{\O}". What is no part
 /// of such a construct is dropped, and open braces are closed. False, and nothing given, when the
 /// word begins with a letter or a blank or holds no letter.
@@ -30,7 +30,7 @@ bool CopyAccentedInitial(std::string_view word, std::string& initial);
 /// changed, for any other word; an empty one stays empty and gives true.
 bool InitialsFromCapitals(std::string& word);
 
-/// Gives each letter "." and a blank; a '-' takes the place of the blank just written. "J-P"
+/// Returns each letter "." and a blank; a '-' takes the place of the blank just written. "J-P"
 /// becomes "J.-P. ". Everything else is dropped.
 void MakeInitials(std::string& word);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kLineBreaks = "\r\n";
 constexpr std::size_t kNone = std::string_view::npos;
-/// Citations may stand in the optional argument of another. Deeper ones are not looked for there.
+/// Citations may stand in the optional argument of another. Deeper ones are not searched for there.
 constexpr int kDeepest = 50;
 
 template <std::size_t N>

@@ -16,8 +16,8 @@ namespace tarvel {
 class KeyMap {
  public:
   /// Reads the lines of such a file: the old key, a tab, the new key, with "\t", "\n", "\r", "\\"
-  /// and "\xNN" for the bytes that cannot stand there. Gives the number, from 1, of the first line
-  /// that is none of these; 0 when all are.
+  /// and "\xNN" for the bytes that cannot stand there. Returns the number, from 1, of the first
+  /// line that is none of these; 0 when all are.
   std::size_t Read(std::string_view bytes);
 
   /// The new key; null for a key that stays.

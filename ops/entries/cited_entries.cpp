@@ -43,7 +43,7 @@ void CitedEntries::Find(LineStream& library,
     const std::size_t position = library.Position() - text->size();
     const bool has_key = FindOnLine(*text, position);
     if (!on_range || (!has_key && !(begin != kNone && IsHead(*text)))) continue;
-    // A head may stand far behind the start of a line, as long lines are read in pieces.
+    // A head may stand far after the start of a line, as long lines are read in pieces.
     const std::size_t newline = library.Bytes().substr(seen, position - seen).rfind('\n');
     if (newline != kNone) line = seen + newline + 1;
     seen = position;
@@ -54,7 +54,7 @@ void CitedEntries::Find(LineStream& library,
 }
 
 /// Notes the line as the head of every key that stands between a "{" and the next "," of it, if it
-/// is a head; false when there is no such key. The keys are looked for before that test, which
+/// is a head; false when there is no such key. The keys are searched for before that test, which
 /// upper-cases parts of the line.
 bool CitedEntries::FindOnLine(std::string_view text, std::size_t position) {
   on_line_.clear();

@@ -17,7 +17,7 @@ namespace tarvel {
 /// Where the entries of the cited keys begin in a library.
 class CitedEntries {
  public:
-  /// `keys` must outlive this. Of a key that comes twice only the first is looked for.
+  /// `keys` must outlive this. Of a key that comes twice only the first is searched for.
   explicit CitedEntries(const std::vector<std::string>& keys);
 
   /// Reads the library, with at most 999 bytes a line, until all keys are found, or to its end.

@@ -76,7 +76,7 @@ class FirstLibrary {
   HashIndex by_content_;
 };
 
-/// The second library, read entry by entry. After an entry that was copied, reading goes on behind
+/// The second library, read entry by entry. After an entry that was copied, reading goes on after
 /// the copy, and that is often before the end of what was read for the entry.
 class SecondLibrary {
  public:
@@ -90,7 +90,7 @@ class SecondLibrary {
   /// Where its first line begins.
   std::size_t Start() const { return start_; }
   /// Copies its lines as they stand in the file, up to the first that begins with "}"; false when
-  /// the file ends before one. Reading goes on behind them.
+  /// the file ends before one. Reading goes on after them.
   bool Copy(OutputFile& out);
 
  private:

@@ -12,8 +12,8 @@ namespace tarvel {
 
 namespace {
 
-/// The value behind the first "{" of `line` if all of it stands on this line; nothing if it goes on
-/// behind a line break.
+/// The value after the first "{" of `line` if all of it stands on this line; nothing if it goes on
+/// after a line break.
 std::optional<std::string_view> ValueOnLine(std::string_view line) {
   const std::size_t brace = line.find('{');
   if (brace == std::string_view::npos) return std::string_view();

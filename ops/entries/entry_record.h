@@ -16,7 +16,7 @@
 
 namespace tarvel {
 
-/// The tags by which Compare and Clean doubles tell entries apart.
+/// The tags by which Compare and Clean doubles distinguish entries.
 enum class Field : std::uint8_t {
   kJournal,
   kYear,
@@ -32,7 +32,7 @@ enum class Field : std::uint8_t {
 };
 inline constexpr std::size_t kFieldCount = 11;
 
-/// A tag name that is looked for in an entry's lines, and the field that its value goes to.
+/// A tag name that is searched for in an entry's lines, and the field that its value goes to.
 struct TagName {
   std::string_view name;
   Field field;
@@ -81,7 +81,7 @@ class TextStore {
  public:
   /// A copy of `text` that lives as long as the store.
   std::string_view Keep(std::string_view text);
-  /// The same for texts that are to stand behind each other.
+  /// The same for texts that are to stand after each other.
   std::string_view Keep(std::span<const std::string_view> texts);
 
  private:
@@ -162,7 +162,7 @@ enum class EntryLineEnd {
   kReadFailed,  // no line: this read is the one that met the end of the file
 };
 
-/// Reads the lines behind an entry's head into a record. Only a line that begins with "}" and
+/// Reads the lines after an entry's head into a record. Only a line that begins with "}" and
 /// names no tag, or the end of the file, ends an entry: one whose closing brace stands elsewhere
 /// goes on through the lines of those that follow it.
 class TagReader {
@@ -176,7 +176,7 @@ class TagReader {
   /// set back. Of pages only the first page is kept.
   EntryLineEnd ReadLine(LineStream& stream, EntryRecord& record,
                         LongValues* long_values = nullptr) const;
-  /// Reads lines until the entry ends; gives what ended it.
+  /// Reads lines until the entry ends; returns what ended it.
   EntryLineEnd ReadEntry(LineStream& stream, EntryRecord& record) const;
 
  private:

@@ -13,8 +13,8 @@
 
 namespace tarvel {
 
-/// A group of entry types that are told apart by the same tags. Compare and Clean doubles group the
-/// types differently, on purpose.
+/// A group of entry types that are distinguished by the same tags. Compare and Clean doubles group
+/// the types differently, on purpose.
 struct TypeGroup {
   std::span<const std::string_view> types;
   std::span<const Field> compared;
@@ -64,7 +64,7 @@ enum class Counted : std::uint8_t { kNothing, kExact, kProbable };
 /// entry; without one the search goes on.
 struct Verdict {
   std::string_view headline;  // a "%s" at its start is the type, the next are the keys
-  std::string_view closing;   // behind the details; "%s" is the path of the equal entries
+  std::string_view closing;   // after the details; "%s" is the path of the equal entries
   Counted counted;
   bool stops;
 };
@@ -93,7 +93,7 @@ struct DoublesRule {
   /// where the content decides.
   std::string_view same_key_note;
   std::string_view probable;  // headline of a double under another key; empty: never one
-  std::string_view closing;   // behind the details
+  std::string_view closing;   // after the details
   ClosingKeys closing_keys;
 };
 

@@ -9,7 +9,7 @@
 namespace tarvel {
 
 /// A new library that is read back while it is written: held in memory, given to its file at the
-/// end. Writing at a place before the end replaces what stands there and cuts nothing off behind.
+/// end. Writing at an offset before the end replaces what stands there and cuts nothing off after.
 class GrowingLibrary {
  public:
   /// A library that begins with `header`; memory for `expected_size` bytes is taken at once.
@@ -18,7 +18,7 @@ class GrowingLibrary {
   /// The line that begins at `position`: at most `limit - 1` bytes, up to and including a line
   /// feed. Nothing at the end. The view lives until the next `Write`.
   std::optional<std::string_view> ReadLine(std::size_t position, std::size_t limit) const;
-  /// Writes at `position`, which is not behind the end; what goes beyond the end is appended.
+  /// Writes at `position`, which is not after the end; what goes beyond the end is appended.
   void Write(std::size_t position, std::string_view bytes);
 
   std::size_t Size() const { return bytes_.size(); }

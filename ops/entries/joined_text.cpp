@@ -32,7 +32,7 @@ JoinedText::JoinedText(std::string_view bytes) : bytes_(bytes) {
   LinkLines();
 }
 
-/// Fills the last line of the list and adds the one behind it.
+/// Fills the last line of the list and adds the one after it.
 void JoinedText::AddLine(std::size_t start, std::size_t end) {
   const std::string_view line = bytes_.substr(start, end - start);
   const std::size_t first = SkipContinuationBlanks(line, 0);
@@ -69,7 +69,7 @@ std::string_view JoinedText::LineAt(std::size_t number) const {
   return bytes_.substr(start, end - start);
 }
 
-/// The limit with which a value that began before reads the line: lower behind a blank line.
+/// The limit with which a value that began before reads the line: lower after a blank line.
 std::size_t JoinedText::LimitOf(std::size_t number) const {
   if (number == 0) return limits::kContinuation;
   const std::size_t start = lines_[number - 1].start;

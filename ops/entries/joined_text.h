@@ -26,7 +26,7 @@ class JoinedText {
     std::size_t line;       // where the line begins that ends it, or the end of the file
     std::size_t limit;      // with which that line is read
   };
-  /// The value behind the brace at `brace`, whose line goes on to a line feed and so does not end
+  /// The value after the brace at `brace`, whose line goes on to a line feed and so does not end
   /// it. Nothing where only reading can tell: it comes to a line whose first piece is blank.
   std::optional<FoundValue> ValueAfter(std::size_t brace) const;
 
@@ -48,7 +48,7 @@ class JoinedText {
 
   std::string_view bytes_;
   std::string text_;
-  std::vector<JoinedLine> lines_;      // and one behind the last, where the file ends
+  std::vector<JoinedLine> lines_;      // and one after the last, where the file ends
   std::vector<std::size_t> barriers_;  // the lines that end every value that comes to them
 };
 

@@ -12,7 +12,7 @@ std::size_t IndexOf(const DoublesRule& rule) {
   return static_cast<std::size_t>(&rule - kDoublesRules.data());
 }
 
-/// Whether entries of this rule's types are told apart by their tags at all.
+/// Whether entries of this rule's types are distinguished by their tags at all.
 bool ComparesTags(const DoublesRule* rule) { return rule && !rule->group.compared.empty(); }
 
 }  // namespace

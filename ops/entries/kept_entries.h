@@ -22,7 +22,7 @@ namespace tarvel {
 /// An entry as it stands in the new library.
 struct KeptEntry {
   /// Keeps what `record` holds in `store`, which must outlive the entry. `head` and `end` are the
-  /// places of the entry's first line and of the line behind its last.
+  /// offsets of the entry's first line and of the line after its last.
   KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end, TextStore& store);
 
   ComparedValues ComparedValuesOf(const TypeGroup& group) const;
@@ -108,7 +108,7 @@ class KeptEntries {
  public:
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
-  /// Removes all entries whose heads stand at `begin` or behind, but before `end`.
+  /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.

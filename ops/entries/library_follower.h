@@ -17,7 +17,7 @@ namespace tarvel {
 ///
 /// Text that is appended is read where reading had stopped for want of text, be it in the middle of
 /// a value. After a write in the middle only that part is read anew which the write can have
-/// changed: up to a place behind the written bytes where the old reading looked for an entry too.
+/// changed: up to a place after the written bytes where the old reading searched for an entry too.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
@@ -60,7 +60,7 @@ class LibraryFollower {
   NameMatcher tags_;
   KeptEntries entries_;
   Reading current_;
-  // One bit a byte: whether an entry was looked for from there. A bit costs less than a list.
+  // One bit a byte: whether an entry was searched for from there. A bit costs less than a list.
   std::vector<bool> between_entries_;
 };
 

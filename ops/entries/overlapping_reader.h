@@ -11,10 +11,10 @@
 namespace tarvel {
 
 /// Reads entries of which each may begin inside the one read before: an entry's tags can go on
-/// behind the place where its copy ends, as in a library whose entries close with "} title". As
+/// after the place where its copy ends, as in a library whose entries close with "} title". As
 /// soon as such a reading comes to a line at which the one before it was, it takes what that one
 /// found from there on, so that no line is read again and again. Values that go on over the entries
-/// behind them are looked up, not read again.
+/// after them are looked up, not read again.
 class OverlappingReader {
  public:
   explicit OverlappingReader(const TagReader& tags) : tags_(tags) {}
@@ -39,7 +39,7 @@ class OverlappingReader {
   LongValues long_values_;
   EntryRecord entry_;
   EntryRecord before_;
-  // Where lines of the last reading begin, last line first: those passed by are taken away from the
+  // Where lines of the last reading begin, last line first: those passed are removed from the
   // back.
   std::vector<std::size_t> lines_;
   std::vector<std::size_t> new_lines_;

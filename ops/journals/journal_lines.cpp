@@ -14,7 +14,7 @@ namespace tarvel {
 
 namespace {
 
-/// Whether the text begins with `letters`, given in upper case, blanks and tabs passed over.
+/// Whether the text begins with `letters`, given in upper case, blanks and tabs skipped.
 bool BeginsIgnoringBlanks(std::string_view text, std::string_view letters) {
   std::size_t at = 0;
   for (const char letter : letters) {

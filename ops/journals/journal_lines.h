@@ -15,7 +15,7 @@ namespace tarvel {
 bool MentionsJournal(std::string_view line);
 
 /// Turns a quoted or bare value into a braced one: every "=" becomes "= {", and from the first ","
-/// on (without one: behind the line's last byte, its line break included) stands "},\n". A line
+/// on (without one: after the line's last byte, its line break included) stands "},\n". A line
 /// with a brace is left as it is; one without an "=" is not.
 void BraceJournalValue(Line& line);
 

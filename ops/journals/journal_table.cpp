@@ -29,7 +29,7 @@ bool Contains(std::string_view line, std::string_view marker) {
   return line.find(marker) != std::string_view::npos;
 }
 
-/// Reads on behind the next line with the marker; false at the end of the list.
+/// Reads on after the next line with the marker; false at the end of the list.
 bool SkipBehind(LineStream& lines, std::string_view marker) {
   while (const auto line = lines.ReadLine(limits::kPairLine)) {
     if (Contains(*line, marker)) return true;
@@ -85,7 +85,7 @@ JournalListFault JournalTable::Read() {
   return JournalListFault::kNone;
 }
 
-/// Reads a journal from the line behind its start marker on.
+/// Reads a journal from the line after its start marker on.
 JournalListFault JournalTable::ReadBlock() {
   Journal journal;
   if (!ReadName(lines_, journal.full_name)) return JournalListFault::kNoName;

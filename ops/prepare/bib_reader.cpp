@@ -141,7 +141,7 @@ bool BibReader::Next(BibItem& item) {
   return true;
 }
 
-/// Goes to the next "@" and behind the type and the opening brace or parenthesis after it; false
+/// Goes to the next "@" and after the type and the opening brace or parenthesis after it; false
 /// when these do not follow.
 bool BibReader::StartCommand(BibItem& item) {
   item.begin = bytes_.find('@', at_);

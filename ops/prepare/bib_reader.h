@@ -36,11 +36,11 @@ struct BibItem {
 };
 
 /// Reads a library by the grammar of BibTeX 0.99d, byte for byte: what stands outside commands and
-/// "@comment" are passed over, a value is made of pieces in braces or quotes, numbers and names of
+/// "@comment" are skipped, a value is made of pieces in braces or quotes, numbers and names of
 /// strings, joined by "#". Other than BibTeX it takes the name of an undefined string as its text,
 /// and the commands after another on the last line of a file.
 ///
-/// A command that breaks the grammar ends there; reading goes on behind it as BibTeX's does, or,
+/// A command that breaks the grammar ends there; reading goes on after it as BibTeX's does, or,
 /// when a value swallowed the beginnings of other commands, at the first line that begins like one.
 /// Takes linear time: once that has happened, no later value goes past such a line.
 class BibReader {

@@ -12,9 +12,9 @@
 
 namespace tarvel {
 
-/// Gives entries the tags of the entry that their "crossref" names, by BibTeX's rule for a document
-/// that cites everything: a tag that the entry lacks is that of its parent, wherever the parent
-/// stands. Other than BibTeX, which warns of it, it follows the "crossref" of a parent too.
+/// Gives entries the tags of the entry that their "crossref" names, by BibTeX's rule for a
+/// document that cites everything: a tag that the entry lacks is that of its parent, wherever the
+/// parent stands. Other than BibTeX, which warns of it, it follows the "crossref" of a parent too.
 class CrossReferences {
  public:
   /// `bytes` must outlive this. The first question reads the library once for its keys.

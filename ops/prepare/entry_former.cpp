@@ -159,7 +159,7 @@ void EntryFormer::Warn(const FormedTag& tag, const std::string& text) {
   log_.Warn(WarningKind::kMisreadTag, tag.place, text);
 }
 
-/// Whether the lines of a tag do no harm by their length or number: Clean tags passes over a tag
+/// Whether the lines of a tag do no harm by their length or number: Clean tags skips a tag
 /// that it does not know, but looks at the further lines of its value.
 bool EntryFormer::HasFewLines(const FormedTag& tag) const {
   const LineFit fit = FitOf(tag.name, tag.value);

@@ -42,7 +42,7 @@ bool IsVerbatim(std::string_view command) {
              kVerbatimCommands.end();
 }
 
-/// The place behind the brace that closes the one at `open`, or the end.
+/// The place after the brace that closes the one at `open`, or the end.
 std::size_t GroupEnd(std::string_view text, std::size_t open) {
   std::size_t depth = 0;
   for (std::size_t at = open; at < text.size(); ++at) {
@@ -222,7 +222,7 @@ bool IsListOfNames(std::string_view list) {
   }
 }
 
-/// How many pairs of braces stand around all of a value, blanks between them passed over.
+/// How many pairs of braces stand around all of a value, blanks between them skipped.
 std::size_t CountOuterPairs(std::string_view value) {
   std::size_t begin = 0;
   std::size_t opens = 0;

@@ -78,7 +78,7 @@ constexpr auto kTags = [] {
   return tags;
 }();
 
-/// The rows by sizes and letters of their names, a place each, so that one comparison tells.
+/// The rows by sizes and letters of their names, a place each, so that one comparison decides.
 class TagPlaces {
  public:
   constexpr TagPlaces() {
@@ -199,7 +199,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 56> kTypeCha
     {"video"sv, "MISC"sv},
 }};
 
-/// What in the "type" of a thesis tells that it is none for a doctor's degree.
+/// What in the "type" of a thesis says that it is none for a doctor's degree.
 constexpr std::array kMasterWords{"MASTER"sv,   "MATHESIS"sv, "DIPLOM"sv, "MAGISTER"sv,
                                   "BACHELOR"sv, "M.SC"sv,     "MSC"sv,    "BATHESIS"sv};
 

@@ -46,7 +46,7 @@ struct KnownType {
   bool is_in_table = true;  // else nothing is known of the library's word
 };
 
-/// The type to write for the library's word. What a "thesis" is its tag "type" tells; empty when it
+/// The type to write for the library's word. What a "thesis" is its tag "type" says; empty when it
 /// has none.
 KnownType FindKnownType(std::string_view word, std::string_view thesis_type);
 /// Whether a known type is one of the two of theses.

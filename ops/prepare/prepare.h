@@ -32,7 +32,7 @@ Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
                         const std::function<void(const PrepareWarning&)>& warn);
 
 /// Prepares the library of the run's first path: writes "_prepared.bib" and "_prepared.log" beside
-/// it. Gives 1 on success, 0 after a failure that it told with `PrintError`.
+/// it. Returns 1 on success, 0 after a failure that it reported with `PrintError`.
 int RunPrepare(const RunContext& run, const PrepareOptions& options = {});
 
 /// The path of the prepared library, beside it or in `directory` unless that is empty. Empty when

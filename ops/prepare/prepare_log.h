@@ -32,7 +32,7 @@ class PrepareLog {
   void Say(std::initializer_list<std::string_view> parts);
   /// Ends the entry's lines.
   void EndEntry();
-  /// A paragraph: a line of the parts, with "line N" for the place behind the first, and the text.
+  /// A paragraph: a line of the parts, with "line N" for the place after the first, and the text.
   void SayText(std::string_view what, std::size_t place, std::string_view text);
   void Warn(WarningKind kind, std::size_t place, std::string_view text);
 

@@ -96,7 +96,7 @@ NameMatcher FilterMatcher() {
 /// Tags whose lines Clean characters leaves out.
 constexpr std::array kExemptTags{"file"sv, "owner"sv, "timestamp"sv, "doi"sv, "url"sv};
 
-/// Where a word begins that ends at `end`, blanks within it passed over; npos when none does.
+/// Where a word begins that ends at `end`, blanks within it skipped; npos when none does.
 std::size_t BeginOfSpaced(std::string_view text, std::size_t end, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
     while (end > 0 && IsBlankOrTab(text[end - 1])) --end;

@@ -16,7 +16,8 @@ namespace tarvel {
 using WordSet = std::uint32_t;
 
 /// ORDER: that in which Compare and Clean doubles look for the first eleven, of which the first on
-/// a line counts; the others are looked for by Extract and Text, or by the test for empty entries.
+/// a line counts; the others are searched for by Extract and Text, or by the test for empty
+/// entries.
 inline constexpr std::array<std::string_view, 17> kWords{
     "journal", "year",   "pages",  "volume",      "author",   "title",
     "note",    "url",    "number", "nationality", "comment",  "publisher",
@@ -70,7 +71,7 @@ std::size_t SplitOf(std::size_t word);
 
 /// Whether Clean tags looks at the lines of this tag at all.
 bool IsInLineFilter(std::string_view name);
-/// Whether a line would be looked at by Clean tags, were it of a value that it passes over.
+/// Whether a line would be looked at by Clean tags, were it of a value that it skips.
 bool HoldsFilterWord(std::string_view text);
 /// Whether Clean characters leaves out the tag's line, and that line only.
 bool IsExemptTag(std::string_view name);

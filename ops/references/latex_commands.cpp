@@ -149,7 +149,7 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
 }
 
 bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands) {
-  // Between two rows that occur the text does not change, so the rows passed over would not have
+  // Between two rows that occur the text does not change, so the rows skipped would not have
   // changed it either.
   const std::vector<LaTeXCommands::Row>& rows = commands.Rows();
   for (std::size_t row = commands.FindRow(value, 0); row < rows.size();

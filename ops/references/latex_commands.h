@@ -52,10 +52,10 @@ class LaTeXCommands {
   std::array<Span, 256> by_first_byte_{};
 };
 
-/// Reads the table of LaTeX commands below the program directory; gives 1, or 0 after a
+/// Reads the table of LaTeX commands below the program directory; returns 1, or 0 after a
 /// `PrintError` when the file cannot be opened.
 ///
-/// Every line (of at most 999 bytes) behind the first that contains "START" is a row: the command
+/// Every line (of at most 999 bytes) after the first that contains "START" is a row: the command
 /// up to a tab or a blank, blanks and tabs, the replacement up to a blank. The last byte of a line
 /// is cut, whatever it is.
 int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands);
@@ -64,7 +64,7 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands);
 inline constexpr std::size_t kLongestTreated = 1'000'000;
 
 /// Applies the rows to `value`, one after the other, each with `ReplaceString` to what those before
-/// it left. Stops, and gives false, at a row that could make it longer than it is and than
+/// it left. Stops, and returns false, at a row that could make it longer than it is and than
 /// `kLongestTreated` bytes: rows whose replacements hold the commands of others can double a value
 /// again and again.
 bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands);

@@ -20,7 +20,7 @@ struct Placeholder {
   std::size_t size = 0;  // in the format
 };
 
-/// Reads the digits at `at` and moves `at` behind them; no digits are 0. Numbers that no text is
+/// Reads the digits at `at` and moves `at` after them; no digits are 0. Numbers that no text is
 /// long enough for come out as `kLargest`.
 std::size_t ReadNumber(std::string_view format, std::size_t& at) {
   std::size_t number = 0;

@@ -28,12 +28,12 @@ enum class AfterReading {
   kCutPages,     // only the first page, or the range, as the settings say
 };
 
-/// Which lines a tag passes over although its name stands on them.
+/// Which lines a tag skips although its name stands on them.
 enum class PassOver { kNothing, kBooktitleAnyCase, kBooktitleLowerCase };
 
 /// One tag of a kind of entry.
 struct TagRead {
-  std::string_view name;  // looked for anywhere on a line, any case
+  std::string_view name;  // searched for anywhere on a line, any case
   ReferenceValue value;
   AfterReading after = AfterReading::kNothing;
   PassOver pass_over = PassOver::kNothing;
@@ -59,7 +59,7 @@ struct WalkRules {
   std::function<std::string(std::string_view key)> name_reference;
   /// Prints a reference; returns the values that it shows, none when it printed nothing.
   std::function<std::vector<ReferenceValue>(const EntryKind& kind, EntryValues& values)> print;
-  /// Gives a LaTeX command of the value that printing replaces in part; may be empty.
+  /// Returns a LaTeX command of the value that printing replaces in part; may be empty.
   std::function<std::string_view(std::string_view value)> find_cut = {};
 };
 
