@@ -75,7 +75,7 @@ std::size_t KeyedHash(std::string_view bytes) {
     state.Add(word);
   }
   word = 0;
-  std::memcpy(&word, bytes.data(), bytes.size());
+  if (!bytes.empty()) std::memcpy(&word, bytes.data(), bytes.size());  // a null view may be empty
   state.Add(word | size << 56);
   return static_cast<std::size_t>(state.Finish());
 }

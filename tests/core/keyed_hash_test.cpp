@@ -25,6 +25,10 @@ TEST(KeyedHash, IsTheSameForTheSameBytesOnly) {
   EXPECT_EQ(hashes.size(), 1U + 39U * 2 + 39U * 40 / 2) << "every byte and the size count";
 }
 
+TEST(KeyedHash, TakesAViewOfNothing) {
+  EXPECT_EQ(KeyedHash(std::string_view()), KeyedHash(std::string()));
+}
+
 /// Tables take the lower bits of a hash.
 TEST(KeyedHash, MixesIntoTheLowerBits) {
   std::set<std::size_t> low;
