@@ -127,6 +127,15 @@ static_assert([] {
   return true;
 }());
 
+static_assert(
+    [] {
+      for (std::size_t i = 0; i < kOperations.size(); ++i) {
+        if (i >= kVerbRows.size() || kVerbRows[i].operation != &kOperations[i]) return false;
+      }
+      return true;
+    }(),
+    "an operation lacks its value of Verb or its row in kVerbRows");
+
 inline constexpr Verbs kEveryOperation = (Verbs{1} << kOperations.size()) - 1;
 
 /// The verb with this name; null when there is none.
