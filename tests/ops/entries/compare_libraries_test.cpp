@@ -10,9 +10,8 @@ namespace {
 
 const std::string kBook = "@book{K,\n  author = {A},\n  title = {T}\n}\n";
 
-/// The entry that the text is.
-EntryRecord RecordOf(const std::string& text) {
-  LineStream stream{std::string_view(text)};
+/// The entry that the text is. Its values are views into the stream, which must outlive it.
+EntryRecord RecordOf(LineStream& stream) {
   SecondLibrary library(stream);
   EXPECT_TRUE(library.Next());
   return library.Entry();
@@ -23,7 +22,8 @@ std::vector<std::string> Found(const std::string& first, const std::string& entr
   LineStream stream{std::string_view(first)};
   const FirstLibrary library(stream);
   std::vector<std::string> found;
-  Matches matches = library.Find(RecordOf(entry));
+  LineStream second{std::string_view(entry)};
+  Matches matches = library.Find(RecordOf(second));
   while (const auto match = matches.Next()) {
     found.push_back(std::to_string(match->entry->start) + (match->same_key ? " key" : ""));
   }
@@ -73,7 +73,8 @@ TEST(FirstLibrary, CopiesAnEntryAsItStandsToItsFirstClosingLine) {
   const std::string text = "x\n" + entry;
   LineStream stream{std::string_view(text)};
   FirstLibrary library(stream);
-  Matches matches = library.Find(RecordOf(entry));
+  LineStream second{std::string_view(entry)};
+  Matches matches = library.Find(RecordOf(second));
   const auto match = matches.Next();
   ASSERT_TRUE(match);
   EXPECT_EQ(Copied([&](OutputFile& out) { library.Copy(*match->entry, out); }),
