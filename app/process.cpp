@@ -25,7 +25,10 @@ void HoldDescriptor() {
 }
 
 /// Only what a signal handler may do. The signal was set back to its default when it came.
-void EndBySignal(int signal) { raise(signal); }
+void EndBySignal(int signal) {
+  RemoveTemporaryFiles();
+  raise(signal);
+}
 
 /// Handles a signal unless it is ignored, as the shell wants it for jobs in the background.
 void HandleEnd(int signal) {

@@ -110,14 +110,14 @@ std::string OptionNames(const VerbRow* verb) {
 
 /// What `_arguments` of zsh calls an option.
 std::string ZshOption(const OptionRow& row) {
-  std::string spec = "'*" + std::string(row.name) + (row.value == ValueKind::kNone ? "" : "=") +
-                     "[" + Escaped(row.help, "[]:\\") + "]";
-  if (row.value == ValueKind::kNone) return spec + "'";
+  std::string argument = "'*" + std::string(row.name) + (row.value == ValueKind::kNone ? "" : "=") +
+                         "[" + Escaped(row.help, "[]:\\") + "]";
+  if (row.value == ValueKind::kNone) return argument + "'";
   const std::string names = Joined(ValueNames(row), " ");
-  spec += ":" + Escaped(row.value_name, "[]:\\") + ":";
-  if (IsList(row)) return spec + "_values -s , name " + names + "'";
-  if (!names.empty()) return spec + "(" + names + ")'";
-  return spec + (row.value == ValueKind::kDirectory ? "_directories'" : "_files'");
+  argument += ":" + Escaped(row.value_name, "[]:\\") + ":";
+  if (IsList(row)) return argument + "_values -s , name " + names + "'";
+  if (!names.empty()) return argument + "(" + names + ")'";
+  return argument + (row.value == ValueKind::kDirectory ? "_directories'" : "_files'");
 }
 
 std::string ZshOptions(const VerbRow* verb) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,19 +13,15 @@
 #include <filesystem>
 
 #include "app/globals.h"
+#include "core/pending_file.h"
+#include "tests/support/child.h"
+#include "tests/support/disk_files.h"
+#include "tests/support/no_unnamed_files.h"
 
 namespace tarvel {
 namespace {
 
-/// Runs `body` in a child process, as limits are not put back; gives its exit status.
-template <typename Body>
-int InChild(const Body& body) {
-  const pid_t child = fork();
-  if (child == 0) _exit(body());
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
+using testing::InChild;
 
 int RaisedFrom(rlim_t before, rlim_t expected) {
   return InChild([=] {
@@ -91,21 +86,32 @@ TEST(PrepareProcess, LetsWritesFailInsteadOfEndingTheProcess) {
 
 /// How a process ends that gets SIGTERM, given what it does with it at its start.
 int EndBySigterm(void (*before)(int)) {
-  const pid_t child = fork();
-  if (child == 0) {
+  return InChild([before] {
     std::signal(SIGTERM, before);
     PrepareProcess();
     raise(SIGTERM);
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    return 0;
+  });
 }
 
 TEST(PrepareProcess, LeavesTheEndBySignalsAsTheShellExpectsIt) {
-  EXPECT_EQ(EndBySigterm(SIG_DFL), SIGTERM);
+  EXPECT_EQ(EndBySigterm(SIG_DFL), -SIGTERM);
   EXPECT_EQ(EndBySigterm(SIG_IGN), 0) << "what was ignored stays so";
+}
+
+/// A file system without unnamed files shows what a run that is interrupted would leave.
+TEST(PrepareProcess, RemovesTemporaryFilesWhenASignalEndsTheRun) {
+  const testing::TemporaryDirectory directory;
+  const int status = InChild([&] {
+    testing::RefuseUnnamedFiles();
+    PrepareProcess();
+    const auto file = CreatePendingFile(directory / "lit_journals.bib", CreateMode::kWrite);
+    if (std::filesystem::is_empty(directory / "")) return 1;
+    raise(SIGINT);
+    return 2;
+  });
+  EXPECT_EQ(status, -SIGINT);
+  EXPECT_TRUE(std::filesystem::is_empty(directory / ""));
 }
 
 TEST(GetProgramDirectory, FindsTheExecutable) {

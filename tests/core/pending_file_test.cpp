@@ -10,7 +10,9 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/child.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/no_unnamed_files.h"
 
 namespace tarvel {
 namespace {
@@ -64,6 +66,23 @@ TEST_F(PendingFileTest, TakesAnotherNameThanALivingRunAndThatOfADeadOne) {
   close(held);
   file = CreatePendingFile(path_, CreateMode::kWrite);
   EXPECT_FALSE(std::filesystem::exists(first_name_));
+}
+
+/// Where no file can be without a name, it has a temporary one until it is published.
+TEST_F(PendingFileTest, HasATemporaryNameWhereThereAreNoUnnamedFiles) {
+  WriteDiskFile(path_, "old");
+  const int status = testing::InChild([&] {
+    testing::RefuseUnnamedFiles();
+    const auto file = CreatePendingFile(path_, CreateMode::kWrite);
+    if (file->PendingPath() != first_name_) return 1;
+    if (!file->Write("new").empty() || !file->Close().empty()) return 2;
+    if (ReadDiskFile(path_) != "old") return 3;
+    if (!file->MakeReady().empty() || !file->Publish().empty()) return 4;
+    return 0;
+  });
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadDiskFile(path_), "new");
+  EXPECT_EQ(FilesThere(), 1U);
 }
 
 TEST_F(PendingFileTest, DoesNotTouchWhatItCannotReplace) {
