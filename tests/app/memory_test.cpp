@@ -121,11 +121,7 @@ TEST_P(LackOfMemory, IsAFailureThatHarmsNothing) {
 INSTANTIATE_TEST_SUITE_P(All, LackOfMemory,
                          ::testing::ValuesIn(testing::OperationRuns().begin(),
                                              testing::OperationRuns().end()),
-                         [](const auto& row) {
-                           std::string name(row.param.name);
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         [](const auto& row) { return testing::TestName(row.param.name); });
 
 TEST(LackOfMemoryWhenPicking, LeavesThePickedPathOrConverts) {
   const testing::TemporaryDirectory directory;

@@ -9,6 +9,7 @@
 #include "app/globals.h"
 #include "app/texts.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/operation_runs.h"
 #include "tests/support/recording_reporter.h"
 
 namespace tarvel {
@@ -91,11 +92,7 @@ TEST_P(RunningAnOperation, EndsWithDoneOnlyForOne) {
 
 INSTANTIATE_TEST_SUITE_P(All, RunningAnOperation,
                          ::testing::ValuesIn(kOperations.begin(), kOperations.end()),
-                         [](const auto& row) {
-                           std::string name(row.param.batch_name);
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         [](const auto& row) { return testing::TestName(row.param.batch_name); });
 
 }  // namespace
 }  // namespace tarvel

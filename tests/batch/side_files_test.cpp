@@ -7,6 +7,7 @@
 
 #include "app/entry_points.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/operation_runs.h"
 
 namespace tarvel {
 namespace {
@@ -105,11 +106,7 @@ TEST_P(SideFiles, AreTwoFiles) {
 
 INSTANTIATE_TEST_SUITE_P(All, SideFiles,
                          ::testing::ValuesIn(kOperations.begin(), kOperations.end()),
-                         [](const auto& row) {
-                           std::string name(row.param.batch_name);
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         [](const auto& row) { return testing::TestName(row.param.batch_name); });
 
 }  // namespace
 }  // namespace tarvel

@@ -184,11 +184,7 @@ TEST_P(FaultyOperation, TellsOfEveryWriteOfALargeRun) {
 INSTANTIATE_TEST_SUITE_P(All, FaultyOperation,
                          ::testing::ValuesIn(testing::OperationRuns().begin(),
                                              testing::OperationRuns().end()),
-                         [](const auto& row) {
-                           std::string name(row.param.name);
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         [](const auto& row) { return testing::TestName(row.param.name); });
 
 TEST(FaultyConversion, LeavesThePickedPathWhateverFails) {
   const std::string bytes = "@misc{a,\r\n}\r\n";

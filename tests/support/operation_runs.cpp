@@ -98,6 +98,12 @@ std::span<const OperationRun> OperationRuns() {
   return kRuns;
 }
 
+std::string TestName(std::string_view word) {
+  std::string name(word);
+  std::erase(name, '-');
+  return name;
+}
+
 const std::string& LibraryOf(const OperationRun& operation, const RunContext& run) {
   return operation.row.named_after == Picker::kSecond ? run.second_path : run.first_path;
 }

@@ -23,6 +23,9 @@ struct OperationRun {
 /// All operations, in the order of `kOperations`.
 std::span<const OperationRun> OperationRuns();
 
+/// An operation's word on the command line as the name of a test: without its hyphen.
+std::string TestName(std::string_view word);
+
 /// The library beside which a run writes: of Extract the second file, of all others the first.
 const std::string& LibraryOf(const OperationRun& operation, const RunContext& run);
 

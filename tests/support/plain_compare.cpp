@@ -8,106 +8,19 @@
 #include <vector>
 
 #include "app/texts.h"
+#include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
 
 namespace {
 
 constexpr std::size_t kLimit = 5000;
-constexpr std::size_t kContinuationLimit = 25000;
-constexpr std::size_t kBlankLimit = 1000;
-
-/// A file that is read line by line.
-struct PlainFile {
-  const std::string& bytes;
-  std::size_t at = 0;
-
-  bool Gets(std::string& line, std::size_t limit) {
-    if (at == bytes.size()) return false;
-    line.clear();
-    while (at < bytes.size() && line.size() < limit - 1) {
-      line += bytes[at++];
-      if (line.back() == '\n') break;
-    }
-    return true;
-  }
-};
-
-std::string Upper(std::string text) {
-  for (char& byte : text) {
-    if (byte >= 'a' && byte <= 'z') byte = static_cast<char>(byte - 32);
-  }
-  return text;
-}
 
 bool Holds(const std::string& text, const std::string& pattern) {
   return text.find(pattern) != std::string::npos;
 }
 
-/// The line is in capitals already.
-bool IsEntry(const std::string& line) {
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (line[i] != '@') continue;
-    if (line.find('{', i + 1) == std::string::npos) return false;
-  }
-  for (const char* marker :
-       {"@ARTICLE",          "@BOOK",       "@PHDTHESIS",  "@INCOLLECTION",
-        "@INPROCEEDINGS",    "@MISC",       "@OTHER",      "@PROCEEDINGS",
-        "@ELECTRONIC{",      "@BOOKLET",    "@INBOOK",     "@MASTERTHESIS",
-        "@CONFERENCE",       "@MANUAL",     "@TECHREPORT", "@UNPUBLISHED",
-        "@STANDARD",         "@PERIODICAL", "@PATENT",     "@MEETINGABSTRACT",
-        "@PROCEEDINGSPAPER", "@LETTER",     "@REVIEW",     "@EDITORIALMATERIAL"}) {
-    if (Holds(line, marker)) return true;
-  }
-  return false;
-}
-
-std::string Between(const std::string& line, char start, char stop) {
-  std::string text;
-  std::size_t i = 0;
-  while (i < line.size() && line[i] != start && line[i] != '\n') ++i;
-  if (i == line.size() || line[i] != start) return text;
-  for (++i; i < line.size() && line[i] != stop && line[i] != '\n'; ++i) text += line[i];
-  return text;
-}
-
-/// Puts lines of the file in the place of `line` until one is not blank.
-bool NextPart(PlainFile& file, std::string& line, std::size_t limit) {
-  while (file.Gets(line, limit)) {
-    std::size_t blanks = 0;
-    while (blanks < line.size()) {
-      const auto byte = static_cast<unsigned char>(line[blanks]);
-      if (byte == 0 || (byte > 32 && byte < 128)) break;
-      ++blanks;
-    }
-    line.erase(0, blanks);
-    if (!line.empty()) return true;
-    limit = kBlankLimit;
-  }
-  return false;
-}
-
-/// Reads the value behind the first brace of the line.
-std::string ReadValue(PlainFile& file, std::string line) {
-  std::string value;
-  const std::size_t brace = line.find('{');
-  if (brace == std::string::npos) return value;
-  line.erase(0, brace + 1);
-  if (line.empty() && !NextPart(file, line, kBlankLimit)) return value;
-  int depth = 1;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (line[i] == '\n') {
-      if (!NextPart(file, line, kContinuationLimit)) return value;
-      value += ' ';
-      i = static_cast<std::size_t>(-1);
-      continue;
-    }
-    if (line[i] == '{') ++depth;
-    if (line[i] == '}' && --depth == 0) return value;
-    value += line[i];
-  }
-  return value;
-}
+bool IsEntry(std::string line) { return PlainIsKnownEntry(line); }
 
 struct PlainEntry {
   std::size_t start = 0;
@@ -122,13 +35,13 @@ bool ReadEntry(PlainFile& file, PlainEntry& entry) {
   do {
     entry.start = file.at;
     if (!file.Gets(line, kLimit)) return false;
-    line = Upper(line);
+    line = PlainUpper(line);
   } while (!IsEntry(line) && !Holds(line, "@COMMENT{JABREF"));
-  entry.key = Between(line, '{', ',');
-  entry.type = Between(line, '@', '{');
+  entry.key = PlainCopyUntilChar(line, '{', ',');
+  entry.type = PlainCopyUntilChar(line, '@', '{');
   entry.tags.clear();
   while (file.Gets(line, kLimit)) {
-    const std::string upper = Upper(line);
+    const std::string upper = PlainUpper(line);
     std::string found;
     for (const char* name : {"JOURNAL", "YEAR", "PAGES", "VOLUME", "AUTHOR", "TITLE", "NOTE", "URL",
                              "NUMBER", "NATIONALITY", "COMMENT"}) {
@@ -136,7 +49,8 @@ bool ReadEntry(PlainFile& file, PlainEntry& entry) {
     }
     if (found.empty() && line[0] == '}') break;
     if (found.empty()) continue;
-    std::string value = ReadValue(file, line);
+    std::string value;
+    PlainReadFieldValue(line, file, value);
     if (found == "PAGES") value = value.substr(0, value.find('-'));
     entry.tags[found] = value;
   }
@@ -158,7 +72,7 @@ void SkipToFirstEntry(PlainFile& file) {
   std::string line;
   std::size_t start = file.at;
   while (file.Gets(line, kLimit)) {
-    if (IsEntry(Upper(line))) {
+    if (IsEntry(PlainUpper(line))) {
       file.at = start;
       return;
     }
@@ -226,7 +140,7 @@ void Comparison::Details() {
   for (const bool is_first : {true, false}) {
     out_.log += is_first ? "     1.:" : "     2.:";
     for (const std::string& name : shown_) {
-      const std::string value = (is_first ? one_ : two_).tags[Upper(name)];
+      const std::string value = (is_first ? one_ : two_).tags[PlainUpper(name)];
       out_.log += " " + name + ": " + value;
     }
     out_.log += "\n";
@@ -313,7 +227,7 @@ bool Comparison::StopsAt() {
     return false;
   }
   tags_.clear();
-  for (const std::string& name : shown_) tags_.push_back(Upper(name));
+  for (const std::string& name : shown_) tags_.push_back(PlainUpper(name));
   return one_.key == two_.key ? SameKey(no_tag, other_tags) : OtherKey();
 }
 

@@ -25,17 +25,6 @@ work = tempfile.mkdtemp(prefix="tarvel-broken-").encode()
 random.seed(7)
 
 
-def large_library(entries):
-    parts = [trial.LIBRARY]
-    for number in range(entries):
-        parts.append((f"@article{{k{number},\n  author = {{Anna Berg and C{number} Haan}},\n"
-                      f"  title = {{On {number} things}},\n  journal = {{Acta Acustica}},\n"
-                      f"  year = {{{1900 + number % 120}}},\n  volume = {{{number}}},\n"
-                      f"  pages = {{{number}--{number + 9}}},\n  doi = {{10.1/{number}}},\n"
-                      f"  abstract = {{caf\xe9 {'words ' * 20}}}\n}}\n\n").encode("latin-1"))
-    return b"".join(parts)
-
-
 def world(operation, library):
     directory = os.path.join(work, operation.encode())
     shutil.rmtree(directory, ignore_errors=True)
@@ -95,7 +84,7 @@ def full_disks(operation, library_bytes, steps):
         what = f"{operation} with room for {size} of {largest} bytes"
         failures.check(result.returncode == 1, f"{what} ended with {result.returncode}")
         failures.check(trial.DONE not in result.stderr, f"{what} is not done")
-        failures.check(b"File too large" in result.stdout, f"{what} tells why: {result.stdout!r}")
+        failures.check(b"File too large" in result.stdout, f"{what} says why: {result.stdout!r}")
         failures.check([trial.state(file) for file in files] == before, f"{what} keeps its inputs")
     again, _ = right_files(operation, library, files)
     failures.check(again == right, f"{operation}: the run after a full disk is right")
@@ -104,7 +93,7 @@ def full_disks(operation, library_bytes, steps):
 
 try:
     killed = full = 0
-    large = large_library(8000)
+    large = trial.library_of(8000, "k")
     for name in trial.OPERATIONS:
         killed += kill_runs(name, large)
         full += full_disks(name, trial.LIBRARY, 10)

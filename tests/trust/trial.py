@@ -54,6 +54,19 @@ LIBRARY = """@article{one,
 DOCUMENT = b"\\begin{document}\n\\cite{one,two,three}\n\\end{document}\n"
 
 
+def library_of(entries, word):
+    """LIBRARY and so many more entries, whose keys and titles hold the word."""
+    parts = [LIBRARY]
+    for n in range(entries):
+        parts.append((f"@article{{{word}{n},\n  author = {{Anna Berg and C{n} Haan}},\n"
+                      f"  title = {{On {n} {word}}},\n  journal = {{Acta Acustica}},\n"
+                      f"  year = {{{1900 + n % 120}}},\n  volume = {{{n}}},\n"
+                      f"  pages = {{{n}--{n + 9}}},\n  doi = {{10.1/{n}}},\n"
+                      f"  month = {{may}},\n"
+                      f"  abstract = {{caf\xe9 {'words ' * 20}}}\n}}\n\n").encode("latin-1"))
+    return b"".join(parts)
+
+
 class Failures:
     def __init__(self):
         self.count = 0

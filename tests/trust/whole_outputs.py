@@ -30,18 +30,6 @@ random.seed(11)
 ENDS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
 
 
-def library_of(entries, word):
-    parts = [trial.LIBRARY]
-    for n in range(entries):
-        parts.append((f"@article{{{word}{n},\n  author = {{Anna Berg and C{n} Haan}},\n"
-                      f"  title = {{On {n} {word}}},\n  journal = {{Acta Acustica}},\n"
-                      f"  year = {{{1900 + n % 120}}},\n  volume = {{{n}}},\n"
-                      f"  pages = {{{n}--{n + 9}}},\n  doi = {{10.1/{n}}},\n"
-                      f"  month = {{may}},\n"
-                      f"  abstract = {{caf\xe9 {'words ' * 20}}}\n}}\n\n").encode("latin-1"))
-    return b"".join(parts)
-
-
 class World:
     """A directory with the inputs of an operation, and what runs on them give."""
 
@@ -50,8 +38,8 @@ class World:
         self.directory = os.path.join(work, os.fsencode(name or operation))
         shutil.rmtree(self.directory, ignore_errors=True)
         os.mkdir(self.directory)
-        self.library = self.put(b"lit.bib", library_of(entries, "old"))
-        self.put(b"more.bib", library_of(entries // 2, "old"))
+        self.library = self.put(b"lit.bib", trial.library_of(entries, "old"))
+        self.put(b"more.bib", trial.library_of(entries // 2, "old"))
         self.put(b"paper.tex", trial.DOCUMENT + b"\\cite{new1,old1,new20,old20,old7,new7}\n")
         paths = [self.directory + b"/" + n for n in (b"lit.bib", b"more.bib", b"paper.tex")]
         self.files = trial.arguments(operation, *paths)
@@ -103,7 +91,7 @@ class World:
     def old_and_new(self, entries):
         """The good outputs of an older library, in place, and those that the next run will give."""
         old, _ = self.good()
-        self.put(b"lit.bib", library_of(entries, "new"))
+        self.put(b"lit.bib", trial.library_of(entries, "new"))
         new, duration = self.good()
         self.restore(old)
         return old, new, duration
@@ -187,8 +175,8 @@ def small_disks(operation):
         try:
             inner = World.__new__(World)
             inner.__dict__.update(world.__dict__)
-            inner.put(b"lit.bib", library_of(20, "old"))
-            inner.put(b"more.bib", library_of(10, "old"))
+            inner.put(b"lit.bib", trial.library_of(20, "old"))
+            inner.put(b"more.bib", trial.library_of(10, "old"))
             inner.put(b"paper.tex", trial.DOCUMENT + b"\\cite{new1,old1,new20,old7,new7}\n")
             old, new, _ = inner.old_and_new(20)
             room = os.statvfs(inner.directory).f_bfree - blocks
@@ -250,7 +238,7 @@ def changes(path, size):
 
     def replace():
         with open(path + b".other", "wb") as file:
-            file.write(library_of(10, "other"))
+            file.write(trial.library_of(10, "other"))
         os.rename(path + b".other", path)
     return cut_little, cut_much, overwrite, replace
 
@@ -258,7 +246,7 @@ def changes(path, size):
 def changed_inputs(operation, count):
     world = World(operation, 3000)
     old, new, duration = world.old_and_new(3000)
-    data = library_of(3000, "new")
+    data = trial.library_of(3000, "new")
     refused = 0
     for number in range(count):
         for change in changes(world.library, len(data)):
