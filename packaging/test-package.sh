@@ -44,7 +44,7 @@ in_root "$root" apt-get install -q -y --no-install-recommends /tmp/tarvel.deb >/
 version=$(in_root "$root" dpkg-query --show --showformat '${Version}' tarvel)
 [ "$version" = "$(dpkg-deb -f "$package" Version)" ] || fail "installed is $version"
 in_root "$root" dpkg --verify tarvel
-[ "$(in_root "$root" tarvel-batch --version)" = "Tarvel v3.81" ] || fail "the version"
+[ "$(in_root "$root" tarvel-batch --version)" = "tarvel-batch (Tarvel) 3.81" ] || fail "the version"
 
 say "run every operation"
 as_user "$root" 'mkdir ~/trial && cp /usr/share/doc/tarvel/examples/* ~/trial'
