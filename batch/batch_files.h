@@ -12,8 +12,8 @@ namespace tarvel {
 /// The files of the machine as the batch program uses them.
 class BatchFiles final : public FileSystem {
  public:
-  /// `only_read`: inputs need not be writable. `observer`, which must outlive this, is reported how
-  /// far the reading has come.
+  /// `only_read`: inputs need not be writable. `observer` follows how far the reading has come, and
+  /// must outlive this.
   BatchFiles(FileSystem& files, bool only_read, ReadingObserver& observer)
       : files_(files), only_read_(only_read), observer_(observer) {}
 

@@ -41,7 +41,7 @@ class FileSystem {
     return IsSameFile(one, other);
   }
 
-  /// Whom to tell how far the reading of a file has come; null for nobody.
+  /// Who follows how far the reading of a file has come; null for nobody.
   virtual ReadingObserver* Observer() { return nullptr; }
 
   /// Opens a file and reads it whole; nothing when either fails.

@@ -45,7 +45,7 @@ class ByteSource {
   virtual std::optional<FileState> State() const { return std::nullopt; }
 };
 
-/// Is told how far the reading of a file has come.
+/// Follows how far the reading of a file has come.
 class ReadingObserver {
  public:
   virtual ~ReadingObserver() = default;

@@ -12,8 +12,8 @@ namespace tarvel {
 
 namespace {
 
-/// Returns the widgets inside a picker's button, which have the focus and are read aloud, their
-/// description. The toolkit describes the frame around them only.
+/// Describes the widgets inside a picker's button, which have the focus and are read aloud. The
+/// toolkit describes only the frame around them.
 void DescribeInside(GtkWidget* widget, gpointer purpose) {
   atk_object_set_description(gtk_widget_get_accessible(widget), static_cast<const char*>(purpose));
 }
@@ -40,7 +40,7 @@ FilePicker::FilePicker(wxWindow* parent, std::string_view purpose) {
   GtkWidget* const button = button_->GetHandle();
   std::string description(purpose);
   gtk_container_forall(GTK_CONTAINER(button), DescribeInside, description.data());
-  // It would take a dropped file by itself and show its name, and nobody would hear of it.
+  // It would take a dropped file by itself and show its name, without an event.
   gtk_drag_dest_unset(button);
 }
 

@@ -30,7 +30,7 @@ bool CopyAccentedInitial(std::string_view word, std::string& initial);
 /// changed, for any other word; an empty one stays empty and gives true.
 bool InitialsFromCapitals(std::string& word);
 
-/// Returns each letter "." and a blank; a '-' takes the place of the blank just written. "J-P"
+/// Writes a "." and a blank after each letter; a '-' takes the place of the blank just written. "J-P"
 /// becomes "J.-P. ". Everything else is dropped.
 void MakeInitials(std::string& word);
 
