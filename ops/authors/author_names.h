@@ -30,8 +30,8 @@ bool CopyAccentedInitial(std::string_view word, std::string& initial);
 /// changed, for any other word; an empty one stays empty and gives true.
 bool InitialsFromCapitals(std::string& word);
 
-/// Writes a "." and a blank after each letter; a '-' takes the place of the blank just written. "J-P"
-/// becomes "J.-P. ". Everything else is dropped.
+/// Writes a "." and a blank after each letter; a '-' takes the place of the blank just written.
+/// "J-P" becomes "J.-P. ". Everything else is dropped.
 void MakeInitials(std::string& word);
 
 /// Writes particles between two blanks in lower case ("Von" as "von"), except that " Le " and
