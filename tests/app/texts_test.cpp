@@ -3,10 +3,46 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string_view>
+
+#include "app/operations.h"
 
 namespace tarvel {
 namespace {
+
+/// FNV-1a, of 64 bits.
+std::uint64_t Fingerprint(std::string_view text) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char byte : text) {
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+  }
+  return hash;
+}
+
+/// Users know these texts word for word. To change one, change its fingerprint, too.
+TEST(Texts, OfTheHelpButtonsHaveNotChanged) {
+  struct Known {
+    std::string_view button;
+    std::uint64_t fingerprint;
+  };
+  constexpr Known kKnown[] = {
+      {"Extract", 0x7f5d8ceb89fa3b06},
+      {"Compare", 0x1a10e58f0d16d05a},
+      {"Text", 0x8dfcc926195ddeeb},
+      {"Journals", 0xfe120a66dea21e52},
+      {"Clean doubles", 0xd27c9ee4be1e905a},
+      {"Clean authors", 0x8fb048481ee68144},
+      {"Clean characters", 0x441d0039d1d15b92},
+      {"Clean tags", 0xf9b910306253e749},
+  };
+  ASSERT_EQ(std::size(kKnown), kOperations.size());
+  for (std::size_t i = 0; i < kOperations.size(); ++i) {
+    EXPECT_EQ(kOperations[i].button, kKnown[i].button);
+    EXPECT_EQ(Fingerprint(kOperations[i].help), kKnown[i].fingerprint) << kOperations[i].help;
+  }
+  EXPECT_EQ(Fingerprint(JournalFileNote), 0xbd24ba848c1f4174) << JournalFileNote;
+}
 
 TEST(Texts, NameTheVersionAndTheMaker) {
   EXPECT_EQ(VersionString, "Tarvel v3.81");

@@ -8,9 +8,9 @@
 
 #include "app/globals.h"
 #include "app/settings.h"
+#include "app/texts.h"
 #include "gui/tarvel_gui_pref_clean.h"
 #include "tests/gui/gui_support.h"
-#include "tests/gui/known_texts.h"
 
 namespace tarvel::testing {
 
@@ -475,7 +475,7 @@ TEST_F(PreferencesTest, TheJabRefOptionChangesNothingEitherWay) {
 
 TEST_F(PreferencesTest, TheHelpOfTheJournalsTellsOfTheirFile) {
   PressButton(Journals(), "Help");
-  EXPECT_EQ(recorder.boxes, (Boxes{{"Tarvel v3.81 - Veldo Marsk", kJournalFileText}}));
+  EXPECT_EQ(recorder.boxes, (Boxes{{"Tarvel v3.81 - Veldo Marsk", std::string(JournalFileNote)}}));
 }
 
 TEST_F(PreferencesTest, DoneAndTheCloseButtonDestroyTheirDialogOnly) {

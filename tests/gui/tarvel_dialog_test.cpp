@@ -12,10 +12,10 @@
 #include "app/reporter.h"
 #include "app/run_operation.h"
 #include "app/settings.h"
+#include "app/texts.h"
 #include "core/file_names.h"
 #include "core/reports.h"
 #include "tests/gui/gui_support.h"
-#include "tests/gui/known_texts.h"
 
 namespace tarvel::testing {
 
@@ -67,8 +67,8 @@ const RowPromise kRows[] = {
      "Error in function 'Clean tags'!"},
 };
 
-static_assert(std::size(kRows) == kOperations.size() && kHelpTexts.size() == kOperations.size(),
-              "each row of kOperations needs its promise here and its text in known_texts.h");
+static_assert(std::size(kRows) == kOperations.size(),
+              "each row of kOperations needs its promise here");
 
 Boxes NoteThen(const RowPromise& row, BoxRecorder::ShownBox last) {
   Boxes boxes;
@@ -204,9 +204,9 @@ TEST_F(MainDialogTest, ServesEachRowOfTheOperationTable) {
 
 TEST_F(MainDialogTest, HelpButtonsShowTheTextOfTheirRow) {
   Boxes expected;
-  for (const HelpText& help : kHelpTexts) {
-    PressButton(*dialog, "Help", "Help for " + std::string(help.operation));
-    expected.push_back({kTitle, help.text});
+  for (const Operation& row : kOperations) {
+    PressButton(*dialog, "Help", "Help for " + std::string(row.button));
+    expected.push_back({kTitle, std::string(row.help)});
   }
   EXPECT_EQ(recorder.boxes, expected);
   EXPECT_EQ(recorder.styles, std::vector<long>(8, wxOK | wxCENTRE));
@@ -543,7 +543,7 @@ TEST_F(MainDialogTest, ARealClickPressesAButton) {
   mouse.MouseClick();
   for (int i = 0; i < 100 && recorder.boxes.empty(); ++i) Settle(20);
   ASSERT_EQ(recorder.boxes.size(), 1u);
-  EXPECT_EQ(recorder.boxes[0].message, kHelpTexts[7].text);
+  EXPECT_EQ(recorder.boxes[0].message, TagsHelp);
 }
 
 TEST_F(MainDialogTest, TheKeyboardReachesEveryButtonInVisualOrder) {
