@@ -116,6 +116,7 @@ class CharacterCleaner {
   Tally left_out_;  // the names of the tags whose lines were left out
   std::map<std::string, Occurrences, std::less<>> characters_;
   std::string bibitem_;
+  std::string log_line_;  // what the log says of all bad bytes of a line
   int line_number_ = 0;
   int bad_bytes_ = 0;
 };
@@ -142,6 +143,8 @@ void CharacterCleaner::Walk() {
 
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   if (warnings_.Wanted()) CountCharacters(line);
+  log_line_.assign("In entry '").append(bibitem_).append("', in line ");
+  log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
   for (std::size_t i = 0; i < line.size(); ++i) {
     if (!IsBad(line[i])) continue;
@@ -153,11 +156,12 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
 }
 
 void CharacterCleaner::CountCharacters(std::string_view line) {
-  while (!line.empty()) {
-    const std::size_t size = DecodeUtf8(line).size;
-    const std::string_view character = line.substr(0, size);
-    line.remove_prefix(std::max<std::size_t>(size, 1));
-    if (size < 2) continue;  // not valid, or ASCII
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (static_cast<signed char>(line[at]) >= 0) continue;
+    const std::size_t size = DecodeUtf8(line.substr(at)).size;
+    if (size == 0) continue;  // not valid
+    const std::string_view character = line.substr(at, size);
+    at += size - 1;
     auto found = characters_.find(character);
     if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
     found->second.Add(input_.Position() - 1);
@@ -182,31 +186,32 @@ void CharacterCleaner::ReportFound() {
 void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) {
   const std::size_t place = input_.Position() - 1;
   const std::string_view name = TagNameOf(line);
-  left_out_.Add(name.empty() ? tag : name, place);
+  const std::string_view shown = name.empty() ? tag : name;
+  left_out_.Add(shown, place);
   const auto open = std::count(line.begin(), line.end(), '{');
   const auto close = std::count(line.begin(), line.end(), '}');
-  const std::string what = "the line of " + Quoted(name.empty() ? tag : name) + " was left out";
   if (open > close) {
     warnings_.Report(WarningKind::kTornValue, place, bibitem_,
-                     what + ", but its value goes on on the next lines, which stayed");
+                     {"the line of ", Quoted(shown),
+                      " was left out, but its value goes on on the next lines, which stayed"});
   } else if (open < close) {
-    warnings_.Report(WarningKind::kTornValue, place, bibitem_,
-                     what + " with a '}' that ends more than its value");
+    warnings_.Report(
+        WarningKind::kTornValue, place, bibitem_,
+        {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});
   }
-  const std::vector<LineTag> tags = TagsOf(AfterHead(line));
-  for (const LineTag& other : tags) {
+  if (!name.empty() && line.find('=') == line.rfind('=')) return;  // its own tag only
+  for (const LineTag& other : TagsOf(AfterHead(line))) {
     if (other.name == name) continue;
     warnings_.Report(WarningKind::kTextLost, place, bibitem_,
-                     "the tag " + Quoted(other.name) + " shares a line with " +
-                         Quoted(name.empty() ? tag : name) + " and was left out with it");
+                     {"the tag ", Quoted(other.name), " shares a line with ", Quoted(shown),
+                      " and was left out with it"});
   }
 }
 
 void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
   ++bad_bytes_;
   const auto code = static_cast<signed char>(byte);
-  log_.Write({"In entry '", bibitem_, "', in line ", std::to_string(line_number_), " and row ",
-              std::to_string(column), "\n   character ", std::to_string(code), " (--",
+  log_.Write({log_line_, std::to_string(column), "\n   character ", std::to_string(code), " (--",
               std::string_view(&byte, 1), "--) could be found.", KindOf(code), "\n\n"});
 }
 
