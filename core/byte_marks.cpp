@@ -21,7 +21,10 @@ ByteMarks::Word ByteMarks::MarksOf(const char* bytes) {
     };
     put(is('\n'), word.breaks);
     put(is('@'), word.ats);
-    put(text, word.high);  // their highest bits
+    // Compared as signed bytes, so that those from 128 on are below a blank.
+    const __m128i low = _mm_cmplt_epi8(text, _mm_set1_epi8(' '));
+    const __m128i plain = _mm_or_si128(_mm_or_si128(is('\t'), is('\r')), is('\n'));
+    put(_mm_or_si128(_mm_andnot_si128(plain, low), is(127)), word.odd);
     put(_mm_or_si128(_mm_or_si128(is('{'), is('}')), is('"')), word.braces);
     put(_mm_or_si128(is('='), is(',')), word.separators);
   }
@@ -37,7 +40,8 @@ ByteMarks::Word ByteMarks::MarksOf(const char* bytes) {
     const std::uint64_t bit = std::uint64_t{1} << at;
     if (byte == '\n') word.breaks |= bit;
     if (byte == '@') word.ats |= bit;
-    if (static_cast<unsigned char>(byte) >= 128) word.high |= bit;
+    const bool breaks = byte == '\t' || byte == '\r' || byte == '\n';
+    if ((static_cast<signed char>(byte) < ' ' && !breaks) || byte == 127) word.odd |= bit;
     if (byte == '{' || byte == '}' || byte == '"') word.braces |= bit;
     if (byte == '=' || byte == ',') word.separators |= bit;
   }

@@ -22,22 +22,30 @@ class ByteMarks {
   struct Line {
     std::size_t end;  // the offset after its line break, or the size of the text
     bool has_at;      // holds an "@"
-    bool is_ascii;    // holds no byte from 128 on
+    bool is_plain;    // holds only printable ASCII, tabs and what breaks lines
   };
-  /// The line that begins at the offset `from`.
-  Line NextLine(std::size_t from);
+  /// The line that begins at the offset `from`, or the first `most` bytes of a longer one.
+  Line NextLine(std::size_t from, std::size_t most = static_cast<std::size_t>(-1));
 
   /// The offset of the first brace or quote from `from` on, or `end`.
-  std::size_t FindBrace(std::size_t from, std::size_t end) { return Find<false>(from, end); }
+  std::size_t FindBrace(std::size_t from, std::size_t end) {
+    return Find(from, end, [](const Word& word) { return word.braces; });
+  }
   /// The same for braces, quotes, "=" and ",".
-  std::size_t FindNameEnd(std::size_t from, std::size_t end) { return Find<true>(from, end); }
+  std::size_t FindNameEnd(std::size_t from, std::size_t end) {
+    return Find(from, end, [](const Word& word) { return word.braces | word.separators; });
+  }
+  /// The same for bytes that are neither printable ASCII nor a tab nor break lines.
+  std::size_t FindOdd(std::size_t from, std::size_t end) {
+    return Find(from, end, [](const Word& word) { return word.odd; });
+  }
 
  private:
   /// A bit for each byte of 64.
   struct Word {
     std::uint64_t breaks = 0;
     std::uint64_t ats = 0;
-    std::uint64_t high = 0;
+    std::uint64_t odd = 0;
     std::uint64_t braces = 0;
     std::uint64_t separators = 0;
   };
@@ -54,8 +62,20 @@ class ByteMarks {
     if (offset - begin_ >= kWindow * kWordSize || !loaded_) Load(offset);
     return words_[(offset - begin_) / kWordSize];
   }
-  template <bool kSeparators>
-  std::size_t Find(std::size_t from, std::size_t end);
+  /// The first bit of those that `marks` takes of a word, as an offset.
+  template <typename Marks>
+  std::size_t Find(std::size_t from, std::size_t end, Marks marks) {
+    std::uint64_t bits = From(from);
+    for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
+      const std::uint64_t found = marks(WordAt(at)) & bits;
+      if (found != 0) return std::min(at / kWordSize * kWordSize + FirstOf(found), end);
+      bits = ~std::uint64_t{0};
+    }
+    return end;
+  }
+  static std::size_t FirstOf(std::uint64_t bits) {
+    return static_cast<std::size_t>(std::countr_zero(bits));
+  }
 
   std::string_view text_;
   std::size_t begin_ = 0;  // of the window
@@ -63,42 +83,28 @@ class ByteMarks {
   std::array<Word, kWindow> words_;
 };
 
-inline ByteMarks::Line ByteMarks::NextLine(std::size_t from) {
+inline ByteMarks::Line ByteMarks::NextLine(std::size_t from, std::size_t most) {
   // A line that crosses the end of the window is marked from its start on, as it is looked at
   // again.
   const std::size_t window_end = begin_ + kWindow * kWordSize;
+  const std::size_t end = most < text_.size() - from ? from + most : text_.size();
   std::uint64_t ats = 0;
-  std::uint64_t high = 0;
+  std::uint64_t odd = 0;
   std::uint64_t bits = From(from);
-  for (std::size_t at = from; at < text_.size(); at = (at / kWordSize + 1) * kWordSize) {
+  for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
     if (at == window_end && at > from && from - begin_ < kWindow * kWordSize) Load(from);
     const Word& word = WordAt(at);
     const std::uint64_t breaks = word.breaks & bits;
     if (breaks != 0) bits &= breaks ^ (breaks - 1);
     ats |= word.ats & bits;
-    high |= word.high & bits;
+    odd |= word.odd & bits;
     if (breaks != 0) {
-      const auto bit = static_cast<std::size_t>(std::countr_zero(breaks));
-      return {at / kWordSize * kWordSize + bit + 1, ats != 0, high == 0};
+      const std::size_t next = at / kWordSize * kWordSize + FirstOf(breaks) + 1;
+      return {std::min(next, end), ats != 0, odd == 0};
     }
     bits = ~std::uint64_t{0};
   }
-  return {text_.size(), ats != 0, high == 0};
-}
-
-template <bool kSeparators>
-std::size_t ByteMarks::Find(std::size_t from, std::size_t end) {
-  std::uint64_t bits = From(from);
-  for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
-    const Word& word = WordAt(at);
-    const std::uint64_t found = (kSeparators ? word.braces | word.separators : word.braces) & bits;
-    if (found != 0) {
-      const auto bit = static_cast<std::size_t>(std::countr_zero(found));
-      return std::min(at / kWordSize * kWordSize + bit, end);
-    }
-    bits = ~std::uint64_t{0};
-  }
-  return end;
+  return {end, ats != 0, odd == 0};
 }
 
 }  // namespace tarvel

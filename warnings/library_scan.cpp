@@ -149,7 +149,7 @@ void LibraryScan::ScanLine(const ByteMarks::Line& marks, std::size_t offset) {
   if (was_inside && !rules_.read_tags.empty()) CheckContinuation(line, offset);
   const bool head = marks.has_at && TakeHead(line, offset);
   if (marks.has_at && rules_.upper_cases) ReportUpperCased(line, offset);
-  if (!marks.is_ascii && !IsUtf8(line)) {
+  if (!marks.is_plain && !IsUtf8(line)) {
     warnings_.Report(WarningKind::kBadBytes, offset,
                      was_outside && !head ? std::string_view() : key_,
                      "the line holds bytes that are neither ASCII nor valid UTF-8");
