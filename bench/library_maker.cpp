@@ -144,7 +144,7 @@ std::string_view PickType(Dice& dice) {
   return kTypes[row].type;
 }
 
-Work MakeWork(std::uint64_t number) {
+Work MakeWork(std::uint64_t number, Form form = Form::kAscii) {
   Dice dice = DiceFor(number, Purpose::kWork);
   Work work;
   work.type = PickType(dice);
@@ -153,7 +153,7 @@ Work MakeWork(std::uint64_t number) {
     author = {dice.Pick(kFamilyNames, kPlainFamilyNames), dice.Pick(kGivenNames),
               static_cast<char>('A' + dice.Roll(26))};
   }
-  if (dice.Roll(100) == 0) {
+  if (dice.Roll(100) == 0 && form != Form::kAscii) {
     work.authors[work.author_count - 1].name =
         kFamilyNames[kPlainFamilyNames + dice.Roll(kFamilyNames.size() - kPlainFamilyNames)];
   }
@@ -176,14 +176,19 @@ std::string KeyOf(std::uint64_t number) {
   return std::string(work.authors[0].name.plain) + Number(work.year) + Letters(number);
 }
 
+constexpr std::size_t kNone = std::string::npos;
+/// What must be found elsewhere as it stands gets no accents.
+constexpr std::string_view kExactTags = "journal doi url file month";
+
 /// Writes one entry field by field.
 class EntryWriter {
  public:
-  EntryWriter(const Work& work, Dice extras, std::string& out)
-      : work_(work), dice_(extras), out_(out) {}
+  EntryWriter(const Work& work, Dice extras, Form form, std::string& out)
+      : work_(work), dice_(extras), form_(form), out_(out) {}
 
   void Write(std::string_view key) {
-    out_.append("@").append(work_.type).append("{").append(key);
+    const bool is_unknown = form_ == Form::kUnknown && work_.page % 2 == 0;
+    out_.append("@").append(is_unknown ? "online" : work_.type).append("{").append(key);
     Field("author", Authors());
     Title();
     Source();
@@ -194,7 +199,7 @@ class EntryWriter {
       if (kExtras.size() - row > wanted - fields_ && dice_.Roll(3) == 0) continue;
       (this->*kExtras[row])();
     }
-    out_.append("\n}\n\n");
+    out_.append(form_ == Form::kAttached ? "}\n\n" : "\n}\n\n");
   }
 
  private:
@@ -202,8 +207,37 @@ class EntryWriter {
   static const std::array<Extra, 12> kExtras;
 
   void Field(std::string_view name, std::string_view value) {
-    out_.append(",\n  ").append(name).append(" = {").append(value).append("}");
+    const bool aligned = form_ == Form::kAligned;
+    const bool bare = form_ == Form::kBare && value.find_first_not_of("0123456789") == kNone;
+    const bool quotes = form_ == Form::kQuotes;
+    const std::size_t line = out_.size() + 2;
+    out_.append(aligned ? ",\n\t" : ",\n  ").append(name);
+    out_.append(aligned ? 14 - name.size() : 1, ' ').append("= ");
+    out_.append(bare ? "" : quotes ? "\"" : "{");
+    const std::size_t begin = out_.size();
+    out_.append(value);
+    if (form_ != Form::kAscii && kExactTags.find(name) == kNone) Accent(begin);
+    if (form_ == Form::kWrapped) Wrap(line, begin);
+    out_.append(bare ? "" : quotes ? "\"" : "}");
     ++fields_;
+  }
+
+  /// Gives every fifth "e" of the entry an accent, from `begin` on.
+  void Accent(std::size_t begin) {
+    for (std::size_t at = begin; (at = out_.find('e', at)) != kNone; ++at) {
+      if (++letters_ % 5 == 0) out_.replace(at, 1, "\xC3\xA9");
+    }
+  }
+
+  /// Breaks the last line of the text, which begins at `line`, at the blanks after `begin`.
+  void Wrap(std::size_t line, std::size_t begin) {
+    while (out_.size() - line > 70) {
+      const std::size_t blank = out_.rfind(' ', line + 70);
+      if (blank == kNone || blank < begin) return;
+      out_.replace(blank, 1, "\n    ");
+      line = blank + 1;
+      begin = line + 4;
+    }
   }
 
   std::string Authors() {
@@ -284,8 +318,10 @@ class EntryWriter {
 
   const Work& work_;
   Dice dice_;
+  Form form_;
   std::string& out_;
   std::uint64_t fields_ = 0;
+  std::uint64_t letters_ = 0;  // that may get an accent
 };
 
 const std::array<EntryWriter::Extra, 12> EntryWriter::kExtras{
@@ -293,16 +329,20 @@ const std::array<EntryWriter::Extra, 12> EntryWriter::kExtras{
     &EntryWriter::Month,    &EntryWriter::Owner,     &EntryWriter::Issn,    &EntryWriter::Keywords,
     &EntryWriter::File,     &EntryWriter::Timestamp, &EntryWriter::Comment, &EntryWriter::Language};
 
-/// Writes work number `work` under a key, with the further fields that follow from `extras`.
-void AppendEntry(std::uint64_t work, std::uint64_t extras, std::string_view key, std::string& out) {
-  EntryWriter(MakeWork(work), DiceFor(extras, Purpose::kExtras), out).Write(key);
-}
-
 }  // namespace
 
-LibraryMaker::LibraryMaker(std::uint64_t entries)
-    : entries_(entries), stride_(entries * 5 / 8 + 1) {
+LibraryMaker::LibraryMaker(std::uint64_t entries, Form form)
+    : entries_(entries), stride_(entries * 5 / 8 + 1), form_(form) {
   while (std::gcd(stride_, entries_) != 1) ++stride_;
+}
+
+/// Writes work number `work` under a key, with the further fields that follow from `extras`.
+void LibraryMaker::Append(std::uint64_t work, std::uint64_t extras, std::string_view key,
+                          std::string& out) const {
+  const std::size_t begin = out.size();
+  EntryWriter(MakeWork(work, form_), DiceFor(extras, Purpose::kExtras), form_, out).Write(key);
+  if (form_ != Form::kCrLf) return;
+  for (std::size_t at = begin; (at = out.find('\n', at)) != kNone; at += 2) out.insert(at, 1, '\r');
 }
 
 std::uint64_t LibraryMaker::Shuffled(std::uint64_t index) const {
@@ -314,23 +354,23 @@ void LibraryMaker::AppendFirst(std::uint64_t index, std::string& out) const {
   switch (place.kind) {
     case Kind::kOriginal:
     case Kind::kExactDouble:
-      return AppendEntry(place.original, place.original, KeyOf(place.original), out);
+      return Append(place.original, place.original, KeyOf(place.original), out);
     case Kind::kOtherKey:
-      return AppendEntry(place.original, index, KeyOf(index), out);
+      return Append(place.original, index, KeyOf(index), out);
     case Kind::kConflict:
-      return AppendEntry(index, index, KeyOf(place.original), out);
+      return Append(index, index, KeyOf(place.original), out);
   }
 }
 
 void LibraryMaker::AppendSecond(std::uint64_t index, std::string& out) const {
   const std::uint64_t source = Shuffled(index);
   const std::uint64_t fresh = entries_ + source;
-  if (source * 5 >= entries_ * 4) return AppendEntry(fresh, fresh, KeyOf(fresh), out);
+  if (source * 5 >= entries_ * 4) return Append(fresh, fresh, KeyOf(fresh), out);
   const Place place = PlaceOf(source);
   const std::uint64_t roll = DiceFor(source, Purpose::kSecond).Roll(100);
   if (place.kind != Kind::kOriginal || roll >= 10) return AppendFirst(source, out);
-  if (roll < 5) return AppendEntry(source, fresh, KeyOf(fresh), out);  // filed under another key
-  AppendEntry(fresh, fresh, KeyOf(source), out);                       // the same key for another
+  if (roll < 5) return Append(source, fresh, KeyOf(fresh), out);  // filed under another key
+  Append(fresh, fresh, KeyOf(source), out);                       // the same key for another
 }
 
 std::uint64_t LibraryMaker::Citations() const { return (entries_ + 19) / 20; }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // tarvel-make-library: writes a made library, or a document that cites it, on standard output.
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
@@ -14,10 +15,13 @@ namespace {
 constexpr std::size_t kFlushAt = std::size_t{1} << 20;
 
 constexpr std::string_view kUsage =
-    "Usage: tarvel-make-library first|second|document|aux ENTRIES\n"
+    "Usage: tarvel-make-library first|second|document|aux ENTRIES [FORM]\n"
     "Writes on standard output a library of ENTRIES entries of about 500 bytes; a second one of\n"
     "which four fifths stand in the first; a LaTeX document that cites a tenth of the first's\n"
-    "keys; or what LaTeX would note of that document for bibtex. The same bytes every time.\n";
+    "keys; or what LaTeX would note of that document for bibtex. The same bytes every time.\n"
+    "FORM is braces (the default), bare (numbers), aligned (with tabs), attached (the last "
+    "brace),\n"
+    "wrapped (at 70 columns), quotes, unknown (types), ascii or crlf.\n";
 
 /// Collects text and writes it in large pieces.
 class Output {
@@ -54,8 +58,8 @@ void WriteAux(const LibraryMaker& maker, Output& output) {
   output.Text() += "\\bibstyle{plain}\n\\bibdata{first}\n";
 }
 
-bool WriteKind(std::string_view kind, std::uint64_t entries, Output& output) {
-  const LibraryMaker maker(entries);
+bool WriteKind(std::string_view kind, const LibraryMaker& maker, std::uint64_t entries,
+               Output& output) {
   if (kind == "first") {
     for (std::uint64_t i = 0; i < entries; ++i) maker.AppendFirst(i, output.Text());
   } else if (kind == "second") {
@@ -72,12 +76,16 @@ bool WriteKind(std::string_view kind, std::uint64_t entries, Output& output) {
 
 int Main(int argc, char** argv) {
   std::uint64_t entries = 0;
-  if (argc == 3) {
+  const auto* form = kFormNames.begin();
+  if (argc == 3 || argc == 4) {
     const std::string_view number = argv[2];
     std::from_chars(number.data(), number.data() + number.size(), entries);
+    if (argc == 4) form = std::find(kFormNames.begin(), kFormNames.end(), argv[3]);
   }
   Output output;
-  if (entries == 0 || !WriteKind(argv[1], entries, output)) {
+  if (entries == 0 || form == kFormNames.end() ||
+      !WriteKind(argv[1], {entries, static_cast<Form>(form - kFormNames.begin())}, entries,
+                 output)) {
     std::fwrite(kUsage.data(), 1, kUsage.size(), stderr);
     return 2;
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // tarvel-measure: runs a command several times and prints one line of figures about it.
 #include <fcntl.h>
+#include <glob.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/time.h>
@@ -24,15 +25,15 @@ constexpr char kUsage[] =
     "Usage: tarvel-measure [OPTION]... [--] COMMAND [ARGUMENT]...\n"
     "Runs COMMAND several times, its output going to /dev/null, and prints on one line: the exit\n"
     "status of the last run (124: stopped by the timeout), the medians of CPU and wall seconds,\n"
-    "the largest peak memory in KiB, the median CPU seconds of the yardstick (0: none), and the\n"
-    "median of what the system took of the CPU seconds.\n"
+    "the largest peak memory in KiB, and the median CPU seconds of the floor and of COMMAND with\n"
+    "another option, which run in turns with it (0: not asked for).\n"
     "  --runs N          how often (default 5)\n"
     "  --timeout SECONDS stop a run that takes longer; no further run follows\n"
     "  --enough SECONDS  no further run once the runs took this long together\n"
     "  --before COMMAND  a shell command to run, unmeasured, before each run\n"
-    "  --yardstick FILE  beside each run, measure LC_ALL=C tr '\\200-\\377' '?' < FILE > a new\n"
-    "                    file; may be given several times, and then they are added up\n"
-    "  --scratch FILE    what the yardstick writes (default tarvel-yardstick.out)\n"
+    "  --reads FILE      a part of the floor: wc -l FILE; may be given several times\n"
+    "  --writes PATTERN  another part: cat of the files that match, as COMMAND wrote them\n"
+    "  --also OPTION     the other option, put before the arguments of COMMAND\n"
     "  --output FILE     where standard output and standard error of the last run go\n";
 
 struct Options {
@@ -40,16 +41,16 @@ struct Options {
   unsigned timeout = 0;
   double enough = 1e9;
   std::string before;
-  std::vector<std::string> yardsticks;
-  std::string scratch = "tarvel-yardstick.out";
+  std::vector<std::string> reads;
+  std::string writes;
+  std::string also;
   std::string output = "/dev/null";
   std::vector<char*> command;  // ends with a null
 };
 
 struct Figures {
   int status = 0;
-  double cpu = 0;     // of the program and of the system
-  double system = 0;  // of the system alone
+  double cpu = 0;  // of the program and of the system
   double wall = 0;
   long peak_kib = 0;
 };
@@ -115,32 +116,34 @@ Figures RunOnce(char* const* command, const Streams& streams, unsigned timeout) 
   alarm(0);
   Figures figures;
   figures.wall = Now() - start;
-  figures.system = Seconds(usage.ru_stime);
-  figures.cpu = Seconds(usage.ru_utime) + figures.system;
+  figures.cpu = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
   figures.peak_kib = usage.ru_maxrss;
   figures.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   if (timed_out != 0) figures.status = 124;
   return figures;
 }
 
-/// CPU seconds of replacing every byte from 128 on in all yardstick files.
-double RunYardstick(const Options& options) {
-  char tr[] = "tr";
-  char from[] = "\\200-\\377";
-  char to[] = "?";
-  char* const command[] = {tr, from, to, nullptr};
+/// CPU seconds of a command that must succeed; null pointers end its words.
+double CpuOf(std::vector<char*> command) {
+  const Figures figures = RunOnce(command.data(), {}, 0);
+  if (figures.status == 0) return figures.cpu;
+  std::fprintf(stderr, "tarvel-measure: %s failed\n", command[0]);
+  std::exit(1);
+}
+
+/// CPU seconds of counting the lines of what is read and copying what was written to /dev/null.
+double RunFloor(Options& options) {
+  char wc[] = "wc", lines[] = "-l", cat[] = "cat";
   double sum = 0;
-  for (const std::string& file : options.yardsticks) {
-    unlink(options.scratch.c_str());
-    const Streams streams{file.c_str(), options.scratch.c_str(), "/dev/null"};
-    const Figures figures = RunOnce(command, streams, 0);
-    if (figures.status != 0) {
-      std::fprintf(stderr, "tarvel-measure: tr failed on %s\n", file.c_str());
-      std::exit(1);
-    }
-    sum += figures.cpu;
+  for (std::string& file : options.reads) sum += CpuOf({wc, lines, file.data(), nullptr});
+  glob_t written{};
+  if (!options.writes.empty() && glob(options.writes.c_str(), 0, nullptr, &written) == 0) {
+    std::vector<char*> command{cat};
+    command.insert(command.end(), written.gl_pathv, written.gl_pathv + written.gl_pathc);
+    command.push_back(nullptr);
+    sum += CpuOf(command);
   }
-  unlink(options.scratch.c_str());
+  globfree(&written);
   return sum;
 }
 
@@ -169,10 +172,12 @@ bool Parse(int argc, char** argv, Options& options) {
       options.enough = std::atof(value);
     } else if (option == "--before") {
       options.before = value;
-    } else if (option == "--yardstick") {
-      options.yardsticks.emplace_back(value);
-    } else if (option == "--scratch") {
-      options.scratch = value;
+    } else if (option == "--reads") {
+      options.reads.emplace_back(value);
+    } else if (option == "--writes") {
+      options.writes = value;
+    } else if (option == "--also") {
+      options.also = value;
     } else if (option == "--output") {
       options.output = value;
     } else {
@@ -193,21 +198,29 @@ int Main(int argc, char** argv) {
   setenv("LC_ALL", "C", 1);
   const Streams streams{"/dev/null", options.output.c_str(), options.output.c_str()};
   Figures last;
-  std::vector<double> cpu, system, wall, yardstick;
+  std::vector<double> cpu, wall, floor, other;
+  std::vector<char*> with_other = options.command;
+  with_other.insert(with_other.begin() + 1, options.also.data());
+  const auto clear = [&] {
+    if (!options.before.empty() && std::system(options.before.c_str()) != 0) std::exit(1);
+  };
   long peak = 0;
   double spent = 0;
   while (cpu.size() < options.runs && spent < options.enough && last.status != 124) {
-    if (!options.yardsticks.empty()) yardstick.push_back(RunYardstick(options));
-    if (!options.before.empty() && std::system(options.before.c_str()) != 0) return 1;
+    clear();
+    if (!options.also.empty()) {
+      other.push_back(CpuOf(with_other));
+      clear();
+    }
     last = RunOnce(options.command.data(), streams, options.timeout);
     cpu.push_back(last.cpu);
-    system.push_back(last.system);
     wall.push_back(last.wall);
     peak = std::max(peak, last.peak_kib);
     spent += last.wall;
+    floor.push_back(RunFloor(options));
   }
   std::printf("%d %.6f %.6f %ld %.6f %.6f\n", last.status, Median(cpu), Median(wall), peak,
-              yardstick.empty() ? 0.0 : Median(yardstick), Median(system));
+              Median(floor), other.empty() ? 0.0 : Median(other));
   return 0;
 }
 

@@ -115,7 +115,10 @@ std::size_t LineStream::FindAhead(char byte) {
 }
 
 std::optional<std::string_view> LineStream::ReadLineWith(char byte, std::size_t limit) {
-  const std::size_t found = FindAhead(byte);
+  return ReadLineHolding(FindAhead(byte), limit);
+}
+
+std::optional<std::string_view> LineStream::ReadLineHolding(std::size_t found, std::size_t limit) {
   const std::string_view passed = Bytes().substr(position_, found - position_);
   const std::size_t line_start = position_ + (passed.rfind('\n') + 1);  // npos + 1 is 0
   // A line longer than the limit comes in pieces; the one with the byte is asked for.
@@ -127,6 +130,7 @@ std::optional<std::string_view> LineStream::ReadLineWith(char byte, std::size_t 
 void LineStream::SetPosition(std::size_t position) {
   position_ = std::min(position, loaded_);
   at_end_ = false;
+  if (position_ >= next_report_) ReportPosition();
 }
 
 std::string& Line::Edit() {

@@ -71,6 +71,10 @@ class LineStream {
   /// this limit would meet, without the cost of looking at each line.
   std::optional<std::string_view> ReadLineWith(char byte, std::size_t limit);
 
+  /// The same for the line that holds the byte at an offset in memory, which is not before the next
+  /// byte to be read; at the end of the file nothing.
+  std::optional<std::string_view> ReadLineHolding(std::size_t offset, std::size_t limit);
+
   /// Offset of the next byte to be read.
   std::size_t Position() const { return position_; }
   /// Goes to an offset that `Position` gave before; clears the end-of-file indicator.

@@ -11,6 +11,7 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kCodes = 32;
+constexpr std::size_t kLongestStep = 3;
 
 /// The lower five bits of a byte: the same for both cases of a letter.
 constexpr std::size_t CodeOf(char byte) { return static_cast<unsigned char>(byte) % kCodes; }
@@ -26,24 +27,37 @@ bool BeginsWith(std::string_view text, std::string_view name) {
 
 NameMatcher::NameMatcher(std::span<const std::string_view> names)
     : names_(names.begin(), names.end()) {
+  std::size_t shortest = kLongestStep + 1;
+  for (const std::string& name : names_) shortest = std::min(shortest, name.size());
+  step_ = std::max<std::size_t>(shortest, 2) - 1;
   for (std::size_t i = 0; i < names_.size(); ++i) {
     std::string& name = names_[i];
     StringToUpper(name);
-    for (std::size_t second = 0; second < kCodes; ++second) {
-      if (name.size() > 1 && CodeOf(name[1]) != second) continue;
-      candidates_[CodeOf(name[0]) * kCodes + second] |= std::uint64_t{1} << i;
+    for (std::size_t at = 0; at < step_; ++at) {
+      for (std::size_t second = 0; second < kCodes; ++second) {
+        if (at + 1 < name.size() && CodeOf(name[at + 1]) != second) continue;
+        candidates_[CodeOf(name[at]) * kCodes + second] |= std::uint64_t{1} << i;
+      }
     }
   }
 }
 
+/// Whether `name` covers the byte at `at` with one of its first `step_` bytes.
+bool NameMatcher::Covers(std::string_view text, std::size_t at, std::string_view name) const {
+  for (std::size_t before = 0; before < step_ && before <= at; ++before) {
+    if (BeginsWith(text.substr(at - before), name)) return true;
+  }
+  return false;
+}
+
 std::uint64_t NameMatcher::Search(std::string_view text, bool stops_at_first) const {
   std::uint64_t found = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
+  for (std::size_t at = 0; at < text.size(); at += step_) {
     const std::size_t second = at + 1 < text.size() ? CodeOf(text[at + 1]) : 0;
     std::uint64_t candidates = candidates_[CodeOf(text[at]) * kCodes + second] & ~found;
     for (; candidates != 0; candidates &= candidates - 1) {
       const auto i = static_cast<std::size_t>(std::countr_zero(candidates));
-      if (!BeginsWith(text.substr(at), names_[i])) continue;
+      if (!Covers(text, at, names_[i])) continue;
       found |= std::uint64_t{1} << i;
       if (stops_at_first) return found;
     }

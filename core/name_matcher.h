@@ -30,10 +30,13 @@ class NameMatcher {
 
  private:
   std::uint64_t Search(std::string_view text, bool stops_at_first) const;
+  bool Covers(std::string_view text, std::size_t at, std::string_view name) const;
 
   std::vector<std::string> names_;  // in capitals
+  // Two bytes are looked at, then those this far on: a name has one of its first pairs there.
+  std::size_t step_ = 1;
   // By the lower five bits of two bytes, which are those of a letter in either case: bit i is set
-  // when names_[i] may begin with the two.
+  // when the two may be one of the first `step_` pairs of names_[i].
   std::array<std::uint64_t, 1024> candidates_{};
 };
 

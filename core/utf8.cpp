@@ -24,13 +24,14 @@ constexpr char32_t kHighestCode = 0x10FFFF;
 
 constexpr bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-/// The size of the whole words of ASCII that the text begins with.
-std::size_t AsciiWords(std::string_view text) {
+/// The number of bytes below 128 that the text begins with.
+std::size_t AsciiSize(std::string_view text) {
   std::size_t at = 0;
   for (std::uint64_t word = 0; text.size() - at >= sizeof word; at += sizeof word) {
     std::memcpy(&word, text.data() + at, sizeof word);
     if ((word & 0x8080808080808080U) != 0) break;
   }
+  while (at < text.size() && static_cast<signed char>(text[at]) >= 0) ++at;
   return at;
 }
 
@@ -54,7 +55,7 @@ Utf8Character DecodeUtf8(std::string_view text) {
 
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
-    text.remove_prefix(AsciiWords(text));
+    text.remove_prefix(AsciiSize(text));
     if (text.empty()) return true;
     const std::size_t size = DecodeUtf8(text).size;
     if (size == 0) return false;

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/byte_marks.h"
 #include "core/text_primitives.h"
 #include "core/utf8.h"
 #include "ops/operations.h"
@@ -30,24 +31,10 @@ constexpr std::array<std::string_view, 5> kExemptTags{"FILE", "OWNER", "TIMESTAM
 
 constexpr char kDelete = 127;
 
-/// Bytes are looked at as signed ones, so all from 128 on are negative and bad. Written without a
-/// branch, so that a loop over it becomes vector code.
-constexpr bool IsBad(char byte) {
-  const auto code = static_cast<signed char>(byte);
-  const bool breaks = (code == '\t') | (code == '\n') | (code == '\r');
-  return ((code < ' ') & !breaks) | (code == kDelete);
-}
-
 /// What the log says of a bad byte, after "could be found.".
 std::string_view KindOf(signed char code) {
   if (code == kDelete) return "";
   return code < 0 ? " <- negative value (!)" : " <- command (!)";
-}
-
-bool HoldsBadByte(std::string_view line) {
-  unsigned char found = 0;
-  for (const char byte : line) found |= static_cast<unsigned char>(IsBad(byte));
-  return found != 0;
 }
 
 /// Whether the text ends with `word`, given in upper case, blanks and tabs skipped.
@@ -97,8 +84,9 @@ std::string NameOf(char32_t code) {
 class CharacterCleaner {
  public:
   CharacterCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
-      : input_(input), library_(library), log_(log), warnings_(warnings) {}
+      : input_(input), marks_(input.Bytes()), library_(library), log_(log), warnings_(warnings) {}
 
+  /// REQUIRES: the input is in memory.
   void Walk();
   int BadBytes() const { return bad_bytes_; }
 
@@ -110,57 +98,69 @@ class CharacterCleaner {
   void ReportFound();
 
   LineStream& input_;
+  ByteMarks marks_;
+  std::size_t place_ = 0;  // of the line that is being read
   OutputFile& library_;
   OutputFile& log_;
   FileWarnings& warnings_;
   Tally left_out_;  // the names of the tags whose lines were left out
   std::map<std::string, Occurrences, std::less<>> characters_;
   std::string bibitem_;
+  std::string log_line_;  // what the log says of all bad bytes of a line
   int line_number_ = 0;
   int bad_bytes_ = 0;
 };
 
 void CharacterCleaner::Walk() {
-  for (Line line; ReadLine(input_, limits::kLongLine, line);) {
+  const std::string_view bytes = input_.Bytes();
+  for (ByteMarks::Line marks; place_ < bytes.size(); place_ = marks.end) {
+    marks = marks_.NextLine(place_, limits::kLongLine - 1);
+    input_.SetPosition(marks.end);
     ++line_number_;
+    Line line(bytes.substr(place_, marks.end - place_));
     if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
       if (warnings_.Wanted()) NoteLeftOut(line.Text(), kExemptTags[tag]);
       continue;
     }
-    if (line.Text().find('@') != std::string_view::npos &&
-        (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
+    if (marks.has_at && (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
       bibitem_ = CopyUntilChar(line.Text(), '{', ',');
     }
-    if (HoldsBadByte(line.Text())) {
-      ReplaceBadBytes(line.Text());
-    } else {
+    if (marks.is_plain) {
       library_.Write(line.Text());
+    } else {
+      ReplaceBadBytes(line.Text());
     }
   }
   ReportFound();
 }
 
+/// Writes the line at `place_`, of which words may have become upper case.
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   if (warnings_.Wanted()) CountCharacters(line);
+  log_line_.assign("In entry '").append(bibitem_).append("', in line ");
+  log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (!IsBad(line[i])) continue;
-    LogBadByte(line[i], i + 1);
-    library_.Write({line.substr(copied, i - copied), "?"});
-    copied = i + 1;
+  const std::size_t end = place_ + line.size();
+  for (std::size_t bad = marks_.FindOdd(place_, end); bad < end;
+       bad = marks_.FindOdd(bad + 1, end)) {
+    const std::size_t at = bad - place_;
+    LogBadByte(line[at], at + 1);
+    library_.Write({line.substr(copied, at - copied), "?"});
+    copied = at + 1;
   }
   library_.Write(line.substr(copied));
 }
 
 void CharacterCleaner::CountCharacters(std::string_view line) {
-  while (!line.empty()) {
-    const std::size_t size = DecodeUtf8(line).size;
-    const std::string_view character = line.substr(0, size);
-    line.remove_prefix(std::max<std::size_t>(size, 1));
-    if (size < 2) continue;  // not valid, or ASCII
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (static_cast<signed char>(line[at]) >= 0) continue;
+    const std::size_t size = DecodeUtf8(line.substr(at)).size;
+    if (size == 0) continue;  // not valid
+    const std::string_view character = line.substr(at, size);
+    at += size - 1;
     auto found = characters_.find(character);
     if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
-    found->second.Add(input_.Position() - 1);
+    found->second.Add(place_);
   }
 }
 
@@ -180,33 +180,33 @@ void CharacterCleaner::ReportFound() {
 
 /// Counts a line that is left out for the tag, and reports what else goes with it.
 void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) {
-  const std::size_t place = input_.Position() - 1;
   const std::string_view name = TagNameOf(line);
-  left_out_.Add(name.empty() ? tag : name, place);
+  const std::string_view shown = name.empty() ? tag : name;
+  left_out_.Add(shown, place_);
   const auto open = std::count(line.begin(), line.end(), '{');
   const auto close = std::count(line.begin(), line.end(), '}');
-  const std::string what = "the line of " + Quoted(name.empty() ? tag : name) + " was left out";
   if (open > close) {
-    warnings_.Report(WarningKind::kTornValue, place, bibitem_,
-                     what + ", but its value goes on on the next lines, which stayed");
+    warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
+                     {"the line of ", Quoted(shown),
+                      " was left out, but its value goes on on the next lines, which stayed"});
   } else if (open < close) {
-    warnings_.Report(WarningKind::kTornValue, place, bibitem_,
-                     what + " with a '}' that ends more than its value");
+    warnings_.Report(
+        WarningKind::kTornValue, place_, bibitem_,
+        {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});
   }
-  const std::vector<LineTag> tags = TagsOf(AfterHead(line));
-  for (const LineTag& other : tags) {
+  if (!name.empty() && line.find('=') == line.rfind('=')) return;  // its own tag only
+  for (const LineTag& other : TagsOf(AfterHead(line))) {
     if (other.name == name) continue;
-    warnings_.Report(WarningKind::kTextLost, place, bibitem_,
-                     "the tag " + Quoted(other.name) + " shares a line with " +
-                         Quoted(name.empty() ? tag : name) + " and was left out with it");
+    warnings_.Report(WarningKind::kTextLost, place_, bibitem_,
+                     {"the tag ", Quoted(other.name), " shares a line with ", Quoted(shown),
+                      " and was left out with it"});
   }
 }
 
 void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
   ++bad_bytes_;
   const auto code = static_cast<signed char>(byte);
-  log_.Write({"In entry '", bibitem_, "', in line ", std::to_string(line_number_), " and row ",
-              std::to_string(column), "\n   character ", std::to_string(code), " (--",
+  log_.Write({log_line_, std::to_string(column), "\n   character ", std::to_string(code), " (--",
               std::string_view(&byte, 1), "--) could be found.", KindOf(code), "\n\n"});
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "core/byte_marks.h"
 #include "core/entry_types.h"
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
@@ -42,9 +43,6 @@ class ByteSet {
  private:
   std::array<bool, 256> holds_{};
 };
-constexpr ByteSet kBraces("{}");
-constexpr ByteSet kBracesAndQuote("{}\"");
-constexpr ByteSet kNameEnds("=,{}\"");
 constexpr ByteSet kBareEnds(",}");
 constexpr ByteSet kBetweenTags(" \t\r\n,");
 constexpr ByteSet kBeforeHead(" \t\r\n}");
@@ -66,7 +64,7 @@ class LibraryScan {
       : bytes_(bytes.substr(0, range.end)),
         begin_(range.begin),
         goes_on_(range.end < bytes.size()),
-        is_utf8_(IsUtf8(bytes_.substr(begin_))),
+        marks_(bytes_),
         rules_(rules),
         warnings_(warnings) {}
 
@@ -75,7 +73,7 @@ class LibraryScan {
  private:
   enum class State { kOutside, kInEntry, kBeforeValue, kInValue, kInQuotes };
 
-  void ScanLine(std::string_view line, std::size_t offset);
+  void ScanLine(const ByteMarks::Line& marks, std::size_t offset);
   bool TakeHead(std::string_view line, std::size_t offset);
   void TakeKnownHead(std::string_view type, std::string_view key, std::size_t offset);
   bool TakeOtherHead(std::string_view line, std::size_t offset);
@@ -88,22 +86,25 @@ class LibraryScan {
   void ReportSharedLine(std::size_t offset, std::string_view before);
   void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
-  void Report(WarningKind kind, std::size_t offset, std::string_view text) {
+  void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
   }
   void CheckContinuation(std::string_view line, std::size_t offset);
   bool IsReadTag() const;
+  /// Where a part of the library begins in it.
+  std::size_t OffsetOf(std::string_view part) const {
+    return static_cast<std::size_t>(part.data() - bytes_.data());
+  }
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
-  bool MentionsReadTag(std::string_view line);
+  bool MentionsReadTag(std::string_view line, std::size_t offset);
 
   std::string_view bytes_;  // up to the end of the range
   std::size_t begin_;
   bool goes_on_;  // the library does, after the range
-  bool is_utf8_;  // all of it, so that no line need be looked at
+  ByteMarks marks_;
   const ScanRules& rules_;
   FileWarnings& warnings_;
   ValueCounts counts_;
-  std::size_t next_at_ = 0;  // the next "@": most lines have none
 
   // The entry that is open, or was the last one.
   State state_ = State::kOutside;
@@ -123,11 +124,10 @@ class LibraryScan {
 };
 
 void LibraryScan::Run() {
-  next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
   for (std::size_t offset = begin_; offset < bytes_.size();) {
-    const std::size_t next = std::min(bytes_.find('\n', offset), bytes_.size() - 1) + 1;
-    ScanLine(bytes_.substr(offset, next - offset), offset);
-    offset = next;
+    const ByteMarks::Line line = marks_.NextLine(offset);
+    ScanLine(line, offset);
+    offset = line.end;
   }
   EndEntry(bytes_.size());
   if (!rules_.counts) return;
@@ -135,7 +135,8 @@ void LibraryScan::Run() {
   rules_.counts->unbraced += counts_.unbraced;
 }
 
-void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
+void LibraryScan::ScanLine(const ByteMarks::Line& marks, std::size_t offset) {
+  const std::string_view line = bytes_.substr(offset, marks.end - offset);
   const std::size_t most = rules_.line_limit - 1;
   if (line.size() > most) {
     warnings_.Report(WarningKind::kLongLine, offset, {},
@@ -146,11 +147,9 @@ void LibraryScan::ScanLine(std::string_view line, std::size_t offset) {
   const bool was_inside = IsInside();
   line_is_taken_ = was_inside;
   if (was_inside && !rules_.read_tags.empty()) CheckContinuation(line, offset);
-  if (next_at_ < offset) next_at_ = std::min(bytes_.find('@', offset), bytes_.size());
-  const bool has_at = next_at_ < offset + line.size();
-  const bool head = has_at && TakeHead(line, offset);
-  if (has_at && rules_.upper_cases) ReportUpperCased(line, offset);
-  if (!is_utf8_ && !IsUtf8(line)) {
+  const bool head = marks.has_at && TakeHead(line, offset);
+  if (marks.has_at && rules_.upper_cases) ReportUpperCased(line, offset);
+  if (!marks.is_plain && !IsUtf8(line)) {
     warnings_.Report(WarningKind::kBadBytes, offset,
                      was_outside && !head ? std::string_view() : key_,
                      "the line holds bytes that are neither ASCII nor valid UTF-8");
@@ -166,8 +165,8 @@ void LibraryScan::CheckContinuation(std::string_view line, std::size_t offset) {
   const std::size_t first = SkipBlanks(line, 0);
   if (first == line.size() || static_cast<signed char>(line[first]) >= 0 || !IsReadTag()) return;
   Report(WarningKind::kTextLost, offset,
-         "a line of the value of " + Quoted(tag_) +
-             " begins with a letter that is not ASCII and is lost where lines are joined");
+         {"a line of the value of ", Quoted(tag_),
+          " begins with a letter that is not ASCII and is lost where lines are joined"});
 }
 
 /// Whether the name of the tag holds that of one that is read.
@@ -190,14 +189,14 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
                 CopyUntilChar(rest, '{', ','), offset);
   if (follows) {
     Report(WarningKind::kSharedLine, offset,
-           "the entry does not begin its line: it is not seen, or what stands before it becomes a "
-           "part of it");
+           {"the entry does not begin its line: it is not seen, or what stands before it becomes a "
+            "part of it"});
   }
   const std::size_t opening = rest.find('{');
   if (opening != std::string_view::npos && SkipBlanks(rest, opening + 1) == rest.size()) {
     Report(WarningKind::kBrokenHead, offset,
-           "the key does not stand on the first line of the entry and is not read; put it there, "
-           "with a comma after it");
+           {"the key does not stand on the first line of the entry and is not read; put it there, "
+            "with a comma after it"});
   }
   // What stands after the key on the same line.
   const std::size_t behind = rest.find_first_of(",}");
@@ -216,12 +215,11 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   tag_ = {};
   if (rules_.on_entry) rules_.on_entry({type, key, offset});
   if (!FindEntryType(type).empty()) return;
-  const std::string word(type);
   if (!FindEntryType(TrimEnd(type, IsBlank)).empty()) {
     Report(WarningKind::kBlankInType, offset,
-           "the type is read as '" + word + "', with the blank, and is no known one");
+           {"the type is read as '", type, "', with the blank, and is no known one"});
   } else {
-    Report(WarningKind::kUnknownType, offset, "'@" + word + "' is no known type");
+    Report(WarningKind::kUnknownType, offset, {"'@", type, "' is no known type"});
   }
 }
 
@@ -246,10 +244,9 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
                                   std::size_t offset) {
   const std::string type = Upper(word.substr(1));
   if (std::find(kNoEntries.begin(), kNoEntries.end(), type) != kNoEntries.end()) return;
-  const std::string name(word);
   if (!rest.starts_with('{')) {
     warnings_.Report(WarningKind::kUnknownType, offset, {},
-                     "'" + name + "' starts no entry, as no \"{\" follows on the line");
+                     {"'", word, "' starts no entry, as no \"{\" follows on the line"});
     return;
   }
   const std::string_view key = CopyUntilChar(rest, '{', ',');
@@ -262,7 +259,7 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
   const bool blank = is_known && word.end() != rest.begin();
   warnings_.Report(
       blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
-      "'" + name + "' starts no entry: its lines belong to none, or to the entry before");
+      {"'", word, "' starts no entry: its lines belong to none, or to the entry before"});
 }
 
 /// Reports text that is written in capitals for an "@" before it and a "{" after it.
@@ -281,8 +278,8 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     if (!is_type && std::any_of(text.begin(), text.end(), IsLower)) {
       const std::string_view tag = TagNameOf(line);
       Report(WarningKind::kUpperCased, offset,
-             "the text " + Quoted(text) + " in '" + std::string(tag.empty() ? tag_ : tag) +
-                 "' becomes capitals, as it stands between an '@' and a brace");
+             {"the text ", Quoted(text), " in '", tag.empty() ? tag_ : tag,
+              "' becomes capitals, as it stands between an '@' and a brace"});
       return;
     }
     at = line.find('@', brace);
@@ -292,15 +289,15 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
 /// The entry before `next` has ended: reports what it lacks.
 void LibraryScan::EndEntry(std::size_t next) {
   const bool at_end = next == bytes_.size() && !goes_on_;
-  const std::string where = at_end ? "the end of the library" : "the next entry";
+  const std::string_view where = at_end ? "the end of the library" : "the next entry";
   if (IsInside()) {
     Report(WarningKind::kOpenValue, tag_offset_,
-           "the value of '" + std::string(tag_) + "' does not close before " + where);
+           {"the value of '", tag_, "' does not close before ", where});
   } else if (state_ != State::kOutside) {
-    Report(WarningKind::kRunsOn, head_, "the entry has no closing brace before " + where);
+    Report(WarningKind::kRunsOn, head_, {"the entry has no closing brace before ", where});
   } else if (has_entry_ && rules_.needs_closing_line && !closing_line_) {
     Report(WarningKind::kRunsOn, head_,
-           "no line that begins with \"}\" ends the entry before " + where);
+           {"no line that begins with \"}\" ends the entry before ", where});
   }
   has_entry_ = false;
   key_ = {};
@@ -331,7 +328,8 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
 
 /// Reads "tag =", or skips what is none; returns where to go on.
 std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::size_t offset) {
-  const std::size_t end = kNameEnds.Find(line, at);
+  const std::size_t base = OffsetOf(line);
+  const std::size_t end = marks_.FindNameEnd(base + at, base + line.size()) - base;
   if (end == line.size() || line[end] != '=') {
     return end < line.size() && line[end] == '}' ? end : end + 1;
   }
@@ -373,44 +371,47 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
 
 /// Goes on through a value in braces or quotes; returns where it ends.
 std::size_t LibraryScan::ContinueValue(std::string_view line, std::size_t at) {
-  const bool quotes = state_ == State::kInQuotes;
-  const ByteSet& stops = quotes ? kBracesAndQuote : kBraces;
-  for (at = stops.Find(line, at); at < line.size(); at = stops.Find(line, at + 1)) {
-    const char byte = line[at];
+  const char closing = state_ == State::kInQuotes ? '"' : '}';
+  const std::size_t base = OffsetOf(line);
+  const std::size_t end = base + line.size();
+  for (at = marks_.FindBrace(base + at, end); at < end; at = marks_.FindBrace(at + 1, end)) {
+    const char byte = bytes_[at];
     if (byte == '{') ++depth_;
     if (byte == '}' && depth_ > 0) --depth_;
-    const bool ends = quotes ? byte == '"' : byte == '}';
-    if (!ends || depth_ > 0) continue;
+    if (byte != closing || depth_ > 0) continue;
     state_ = State::kInEntry;
-    return at + 1;
+    return at + 1 - base;
   }
-  return at;
+  return line.size();
 }
 
 /// Reports the tag that begins on a line that another tag or an entry's first line has.
 void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) {
   const bool is_read = rules_.takes_all_tags || IsReadTag();
   if (!is_read || !IsTagName(tag_) || warnings_.ReportNumber(WarningKind::kSharedLine)) return;
-  const std::string name = Quoted(tag_);
-  Report(WarningKind::kSharedLine, offset,
-         before.empty()
-             ? "the tag " + name + " stands on the first line of its entry and is not read"
-             : "the tag " + name + " shares a line with " + Quoted(before) +
-                   ": only one of them is read, or one in the place of the other");
+  if (before.empty()) {
+    Report(WarningKind::kSharedLine, offset,
+           {"the tag ", Quoted(tag_), " stands on the first line of its entry and is not read"});
+  } else {
+    Report(WarningKind::kSharedLine, offset,
+           {"the tag ", Quoted(tag_), " shares a line with ", Quoted(before),
+            ": only one of them is read, or one in the place of the other"});
+  }
 }
 
 void LibraryScan::ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how) {
-  if (!MentionsReadTag(line) || warnings_.ReportNumber(WarningKind::kUnbracedValue)) return;
-  Report(WarningKind::kUnbracedValue, offset,
-         std::string("the value of '").append(tag_).append("' ").append(how));
+  if (!MentionsReadTag(line, offset)) return;
+  Report(WarningKind::kUnbracedValue, offset, {"the value of '", tag_, "' ", how});
 }
 
-bool LibraryScan::MentionsReadTag(std::string_view line) {
+/// Whether the line mentions a tag that is read. Mostly its own tag is one; the whole line is
+/// looked through once, however many values stand on it.
+bool LibraryScan::MentionsReadTag(std::string_view line, std::size_t offset) {
   if (rules_.read_tags.empty()) return false;
   if (!read_tags_) read_tags_.emplace(rules_.read_tags);
   if (asked_line_ != line.data()) {
     asked_line_ = line.data();
-    asked_answer_ = read_tags_->Any(line);
+    asked_answer_ = (offset == tag_offset_ && read_tags_->Any(tag_)) || read_tags_->Any(line);
   }
   return asked_answer_;
 }

@@ -17,6 +17,8 @@ bool IsNameByte(char byte) {
          std::string_view("_:.+-").find(byte) != std::string_view::npos;
 }
 
+bool IsBlankInLine(char byte) { return IsBlankOrTab(byte) || byte == '\r'; }
+
 /// The size of the value that `text` begins with.
 std::size_t ValueSize(std::string_view text) {
   const char opens = text.empty() ? '\0' : text.front();
@@ -61,10 +63,13 @@ std::vector<LineTag> TagsOf(std::string_view text) {
 }
 
 std::string_view TagNameOf(std::string_view line) {
-  line.remove_prefix(std::min(line.find_first_not_of(" \t\r\n,"), line.size()));
+  std::size_t begin = 0;
+  while (begin < line.size() && (IsBlankInLine(line[begin]) || line[begin] == ',')) ++begin;
+  line.remove_prefix(begin);
   std::size_t end = 0;
   while (end < line.size() && IsNameByte(line[end])) ++end;
-  const std::size_t behind = SkipBlanks(line, end);
+  std::size_t behind = end;
+  while (behind < line.size() && IsBlankInLine(line[behind])) ++behind;
   const bool is_tag = behind < line.size() && line[behind] == '=' && IsTagName(line.substr(0, end));
   return is_tag ? line.substr(0, end) : std::string_view();
 }

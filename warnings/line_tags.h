@@ -21,7 +21,7 @@ std::vector<LineTag> TagsOf(std::string_view text);
 bool IsTagName(std::string_view name);
 
 /// The name of the tag that the line begins with, blanks and commas before it left out; empty when
-/// it begins with none.
+/// it begins with none. Lines after the first are not looked at.
 std::string_view TagNameOf(std::string_view line);
 
 /// Whether the line, given without the blanks around it, is empty, one of the header of this

@@ -96,10 +96,11 @@ std::size_t LineNumbers::At(std::size_t offset) {
 }
 
 void FileWarnings::Report(WarningKind kind, std::size_t offset, std::string_view key,
-                          std::string_view text) {
-  if (!ReportNumber(kind))
-    to_->Report(
-        {.kind = kind, .file = path_, .line = numbers_.At(offset), .key = key, .text = text});
+                          TextParts parts) {
+  if (ReportNumber(kind)) return;
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  to_->Report({.kind = kind, .file = path_, .line = numbers_.At(offset), .key = key, .text = text});
 }
 
 std::string EscapeControls(std::string_view text) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,9 @@ struct Warning {
   std::string_view key;  // of the entry; empty when it is of none
   std::string_view text;
 };
+
+/// The parts of a text, one after the other.
+using TextParts = std::initializer_list<std::string_view>;
 
 /// Where operations report their warnings; what becomes of them is the program's business.
 class Warnings {
@@ -72,7 +76,11 @@ class FileWarnings {
   /// The number, from 1, of the line that holds the byte at `offset`.
   std::size_t LineOf(std::size_t offset) { return numbers_.At(offset); }
   /// Reports something about the line that holds the byte at `offset`.
-  void Report(WarningKind kind, std::size_t offset, std::string_view key, std::string_view text);
+  void Report(WarningKind kind, std::size_t offset, std::string_view key, std::string_view text) {
+    Report(kind, offset, key, TextParts{text});
+  }
+  /// The same with a text in parts, which are only put together where somebody will see it.
+  void Report(WarningKind kind, std::size_t offset, std::string_view key, TextParts text);
 
  private:
   Warnings* to_;

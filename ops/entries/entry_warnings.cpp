@@ -43,11 +43,14 @@ std::string Essence(std::string_view value) {
   return essence;
 }
 
+std::string_view AfterKey(std::string_view entry) {
+  return entry.substr(std::min(entry.find(','), entry.size()));
+}
+
 /// What the entry has for the telling tags, in their order.
 std::array<std::string, kTellingTags.size()> TellingValues(std::string_view entry) {
   std::array<std::string, kTellingTags.size()> values;
-  entry.remove_prefix(std::min(entry.find(','), entry.size()));
-  for (const LineTag& tag : TagsOf(entry)) {
+  for (const LineTag& tag : TagsOf(AfterKey(entry))) {
     for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
       if (values[i].empty() && EqualNoCase(tag.name, kTellingTags[i])) {
         values[i] = Essence(tag.value);
@@ -65,7 +68,7 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
   for (const Field field : group.compared) {
     if (entry[field].Text().empty() || entry[field].Place() == 0) continue;
     const std::string_view tag = NameOf(field);
-    const std::string_view line = TagNameOf(LineAt(library, entry[field].Place()));
+    const std::string_view line = TagNameOf(library.substr(entry[field].Place()));
     if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Place()});
   }
   return values;
@@ -85,6 +88,7 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start) {
 }
 
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two) {
+  if (AfterKey(one) == AfterKey(two)) return {};  // most doubles: copies
   const auto first = TellingValues(one);
   const auto second = TellingValues(two);
   std::vector<std::string_view> differing;

@@ -2,6 +2,7 @@
 #include "ops/journals/journal_lines.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -25,6 +26,9 @@ bool BeginsIgnoringBlanks(std::string_view text, std::string_view letters) {
   return true;
 }
 
+/// What a head and the word "journal" begin with.
+constexpr std::string_view kInitials = "@jJ";
+
 bool IsAscii(std::string_view text) {
   return std::none_of(text.begin(), text.end(),
                       [](char byte) { return static_cast<signed char>(byte) < 0; });
@@ -40,11 +44,15 @@ class JournalRenamer {
         log_(log),
         journals_(journals),
         settings_(settings),
-        warnings_(warnings) {}
+        warnings_(warnings) {
+    for (std::size_t i = 0; i < kInitials.size(); ++i) initials_[i] = FindInitial(i);
+  }
 
   void Walk();
 
  private:
+  std::size_t FindInitial(std::size_t i) const;
+  std::size_t NextInitial();
   void HandleJournalLine(Line& line);
   void ReportHead();
   void ReportBracing(std::string_view line);
@@ -59,7 +67,8 @@ class JournalRenamer {
   const JournalTable& journals_;
   const Settings& settings_;
   FileWarnings& warnings_;
-  Tally unknown_;  // names that are not in the list
+  Tally unknown_;                                         // names that are not in the list
+  std::array<std::size_t, kInitials.size()> initials_{};  // the next of each
   std::string bibitem_;
   std::string value_;
   int changes_ = 0;
@@ -67,7 +76,13 @@ class JournalRenamer {
 };
 
 void JournalRenamer::Walk() {
-  for (Line line; ReadLine(input_, limits::kPairLine, line);) {
+  std::size_t copied = 0;  // the bytes that were read and written
+  for (;; copied = input_.Position()) {
+    const auto text = input_.ReadLineHolding(NextInitial(), limits::kPairLine);
+    const std::size_t start = input_.Position() - (text ? text->size() : 0);
+    library_.Write(input_.Bytes().substr(copied, start - copied));
+    if (!text) break;
+    Line line(*text);
     const bool is_head = IsKnownEntry(line);
     if (is_head) bibitem_ = CopyUntilChar(line.Text(), '{', ',');
     if (MentionsJournal(line.Text())) {
@@ -79,6 +94,20 @@ void JournalRenamer::Walk() {
   }
   ReportUnknown();
   log_.Write({"\n\n", std::to_string(changes_), " changes have been made in total. "});
+}
+
+/// The next of one of `kInitials`, or the size of the input.
+std::size_t JournalRenamer::FindInitial(std::size_t i) const {
+  return std::min(input_.Bytes().find(kInitials[i], input_.Position()), input_.Bytes().size());
+}
+
+/// The next of all of them. Lines without one are copied as they are, many at once: most of a
+/// library.
+std::size_t JournalRenamer::NextInitial() {
+  for (std::size_t i = 0; i < kInitials.size(); ++i) {
+    if (initials_[i] < input_.Position()) initials_[i] = FindInitial(i);
+  }
+  return *std::min_element(initials_.begin(), initials_.end());
 }
 
 void JournalRenamer::HandleJournalLine(Line& line) {
