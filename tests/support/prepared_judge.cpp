@@ -275,10 +275,11 @@ std::vector<std::pair<std::string, Values>> ReadAsText(std::string_view library)
   return entries;
 }
 
-/// Whether the values that an operation read are those of the tags.
+/// Whether the values that an operation read are those of the tags; white space and braces aside
+/// where the library is as its author wrote it.
 std::string CompareRead(const PlainBibLibrary& library,
                         const std::vector<std::pair<std::string, Values>>& read, const Told& told,
-                        const std::string& reader) {
+                        const std::string& reader, bool is_raw = false) {
   std::size_t next = 0;
   for (const PlainBibEntry& entry : library.entries) {
     const auto warned = told.find(entry.key);
@@ -297,8 +298,12 @@ std::string CompareRead(const PlainBibLibrary& library,
     if (is_told(WarningKind::kMisreadTag)) continue;
     for (const auto& [name, value] : values) {
       if (reader == "Compare" && !IsCompared(entry.type, name)) continue;
+      // A verdict that rests on the wrong title is warned of where it is given.
+      if (is_raw && name == "title" && entry.Holds("booktitle")) continue;
       std::string wanted = entry.Value(name);
       if (name == "title" && !entry.Holds(name)) wanted = entry.Value("booktitle");
+      // Where a brace too many ends the entry for BibTeX, operations may read on.
+      if (is_raw && (wanted.empty() || Bare(value) == Bare(wanted))) continue;
       if (value == wanted) continue;
       return reader + " reads '" + value + "' as the " + name + " of '" + key + "'";
     }
@@ -395,6 +400,14 @@ std::string JudgePrepared(std::string_view library, const PrepareOptions& option
   if (!broken.empty()) return broken;
   const Prepared again = PrepareLibrary(prepared.library, options, [](const PrepareWarning&) {});
   return FindChange(prepared.library, again.library);
+}
+
+std::string JudgeReading(std::string_view bytes) {
+  const PlainBibLibrary library = ReadPlainBib(bytes);
+  if (!library.is_whole) return {};
+  std::string broken = CompareRead(library, ReadAsCompare(bytes), {}, "Compare", true);
+  if (broken.empty()) broken = CompareRead(library, ReadAsText(bytes), {}, "Text", true);
+  return broken;
 }
 
 }  // namespace tarvel::testing
