@@ -14,6 +14,7 @@
 #include <filesystem>
 
 #include "app/globals.h"
+#include "tests/support/failing_calls.h"
 
 namespace tarvel {
 namespace {
@@ -121,6 +122,25 @@ TEST(DirectoryOf, CutsAtTheLastSlash) {
   EXPECT_EQ(DirectoryOf("/tarvel"), "") << "an executable in the root directory";
   EXPECT_EQ(DirectoryOf("tarvel"), "");
   EXPECT_EQ(DirectoryOf(""), "");
+}
+
+TEST(PrepareProcess, HoldsAClosedStreamWithoutANullDeviceToo) {
+  EXPECT_EQ(InChild([] {
+              close(0);
+              const testing::FailingCall no_device("open", EMFILE);
+              PrepareProcess();
+              return no_device.Failed() && fcntl(0, F_GETFD) >= 0 && write(0, "x", 1) < 0 ? 0 : 11;
+            }),
+            0);
+}
+
+TEST(GetProgramDirectory, IsEmptyWhereTheSystemDoesNotSay) {
+  const testing::FailingCall no_proc("readlink", EACCES);
+  PathBuffer directory("directory");
+  PathBuffer executable("executable");
+  EXPECT_EQ(GetProgramDirectory(directory, executable), 1);
+  EXPECT_TRUE(directory.Empty());
+  EXPECT_TRUE(executable.Empty());
 }
 
 }  // namespace
