@@ -52,7 +52,6 @@ test_wanted="
 "
 coverage_wanted="
 /usr/bin/gcov                     gcc
-/usr/bin/gcovr                    gcovr
 "
 package_wanted="
 /usr/share/build-essential/essential-packages-list build-essential

@@ -92,6 +92,7 @@ void EntryFormer::GuardTag(FormedTag& tag) {
   if (!tag.IsNeeded() && (may_go || HoldsAt(tag.name))) return LeaveOut(tag, facts, harm);
   if (!harm.Any() && !is_misread && HasFewLines(tag)) return;
   GuardHarm(tag, harm, harmful);
+  if (IsTitle(tag.name)) GuardTitle(tag);  // it may end with a group now
   const bool is_head = harm.is_at && LooksLikeHead(tag.value);
   const bool swallows = harm.words != 0 && FitOf(tag.name, tag.value) >= LineFit::kTangledLines;
   if (is_head || swallows) {

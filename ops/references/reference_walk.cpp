@@ -222,9 +222,9 @@ bool ReferenceWalk::PassesOver(const TagRead& tag) const {
     case PassOver::kBooktitleAnyCase:
       return ContainsNoCase(line_.Text(), kBooktitleTag);
     case PassOver::kBooktitleLowerCase:
-      return line_.Text().find(kBooktitleTag) != std::string_view::npos;
+      break;
   }
-  return false;
+  return line_.Text().find(kBooktitleTag) != std::string_view::npos;
 }
 
 void ReferenceWalk::Treat(const TagRead& tag) {

@@ -16,7 +16,7 @@
 #include "core/pending_file.h"
 #include "tests/support/child.h"
 #include "tests/support/disk_files.h"
-#include "tests/support/no_unnamed_files.h"
+#include "tests/support/failing_calls.h"
 
 namespace tarvel {
 namespace {
@@ -103,8 +103,8 @@ TEST(PrepareProcess, LeavesTheEndBySignalsAsTheShellExpectsIt) {
 TEST(PrepareProcess, RemovesTemporaryFilesWhenASignalEndsTheRun) {
   const testing::TemporaryDirectory directory;
   const int status = InChild([&] {
-    testing::RefuseUnnamedFiles();
     PrepareProcess();
+    const testing::FailingCalls no_unnamed_files("access", ENOENT);
     const auto file = CreatePendingFile(directory / "lit_journals.bib", CreateMode::kWrite);
     if (std::filesystem::is_empty(directory / "")) return 1;
     raise(SIGINT);
@@ -127,6 +127,25 @@ TEST(DirectoryOf, CutsAtTheLastSlash) {
   EXPECT_EQ(DirectoryOf("/tarvel"), "") << "an executable in the root directory";
   EXPECT_EQ(DirectoryOf("tarvel"), "");
   EXPECT_EQ(DirectoryOf(""), "");
+}
+
+TEST(PrepareProcess, HoldsAClosedStreamWithoutANullDeviceToo) {
+  EXPECT_EQ(InChild([] {
+              close(0);
+              const testing::FailingCall no_device("open", EMFILE);
+              PrepareProcess();
+              return no_device.Failed() && fcntl(0, F_GETFD) >= 0 && write(0, "x", 1) < 0 ? 0 : 11;
+            }),
+            0);
+}
+
+TEST(GetProgramDirectory, IsEmptyWhereTheSystemDoesNotSay) {
+  const testing::FailingCall no_proc("readlink", EACCES);
+  PathBuffer directory("directory");
+  PathBuffer executable("executable");
+  EXPECT_EQ(GetProgramDirectory(directory, executable), 1);
+  EXPECT_TRUE(directory.Empty());
+  EXPECT_TRUE(executable.Empty());
 }
 
 }  // namespace

@@ -4,11 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include <filesystem>
 #include <string>
 
 #include "batch/request.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/failing_calls.h"
+#include "tests/support/recording_reporter.h"
 
 namespace tarvel {
 namespace {
@@ -35,6 +39,47 @@ TEST(Rekey, WritesBesideTheDocumentOrWhereItIsAskedTo) {
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(RunRekeyCommand(request), 1) << "the output cannot be written";
   EXPECT_NE(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Rekey, SaysWhatItReplacedAndWhatItDidNotRead) {
+  const testing::TemporaryDirectory directory;
+  testing::WriteDiskFile(directory / "keys", "a\tb\nk\tk_a\nc\td\nc\te\n");
+  testing::WriteDiskFile(directory / "one.tex", "\\cite{a}\n\\mycite{a}\n");
+  testing::WriteDiskFile(directory / "two.tex", "\\cite{a,k}\n");
+  BatchRequest request;
+  request.files = {directory / "keys", directory / "one.tex", directory / "two.tex"};
+  testing::RecordingReporter reporter;
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(RunRekeyCommand(request), 0);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            (directory / "one_rekeyed.tex") + ": 1 key replaced\n" +
+                (directory / "two_rekeyed.tex") + ": 2 keys replaced\n");
+  EXPECT_EQ(reporter.warnings.size(), 3U);
+  EXPECT_EQ(reporter.warnings.back(),
+            (directory / "one.tex") + ":2: warning: '\\mycite' is not read [other-citation]");
+  request.quiet = true;
+  reporter.warnings.clear();
+  EXPECT_EQ(RunRekeyCommand(request), 0);
+  EXPECT_TRUE(reporter.warnings.empty());
+}
+
+TEST(Rekey, GoesOnWithTheOtherDocumentsAfterOneThatFails) {
+  const testing::TemporaryDirectory directory;
+  testing::WriteDiskFile(directory / "keys", "a\tb\n");
+  testing::WriteDiskFile(directory / "one.tex", "\\cite{a}");
+  testing::WriteDiskFile(directory / "two.tex", "\\cite{a}");
+  BatchRequest request;
+  request.quiet = true;
+  request.files = {directory / "keys", directory / "one.tex", directory / "two.tex"};
+  ::testing::internal::CaptureStderr();
+  {
+    const testing::FailingCall full("write", ENOSPC);
+    EXPECT_EQ(RunRekeyCommand(request), 1);
+  }
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarvel-batch: could not write the file '" +
+                                                          (directory / "one_rekeyed.tex") +
+                                                          "': No space left on device\n");
+  EXPECT_EQ(testing::ReadDiskFile(directory / "two_rekeyed.tex"), "\\cite{b}");
 }
 
 }  // namespace

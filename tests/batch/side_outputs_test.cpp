@@ -45,5 +45,24 @@ TEST(RunWithSideFiles, HandsTheFilesToTheRun) {
   EXPECT_EQ(RunWithSideFiles(request, [] { return true; }), 1) << "it cannot be created";
 }
 
+TEST(RunWithSideFiles, FailsWhereAFileTakesNoByte) {
+  BatchRequest request;
+  request.key_map_file = "/dev/full";
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(RunWithSideFiles(request,
+                             [] {
+                               GlobalWarningOutputs.key_map->Write("x");
+                               return true;
+                             }),
+            1);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "tarvel-batch: could not write the file '/dev/full': No space left on device\n");
+  request.key_map_file = "/nowhere/keys";
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(RunWithSideFiles(request, [] { return true; }), 1);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "tarvel-batch: could not create the file '/nowhere/keys'\n");
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -5,8 +5,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <string>
+
+#include "tests/support/failing_calls.h"
 
 namespace tarvel {
 namespace {
@@ -39,6 +42,27 @@ TEST(FileSink, GivesTheReasonOfAFailure) {
   FileSink readable(open("/dev/null", O_RDONLY));
   EXPECT_EQ(readable.Write("x"), "Bad file descriptor");
   EXPECT_EQ(readable.Close(), "");
+}
+
+TEST(FileSink, GoesOnAfterASignalAndNotAfterAFailure) {
+  using testing::FailingCall;
+  FileSink sink(open("/dev/null", O_WRONLY));
+  {
+    const FailingCall broken_off("write", EINTR);
+    EXPECT_EQ(sink.Write("x"), "");
+    EXPECT_TRUE(broken_off.Failed());
+  }
+  {
+    const FailingCall nothing_taken("write", 0);
+    EXPECT_EQ(sink.Write("x"), "Input/output error") << "it would never end";
+  }
+  {
+    const FailingCall broken_off("close", EINTR);
+    EXPECT_EQ(sink.Close(), "");
+  }
+  FileSink other(open("/dev/null", O_WRONLY));
+  const FailingCall full("close", ENOSPC);
+  EXPECT_EQ(other.Close(), "No space left on device");
 }
 
 }  // namespace

@@ -5,11 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "tests/support/disk_files.h"
+#include "tests/support/failing_calls.h"
 
 namespace tarvel {
 namespace {
@@ -48,6 +50,28 @@ TEST(RealFileSystem, OpensRegularFilesOnlyAndWaitsForNone) {
     EXPECT_EQ(RealFileSystem().OpenSource(path, ReadMode::kUpdate), nullptr) << path;
     EXPECT_FALSE(RealFileSystem().StateAt(path)) << path;
   }
+}
+
+TEST(RealFileSystem, ReadsOnAfterASignalAndGivesUpWhenTheSystemDoes) {
+  using testing::FailingCall;
+  const TemporaryDirectory directory;
+  const std::string path = directory / "file";
+  testing::WriteDiskFile(path, "one\n");
+  FileSystem& files = RealFileSystem();
+  {
+    const FailingCall broken_off("read", EINTR);
+    const auto lines = files.OpenLines(path, ReadMode::kRead);
+    ASSERT_TRUE(lines);
+    EXPECT_EQ(lines->Bytes(), "one\n");
+    EXPECT_TRUE(broken_off.Failed());
+  }
+  for (const char* const call : {"read", "open", "fstat", "stat"}) {
+    const FailingCall failing(call, EIO);
+    EXPECT_FALSE(files.OpenLines(path, ReadMode::kRead)) << call;
+    EXPECT_TRUE(failing.Failed()) << call;
+  }
+  const FailingCall second("stat", EIO, 2);
+  EXPECT_FALSE(files.IsSameFile(path, path));
 }
 
 TEST(RealFileSystem, KnowsAFileFromItsChangedSelfAndFromOthers) {

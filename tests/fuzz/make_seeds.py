@@ -28,6 +28,17 @@ OPTION_LINES = [
 ]
 
 
+KEY_MAP = b"a\tb\nb\ta\r\none\tun\\xe9\nc d\tc\\td\nk\tk_a\n"
+DOCUMENTS = [
+    b"\\cite{a,b, one ,%a\n c d}\\citep[see][p. \\cite{k}]{a}\\cites(x)(y)[1]{a}[2]{b} \\cite*<b>{a}\n",
+    b"\\volcite[a]{b}[2]{a}\\Volcites(x)(y){2}{a}{3}[k]{b}\\shortcites{a}{b}\\footcitetexts{a}{b}\n",
+    b"\\verb|\\cite{a}| \\lstinline[x]{\\cite{a}} \\url{%}\\cite{a}\\mintinline{c}{\\cite{a}}\n"
+    b"\\begin{verbatim}\\cite{a}\\end{verbatim}\\iffalse\\cite{a}\\ifx\\fi\\else\\cite{a}\\fi\n",
+    b"\\input a \\include{b}\\cite\n{a}\\cite{a\n\n}\\cite\n\n{a}\\cite{#1,\\a}\\cite{a}\\end{document}\\cite{a}",
+    b"\\cite{a\\cite{a}\\cite{a}\\endinput\\cite{a}",
+]
+
+
 def repeated(count, byte):
     return b"\xfd" + bytes([count // 256, count % 256]) + byte
 
@@ -135,10 +146,14 @@ def main():
     clients = sorted((source / "tests/clients/libraries").glob("*.bib"))
     for library in libraries + list(long_lines()) + [file.read_bytes() for file in clients]:
         write(seeds / "prepare", "library", DEFAULTS + library)
+        write(seeds / "check", "library", DEFAULTS + library)
     write_settings(seeds, b"@article{one,\n author = {A. Berg and Carl Dee},\n title = {T},\n"
                    b" journal = {J. Phys.},\n year = {2001},\n volume = {2},\n pages = {3--4}\n}\n"
                    b"@phdthesis{two,\n author = {E. Fir},\n school = {S},\n note = {n}\n}\n")
     write_configuration(source, seeds)
+    for document in DOCUMENTS + [file.read_bytes() for file in
+                                 sorted((source / "tests").glob("*/**/*.tex"))]:
+        write(seeds / "rekey", "document", DEFAULTS + KEY_MAP + SEPARATOR + document)
     for line in OPTION_LINES:
         write(seeds / "options", "line", line.replace(" ", "\0").encode())
     for found in sorted((source / "tests/fuzz/found").glob("*/*")):

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // One target for every reader of bytes that others wrote: the operations, the configuration files,
-// the line-ending conversion and the command line. Each runs the program's own code on files in
-// memory and holds it to what it promises whatever it reads.
+// the line-ending conversion, the commands and the command line. Each runs the program's own code
+// on files in memory, holds it to what it promises whatever it reads, and compares every byte that
+// it writes with what the plain version of the same gives.
 #include "tests/fuzz/targets.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +19,10 @@
 #include "gui/line_endings.h"
 #include "ops/journal_styles.h"
 #include "ops/operations.h"
+#include "tests/fuzz/commands.h"
 #include "tests/fuzz/fuzz_input.h"
+#include "tests/fuzz/promise.h"
+#include "tests/fuzz/twins.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/operation_runs.h"
 #include "tests/support/prepared_judge.h"
@@ -30,24 +35,23 @@ using testing::MemoryFiles;
 using testing::OperationRun;
 using Files = std::map<std::string, std::string>;
 
-void Promise(bool kept, const char* what) {
-  if (kept) return;
-  std::fprintf(stderr, "broken promise: %s\n", what);
-  std::abort();
-}
-
-/// Says nothing, so that a run takes no time for it, and counts the boxes.
+/// Keeps what is printed and counts the boxes.
 class CountingReporter final : public Reporter {
  public:
   CountingReporter() { InstallReporter(*this); }
-  int Print(std::string_view text) override { return static_cast<int>(text.size()); }
+  int Print(std::string_view text) override {
+    printed += text;
+    return static_cast<int>(text.size());
+  }
   void Box(std::string_view, std::string_view) override { ++boxes; }
   void Warn(std::string_view) override {}
+  std::string printed;
   int boxes = 0;
 };
 
 CountingReporter& Reports() {
   static CountingReporter reporter;
+  reporter.printed.clear();
   reporter.boxes = 0;
   return reporter;
 }
@@ -77,13 +81,27 @@ void HoldOutputs(const OperationRun& operation, const RunContext& run, const Fil
   }
 }
 
-/// A log may tell of every byte of a line together with the line's key, and so be the square of the
-/// line. No more than this of an output is kept; then the disk is full.
-constexpr std::size_t kMostOutput = std::size_t{1} << 20;
+/// Holds a run to the plain version of its operation.
+void HoldToTwin(const OperationRun& operation, const RunContext& run, const Files& inputs,
+                const Files& files, int result, const std::string& printed) {
+  for (const auto& [path, bytes] : files) {
+    if (bytes.size() == kMostOutput) return;  // the disk was full
+  }
+  const std::optional<Expected> expected = ExpectedOf(operation.name, run, inputs);
+  if (!expected) return;
+  Promise(result == expected->result, "the result is the plain version's");
+  for (const auto& [path, bytes] : expected->files) {
+    const auto written = files.find(path);
+    Promise(written != files.end(), "every file of the plain version is written");
+    Promise(written->second == bytes, "every byte is the plain version's");
+  }
+  Promise(files.size() == inputs.size() + expected->files.size(), "no other file is written");
+  Promise(!expected->printed || printed == *expected->printed, "the same is printed");
+}
 
 void HoldRun(const OperationRun& operation, const RunContext& run, MemoryFiles& files,
              bool run_twice) {
-  Reports();
+  const CountingReporter& reports = Reports();
   GlobalJournalStyles = {};  // formats of earlier inputs must not be needed to repeat a finding
   files.most_room = kMostOutput;
   const Files inputs = files.files;
@@ -91,6 +109,7 @@ void HoldRun(const OperationRun& operation, const RunContext& run, MemoryFiles& 
   Promise(result == kSucceeded || result == kFailed || result == kInputNotOpened,
           "a result is 1, 0 or 2999");
   HoldOutputs(operation, run, inputs, files.files, result == kSucceeded);
+  HoldToTwin(operation, run, inputs, files.files, result, reports.printed);
   if (!run_twice) return;
   const Files after = files.files;
   Promise(operation.run(run) == result, "a second run ends as the first");
@@ -210,10 +229,18 @@ void FuzzOptions(std::string_view input) {
 
 }  // namespace
 
+void Promise(bool kept, const char* what) {
+  if (kept) return;
+  std::fprintf(stderr, "broken promise: %s\n", what);
+  std::abort();
+}
+
 void RunTarget(std::string_view name, std::string_view input) {
   if (name == "options") return FuzzOptions(input);
   const FuzzInput decoded = Decode(input);
   if (name == "prepare") return FuzzPrepare(decoded);
+  if (name == "check") return FuzzCheck(decoded);
+  if (name == "rekey") return FuzzRekey(decoded);
   if (name == "line-endings") return FuzzLineEndings(decoded);
   if (name == "style-file") return FuzzConfiguration("extract", kStylesFile, decoded);
   if (name == "command-file") return FuzzConfiguration("text", kLaTeXCommandsFile, decoded);

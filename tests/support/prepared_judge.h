@@ -21,4 +21,9 @@ namespace tarvel::testing {
 /// grammar is held to the last four only.
 std::string JudgePrepared(std::string_view library, const PrepareOptions& options);
 
+/// Reads a library as Compare and as Text do and holds the values to those that BibTeX reads, white
+/// space and braces aside. Gives an empty text, or what they read wrongly. Also empty when the
+/// library breaks BibTeX's grammar. For libraries of which nothing is warned.
+std::string JudgeReading(std::string_view library);
+
 }  // namespace tarvel::testing

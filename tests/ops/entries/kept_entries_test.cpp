@@ -69,5 +69,38 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
   EXPECT_EQ(entries.WithKey("k")->Size(), 1U);
 }
 
+TEST(EntryList, HoldsOneOrSeveral) {
+  TextStore texts;
+  const KeptEntry one(Book("k", "T"), 10, 20, texts);
+  const KeptEntry two(Book("k", "U"), 20, 30, texts);
+  const KeptEntry three(Book("k", "V"), 30, 40, texts);
+  const auto any = [](const KeptEntry&) { return true; };
+  const auto none = [](const KeptEntry&) { return false; };
+  const auto later = [](const KeptEntry& entry) { return entry.head > 10; };
+  EntryList list;
+  EXPECT_EQ(list.Size(), 0U);
+  EXPECT_EQ(list.CountUpTo(three), 0U);
+  EXPECT_EQ(list.First(any), nullptr);
+  list.Remove(one);
+  list.Add(two);
+  list.Remove(one);
+  EXPECT_EQ(list.Size(), 1U);
+  EXPECT_EQ(list.CountUpTo(one), 0U);
+  EXPECT_EQ(list.CountUpTo(two), 1U);
+  EXPECT_EQ(list.First(any), &two);
+  EXPECT_EQ(list.First(none), nullptr);
+  list.Add(three);
+  list.Add(one);
+  EXPECT_EQ(list.Size(), 3U);
+  EXPECT_EQ(list.CountUpTo(two), 2U);
+  EXPECT_EQ(list.First(), &one);
+  EXPECT_EQ(list.First(later), &two);
+  EXPECT_EQ(list.First(none), nullptr);
+  list.Remove(one);
+  list.Remove(three);
+  EXPECT_EQ(list.First(), &two);
+  EXPECT_EQ(list.Size(), 1U);
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -405,5 +405,9 @@ TEST(RunPrepare, TellsWhyItFails) {
       << "a path without a \".\"";
 }
 
+TEST(Prepare, GuardsTheEndOfATitleThatAGroupWasPutTo) {
+  EXPECT_EQ(Tags("title={Some {pages} @}"), "  title = {Some {pa{}ges} @{}\\/}\n");
+}
+
 }  // namespace
 }  // namespace tarvel

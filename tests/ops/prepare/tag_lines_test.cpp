@@ -98,5 +98,11 @@ TEST(TagLines, APreambleIsBrokenLikeAValue) {
   EXPECT_LT(LongestLine(library), 1000U);
 }
 
+TEST(TagLines, ItIsBrokenBeforeAWordThatOnlyBeginsLikeATag) {
+  const std::string words = Repeat("author ", 300) + "author";
+  EXPECT_EQ(ReadBack(Lines("note", words)), words);
+  EXPECT_NE(Lines("note", words).find("\n    author"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tarvel
