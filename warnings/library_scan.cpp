@@ -77,6 +77,7 @@ class LibraryScan {
     return static_cast<std::size_t>(part.data() - bytes_.data());
   }
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
+  bool HasBraceFrom(std::string_view line, std::size_t at);
   bool MentionsReadTag(std::string_view line, std::size_t offset);
 
   std::string_view bytes_;  // up to the end of the range
@@ -103,6 +104,8 @@ class LibraryScan {
   std::optional<NameMatcher> read_tags_;
   const char* asked_line_ = nullptr;
   bool asked_answer_ = false;
+  const char* brace_line_ = nullptr;  // of which the next "{" is known
+  std::size_t next_brace_ = 0;
 };
 
 void LibraryScan::Run() {
@@ -337,10 +340,10 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    const bool brace = line.find('{', at) != std::string_view::npos;
     ReportUnbraced(line, offset,
-                   brace ? "has no braces around it and is read from the first brace on"
-                         : "has no braces around it and is read as empty");
+                   HasBraceFrom(line, at)
+                       ? "has no braces around it and is read from the first brace on"
+                       : "has no braces around it and is read as empty");
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -348,6 +351,15 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   state_ = State::kInEntry;
   return kBareEnds.Find(line, at);
+}
+
+/// Whether a "{" stands on the line from `at` on: searched for once, however many values ask.
+bool LibraryScan::HasBraceFrom(std::string_view line, std::size_t at) {
+  if (brace_line_ != line.data() || next_brace_ < at) {
+    brace_line_ = line.data();
+    next_brace_ = std::min(line.find('{', at), line.size());
+  }
+  return next_brace_ < line.size();
 }
 
 /// Goes on through a value in braces or quotes; returns where it ends.
