@@ -137,7 +137,7 @@ double RunFloor(Options& options) {
   double sum = 0;
   for (std::string& file : options.reads) sum += CpuOf({wc, lines, file.data(), nullptr});
   glob_t written{};
-  if (!options.writes.empty() && glob(options.writes.c_str(), 0, nullptr, &written) == 0) {
+  if (!options.writes.empty() && glob(options.writes.c_str(), GLOB_BRACE, nullptr, &written) == 0) {
     std::vector<char*> command{cat};
     command.insert(command.end(), written.gl_pathv, written.gl_pathv + written.gl_pathc);
     command.push_back(nullptr);
@@ -209,7 +209,7 @@ int Main(int argc, char** argv) {
   while (cpu.size() < options.runs && spent < options.enough && last.status != 124) {
     clear();
     if (!options.also.empty()) {
-      other.push_back(CpuOf(with_other));
+      other.push_back(RunOnce(with_other.data(), streams, options.timeout).cpu);
       clear();
     }
     last = RunOnce(options.command.data(), streams, options.timeout);

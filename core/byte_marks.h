@@ -94,14 +94,13 @@ inline ByteMarks::Line ByteMarks::NextLine(std::size_t from, std::size_t most) {
   for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
     if (at == window_end && at > from && from - begin_ < kWindow * kWordSize) Load(from);
     const Word& word = WordAt(at);
+    const std::size_t word_begin = at / kWordSize * kWordSize;
+    if (end - word_begin < kWordSize) bits &= ~From(end);
     const std::uint64_t breaks = word.breaks & bits;
     if (breaks != 0) bits &= breaks ^ (breaks - 1);
     ats |= word.ats & bits;
     odd |= word.odd & bits;
-    if (breaks != 0) {
-      const std::size_t next = at / kWordSize * kWordSize + FirstOf(breaks) + 1;
-      return {std::min(next, end), ats != 0, odd == 0};
-    }
+    if (breaks != 0) return {word_begin + FirstOf(breaks) + 1, ats != 0, odd == 0};
     bits = ~std::uint64_t{0};
   }
   return {end, ats != 0, odd == 0};

@@ -11,7 +11,7 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kCodes = 32;
-constexpr std::size_t kLongestStep = 3;
+constexpr std::size_t kLongestStep = 5;
 
 /// The lower five bits of a byte: the same for both cases of a letter.
 constexpr std::size_t CodeOf(char byte) { return static_cast<unsigned char>(byte) % kCodes; }

@@ -183,13 +183,12 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
   const std::string_view name = TagNameOf(line);
   const std::string_view shown = name.empty() ? tag : name;
   left_out_.Add(shown, place_);
-  const auto open = std::count(line.begin(), line.end(), '{');
-  const auto close = std::count(line.begin(), line.end(), '}');
-  if (open > close) {
+  const std::ptrdiff_t open = OpenBraces(line);
+  if (open > 0) {
     warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
                      {"the line of ", Quoted(shown),
                       " was left out, but its value goes on on the next lines, which stayed"});
-  } else if (open < close) {
+  } else if (open < 0) {
     warnings_.Report(
         WarningKind::kTornValue, place_, bibitem_,
         {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});

@@ -267,7 +267,7 @@ void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
   if (!input_warnings_.Wanted()) return;
   const std::string_view text = Trim(line, kBlanks);
   const bool starts_own = text.starts_with('@');
-  const bool says_nothing = IsFileHeader(text) || text == "}" || text == ")";
+  const bool says_nothing = text == "}" || text == ")" || IsFileHeader(text);
   if (!says_nothing && (starts_own || !in_text_)) {
     input_warnings_.Report(WarningKind::kTextNotCopied, start, {},
                            "text outside entries was not copied: " + Quoted(text));

@@ -151,13 +151,16 @@ void Comparison::ReportEqual(const KnownEntry& known, bool same_key) {
   if (!second_warnings_.Wanted()) return;
   const std::string_view bytes = second_stream_.Bytes();
   const std::size_t start = second_.Start();
+  const std::string_view known_bytes = first_stream_.Bytes();
+  const bool copies = AreCopies(bytes.substr(start), known_bytes.substr(known.start));
   ReportVerdict(
       {.key = second_.Entry().key,
        .other = known.key,
        .offset = start,
        .verdict = "is taken for the first library's entry"},
       same_key ? std::vector<Misread>() : MisreadValues(known.rule->group, second_.Entry(), bytes),
-      DifferingTags(EntryTextAt(bytes, start), EntryTextAt(first_stream_.Bytes(), known.start)),
+      copies ? std::vector<std::string_view>()
+             : DifferingTags(EntryTextAt(bytes, start), EntryTextAt(known_bytes, known.start)),
       second_warnings_);
 }
 

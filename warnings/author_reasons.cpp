@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "core/byte_set.h"
 #include "core/name_list.h"
 #include "core/text_primitives.h"
 #include "warnings/warnings.h"
@@ -15,6 +16,8 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
+
+constexpr ByteSet kBetweenWords(" ~");
 
 bool HasComma(std::string_view name) { return name.find(',') != kNone; }
 
@@ -45,9 +48,10 @@ constexpr std::array kSuffixes{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv};
 
 std::vector<std::string_view> WordsOf(std::string_view text) {
   std::vector<std::string_view> words;
+  words.reserve(4);
   for (std::size_t at = 0; at < text.size();) {
-    const std::size_t begin = std::min(text.find_first_not_of(" ~", at), text.size());
-    at = std::min(text.find_first_of(" ~", begin), text.size());
+    const std::size_t begin = kBetweenWords.FindOther(text, at);
+    at = kBetweenWords.Find(text, begin);
     if (begin < at) words.push_back(text.substr(begin, at - begin));
   }
   return words;
@@ -59,7 +63,10 @@ bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words
                      [word](std::string_view other) { return EqualNoCase(word, other); });
 }
 
-bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
+bool IsSuffix(std::string_view word) {
+  word = TrimEnd(word, [](char byte) { return byte == '.' || byte == ','; });
+  return !word.empty() && IsOneOf(Trim(word, ".,"), kSuffixes);
+}
 
 /// Whether the blanks of a group of braces in the name are gone in the new list.
 bool LostBlanks(std::string_view name, std::string_view new_list) {
@@ -118,8 +125,8 @@ std::string WhyNoKnownForm(std::string_view list) {
     return Quoted(only) + " is a single name with a comma";
   }
   if (HasComma(list)) return Quoted(plain) + " has no comma, but other names have one";
-  const std::string_view word =
-      FirstName(list, [](std::string_view name) { return name.find_first_of(" ~") == kNone; });
+  const std::string_view word = FirstName(
+      list, [](std::string_view name) { return kBetweenWords.Find(name, 0) == name.size(); });
   return Quoted(word.empty() ? plain : word) + " has no first names";
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/byte_marks.h"
+#include "core/byte_set.h"
 #include "core/entry_types.h"
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
@@ -22,30 +23,10 @@ using namespace std::string_view_literals;
 /// What stands after an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
-/// A set of bytes, for loops that skip the others.
-class ByteSet {
- public:
-  constexpr explicit ByteSet(std::string_view bytes) {
-    for (const char byte : bytes) holds_[static_cast<unsigned char>(byte)] = true;
-  }
-  constexpr bool Holds(char byte) const { return holds_[static_cast<unsigned char>(byte)]; }
-  /// The offset of the first of the bytes from `from` on, or the size of the text.
-  std::size_t Find(std::string_view text, std::size_t from) const {
-    while (from < text.size() && !Holds(text[from])) ++from;
-    return from;
-  }
-  /// The same for the first other byte.
-  std::size_t FindOther(std::string_view text, std::size_t from) const {
-    while (from < text.size() && Holds(text[from])) ++from;
-    return from;
-  }
-
- private:
-  std::array<bool, 256> holds_{};
-};
 constexpr ByteSet kBareEnds(",}");
 constexpr ByteSet kBetweenTags(" \t\r\n,");
 constexpr ByteSet kBeforeHead(" \t\r\n}");
+constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
 
 std::string Upper(std::string_view text) {
@@ -96,6 +77,7 @@ class LibraryScan {
     return static_cast<std::size_t>(part.data() - bytes_.data());
   }
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
+  bool HasBraceFrom(std::string_view line, std::size_t at);
   bool MentionsReadTag(std::string_view line, std::size_t offset);
 
   std::string_view bytes_;  // up to the end of the range
@@ -105,6 +87,7 @@ class LibraryScan {
   const ScanRules& rules_;
   FileWarnings& warnings_;
   ValueCounts counts_;
+  std::string upper_;  // the line of a head, its type in capitals
 
   // The entry that is open, or was the last one.
   State state_ = State::kOutside;
@@ -121,6 +104,8 @@ class LibraryScan {
   std::optional<NameMatcher> read_tags_;
   const char* asked_line_ = nullptr;
   bool asked_answer_ = false;
+  const char* brace_line_ = nullptr;  // of which the next "{" is known
+  std::size_t next_brace_ = 0;
 };
 
 void LibraryScan::Run() {
@@ -177,15 +162,15 @@ bool LibraryScan::IsReadTag() const {
 
 /// Takes a line that starts something of its own; false when it does not.
 bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
-  std::string upper(line);
-  if (!IsKnownEntry(upper)) return TakeOtherHead(line, offset);
+  upper_ = line;
+  if (!IsKnownEntry(upper_)) return TakeOtherHead(line, offset);
   const std::size_t at = line.find('@');
   if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
   if (state_ == State::kOutside && line.starts_with('}')) closing_line_ = true;
-  const bool begins_line = line.find_first_not_of(" \t\xEF\xBB\xBF") == at;
+  const bool begins_line = kBeforeEntry.FindOther(line, 0) == at;
   const bool follows = state_ == State::kOutside && !begins_line;
   const std::string_view rest = line.substr(at);
-  TakeKnownHead(CopyUntilChar(std::string_view(upper).substr(at), '@', '{'),
+  TakeKnownHead(CopyUntilChar(std::string_view(upper_).substr(at), '@', '{'),
                 CopyUntilChar(rest, '{', ','), offset);
   if (follows) {
     Report(WarningKind::kSharedLine, offset,
@@ -199,9 +184,8 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
             "with a comma after it"});
   }
   // What stands after the key on the same line.
-  const std::size_t behind = rest.find_first_of(",}");
   line_is_taken_ = true;
-  if (behind != std::string_view::npos) ReadEntryLine(rest.substr(behind), offset);
+  ReadEntryLine(rest.substr(kBareEnds.Find(rest, 0)), offset);
   return true;
 }
 
@@ -356,10 +340,10 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    const bool brace = line.find('{', at) != std::string_view::npos;
     ReportUnbraced(line, offset,
-                   brace ? "has no braces around it and is read from the first brace on"
-                         : "has no braces around it and is read as empty");
+                   HasBraceFrom(line, at)
+                       ? "has no braces around it and is read from the first brace on"
+                       : "has no braces around it and is read as empty");
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -367,6 +351,15 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   state_ = State::kInEntry;
   return kBareEnds.Find(line, at);
+}
+
+/// Whether a "{" stands on the line from `at` on: searched for once, however many values ask.
+bool LibraryScan::HasBraceFrom(std::string_view line, std::size_t at) {
+  if (brace_line_ != line.data() || next_brace_ < at) {
+    brace_line_ = line.data();
+    next_brace_ = std::min(line.find('{', at), line.size());
+  }
+  return next_brace_ < line.size();
 }
 
 /// Goes on through a value in braces or quotes; returns where it ends.

@@ -5,26 +5,27 @@
 
 #include "app/texts.h"
 #include "core/ascii.h"
+#include "core/byte_set.h"
 
 namespace tarvel {
 
 namespace {
 
-constexpr std::string_view kBetweenTags = " \t\r\n,}()#";
+constexpr ByteSet kBetweenTags(" \t\r\n,}()#");
+constexpr ByteSet kNameEnds("=,{}\"\n");
+constexpr ByteSet kBareEnds(",}\n");
+constexpr ByteSet kStops("{}\"");
 
-bool IsNameByte(char byte) {
-  return IsLetter(byte) || (byte >= '0' && byte <= '9') ||
-         std::string_view("_:.+-").find(byte) != std::string_view::npos;
-}
-
-bool IsBlankInLine(char byte) { return IsBlankOrTab(byte) || byte == '\r'; }
+constexpr ByteSet kNameBytes("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:.+-");
+constexpr ByteSet kBlanksInLine(" \t\r");
+constexpr ByteSet kBeforeName(" \t\r,");
 
 /// The size of the value that `text` begins with.
 std::size_t ValueSize(std::string_view text) {
   const char opens = text.empty() ? '\0' : text.front();
-  if (opens != '{' && opens != '"') return std::min(text.find_first_of(",}\n"), text.size());
+  if (opens != '{' && opens != '"') return kBareEnds.Find(text, 0);
   int depth = opens == '{' ? 1 : 0;
-  for (std::size_t at = 1; at < text.size(); ++at) {
+  for (std::size_t at = 1; (at = kStops.Find(text, at)) < text.size(); ++at) {
     if (text[at] == '{') ++depth;
     if (text[at] == '}') --depth;
     const bool closes = opens == '{' ? text[at] == '}' : text[at] == '"';
@@ -36,16 +37,15 @@ std::size_t ValueSize(std::string_view text) {
 }  // namespace
 
 bool IsTagName(std::string_view name) {
-  return !name.empty() && IsLetter(name.front()) &&
-         std::all_of(name.begin(), name.end(), IsNameByte);
+  return !name.empty() && IsLetter(name.front()) && kNameBytes.FindOther(name, 0) == name.size();
 }
 
 std::vector<LineTag> TagsOf(std::string_view text) {
   std::vector<LineTag> tags;
   while (true) {
-    text.remove_prefix(std::min(text.find_first_not_of(kBetweenTags), text.size()));
+    text.remove_prefix(kBetweenTags.FindOther(text, 0));
     if (text.empty()) return tags;
-    const std::size_t end = std::min(text.find_first_of("=,{}\"\n"), text.size());
+    const std::size_t end = kNameEnds.Find(text, 0);
     const std::string_view name = TrimEnd(text.substr(0, end), IsBlank);
     const bool is_tag = end < text.size() && text[end] == '=' && IsTagName(name);
     text.remove_prefix(end);
@@ -62,16 +62,26 @@ std::vector<LineTag> TagsOf(std::string_view text) {
   }
 }
 
+std::ptrdiff_t OpenBraces(std::string_view text) {
+  constexpr std::size_t kShortRun = 127;
+  std::ptrdiff_t open = 0;
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), kShortRun))) {
+    signed char of_run = 0;  // as narrow as the bytes, so that the loop becomes vector code
+    for (const char byte : text.substr(0, kShortRun)) {
+      of_run = static_cast<signed char>(of_run + (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0));
+    }
+    open += of_run;
+  }
+  return open;
+}
+
 std::string_view TagNameOf(std::string_view line) {
-  std::size_t begin = 0;
-  while (begin < line.size() && (IsBlankInLine(line[begin]) || line[begin] == ',')) ++begin;
-  line.remove_prefix(begin);
-  std::size_t end = 0;
-  while (end < line.size() && IsNameByte(line[end])) ++end;
-  std::size_t behind = end;
-  while (behind < line.size() && IsBlankInLine(line[behind])) ++behind;
-  const bool is_tag = behind < line.size() && line[behind] == '=' && IsTagName(line.substr(0, end));
-  return is_tag ? line.substr(0, end) : std::string_view();
+  const std::size_t begin = kBeforeName.FindOther(line, 0);
+  const std::size_t end = kNameBytes.FindOther(line, begin);
+  const std::size_t behind = kBlanksInLine.FindOther(line, end);
+  const bool is_tag =
+      begin < end && IsLetter(line[begin]) && behind < line.size() && line[behind] == '=';
+  return is_tag ? line.substr(begin, end - begin) : std::string_view();
 }
 
 bool IsFileHeader(std::string_view line) {

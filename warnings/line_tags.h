@@ -24,6 +24,9 @@ bool IsTagName(std::string_view name);
 /// it begins with none. Lines after the first are not looked at.
 std::string_view TagNameOf(std::string_view line);
 
+/// How many more braces the text opens than it closes; negative when it closes more.
+std::ptrdiff_t OpenBraces(std::string_view text);
+
 /// Whether the line, given without the blanks around it, is empty, one of the header of this
 /// program's files, or another program's note on the encoding: nobody misses it.
 bool IsFileHeader(std::string_view line);

@@ -12,12 +12,6 @@ namespace {
 
 constexpr std::string_view kStringMarker = "@STRING{";
 
-int OpenBraces(std::string_view text) {
-  int open = 0;
-  for (const char byte : text) open += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
-  return open;
-}
-
 }  // namespace
 
 void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
@@ -129,7 +123,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
 /// Tells of the first line of a text.
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
   const std::string_view text = Trim(line, kBlanks);
-  const bool says_nothing = IsFileHeader(text) || text == "}" || text == "},";
+  const bool says_nothing = text == "}" || text == "}," || IsFileHeader(text);
   if (!says_nothing && (!in_text_ || text.starts_with('@'))) {
     warnings_.Report(WarningKind::kTextNotCopied, place, key_,
                      "text that is of no tag was not copied: " + Quoted(text));

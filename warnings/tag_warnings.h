@@ -46,7 +46,7 @@ class TagWarnings {
   std::string key_;
   bool in_entries_ = false;
   bool in_text_ = false;
-  int depth_ = 0;  // of the braces of a dropped value that goes on
+  std::ptrdiff_t depth_ = 0;  // of the braces of a dropped value that goes on
   Tally unknown_tags_;
   // Of the entry: the tags that were written and under which names they stood.
   std::vector<std::pair<std::string_view, std::string>> written_;

@@ -10,13 +10,23 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
+/// Bytes that can be counted in one byte.
+constexpr std::size_t kShortRun = 128;
 /// The bytes of a warning's text that go to the reporter; the file has all of it.
 constexpr std::size_t kLongestText = 300;
 /// The bytes that are shown of a key or of another text of a library.
 constexpr std::size_t kLongestQuote = 100;
 
 std::size_t CountBreaks(std::string_view bytes) {
-  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+  std::size_t count = 0;
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kShortRun))) {
+    unsigned char breaks = 0;  // as narrow as the bytes, so that the loop becomes vector code
+    for (const char byte : bytes.substr(0, kShortRun)) {
+      breaks = static_cast<unsigned char>(breaks + (byte == '\n' ? 1 : 0));
+    }
+    count += breaks;
+  }
+  return count;
 }
 
 bool IsControl(char byte) { return (byte >= 0 && byte < ' ') || byte == 127; }

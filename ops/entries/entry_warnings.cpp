@@ -87,8 +87,14 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start) {
   return text.substr(0, text.find("\n}"));
 }
 
+bool AreCopies(std::string_view one, std::string_view two) {
+  constexpr std::string_view kEnd = "\n}";
+  const std::size_t end = one.find(kEnd);
+  if (end == std::string_view::npos) return false;
+  return AfterKey(two).starts_with(AfterKey(one.substr(0, end + kEnd.size())));
+}
+
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two) {
-  if (AfterKey(one) == AfterKey(two)) return {};  // most doubles: copies
   const auto first = TellingValues(one);
   const auto second = TellingValues(two);
   std::vector<std::string_view> differing;
@@ -101,9 +107,7 @@ std::vector<std::string_view> DifferingTags(std::string_view one, std::string_vi
 void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings) {
   // Before its last line only the entry's own brace is open.
   const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
-  const auto opened = std::count(copy.begin(), copy.end(), '{');
-  const auto closed = std::count(copy.begin(), copy.end(), '}');
-  if (opened <= closed + 1) return;
+  if (OpenBraces(copy) <= 1) return;
   std::string tags;
   for (const LineTag& tag : TagsOf(EntryTextAt(library, copied.end))) {
     tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));

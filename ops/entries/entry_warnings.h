@@ -34,6 +34,10 @@ void ReportMisread(const std::vector<Misread>& values, std::string_view key,
 /// The lines of the entry that begins at `start`, up to the first that begins with "}".
 std::string_view EntryTextAt(std::string_view library, std::size_t start);
 
+/// Whether two entries have the same lines after their keys, up to the first that begins with "}".
+/// Each text begins with the entry's first line and may go on after its last.
+bool AreCopies(std::string_view one, std::string_view two);
+
 /// The names of those of the tags title, author, year, doi and eprint that the first entry has and
 /// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
 /// with the entry's first line.

@@ -26,6 +26,10 @@ bool BeginsIgnoringBlanks(std::string_view text, std::string_view letters) {
   return true;
 }
 
+bool HoldsBrace(std::string_view line) {
+  return line.find('{') != std::string_view::npos || line.find('}') != std::string_view::npos;
+}
+
 /// What a head and the word "journal" begin with.
 constexpr std::string_view kInitials = "@jJ";
 
@@ -140,7 +144,7 @@ void JournalRenamer::ReportHead() {
 /// Reports a line without braces that becomes one with braces: what it loses, and that a macro or
 /// quotes become a part of the value.
 void JournalRenamer::ReportBracing(std::string_view line) {
-  if (!warnings_.Wanted() || line.find_first_of("{}") != std::string_view::npos) return;
+  if (!warnings_.Wanted() || HoldsBrace(line)) return;
   const std::size_t comma = std::min(line.find(','), line.size());
   const std::size_t equals = line.find('=');
   const bool is_tag = equals < comma && MentionsJournal(line.substr(0, equals));
@@ -219,7 +223,7 @@ bool MentionsJournal(std::string_view line) {
 }
 
 void BraceJournalValue(Line& line) {
-  if (line.Text().find_first_of("{}") != std::string_view::npos) return;
+  if (HoldsBrace(line.Text())) return;
   const std::string_view text = line.Text();
   std::string braced;
   for (const char byte : text.substr(0, text.find(','))) {
