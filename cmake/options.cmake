@@ -9,6 +9,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
   # GCC 12 warns of overlapping copies in std::string's own operators when it optimises.
   target_compile_options(tarvel_options INTERFACE -Wno-restrict)
 endif()
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # File numbers of 64 bits, without which a file of a large file system cannot even be looked at.
+  target_compile_definitions(tarvel_options INTERFACE _FILE_OFFSET_BITS=64)
+endif()
 if(TARVEL_WARNINGS_AS_ERRORS)
   target_compile_options(tarvel_options INTERFACE -Werror)
 endif()

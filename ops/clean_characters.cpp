@@ -74,7 +74,7 @@ std::string_view AfterHead(std::string_view line) {
 std::string NameOf(char32_t code) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string name = "U+";
-  for (unsigned shift = code > 0xFFFF ? 20 : 12;; shift -= 4) {
+  for (unsigned shift = code > 0xFFFFF ? 20 : code > 0xFFFF ? 16 : 12;; shift -= 4) {
     name += kDigits[code >> shift & 0xFU];
     if (shift == 0) return name;
   }

@@ -249,7 +249,7 @@ ComparedValues KeepComparedValues(const TypeGroup& group, const EntryRecord& ent
 }
 
 std::size_t ContentHash(std::string_view type, const ComparedValues& values) {
-  constexpr std::size_t kMultiplier = 0x9E3779B97F4A7C15;
+  constexpr auto kMultiplier = static_cast<std::size_t>(0x9E3779B97F4A7C15);
   std::size_t hash = 0;
   for (std::size_t i = 0; i < values.count; ++i) {
     hash = hash * kMultiplier + HashOf(values.values[i]);

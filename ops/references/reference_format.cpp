@@ -2,6 +2,7 @@
 #include "ops/references/reference_format.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace tarvel {
@@ -10,7 +11,8 @@ namespace {
 
 constexpr std::string_view kFlags = "-+ #0'";
 constexpr std::string_view kDigits = "0123456789";
-constexpr std::size_t kLargest = 1'000'000'000'000'000;
+/// No text is as long, and ten times as much is still a number.
+constexpr std::size_t kLargest = std::numeric_limits<std::size_t>::max() / 16;
 
 /// A "%s" with what may stand between its two bytes.
 struct Placeholder {

@@ -148,5 +148,11 @@ TEST(GetProgramDirectory, IsEmptyWhereTheSystemDoesNotSay) {
   EXPECT_TRUE(executable.Empty());
 }
 
+TEST(RaiseStackLimit, LeavesAnUnknownOneAlone) {
+  const testing::FailingCall unknown("getrlimit", EPERM);
+  EXPECT_EQ(RaiseStackLimit(), 0);
+  EXPECT_TRUE(unknown.Failed());
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <string>
 #include <vector>
 
+#include "app/entry_points.h"
 #include "app/globals.h"
 #include "app/texts.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/failing_calls.h"
 #include "tests/support/operation_runs.h"
 #include "tests/support/recording_reporter.h"
 
@@ -88,6 +91,42 @@ TEST_P(RunningAnOperation, EndsWithDoneOnlyForOne) {
                      std::string(GetParam().error_caption)}));
   }
   EXPECT_EQ(reporter_.printed, "") << "the terminal is the operation's";
+}
+
+TEST_P(RunningAnOperation, FailsWhenAFileOfWarningsTakesNoByte) {
+  PickWhatItNeeds();
+  const auto full = CreateOutput(GlobalRun(), "/dev/full", CreateMode::kWrite);
+  ASSERT_TRUE(full);
+  full->Write("x");
+  GlobalWarningOutputs = {.file = full.get()};
+  EXPECT_EQ(Run(), 0);
+  GlobalWarningOutputs = {};
+  EXPECT_EQ(runs, 1);
+  EXPECT_EQ(reporter_.boxes.back().caption, GetParam().error_caption);
+}
+
+TEST(WholeRun, FailsWithAFileThatDoesNotArrive) {
+  const testing::TemporaryDirectory directory;
+  testing::RecordingReporter reporter;
+  const auto run = [&](const std::string& path) {
+    WholeRun whole;
+    return whole.Run(
+        [&] {
+          const auto output = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
+          output->Write("x");
+          (void)output->Close();  // an operation that does not look
+          return 1;
+        },
+        "no memory");
+  };
+  EXPECT_EQ(run(directory / "new"), 1);
+  EXPECT_EQ(reporter.printed, "");
+  EXPECT_EQ(run("/dev/full"), 0);
+  EXPECT_EQ(reporter.printed, "") << "the operation has reported it";
+  const testing::FailingCall read_only("rename", EROFS);
+  EXPECT_EQ(run(directory / "other"), 0);
+  EXPECT_EQ(reporter.printed, testing::Printed("Could not write the file '" +
+                                               (directory / "other") + "': Read-only file system"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RunningAnOperation,

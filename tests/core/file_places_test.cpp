@@ -2,7 +2,9 @@
 #include "core/file_places.h"
 
 #include <gtest/gtest.h>
+
 #include <unistd.h>
+#include <filesystem>
 
 #include "tests/support/disk_files.h"
 
@@ -28,6 +30,17 @@ TEST(DirectoryOfFile, EndsWithTheLastSlash) {
   EXPECT_EQ(DirectoryOfFile("a/b/c"), "a/b/");
   EXPECT_EQ(DirectoryOfFile("/c"), "/");
   EXPECT_EQ(DirectoryOfFile("c"), ".");
+}
+
+TEST(AreOneFile, EndsForLinksThatLeadToEachOtherAndForNoDirectory) {
+  const testing::TemporaryDirectory directory;
+  std::filesystem::create_symlink("two", directory / "one");
+  std::filesystem::create_symlink("one", directory / "two");
+  EXPECT_TRUE(AreOneFile(directory / "one", directory / "one"));
+  EXPECT_FALSE(AreOneFile(directory / "one", directory / "three"));
+  EXPECT_TRUE(AreOneFile("/nowhere/at/all", "/nowhere/./at/all"));
+  EXPECT_FALSE(AreOneFile("/nowhere/at/all", "/nowhere/at/none"));
+  EXPECT_FALSE(AreOneFile("/dev/null", "/dev/null")) << "a device is nobody's file";
 }
 
 }  // namespace

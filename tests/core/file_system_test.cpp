@@ -94,5 +94,24 @@ TEST(RealFileSystem, ReadsFilesThatDoNotTellTheirSize) {
   EXPECT_NE(lines->Bytes().find("Name:"), std::string_view::npos);
 }
 
+TEST(FileState, TellsApartWhatDiffersInAnything) {
+  const FileState state{1, 2, 3, 4, 5, 6, 7};
+  EXPECT_TRUE(state == FileState(state));
+  for (const FileState& other : {FileState{0, 2, 3, 4, 5, 6, 7}, FileState{1, 0, 3, 4, 5, 6, 7},
+                                 FileState{1, 2, 0, 4, 5, 6, 7}, FileState{1, 2, 3, 0, 5, 6, 7},
+                                 FileState{1, 2, 3, 4, 0, 6, 7}, FileState{1, 2, 3, 4, 5, 0, 7},
+                                 FileState{1, 2, 3, 4, 5, 6, 0}}) {
+    EXPECT_FALSE(state == other);
+  }
+}
+
+TEST(RealFileSystem, ReadsNoPipeThatTookTheNameOfAFile) {
+  const TemporaryDirectory directory;
+  testing::WriteDiskFile(directory / "file", "x");
+  const testing::FailingCall exchanged("fstat", 0);
+  EXPECT_EQ(RealFileSystem().OpenSource(directory / "file", ReadMode::kRead), nullptr);
+  EXPECT_TRUE(exchanged.Failed());
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -64,5 +64,16 @@ TEST(OutputFile, TellsOfAFailingClose) {
   EXPECT_EQ(file.Error(), "Input/output error");
 }
 
+TEST(OutputFile, WritesNothingAfterALargeWriteThatFailed) {
+  MemoryFiles files;
+  files.most_room = 10;
+  OutputFile file(files.CreateSink("a.log", CreateMode::kWrite), "a.log");
+  const std::string large(3 << 20, 'x');
+  file.Write(large);
+  file.Write(large);
+  EXPECT_FALSE(file.Close());
+  EXPECT_EQ(files.files["a.log"], std::string(10, 'x'));
+}
+
 }  // namespace
 }  // namespace tarvel

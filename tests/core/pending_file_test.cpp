@@ -290,5 +290,52 @@ TEST_F(PendingFileTest, PublishesAfterAWhileWhoeverHoldsTheDirectory) {
   const PublishGuard nowhere(directory_ / "none");
 }
 
+TEST_F(PendingFileTest, LeavesANameThatIsAnothersNow) {
+  WriteDiskFile(first_name_, "half");
+  {
+    const FailingCall exchanged("lstat", 0, 2);
+    EXPECT_TRUE(CreatePendingFile(path_, CreateMode::kWrite));
+    EXPECT_TRUE(exchanged.Failed());
+  }
+  {
+    const FailingCall unknown("fstat", EIO, 2);
+    EXPECT_TRUE(CreatePendingFile(path_, CreateMode::kWrite));
+    EXPECT_TRUE(unknown.Failed());
+  }
+  EXPECT_EQ(ReadDiskFile(first_name_), "half");
+}
+
+TEST_F(PendingFileTest, IsWrittenThroughALink) {
+  WriteDiskFile(directory_ / "other", "old");
+  std::filesystem::create_symlink("other", path_);
+  EXPECT_EQ(CreatePendingFile(path_, CreateMode::kWrite)->PendingPath(), "");
+  EXPECT_EQ(ReadDiskFile(directory_ / "other"), "");
+}
+
+TEST_F(PendingFileTest, KeepsTheOwnerOfWhatItReplaces) {
+  constexpr uid_t kOther = 54321;
+  WriteDiskFile(path_, "old");
+  if (chown(path_.c_str(), kOther, 0) != 0) GTEST_SKIP() << "only root can give files away";
+  const auto pends = [&] {
+    return CreatePendingFile(path_, CreateMode::kWrite)->PendingPath() != "";
+  };
+  for (const bool owner : {true, false}) {
+    WriteDiskFile(path_, "old");
+    ASSERT_EQ(chown(path_.c_str(), owner ? kOther : 0, owner ? 0 : kOther), 0);
+    EXPECT_TRUE(pends());
+    const FailingCall refused("fchown", EPERM);
+    EXPECT_FALSE(pends());
+    EXPECT_TRUE(refused.Failed());
+  }
+  // Under the sticky bit the owner of the file, and that of the directory, may replace it.
+  ASSERT_EQ(chmod((directory_ / "").c_str(), 01777), 0);
+  for (const std::string& owned : {path_, directory_ / ""}) {
+    ASSERT_EQ(chown(path_.c_str(), 0, 0), 0);
+    ASSERT_EQ(chown(owned.c_str(), kOther, 0), 0);
+    const FailingCall other("geteuid", 0);
+    EXPECT_TRUE(pends()) << owned;
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

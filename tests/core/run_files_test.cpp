@@ -145,5 +145,28 @@ TEST_F(RunFilesTest, RemoveWhatADeadRunLeft) {
   EXPECT_FALSE(std::filesystem::exists(directory_ / ".lit_tag.bib.tarvel-1"));
 }
 
+TEST_F(RunFilesTest, ReadBackAFileThatStandsUnderItsNameAtOnce) {
+  testing::MemoryFiles files;
+  RunFiles run(files);
+  const auto sink = run.CreateSink("a.bib", CreateMode::kWrite);
+  EXPECT_EQ(sink->Write("new\n"), "");
+  EXPECT_EQ(sink->Close(), "");
+  EXPECT_EQ(run.OpenLines("a.bib", ReadMode::kRead)->Bytes(), "new\n");
+  EXPECT_EQ(run.Publish(), "");
+}
+
+TEST_F(RunFilesTest, AskTheFileSystemBehindThem) {
+  WriteDiskFile(log_, "x");
+  EXPECT_EQ(run_.StateAt(log_), RealFileSystem().StateAt(log_));
+  EXPECT_FALSE(run_.StateAt(library_));
+  EXPECT_TRUE(run_.IsSamePlace(library_, library_));
+  EXPECT_FALSE(run_.IsSameFile(library_, library_)) << "it does not exist";
+  testing::MemoryFiles simple;
+  simple.files["a"] = "x";
+  EXPECT_FALSE(simple.StateAt("a")) << "not every file system knows";
+  EXPECT_TRUE(RunFiles(simple).IsSamePlace("a", "a"));
+  EXPECT_FALSE(RunFiles(simple).IsSamePlace("b", "b"));
+}
+
 }  // namespace
 }  // namespace tarvel

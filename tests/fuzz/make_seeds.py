@@ -3,14 +3,16 @@
 """Writes the seeds of the fuzz targets: make_seeds.py SOURCE-DIRECTORY SEEDS-DIRECTORY
 
 The seeds are the input files of the whole-operation cases and the examples, in the form that
-fuzz_input.h describes, the configuration files cut to a size worth mutating, command lines, and
-the inputs in tests/fuzz/found/TARGET/, which once broke something.
+fuzz_input.h describes, the configuration files cut to a size worth mutating, command lines, the
+inputs in tests/fuzz/corpus/TARGET.zip, which ./fuzz has found to run something that no smaller one
+does, and those in tests/fuzz/found/TARGET/, which once broke something.
 """
 import hashlib
 import pathlib
 import re
 import shutil
 import sys
+import zipfile
 
 SEPARATOR = b"\xfe\xff\xfe\xff"
 DEFAULTS = bytes(8)  # a head that leaves all settings as they are
@@ -156,6 +158,10 @@ def main():
         write(seeds / "rekey", "document", DEFAULTS + KEY_MAP + SEPARATOR + document)
     for line in OPTION_LINES:
         write(seeds / "options", "line", line.replace(" ", "\0").encode())
+    for archive in sorted((source / "tests/fuzz/corpus").glob("*.zip")):
+        with zipfile.ZipFile(archive) as kept:
+            for name in kept.namelist():
+                write(seeds / archive.stem, "corpus", kept.read(name))
     for found in sorted((source / "tests/fuzz/found").glob("*/*")):
         write(seeds / found.parent.name, found.name, found.read_bytes())
     (seeds / "done").touch()

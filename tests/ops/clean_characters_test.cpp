@@ -15,6 +15,7 @@
 #include "tests/support/outcome.h"
 #include "tests/support/plain_clean_characters.h"
 #include "tests/support/recording_reporter.h"
+#include "tests/support/recording_warnings.h"
 
 namespace tarvel {
 namespace {
@@ -422,6 +423,22 @@ TEST(CleanCharacters, AgreesWithItsPlainTwinOnLongLines) {
     std::erase_if(input, [&](char byte) { return byte == '\xe4' && random() % 100 != 0; });
     ASSERT_NO_FATAL_FAILURE(ExpectAsPlain(input));
   }
+}
+
+TEST(CleanCharacters, NamesLargeCodePointsAndTagsOnTheFirstLine) {
+  testing::MemoryFiles files;
+  files.files["a.bib"] =
+      "@misc{k, file = {a}, note = {b},\n title = {\xf0\x9f\x98\x80 \xf4\x8f\xbf\xbf},\n}\n";
+  testing::RecordingWarnings warnings;
+  RunContext run = testing::MemoryRun(files, "a.bib");
+  run.warnings = &warnings;
+  EXPECT_EQ(RunCleanCharacters(run), 1);
+  EXPECT_EQ(warnings.TextsOf(WarningKind::kCharacter),
+            (std::vector<std::string>{
+                "U+1F600 \xf0\x9f\x98\x80 became '" + std::string(4, '?') + "', times: 1",
+                "U+10FFFF \xf4\x8f\xbf\xbf became '" + std::string(4, '?') + "', times: 1"}));
+  EXPECT_EQ(warnings.TextsOf(WarningKind::kLineLeftOut),
+            std::vector<std::string>{"lines with the tag 'FILE' were left out, times: 1"});
 }
 
 }  // namespace

@@ -100,11 +100,19 @@ int stat(const char* path, struct stat* status) noexcept {
 }
 int lstat(const char* path, struct stat* status) noexcept {
   static const auto real = Real<int(const char*, struct stat*)>("lstat");
-  return Fails("lstat") ? -1 : real(path, status);
+  if (Fails("lstat")) {
+    *status = {};
+    return errno == 0 ? 0 : -1;
+  }
+  return real(path, status);
 }
 int fstat(int descriptor, struct stat* status) noexcept {
   static const auto real = Real<int(int, struct stat*)>("fstat");
-  return Fails("fstat") ? -1 : real(descriptor, status);
+  if (Fails("fstat")) {
+    *status = {};
+    return errno == 0 ? 0 : -1;
+  }
+  return real(descriptor, status);
 }
 int statx(int directory, const char* path, int flags, unsigned mask,
           struct statx* status) noexcept {
@@ -149,6 +157,10 @@ ssize_t readlink(const char* path, char* buffer, size_t size) noexcept {
   return Fails("readlink") ? -1 : real(path, buffer, size);
 }
 
+int getrlimit(__rlimit_resource_t resource, struct rlimit* limit) noexcept {
+  static const auto real = Real<int(__rlimit_resource_t, struct rlimit*)>("getrlimit");
+  return Fails("getrlimit") ? -1 : real(resource, limit);
+}
 uid_t geteuid() noexcept {
   static const auto real = Real<uid_t()>("geteuid");
   constexpr uid_t kNobodyHere = 54321;

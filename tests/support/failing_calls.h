@@ -6,9 +6,9 @@
 namespace tarvel::testing {
 
 /// Lets a call of a function of the system fail while it lives: the n-th from now on, counted from
-/// 1, of those that failing_calls.cpp puts itself in front of. Without an error a
-/// "write" takes no byte, and "statx" finds what something is mounted on; a "geteuid" that fails is
-/// that of another user.
+/// 1, of those that failing_calls.cpp puts itself in front of. Without an error a "write" takes no
+/// byte, an "lstat" or "fstat" finds another file, and "statx" finds what something is mounted on;
+/// a "geteuid" that fails is that of another user.
 class FailingCall {
  public:
   FailingCall(std::string_view function, int error, int n = 1);

@@ -237,5 +237,15 @@ TEST(WarningReport, NeedsNoFiles) {
   EXPECT_EQ(Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, {}, false).lines.size(), 2U);
 }
 
+TEST(Warnings, NeedNotCareAboutNumbersValuesAndKeys) {
+  class Few final : public Warnings {
+    void Report(const Warning&) override { FAIL() << "nothing is reported"; }
+  } few;
+  Warnings& warnings = few;
+  EXPECT_FALSE(warnings.ReportNumber(WarningKind::kKeyTwice)) << "the full warning is wanted";
+  warnings.ReportValues("a.bib", 2, 1);
+  warnings.MapKey("a", "b");
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
+#include <string>
+
 #include <fstream>
 #include <iterator>
 
@@ -165,6 +169,61 @@ TEST(Guards, PlainTextIsTheSame) {
       EXPECT_EQ(plain(Words(text)), plain(text)) << name;
     }
   }
+}
+
+/// The value without braces, blanks and what guards add.
+std::string Plain(std::string_view value) {
+  std::string plain;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    if (value.substr(at).starts_with("\\relax")) {
+      at += 5;
+    } else if (value.substr(at).starts_with("\\/")) {
+      ++at;
+    } else if (std::string_view("{} ").find(value[at]) == std::string_view::npos) {
+      plain += value[at];
+    }
+  }
+  return plain;
+}
+
+TEST(Guards, KeepEveryShortValue) {
+  const std::string_view tokens[] = {"{", "}", "\\", "v", "erb", "[",   "]",
+                                     "?", " ", "a",  "@", "=",   "url", "\xc3\xa9"};
+  constexpr std::size_t kMost = 5;
+  std::size_t guarded_ends = 0;
+  std::size_t guarded_words = 0;
+  std::size_t kinds = 1;
+  for (std::size_t size = 0; size <= kMost; ++size, kinds *= std::size(tokens)) {
+    for (std::size_t kind = 0; kind < kinds; ++kind) {
+      std::string value;
+      int depth = 0;
+      bool balanced = true;
+      std::size_t rest = kind;
+      for (std::size_t i = 0; i < size; ++i, rest /= std::size(tokens)) {
+        const std::string_view token = tokens[rest % std::size(tokens)];
+        depth += token == "{" ? 1 : token == "}" ? -1 : 0;
+        balanced = balanced && depth >= 0;
+        value += token;
+      }
+      if (!balanced || depth != 0) continue;  // no value of BibTeX is
+      for (const bool is_names : {false, true}) {
+        ASSERT_EQ(Plain(StripOuterBraces(value, is_names)), Plain(value)) << value;
+      }
+      std::string guarded;
+      if (NeedsEnds(value)) {
+        GuardEnds(value, guarded);
+        ASSERT_EQ(Plain(guarded), Plain(value)) << value << " became " << guarded;
+        ++guarded_ends;
+      }
+      const Harm harm = FindHarm(value, 0);
+      if (!harm.Any()) continue;
+      GuardWords(value, 0, guarded);
+      ASSERT_EQ(Plain(guarded), Plain(value)) << value << " became " << guarded;
+      guarded_words += guarded != value ? 1 : 0;
+    }
+  }
+  EXPECT_GT(guarded_ends, 1000U);
+  EXPECT_GT(guarded_words, 100U);
 }
 
 }  // namespace

@@ -99,9 +99,15 @@ TEST(TagLines, APreambleIsBrokenLikeAValue) {
 }
 
 TEST(TagLines, ItIsBrokenBeforeAWordThatOnlyBeginsLikeATag) {
-  const std::string words = Repeat("author ", 300) + "author";
-  EXPECT_EQ(ReadBack(Lines("note", words)), words);
-  EXPECT_NE(Lines("note", words).find("\n    author"), std::string::npos);
+  for (const std::string_view end : {" author", " au thor", " a", " ", " author=x"}) {
+    for (std::size_t size = 960; size < 1000; ++size) {
+      const std::string value = std::string(size, 'x').append(end);
+      if (FitOf("note", value) == LineFit::kTooLong) continue;
+      EXPECT_EQ(ReadBack(Lines("note", value)), value) << size << end;
+    }
+  }
+  EXPECT_EQ(FitOf("note", std::string(985, 'x') + " author"), LineFit::kManyLines);
+  EXPECT_EQ(FitOf("note", std::string(985, 'x') + " author=x"), LineFit::kTooLong);
 }
 
 }  // namespace
