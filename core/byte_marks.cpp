@@ -9,9 +9,24 @@
 
 namespace tarvel {
 
+ByteMarks::Word ByteMarks::PlainMarksOf(const char* bytes) {
+  Word word;
+  for (std::size_t at = 0; at < kWordSize; ++at) {
+    const char byte = bytes[at];
+    const std::uint64_t bit = std::uint64_t{1} << at;
+    if (byte == '\n') word.breaks |= bit;
+    if (byte == '@') word.ats |= bit;
+    const bool breaks = byte == '\t' || byte == '\r' || byte == '\n';
+    if ((static_cast<signed char>(byte) < ' ' && !breaks) || byte == 127) word.odd |= bit;
+    if (byte == '{' || byte == '}' || byte == '"') word.braces |= bit;
+    if (byte == '=' || byte == ',') word.separators |= bit;
+  }
+  return word;
+}
+
 #if defined(__SSE2__)
 
-ByteMarks::Word ByteMarks::MarksOf(const char* bytes) {
+ByteMarks::Word ByteMarks::FastMarksOf(const char* bytes) {
   Word word;
   for (unsigned part = 0; part < 4; ++part) {
     const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + part * 16));
@@ -33,20 +48,7 @@ ByteMarks::Word ByteMarks::MarksOf(const char* bytes) {
 
 #else
 
-ByteMarks::Word ByteMarks::MarksOf(const char* bytes) {
-  Word word;
-  for (std::size_t at = 0; at < kWordSize; ++at) {
-    const char byte = bytes[at];
-    const std::uint64_t bit = std::uint64_t{1} << at;
-    if (byte == '\n') word.breaks |= bit;
-    if (byte == '@') word.ats |= bit;
-    const bool breaks = byte == '\t' || byte == '\r' || byte == '\n';
-    if ((static_cast<signed char>(byte) < ' ' && !breaks) || byte == 127) word.odd |= bit;
-    if (byte == '{' || byte == '}' || byte == '"') word.braces |= bit;
-    if (byte == '=' || byte == ',') word.separators |= bit;
-  }
-  return word;
-}
+ByteMarks::Word ByteMarks::FastMarksOf(const char* bytes) { return PlainMarksOf(bytes); }
 
 #endif
 
@@ -57,12 +59,16 @@ void ByteMarks::Load(std::size_t from) {
   const std::size_t size =
       std::min(text_.size() - std::min(begin_, text_.size()), kWindow * kWordSize);
   const std::size_t whole = size / kWordSize;
-  for (std::size_t i = 0; i < whole; ++i)
-    words_[i] = MarksOf(text_.data() + begin_ + i * kWordSize);
+  const auto marks_of = [this](const char* bytes) {
+    return way_ == Way::kFastest ? FastMarksOf(bytes) : PlainMarksOf(bytes);
+  };
+  for (std::size_t i = 0; i < whole; ++i) {
+    words_[i] = marks_of(text_.data() + begin_ + i * kWordSize);
+  }
   if (whole == kWindow) return;
   std::array<char, kWordSize> rest{};
   std::copy_n(text_.data() + begin_ + whole * kWordSize, size - whole * kWordSize, rest.begin());
-  words_[whole] = MarksOf(rest.data());
+  words_[whole] = marks_of(rest.data());
   std::fill(words_.begin() + static_cast<std::ptrdiff_t>(whole) + 1, words_.end(), Word());
 }
 

@@ -15,8 +15,10 @@ namespace tarvel {
 /// linear; going back costs at most a new look at one window.
 class ByteMarks {
  public:
+  /// Vector code where the processor has any, or one byte after the other, for tests.
+  enum class Way { kFastest, kPlain };
   /// The marks of `text`, which must outlive this.
-  explicit ByteMarks(std::string_view text) : text_(text) {}
+  explicit ByteMarks(std::string_view text, Way way = Way::kFastest) : text_(text), way_(way) {}
 
   /// A line as `NextLine` finds it.
   struct Line {
@@ -56,7 +58,8 @@ class ByteMarks {
   static constexpr std::uint64_t From(std::size_t offset) {
     return ~std::uint64_t{0} << (offset % kWordSize);
   }
-  static Word MarksOf(const char* bytes);
+  static Word FastMarksOf(const char* bytes);
+  static Word PlainMarksOf(const char* bytes);
   void Load(std::size_t from);
   const Word& WordAt(std::size_t offset) {
     if (offset - begin_ >= kWindow * kWordSize || !loaded_) Load(offset);
@@ -78,6 +81,7 @@ class ByteMarks {
   }
 
   std::string_view text_;
+  Way way_;
   std::size_t begin_ = 0;  // of the window
   bool loaded_ = false;
   std::array<Word, kWindow> words_;

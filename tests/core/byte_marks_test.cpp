@@ -43,11 +43,15 @@ void ExpectSame(std::string_view text, std::size_t from, std::size_t end, ByteMa
   ASSERT_EQ(marks.FindOdd(from, end), PlainFind(text, from, end, IsOdd));
 }
 
-TEST(ByteMarks, FindsWhatLookingAtEachByteFinds) {
+class ByteMarksTest : public ::testing::TestWithParam<ByteMarks::Way> {};
+INSTANTIATE_TEST_SUITE_P(EachWay, ByteMarksTest,
+                         ::testing::Values(ByteMarks::Way::kFastest, ByteMarks::Way::kPlain));
+
+TEST_P(ByteMarksTest, FindsWhatLookingAtEachByteFinds) {
   std::mt19937 random(6);
   for (int run = 0; run < 400; ++run) {
     const std::string text = RandomText(random);
-    ByteMarks marks(text);
+    ByteMarks marks(text, GetParam());
     const std::size_t most = random() % 4 == 0 ? 1 + random() % 200 : std::string_view::npos;
     for (std::size_t at = 0; at < text.size();) {
       const ByteMarks::Line line = marks.NextLine(at, most);
