@@ -37,6 +37,7 @@ DOCUMENTS = [
     b"\\verb|\\cite{a}| \\lstinline[x]{\\cite{a}} \\url{%}\\cite{a}\\mintinline{c}{\\cite{a}}\n"
     b"\\begin{verbatim}\\cite{a}\\end{verbatim}\\iffalse\\cite{a}\\ifx\\fi\\else\\cite{a}\\fi\n",
     b"\\input a \\include{b}\\cite\n{a}\\cite{a\n\n}\\cite\n\n{a}\\cite{#1,\\a}\\cite{a}\\end{document}\\cite{a}",
+    b"\\cite{c  d,c\n d , c%x\n\td,c\r\n  %\n d}\\cite{c \td}",
     b"\\cite{a\\cite{a}\\cite{a}\\endinput\\cite{a}",
 ]
 
