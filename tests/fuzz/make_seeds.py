@@ -37,6 +37,7 @@ DOCUMENTS = [
     b"\\verb|\\cite{a}| \\lstinline[x]{\\cite{a}} \\url{%}\\cite{a}\\mintinline{c}{\\cite{a}}\n"
     b"\\begin{verbatim}\\cite{a}\\end{verbatim}\\iffalse\\cite{a}\\ifx\\fi\\else\\cite{a}\\fi\n",
     b"\\input a \\include{b}\\cite\n{a}\\cite{a\n\n}\\cite\n\n{a}\\cite{#1,\\a}\\cite{a}\\end{document}\\cite{a}",
+    b"\\cite{c  d,c\n d , c%x\n\td,c\r\n  %\n d}\\cite{c \td}",
     b"\\cite{a\\cite{a}\\cite{a}\\endinput\\cite{a}",
 ]
 
@@ -121,9 +122,20 @@ def write_configuration(source, seeds):
     commands = (source / "data/LaTeXCommands/LaTeXCommands_linux.tvl").read_bytes()
     journals = (source / "data/JournalStrings/JournalStrings.tvl").read_bytes()
     write(seeds / "style-file", "shipped", DEFAULTS + styles)
+    formats = re.findall(rb' = "(.*)"; // ', styles)
+    for style in range(6):  # the lines of these are the formats of a whole file
+        own = head(style, 0, 0, 0, 0, 0, 1)
+        write(seeds / "style-file", "formats", own + b"\n".join(formats[style * 12:][:12]))
+        write(seeds / "style-file", "formats", own + b"%s|%5s|%-4s|%.2s|%%|%d\\n\\n%s %s %s %s")
     start = commands.find(b"\nSTART\n")
     for size in (1000, 8000):
         write(seeds / "command-file", "shipped", DEFAULTS + commands[start:start + size])
+    for place in (19, 20):  # the last variation that is looked at, and the first that is not
+        names = [b"v%d" % i for i in range(23)]
+        names[place] = b"J. Phys."
+        write(seeds / "journal-file", "variations", DEFAULTS + b"START\n"
+              b"******* Journal-start *******\nPhysics\nPh.\n******* Variations    *******\n"
+              + b"\n".join(names) + b"\n******* Journal-end   *******\n")
     start = journals.find(b"\nSTART\n")
     for size in (300, 4000):
         text = journals[start:start + size]

@@ -26,6 +26,7 @@
 #include "tests/support/memory_files.h"
 #include "tests/support/operation_runs.h"
 #include "tests/support/prepared_judge.h"
+#include "tests/support/reference_worlds.h"
 
 namespace tarvel::fuzz {
 
@@ -141,12 +142,27 @@ void FuzzOperation(std::string_view name, const FuzzInput& input) {
   HoldRun(operation, run, files, input.run_twice);
 }
 
+/// The input as a file of styles. As few inputs are one with all of its definitions, a setting
+/// makes the input's lines the formats of a whole one.
+std::string StylesOf(const FuzzInput& input) {
+  const std::string text = input.File(0);
+  if (!input.own_list) return text;
+  std::size_t at = 0;
+  return testing::StylesFile([&](const std::string&) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    std::string format = text.substr(at, end - at);
+    at = end + 1 < text.size() ? end + 1 : 0;
+    return format;
+  });
+}
+
 /// Runs an operation on the samples, with the input as one of the configuration files.
 void FuzzConfiguration(std::string_view name, std::string_view file, const FuzzInput& input) {
   const OperationRun& operation = RunNamed(name);
   MemoryFiles files;
   RunContext run = testing::SampleRun(operation, files);
-  files.files["/program" + std::string(file)] = input.File(0);
+  files.files["/program" + std::string(file)] =
+      file == kStylesFile ? StylesOf(input) : input.File(0);
   if (input.piece != 0) files.piece = input.piece;
   run.settings = input.settings;
   run.settings.UseOwnJournalFile = 0;

@@ -68,7 +68,16 @@ class Reader {
 
   /// Goes to the next "@word{" or "@word("; what looks like neither is text.
   bool FindCommand() {
+    const std::size_t begin = at_;
+    const bool found = GoToCommand();
+    for (std::size_t i = begin; i < (found ? command_ : at_); ++i) {
+      if (!IsWhite(bytes_[i])) library_.outside += bytes_[i];
+    }
+    return found;
+  }
+  bool GoToCommand() {
     while (!AtEnd()) {
+      command_ = at_;
       if (!Take('@')) {
         ++at_;
         continue;
@@ -182,6 +191,7 @@ class Reader {
 
   std::string_view bytes_;
   std::size_t at_ = 0;
+  std::size_t command_ = 0;  // where the last one begins
   std::string type_;
   char close_ = '}';
   std::map<std::string, std::string> strings_;

@@ -25,6 +25,7 @@ struct PlainBibLibrary {
   std::vector<PlainBibEntry> entries;
   std::vector<std::string> preambles;
   std::vector<std::string> strings;  // their texts
+  std::string outside;               // what stands around all of these, white space left out
   bool is_whole = true;              // false: it breaks the grammar behind the last of these
 };
 

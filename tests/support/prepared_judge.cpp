@@ -95,6 +95,7 @@ class Judge {
 
   std::string Run() {
     if (!after_.is_whole) return "the new library is not whole";
+    if (!after_.outside.empty()) return "between the new entries stands " + after_.outside;
     std::vector<PlainBibEntry> entries = before_.entries;
     if (!before_.is_whole && !entries.empty()) entries.pop_back();
     // Those that no operation sees come first.

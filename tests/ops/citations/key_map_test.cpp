@@ -118,6 +118,7 @@ const std::string_view kRichDocuments[] = {
     "\\end{lstlisting}\\iffalse\\cite{a}\\ifx\\%\\fi%\\fi\n\\else\\cite{a}\\fi\\iffalse\\ifdef\\fi",
     "\\input a \\include{b}\\input{c#}\\input{ }\\input%\n{d}\\subfile e \\cite{#1,\\a}\\cite{{a}}"
     "\\cite[\\cite{a}\\\\]}{b}\\cite[x}{a}\\cite[{x}]{b,,a,}\\Citep@x{a}\\p@cite{a}",
+    "\\cite{c  d,c\n d , c%x\n\td,c\r\n  %\n d}\\cite{c \td}",
     "\\cite{a}\\cite{a\\cite{b}\\endinput\\cite{a}",
     "\\cite{b}\\end{document}\\cite{a}"};
 
