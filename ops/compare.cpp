@@ -80,7 +80,7 @@ class Comparison {
   void Count(Counted counted);
   FirstLibrary::OnEntry ReportFirst();
   void ReportSecond();
-  void ReportEqual(const KnownEntry& known, bool same_key);
+  void ReportEqual(const KnownEntry& known, const Verdict& verdict, bool same_key);
   void ReportCut(const LineStream& library, const LibraryRange& copied, FileWarnings& warnings);
 
   LineStream& first_stream_;
@@ -123,7 +123,7 @@ const KnownEntry* Comparison::FindCounterpart() {
     Log(known, verdict, values);
     Count(verdict.counted);
     if (!verdict.stops) continue;
-    ReportEqual(known, match->same_key);
+    ReportEqual(known, verdict, match->same_key);
     return &known;
   }
   return nullptr;
@@ -147,7 +147,7 @@ void Comparison::ReportSecond() {
 
 /// Reports what makes it doubtful that the current entry is the one of the first library. Where
 /// they have the same key, the verdict does not rest on the values alone.
-void Comparison::ReportEqual(const KnownEntry& known, bool same_key) {
+void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bool same_key) {
   if (!second_warnings_.Wanted()) return;
   const std::string_view bytes = second_stream_.Bytes();
   const std::size_t start = second_.Start();
@@ -157,8 +157,10 @@ void Comparison::ReportEqual(const KnownEntry& known, bool same_key) {
        .offset = start,
        .verdict = "is taken for the first library's entry"},
       same_key ? std::vector<Misread>() : MisreadValues(known.rule->group, second_.Entry(), bytes),
-      DifferingTags(EntryTextAt(bytes, start), EntryTextAt(first_stream_.Bytes(), known.start)),
+      DifferingTags(EntryTextAt(bytes, start), EntryTextAt(first_stream_.Bytes(), known.start),
+                    &verdict != &known.rule->missing),
       second_warnings_);
+  ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, second_warnings_);
 }
 
 const Verdict& Comparison::Judge(const Matches::Match& match, const ComparedValues& values) const {

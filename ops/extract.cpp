@@ -14,6 +14,7 @@
 #include "core/text_primitives.h"
 #include "ops/citations/cited_keys.h"
 #include "ops/entries/cited_entries.h"
+#include "ops/entries/entry_warnings.h"
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
 #include "warnings/library_scan.h"
@@ -108,25 +109,47 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
 
 /// The macros that the entries of a text use, in capitals: values, or parts of them, that stand in
 /// neither braces nor quotes.
-void AddMacros(std::string_view entries, std::set<std::string>& macros) {
-  for (const LineTag& tag : TagsOf(entries.substr(std::min(entries.find(','), entries.size())))) {
-    if (tag.value.empty() || !IsLetter(tag.value.front())) continue;
-    std::string name(tag.value.substr(0, tag.value.find_first_of(" \t\r\n#")));
+void AddMacros(std::string_view entry, std::set<std::string>& macros) {
+  int depth = 0;
+  bool in_quotes = false;
+  for (std::size_t at = std::min(entry.find(','), entry.size()); at < entry.size(); ++at) {
+    const char byte = entry[at];
+    if (byte == '{') ++depth;
+    if (byte == '}') --depth;
+    if (byte == '"' && depth <= 0) in_quotes = !in_quotes;
+    if ((byte != '=' && byte != '#') || in_quotes || depth > 0) continue;
+    const std::size_t begin = std::min(entry.find_first_not_of(kBlanks, at + 1), entry.size());
+    if (begin == entry.size() || !IsLetter(entry[begin])) continue;
+    const std::size_t end = std::min(entry.find_first_of(" \t\r\n#,})", begin), entry.size());
+    std::string name(entry.substr(begin, end - begin));
     StringToUpper(name);
     macros.insert(std::move(name));
   }
+}
+
+/// Reports an entry whose `crossref` names one that is not copied; `head` begins it.
+void ReportParent(std::string_view entry, std::size_t head, const std::vector<std::string>& keys,
+                  FileWarnings& warnings) {
+  const std::optional<std::string_view> parent = ParentOf(entry);
+  if (!parent) return;
+  const bool is_copied = std::any_of(
+      keys.begin(), keys.end(), [&](std::string_view key) { return EqualNoCase(key, *parent); });
+  if (!is_copied) ReportMissingParent(entry, head, *parent, warnings);
 }
 
 /// Reports the definitions of macros that the new library uses and has not.
 void ReportDefinitions(std::string_view library, const std::set<std::string>& macros,
                        FileWarnings& warnings) {
   constexpr std::string_view kString = "@string";
+  constexpr std::string_view kBeforeCommand = " \t\r\n\xEF\xBB\xBF";
+  constexpr std::size_t kLongestName = 200;
   for (std::size_t at = 0; !macros.empty() && at < library.size();) {
     const std::string_view line = LineAt(library, at);
-    const std::string_view text = Trim(line, kBlanks);
+    const std::string_view text = Trim(line, kBeforeCommand);
     if (EqualNoCase(text.substr(0, kString.size()), kString)) {
-      const std::size_t opening = std::min(text.find_first_of("{("), text.size() - 1);
-      std::string name(TagNameOf(text.substr(opening + 1)));
+      // The name may stand on the next line.
+      const std::size_t opening = std::min(library.find_first_of("{(", at), library.size() - 1);
+      std::string name(TagNameOf(library.substr(opening + 1, kLongestName)));
       StringToUpper(name);
       if (macros.contains(name)) {
         warnings.Report(
@@ -150,15 +173,17 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   const ScanRules rules{.line_limit = limits::kShortLine,
                         .read_tags = kReferenceTags,
                         .one_value_a_line = true,
-                        .counts = &counts};
+                        .counts = &counts,
+                        .stray_tags = kReferenceTags};
   std::set<std::string> macros;
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
     observer.on_range = [&](const LibraryRange& range) {
       const std::size_t unbraced = counts.unbraced;
       ScanRange(library->Bytes(), range, rules, warnings);
-      if (counts.unbraced == unbraced) return;
-      AddMacros(library->Bytes().substr(range.begin, range.end - range.begin), macros);
+      const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
+      ReportParent(text, range.begin, keys, warnings);
+      if (counts.unbraced != unbraced) AddMacros(text, macros);
     };
   }
   const int found =
