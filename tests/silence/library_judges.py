@@ -14,7 +14,7 @@ BAD = re.compile(r"[^\x20-\x7e\t\n\r]")
 OWN_HEADER = re.compile(r"#\n\nThis BibTeX file has been created by .*\n\n.*\n\n#\n")
 OWN_HEADER_LINES = 7
 ENCODING_NOTE = re.compile(r"^(?:\xef\xbb\xbf)?[ \t]*% Encoding: ", re.MULTILINE)
-HEAD = re.compile(r"\s*@\w+\s*[{(]\s*([^,\s]+)")
+HEAD = re.compile(r"\s*@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s]+)", re.IGNORECASE)
 HEADS = re.compile(r"@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s{}]+)\s*,", re.IGNORECASE)
 # An entry, known to BibTeX or not, that Clean tags drops as empty.
 EMPTY_ENTRY = re.compile(r"\s*@\w+\{.*\n.*owner.*\n.*timestamp")
@@ -252,7 +252,7 @@ def clean_tags(run):
 
 def squeeze(text):
     """A name as the log gives it."""
-    return re.sub("[ \t.:;]", "", text.lower())
+    return re.sub("[ \t\r.:;]", "", text.lower())
 
 
 def new_list(old, new, tag):
