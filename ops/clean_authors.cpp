@@ -146,6 +146,12 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t place, Auth
   }
   const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
+  if (std::count(lost.begin(), lost.end(), '{') > std::count(lost.begin(), lost.end(), '}')) {
+    warnings_.Report(
+        WarningKind::kTornValue, place, key_,
+        "a value begins after the authors and goes on on the next lines, which stayed: "
+        "BibTeX cannot read the rest of the entry");
+  }
   warnings_.Report(WarningKind::kTextLost, place, key_,
                    "what follows the authors was lost: " + Quoted(lost));
 }
@@ -184,7 +190,9 @@ int RunCleanAuthors(const RunContext& run) {
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kReadTags{std::string_view("author")};
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine, .read_tags = kReadTags}, warnings);
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kLongLine, .read_tags = kReadTags, .stray_tags = kReadTags},
+              warnings);
   const int changed = AuthorCleaner(*input, *library, *log, warnings).Walk();
   WriteSummary(*log, changed, run.first_path, library->Path());
   return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;

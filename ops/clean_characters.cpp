@@ -70,6 +70,18 @@ std::string_view AfterHead(std::string_view line) {
   return line.substr(std::min(line.find(','), line.size()));
 }
 
+/// Whether the entry lacks a comma, or has one too many, when the line is left out. `rest` is what
+/// follows it.
+bool TearsComma(std::string_view line, std::string_view rest) {
+  line = Trim(line, kBlanks);
+  const std::string_view next = rest.substr(std::min(rest.find_first_not_of(kBlanks), rest.size()));
+  const bool is_last = next.empty() || next.front() == '}' || next.front() == ')';
+  const bool leads = line.starts_with(',');
+  const bool ends = line.ends_with(',');
+  if (leads) return ends && !is_last;
+  return !ends && next.starts_with(',');
+}
+
 /// The name of a code point, as in "U+00FC".
 std::string NameOf(char32_t code) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -192,6 +204,12 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
     warnings_.Report(
         WarningKind::kTornValue, place_, bibitem_,
         {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});
+  }
+  if (open == 0 && TearsComma(line, input_.Bytes().substr(input_.Position()))) {
+    warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
+                     {"the line of ", Quoted(shown),
+                      " was left out, but not with one comma: BibTeX cannot read the entry any "
+                      "more"});
   }
   if (!name.empty() && line.find('=') == line.rfind('=')) return;  // its own tag only
   for (const LineTag& other : TagsOf(AfterHead(line))) {

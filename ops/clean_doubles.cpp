@@ -7,9 +7,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/text_primitives.h"
 #include "ops/entries/entry_record.h"
@@ -81,9 +83,11 @@ class DoubleCleaner {
   void AppendCopy();
   void InsertCopy(std::size_t position);
   void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
+  void ReportAfterEntry();
   void ReportPassed(std::string_view line, std::size_t start);
   void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
+  void ReportOrphans();
   void MapKey(std::string_view old_key, std::string_view new_key);
 
   LineStream& input_;
@@ -98,7 +102,9 @@ class DoubleCleaner {
   EntryCopy copy_;
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
-  bool in_text_ = false;  // the line before was outside entries, and reported
+  std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
+  std::size_t swallowed_ = 0;  // up to where entries within dropped ones are reported
+  bool in_text_ = false;       // the line before was outside entries, and reported
   int not_written_ = 0;
 };
 
@@ -117,6 +123,7 @@ bool DoubleCleaner::Walk() {
     }
     TakeEntry(start);
   }
+  ReportOrphans();
   return true;
 }
 
@@ -213,7 +220,9 @@ void DoubleCleaner::CopyEntry(std::size_t start, bool rename) {
     copy_.text.append(line.Text());
     copy_.closed = line.Text().front() == '}';
   }
-  if (!copy_.closed || !input_warnings_.Wanted()) return;
+  if (!input_warnings_.Wanted()) return;
+  if (const auto parent = ParentOf(copy_.text)) children_.emplace_back(*parent, start);
+  if (!copy_.closed) return;
   ReportCutEntry(input_.Bytes(), {copy_.text, input_.Position()}, input_warnings_);
 }
 
@@ -260,6 +269,19 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                 DifferingTags(EntryTextAt(input_.Bytes(), start),
                               library_.Bytes().substr(kept.head, kept.end - kept.head)),
                 input_warnings_);
+  ReportSwallowed(input_.Bytes(), {start, input_.Position()}, reader_.Entry().key, swallowed_,
+                  input_warnings_);
+  ReportAfterEntry();
+}
+
+/// Reports text on the last line of a dropped entry.
+void DoubleCleaner::ReportAfterEntry() {
+  const std::size_t end = input_.Position() - 1;
+  const std::size_t begin = input_.Bytes().substr(0, end).rfind('\n') + 1;
+  const std::string_view text = Trim(LineAt(input_.Bytes(), begin), "}, \t\r\n");
+  if (text.empty() || input_.Bytes()[begin] != '}') return;
+  input_warnings_.Report(WarningKind::kTextNotCopied, begin, {},
+                         "text after a dropped entry was not copied: " + Quoted(text));
 }
 
 /// Reports a line outside entries, of a text of several lines the first.
@@ -296,6 +318,28 @@ void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
                            "the new entry '" + key_of(copy_.text) +
                                "' was written over the kept entry '" + kept + "'");
     entry = written_.erase(entry);
+  }
+}
+
+/// Reports the copied entries whose parent was not copied.
+void DoubleCleaner::ReportOrphans() {
+  if (children_.empty()) return;
+  std::set<std::string> keys;
+  const std::string_view library = library_.Bytes();
+  for (std::size_t at = 0; at < library.size();) {
+    const std::string_view text = LineAt(library, at);
+    at += text.size() + 1;
+    if (!text.starts_with('@')) continue;
+    std::string key(CopyUntilChar(text, '{', ','));
+    StringToUpper(key);
+    keys.insert(std::move(key));
+  }
+  for (auto& [parent, head] : children_) {
+    std::string key(parent);
+    StringToUpper(key);
+    if (!keys.contains(key)) {
+      ReportMissingParent(LineAt(input_.Bytes(), head), head, parent, input_warnings_);
+    }
   }
 }
 

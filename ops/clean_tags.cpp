@@ -137,6 +137,7 @@ StringOutcome TagCleaner::HandleStringLine(Line& line) {
   }
   if (settings_.RemoveJournalStrings != 0) {
     log_.Write({"The following @STRING has been removed:\n    ", line.Text(), "\n\n"});
+    warnings_.NoteRemovedString(line.Text(), input_.Position() - 1);
     return StringOutcome::kRemoved;
   }
   library_.Write({"...", line.Text()});
@@ -158,7 +159,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
   if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
   const std::string_view key = CopyUntilChar(line.Text(), '{', ',');
   if (key.empty()) {
-    warnings_.NoteDroppedWithoutKey(behind - 1);
+    warnings_.NoteDroppedWithoutKey(input_.Bytes(), behind - 1);
     return false;
   }
   for (const std::string_view name : {"owner", "timestamp"}) {
@@ -169,7 +170,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
       return true;
     }
   }
-  warnings_.NoteDroppedAsEmpty(key, behind - 1, input_.Bytes().substr(input_.Position()));
+  warnings_.NoteDroppedAsEmpty(key, behind - 1, input_.Bytes(), input_.Position());
   return false;
 }
 
@@ -200,7 +201,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
       untagged_end_ = input_.Position() - line.Text().size();
     } else if (const auto tag = ReadTag(line, name)) {
       const bool removes = settings_.RemoveTag[*tag] != 0;
-      warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, input_.Position() - 1);
+      warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, line_end - 1);
       if (removes) {
         removed.append(name).append(", ");
       } else {
@@ -291,7 +292,8 @@ int RunCleanTags(const RunContext& run) {
   ScanRules rules{.line_limit = limits::kLongLine,
                   .read_tags = kFilterNames,
                   .one_value_a_line = true,
-                  .takes_all_tags = true};
+                  .takes_all_tags = true,
+                  .stray_tags = kFilterNames};
   if (run.settings.RemoveJournalStrings == 0) {
     rules.on_entry = [&](const EntryHead& head) { strings.AddUpTo(head.offset); };
   }

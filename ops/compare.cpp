@@ -80,13 +80,14 @@ class Comparison {
   void Count(Counted counted);
   FirstLibrary::OnEntry ReportFirst();
   void ReportSecond();
-  void ReportEqual(const KnownEntry& known, bool same_key);
+  void ReportEqual(const KnownEntry& known, const Verdict& verdict, bool same_key);
   void ReportCut(const LineStream& library, const LibraryRange& copied, FileWarnings& warnings);
 
   LineStream& first_stream_;
   LineStream& second_stream_;
   FileWarnings first_warnings_;
   FileWarnings second_warnings_;
+  std::size_t swallowed_ = 0;  // up to where entries within equal ones are reported
   FirstLibrary first_;
   SecondLibrary second_;
   OutputFile& log_;
@@ -123,7 +124,7 @@ const KnownEntry* Comparison::FindCounterpart() {
     Log(known, verdict, values);
     Count(verdict.counted);
     if (!verdict.stops) continue;
-    ReportEqual(known, match->same_key);
+    ReportEqual(known, verdict, match->same_key);
     return &known;
   }
   return nullptr;
@@ -147,7 +148,7 @@ void Comparison::ReportSecond() {
 
 /// Reports what makes it doubtful that the current entry is the one of the first library. Where
 /// they have the same key, the verdict does not rest on the values alone.
-void Comparison::ReportEqual(const KnownEntry& known, bool same_key) {
+void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bool same_key) {
   if (!second_warnings_.Wanted()) return;
   const std::string_view bytes = second_stream_.Bytes();
   const std::size_t start = second_.Start();
@@ -160,8 +161,11 @@ void Comparison::ReportEqual(const KnownEntry& known, bool same_key) {
        .verdict = "is taken for the first library's entry"},
       same_key ? std::vector<Misread>() : MisreadValues(known.rule->group, second_.Entry(), bytes),
       copies ? std::vector<std::string_view>()
-             : DifferingTags(EntryTextAt(bytes, start), EntryTextAt(known_bytes, known.start)),
+             : DifferingTags(EntryTextAt(bytes, start), EntryTextAt(known_bytes, known.start),
+                             &verdict != &known.rule->missing),
       second_warnings_);
+  ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, swallowed_,
+                  second_warnings_);
 }
 
 const Verdict& Comparison::Judge(const Matches::Match& match, const ComparedValues& values) const {

@@ -14,6 +14,7 @@
 #include "core/text_primitives.h"
 #include "ops/citations/cited_keys.h"
 #include "ops/entries/cited_entries.h"
+#include "ops/entries/entry_warnings.h"
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
 #include "warnings/library_scan.h"
@@ -106,14 +107,39 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
   return CloseOutputs(run, {list.get()}) ? kSucceeded : kFailed;
 }
 
+std::string InCapitals(std::string_view text) {
+  std::string capitals(text);
+  StringToUpper(capitals);
+  return capitals;
+}
+
 /// The macros that the entries of a text use, in capitals: values, or parts of them, that stand in
 /// neither braces nor quotes.
-void AddMacros(std::string_view entries, std::set<std::string>& macros) {
-  for (const LineTag& tag : TagsOf(entries.substr(std::min(entries.find(','), entries.size())))) {
-    if (tag.value.empty() || !IsLetter(tag.value.front())) continue;
-    std::string name(tag.value.substr(0, tag.value.find_first_of(" \t\r\n#")));
-    StringToUpper(name);
-    macros.insert(std::move(name));
+void AddMacros(std::string_view entry, std::set<std::string>& macros) {
+  int depth = 0;
+  bool in_quotes = false;
+  for (std::size_t at = std::min(entry.find(','), entry.size()); at < entry.size(); ++at) {
+    const char byte = entry[at];
+    if (byte == '{') ++depth;
+    if (byte == '}') --depth;
+    if (byte == '"' && depth <= 0) in_quotes = !in_quotes;
+    if ((byte != '=' && byte != '#') || in_quotes || depth > 0) continue;
+    const std::size_t begin = std::min(entry.find_first_not_of(kBlanks, at + 1), entry.size());
+    if (begin == entry.size() || !IsLetter(entry[begin])) continue;
+    const std::size_t end = std::min(entry.find_first_of(" \t\r\n#,})", begin), entry.size());
+    macros.insert(InCapitals(entry.substr(begin, end - begin)));
+  }
+}
+
+/// Keys as BibTeX compares those of parents, in any case: all are in capitals.
+using KeySet = std::unordered_set<std::string, KeyedStringHash>;
+
+/// Reports an entry whose `crossref` names one that is not copied; `head` begins it.
+void ReportParent(std::string_view entry, std::size_t head, const KeySet& copied,
+                  FileWarnings& warnings) {
+  const std::optional<std::string_view> parent = ParentOf(entry);
+  if (parent && !copied.contains(InCapitals(*parent))) {
+    ReportMissingParent(entry, head, *parent, warnings);
   }
 }
 
@@ -121,14 +147,17 @@ void AddMacros(std::string_view entries, std::set<std::string>& macros) {
 void ReportDefinitions(std::string_view library, const std::set<std::string>& macros,
                        FileWarnings& warnings) {
   constexpr std::string_view kString = "@string";
+  constexpr std::string_view kBeforeCommand = " \t\r\n\xEF\xBB\xBF";
+  constexpr std::size_t kLongestName = 200;
   for (std::size_t at = 0; !macros.empty() && at < library.size();) {
     const std::string_view line = LineAt(library, at);
-    const std::string_view text = Trim(line, kBlanks);
+    const std::string_view text = Trim(line, kBeforeCommand);
     if (EqualNoCase(text.substr(0, kString.size()), kString)) {
-      const std::size_t opening = std::min(text.find_first_of("{("), text.size() - 1);
-      std::string name(TagNameOf(text.substr(opening + 1)));
-      StringToUpper(name);
-      if (macros.contains(name)) {
+      // The name may stand on the next line.
+      const std::string_view command = library.substr(at, kLongestName);
+      const std::size_t opening = std::min(command.find_first_of("{("), command.size() - 1);
+      const std::string_view definition = Trim(command.substr(opening + 1), kBlanks);
+      if (macros.contains(InCapitals(TagNameOf(definition)))) {
         warnings.Report(
             WarningKind::kTextNotCopied, at, {},
             "entries of the new library use the definition, which is not copied: " + Quoted(text));
@@ -150,15 +179,19 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   const ScanRules rules{.line_limit = limits::kShortLine,
                         .read_tags = kReferenceTags,
                         .one_value_a_line = true,
-                        .counts = &counts};
+                        .counts = &counts,
+                        .stray_tags = kReferenceTags};
   std::set<std::string> macros;
+  KeySet copied;
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
+    for (const std::string& key : keys) copied.insert(InCapitals(key));
     observer.on_range = [&](const LibraryRange& range) {
       const std::size_t unbraced = counts.unbraced;
       ScanRange(library->Bytes(), range, rules, warnings);
-      if (counts.unbraced == unbraced) return;
-      AddMacros(library->Bytes().substr(range.begin, range.end - range.begin), macros);
+      const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
+      ReportParent(text, range.begin, copied, warnings);
+      if (counts.unbraced != unbraced) AddMacros(text, macros);
     };
   }
   const int found =

@@ -95,10 +95,12 @@ int RunText(const RunContext& run) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
-  ScanLibrary(
-      library->Bytes(),
-      {.line_limit = limits::kShortLine, .read_tags = kReferenceTags, .one_value_a_line = true},
-      warnings);
+  ScanLibrary(library->Bytes(),
+              {.line_limit = limits::kShortLine,
+               .read_tags = kReferenceTags,
+               .one_value_a_line = true,
+               .stray_tags = kReferenceTags},
+              warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
   bool too_long = false;
   const WalkRules rules{

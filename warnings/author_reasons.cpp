@@ -9,6 +9,7 @@
 #include "core/byte_set.h"
 #include "core/name_list.h"
 #include "core/text_primitives.h"
+#include "warnings/bibtex_names.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -139,6 +140,7 @@ std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
     if (reason.empty()) continue;
     reasons.append(reasons.empty() ? "" : "; ").append(Quoted(*name)).append(" ").append(reason);
   }
+  if (reasons.empty()) reasons = WhatChanged(old_list, new_list);
   const bool raised = !old_list.empty() && !new_list.empty() && old_list.front() >= 'a' &&
                       old_list.front() <= 'z' && new_list.front() == ToUpper(old_list.front());
   if (raised && IsOneOf(WordsOf(old_list).front(), kParticles)) {

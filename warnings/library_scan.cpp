@@ -37,6 +37,11 @@ std::string Upper(std::string_view text) {
 
 bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
 
+bool HoldsOneOf(std::string_view name, std::span<const std::string_view> tags) {
+  return std::any_of(tags.begin(), tags.end(),
+                     [name](std::string_view tag) { return ContainsNoCase(name, tag); });
+}
+
 /// One pass over a library, or over a range of one, line by line.
 class LibraryScan {
  public:
@@ -64,6 +69,8 @@ class LibraryScan {
   std::size_t ReadTag(std::string_view line, std::size_t at, std::size_t offset);
   std::size_t StartValue(std::string_view line, std::size_t at, std::size_t offset);
   std::size_t ContinueValue(std::string_view line, std::size_t at);
+  std::size_t SkipPiece(std::string_view line, std::size_t at);
+  void CheckOutside(std::string_view line, std::size_t offset);
   void ReportSharedLine(std::size_t offset, std::string_view before);
   void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
@@ -91,6 +98,7 @@ class LibraryScan {
 
   // The entry that is open, or was the last one.
   State state_ = State::kOutside;
+  bool in_unknown_ = false;    // in an entry that is reported as none
   bool has_entry_ = false;     // an entry of a known type came, and is not yet done with
   bool closing_line_ = false;  // a line that begins with "}" came since
   std::string_view key_;
@@ -141,7 +149,25 @@ void LibraryScan::ScanLine(const ByteMarks::Line& marks, std::size_t offset) {
   }
   if (head) return;
   if (!was_inside && line.starts_with('}')) closing_line_ = true;
-  if (state_ != State::kOutside) ReadEntryLine(line, offset);
+  if (state_ != State::kOutside) {
+    ReadEntryLine(line, offset);
+  } else if (!rules_.stray_tags.empty()) {
+    CheckOutside(line, offset);
+  }
+}
+
+/// Reports a line outside entries that begins with a tag and is taken for one.
+void LibraryScan::CheckOutside(std::string_view line, std::size_t offset) {
+  if (in_unknown_) {
+    // The warning of its type says what becomes of its lines.
+    in_unknown_ = !line.starts_with('}') && !line.starts_with(')');
+    return;
+  }
+  const std::string_view tag = TagNameOf(line);
+  if (tag.empty() || !HoldsOneOf(tag, rules_.stray_tags)) return;
+  warnings_.Report(WarningKind::kStrayTag, offset, {},
+                   "the tag " + Quoted(tag) +
+                       " stands outside entries and is taken for one of the entry before");
 }
 
 /// Reports a value's line that begins with a byte from 128 on: such bytes are taken for blanks
@@ -155,10 +181,7 @@ void LibraryScan::CheckContinuation(std::string_view line, std::size_t offset) {
 }
 
 /// Whether the name of the tag holds that of one that is read.
-bool LibraryScan::IsReadTag() const {
-  return std::any_of(rules_.read_tags.begin(), rules_.read_tags.end(),
-                     [this](std::string_view tag) { return ContainsNoCase(tag_, tag); });
-}
+bool LibraryScan::IsReadTag() const { return HoldsOneOf(tag_, rules_.read_tags); }
 
 /// Takes a line that starts something of its own; false when it does not.
 bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
@@ -194,6 +217,7 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   key_ = key;
   state_ = State::kInEntry;
   has_entry_ = true;
+  in_unknown_ = false;
   closing_line_ = false;
   head_ = offset;
   tag_ = {};
@@ -226,8 +250,10 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
 /// Reports "@word" with what follows it, blanks left out, unless it is known to be no entry.
 void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
                                   std::size_t offset) {
+  in_unknown_ = false;
   const std::string type = Upper(word.substr(1));
   if (std::find(kNoEntries.begin(), kNoEntries.end(), type) != kNoEntries.end()) return;
+  in_unknown_ = true;
   if (!rest.starts_with('{')) {
     warnings_.Report(WarningKind::kUnknownType, offset, {},
                      {"'", word, "' starts no entry, as no \"{\" follows on the line"});
@@ -303,7 +329,7 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
       state_ = State::kOutside;
     } else if (line[at] == '#') {
       ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
-      at = kBareEnds.Find(line, at);
+      at = SkipPiece(line, SkipBlanks(line, at + 1));
     } else {
       at = ReadTag(line, at, offset);
     }
@@ -360,6 +386,14 @@ bool LibraryScan::HasBraceFrom(std::string_view line, std::size_t at) {
     next_brace_ = std::min(line.find('{', at), line.size());
   }
   return next_brace_ < line.size();
+}
+
+/// Begins the piece of a value that follows a '#'; returns where to go on.
+std::size_t LibraryScan::SkipPiece(std::string_view line, std::size_t at) {
+  depth_ = 0;
+  if (at == line.size() || (line[at] != '{' && line[at] != '"')) return kBareEnds.Find(line, at);
+  state_ = line[at] == '{' ? State::kInValue : State::kInQuotes;
+  return line[at] == '{' ? at : at + 1;
 }
 
 /// Goes on through a value in braces or quotes; returns where it ends.

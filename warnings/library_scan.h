@@ -39,6 +39,8 @@ struct ScanRules {
   bool upper_cases = true;
   /// Where the values are counted; null: nowhere.
   ValueCounts* counts = nullptr;
+  /// The tags that it takes from lines outside entries, for tags of the entry before.
+  std::span<const std::string_view> stray_tags = {};
   /// Called for each entry, in their order.
   std::function<void(const EntryHead& head)> on_entry = {};
 };

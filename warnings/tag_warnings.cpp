@@ -18,6 +18,7 @@ void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
   in_entries_ = true;
   in_text_ = false;
   depth_ = 0;
+  dropped_end_ = 0;
   if (!warnings_.Wanted()) return;
   key_ = CopyUntilChar(head, '{', ',');
   written_.clear();
@@ -43,15 +44,32 @@ void TagWarnings::EndEntry(bool at_next_head) {
   }
 }
 
-void TagWarnings::NoteDroppedWithoutKey(std::size_t place) {
-  in_entries_ = true;
+/// What follows the dropped entry, of whose first line `place` is the last byte, is text again. An
+/// entry that begins within another one's lines ends with it, so that no line is read twice.
+void TagWarnings::SkipEntry(std::string_view library, std::size_t place) {
+  key_.clear();
+  in_entries_ = false;
+  if (place < dropped_end_) return;
+  std::ptrdiff_t depth = 0;
+  for (dropped_end_ = library.substr(0, place).rfind('\n') + 1; dropped_end_ < library.size();
+       ++dropped_end_) {
+    if (dropped_end_ > place && library.substr(dropped_end_).starts_with("\n@")) break;
+    depth += OpenBraces(library.substr(dropped_end_, 1));
+    if (dropped_end_ > place && depth <= 0) break;
+  }
+  ++dropped_end_;
+}
+
+void TagWarnings::NoteDroppedWithoutKey(std::string_view library, std::size_t place) {
+  SkipEntry(library, place);
   warnings_.Report(WarningKind::kEntryDropped, place, {}, "an entry without a key was dropped");
 }
 
 void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t place,
-                                     std::string_view rest) {
-  in_entries_ = true;
+                                     std::string_view library, std::size_t rest_at) {
   if (!warnings_.Wanted()) return;
+  SkipEntry(library, place);
+  const std::string_view rest = library.substr(rest_at);
   const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
   if (tag.empty()) return;
   warnings_.Report(
@@ -59,12 +77,20 @@ void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t place,
       std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
 }
 
+void TagWarnings::NoteRemovedString(std::string_view line, std::size_t place) {
+  if (!warnings_.Wanted() || OpenBraces(line) <= 0) return;
+  warnings_.Report(WarningKind::kTextNotCopied, place, {},
+                   "the definition goes on in the next lines, which were not copied, and its log "
+                   "names only this line: " +
+                       Quoted(Trim(line, kBlanks)));
+}
+
 void TagWarnings::NotePassedOutside(std::string_view text, std::size_t place) {
   if (in_entries_ || !warnings_.Wanted()) return;
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     const bool is_string = line.find(kStringMarker) != std::string_view::npos;
-    if (!is_string) ReportText(line, place);
+    if (!is_string && place >= dropped_end_) ReportText(line, place);
     const std::size_t size = std::min(line.size() + 1, text.size());
     text.remove_prefix(size);
     place += size;
@@ -123,7 +149,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
 /// Tells of the first line of a text.
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
   const std::string_view text = Trim(line, kBlanks);
-  const bool says_nothing = text == "}" || text == "}," || IsFileHeader(text);
+  const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);
   if (!says_nothing && (!in_text_ || text.starts_with('@'))) {
     warnings_.Report(WarningKind::kTextNotCopied, place, key_,
                      "text that is of no tag was not copied: " + Quoted(text));

@@ -22,10 +22,13 @@ class TagWarnings {
   /// The entry has ended; `at_next_head`: with the head of the next one, to which the lines after
   /// this entry's head will be read again.
   void EndEntry(bool at_next_head);
-  /// An entry without a key is dropped.
-  void NoteDroppedWithoutKey(std::size_t place);
-  /// An entry is dropped for its first two tags; `rest` is what stands after them.
-  void NoteDroppedAsEmpty(std::string_view key, std::size_t place, std::string_view rest);
+  /// An entry without a key is dropped. `place` is that of the last byte of its first line.
+  void NoteDroppedWithoutKey(std::string_view library, std::size_t place);
+  /// An entry is dropped for its first two tags; `rest_at` is where the rest of it begins.
+  void NoteDroppedAsEmpty(std::string_view key, std::size_t place, std::string_view library,
+                          std::size_t rest_at);
+  /// A line that defines a string is removed and logged.
+  void NoteRemovedString(std::string_view line, std::size_t place);
   /// These lines, which begin at `place`, are skipped; reported in front of the first entry.
   void NotePassedOutside(std::string_view text, std::size_t place);
   /// A line is skipped after an entry's head.
@@ -38,6 +41,7 @@ class TagWarnings {
   void ReportTags();
 
  private:
+  void SkipEntry(std::string_view library, std::size_t place);
   void ReportRenamed(std::string_view name, std::string_view known, std::size_t place);
   bool CountTag(std::string_view line, std::size_t place);
   void ReportText(std::string_view line, std::size_t place);
@@ -45,6 +49,7 @@ class TagWarnings {
   FileWarnings& warnings_;
   std::string key_;
   bool in_entries_ = false;
+  std::size_t dropped_end_ = 0;  // of a dropped entry, whose lines are no text
   bool in_text_ = false;
   std::ptrdiff_t depth_ = 0;  // of the braces of a dropped value that goes on
   Tally unknown_tags_;

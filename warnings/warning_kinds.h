@@ -17,6 +17,7 @@ enum class WarningKind : std::uint8_t {
   kOpenValue,
   kSharedLine,
   kOtherTag,
+  kStrayTag,
   kKeyAsTag,
   kAtInKey,
   kUpperCased,
@@ -84,7 +85,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 52;
+inline constexpr std::size_t kWarningKindCount = 53;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -98,6 +99,7 @@ inline constexpr auto kWarningKinds = [] {
       {"shared-line", kLoss, kReading,
        "tags and entries that are not read because they share a line"},
       {"other-tag", kLoss, kReading, "values that were read from the line of another tag"},
+      {"stray-tag", kLoss, kReading, "tags outside entries that are taken for an entry's"},
       {"key-as-tag", kLoss, kReading,
        "first lines of entries that are taken for the line of a tag"},
       {"at-in-key", kLoss, kReading, "entries that are not seen because of an @ in their key"},

@@ -13,8 +13,10 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The tags by which people tell works apart.
-constexpr std::array kTellingTags{"title"sv, "author"sv, "year"sv, "doi"sv, "eprint"sv};
+/// The tags by which people tell works apart, and then those that are compared otherwise.
+constexpr std::array kTellingTags{"title"sv,  "author"sv,  "year"sv,   "doi"sv,
+                                  "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
+constexpr std::size_t kAlwaysTelling = 5;
 
 std::string_view NameOf(Field field) {
   return std::find_if(kCompareTags.begin(), kCompareTags.end(),
@@ -94,14 +96,50 @@ bool AreCopies(std::string_view one, std::string_view two) {
   return AfterKey(two).starts_with(AfterKey(one.substr(0, end + kEnd.size())));
 }
 
-std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two) {
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
+                                            bool compared) {
   const auto first = TellingValues(one);
   const auto second = TellingValues(two);
   std::vector<std::string_view> differing;
-  for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
+  for (std::size_t i = 0; i < (compared ? kAlwaysTelling : kTellingTags.size()); ++i) {
     if (!first[i].empty() && first[i] != second[i]) differing.push_back(kTellingTags[i]);
   }
   return differing;
+}
+
+void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
+                     std::size_t& reported, FileWarnings& warnings) {
+  std::size_t at = std::max(lines.begin, reported > 0 ? reported - 1 : 0);
+  reported = std::max(reported, lines.end);
+  while ((at = library.find('\n', at) + 1) != 0 && at < lines.end) {
+    const std::string_view line = LineAt(library, at);
+    if (line.find('@') == std::string_view::npos) continue;
+    std::string upper(line);
+    if (!IsKnownEntry(upper)) continue;
+    warnings.Report(WarningKind::kEntryDropped, at, CopyUntilChar(line, '{', ','),
+                    "the entry was taken for a part of " + Quoted(key) +
+                        ", which does not end before it, and is not in the new library");
+  }
+}
+
+std::optional<std::string_view> ParentOf(std::string_view entry) {
+  // Few entries have one: looking for a part of the name is the fastest way to say so.
+  if (entry.find("rossref") == std::string_view::npos &&
+      entry.find("rossRef") == std::string_view::npos &&
+      entry.find("ROSSREF") == std::string_view::npos) {
+    return std::nullopt;
+  }
+  for (const LineTag& tag : TagsOf(entry.substr(std::min(entry.find(','), entry.size())))) {
+    if (EqualNoCase(tag.name, "crossref")) return Trim(tag.value, "{}\" \t\r\n");
+  }
+  return std::nullopt;
+}
+
+void ReportMissingParent(std::string_view entry, std::size_t offset, std::string_view parent,
+                         FileWarnings& warnings) {
+  warnings.Report(
+      WarningKind::kMissingParent, offset, CopyUntilChar(LineAt(entry, 0), '{', ','),
+      "the 'crossref' of the entry names " + Quoted(parent) + ", which is not in the new library");
 }
 
 void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWarnings& warnings) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
+#include "warnings/library_scan.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -40,8 +42,22 @@ bool AreCopies(std::string_view one, std::string_view two);
 
 /// The names of those of the tags title, author, year, doi and eprint that the first entry has and
 /// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
-/// with the entry's first line.
-std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two);
+/// with the entry's first line. Unless they were `compared`, journal, volume and pages count too.
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
+                                            bool compared = true);
+
+/// Reports the entries that begin in the lines from `begin` to `end`, after the first of them: they
+/// were read as parts of the entry `key`, and are in no file. Lines before the offset `reported`
+/// were looked at earlier; it becomes the end of these.
+void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
+                     std::size_t& reported, FileWarnings& warnings);
+
+/// The key in the tag `crossref` of an entry, which begins with its first line.
+std::optional<std::string_view> ParentOf(std::string_view entry);
+
+/// Reports that the parent of a copied entry, whose text begins at `offset`, is not copied.
+void ReportMissingParent(std::string_view entry, std::size_t offset, std::string_view parent,
+                         FileWarnings& warnings);
 
 /// An entry as it was copied: up to the first line that begins with "}".
 struct CopiedEntry {

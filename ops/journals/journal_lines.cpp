@@ -9,6 +9,7 @@
 
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
+#include "warnings/line_tags.h"
 #include "warnings/tally.h"
 
 namespace tarvel {
@@ -60,6 +61,7 @@ class JournalRenamer {
   void HandleJournalLine(Line& line);
   void ReportHead();
   void ReportBracing(std::string_view line);
+  void ReportJoined(std::size_t begin, std::size_t end);
   void ReportNonAscii(std::string_view name, std::size_t place);
   void CountUnknown(std::string_view line, std::size_t place);
   void ReportUnknown();
@@ -118,7 +120,9 @@ void JournalRenamer::HandleJournalLine(Line& line) {
   const std::size_t place = input_.Position() - 1;
   ReportBracing(line.Text());
   BraceJournalValue(line);
+  const std::size_t behind = input_.Position();
   ReadFieldValue(line, input_, value_);  // without a value, or a whole one, what there is counts
+  if (warnings_.Wanted()) ReportJoined(behind, input_.Position());
   const auto match = journals_.FindJournal(value_);
   if (!match) {
     CountUnknown(line.Text(), place);
@@ -165,9 +169,26 @@ void JournalRenamer::ReportBracing(std::string_view line) {
   const std::string_view value = Trim(line.substr(equals + 1, comma - equals - 1), kBlanks);
   const bool quoted = value.starts_with('"');
   warnings_.Report(WarningKind::kBracedJournal, place, bibitem_,
-                   std::string(quoted ? "the quotes became a part of the value of 'journal': "
-                                      : "the macro's name became the value of 'journal': ") +
-                       Quoted(value));
+                   std::string(quoted ? "the quotes became a part of the value of "
+                                      : "the macro's name became the value of ") +
+                       Quoted(Trim(line.substr(0, equals), kBlanks)) + ": " + Quoted(value));
+}
+
+/// Reports entries and other commands among the lines that a value took in, for want of a "}".
+void JournalRenamer::ReportJoined(std::size_t begin, std::size_t end) {
+  const std::string_view bytes = input_.Bytes();
+  while (begin < end) {
+    const std::string_view line = LineAt(bytes, begin);
+    if (Trim(line, kBlanks).starts_with('@')) {
+      std::string upper(line);
+      const bool is_entry = IsKnownEntry(upper);
+      warnings_.Report(WarningKind::kLineCut, begin,
+                       is_entry ? CopyUntilChar(line, '{', ',') : std::string_view(),
+                       "was joined to a line above that mentions a journal, as no \"}\" ends the "
+                       "value there: BibTeX cannot read it");
+    }
+    begin += line.size() + 1;
+  }
 }
 
 void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {

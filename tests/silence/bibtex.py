@@ -44,7 +44,8 @@ class Tag:
         self.text = text      # macros put in; a name without a definition stands between \1 and \2
         self.form = form
         self.macros = macros  # the names that stand in the value, in lower case
-        self.start, self.value, self.end = start, value, end  # offsets: name, value, behind it
+        # Offsets: of the name (of a definition its "@"), of the value, and behind that.
+        self.start, self.value, self.end = start, value, end
         self.line = self.last = 0  # the lines of its first and its last byte, from 1
 
 
@@ -64,10 +65,12 @@ class Entry:
 
 class Loose:
     """Text that is of no command: BibTeX passes over it."""
-    __slots__ = ("text", "line", "last")
+    __slots__ = ("text", "line", "last", "begin", "key")
 
-    def __init__(self, text, line, last):
+    def __init__(self, text, line, last, begin=0):
         self.text, self.line, self.last = text, line, last
+        self.key = ""
+        self.begin = begin or line  # the first line of the whole that it is a part of
 
 
 class Library:
@@ -109,6 +112,15 @@ class Library:
         """The text of the lines from `first` to `last`, numbered from 1."""
         end = self._starts[last] if last < len(self._starts) else len(self.text)
         return self.text[self._starts[first - 1]:end]
+
+    def behind(self, entry):
+        """The text between the entry's end and the next one that begins a line."""
+        at = bisect.bisect_right(self.entries, entry.start, key=lambda other: other.start)
+        while at < len(self.entries) and self.text[
+                self.line_start(self.entries[at].start):self.entries[at].start].strip(WHITE):
+            at += 1
+        end = self.entries[at].start if at < len(self.entries) else len(self.text)
+        return self.text[entry.end:end]
 
     def paragraphs(self):
         """What BibTeX passes over, a piece for each run of lines that are not blank. A comma or brace
@@ -174,21 +186,22 @@ class _Reader:
             raise _Fault(name.end())
         opening = self.expect(name.end(), "{(")
         read = {"string": self.string, "preamble": self.preamble}.get(name.group().lower())
-        return read(opening) if read else self.entry(at, name.group(), opening)
+        return read(at, opening) if read else self.entry(at, name.group(), opening)
 
-    def string(self, at):
+    def string(self, start, at):
         name = self.name(at + 1)
         tag = self.tag(name)
+        tag.start = start
         self.library.strings.append(tag)
         if tag.low not in self.library.given:
             self.macros[tag.low] = tag.text
         return self.expect(tag.end, CLOSE[self.text[at]]) + 1
 
-    def preamble(self, at):
+    def preamble(self, start, at):
         value = self.space(at + 1)
         text, form, macros, end = self.value(value)
         closing = self.expect(end, CLOSE[self.text[at]])
-        self.library.preambles.append(Tag("preamble", text, form, macros, value, value, end))
+        self.library.preambles.append(Tag("preamble", text, form, macros, start, value, end))
         return closing + 1
 
     def entry(self, start, type_, opening):

@@ -6,6 +6,7 @@ that stands there in the wrong place. It is silent when neither the log (each ju
 itself) nor a warning names it. `KINDS` says of every kind of warning how near it must be to a loss
 to name it, and which losses it can name at all.
 """
+import bisect
 import dataclasses
 import re
 
@@ -31,6 +32,8 @@ COMMAND = "command left"     # a LaTeX command stands in the plain text
 HALF = "half a command"      # the end of one does
 ENCODING = "encoding"        # a library of plain ASCII is one no more
 FAILED = "failed"            # the run failed and gave no reason
+# What befalls the lines behind a break, which are all one loss.
+BEHIND = (ENTRY, BROKEN, STRING, TEXT)
 DAMAGE = {GONE, CHANGED, RENAMED, TWICE, FOREIGN, ENTRY, BROKEN}
 DOCUMENT = "paper.tex"
 
@@ -53,19 +56,22 @@ def near(scope, *whats):
 # The kinds of warnings: which losses each can name, and how near it must be. One that can name none
 # is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
-    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, TWICE, MISSING, PERSON, VERDICT, DIFFERS),
-    "unknown-type": near(NEAR, PERSON, MISSING, *DAMAGE),
-    "blank-in-type": near(NEAR, PERSON, MISSING, *DAMAGE),
+    "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, TWICE, MISSING, PERSON, VERDICT, DIFFERS)
+                      | near(LINE, TEXT),
+    "unknown-type": near(NEAR, DIFFERS, VERDICT, PERSON, MISSING, *DAMAGE),
+    "blank-in-type": near(NEAR, DIFFERS, VERDICT, PERSON, MISSING, *DAMAGE),
     "runs-on": near(NEAR, MISSING, DIFFERS, VERDICT, *DAMAGE),
     "open-value": near(NEAR, *DAMAGE) | near(LIBRARY, ENTRY, BROKEN),
     "shared-line": near(LINE, *DAMAGE) | near(TAG, DIFFERS, VERDICT),
     "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
+    "stray-tag": near(NEAR, GONE, CHANGED, TWICE, FOREIGN, MISSING) | near(LINE, TEXT),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
-    "at-in-key": near(NEAR, PERSON, *DAMAGE),
+    "at-in-key": near(NEAR, DIFFERS, VERDICT, PERSON, *DAMAGE),
     "upper-cased": near(LINE, CHANGED, GONE, FOREIGN, STRING, TEXT, ENTRY, BROKEN),
     "long-line": near(LINE, *DAMAGE),
     "bad-bytes": {},
     "key-twice": {},
+    "missing-parent": near(TAG, PARENT),
     "missing-citation": near(CITED, ENTRY),
     "other-citation": near(CITED, ENTRY),
     "key-with-blank": near(CITED, ENTRY),
@@ -81,24 +87,24 @@ KINDS = {
     "weak-verdict": near(OF_ENTRY, VERDICT),
     "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT),
     "cut-entry": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
-    "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED),
+    "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED, TEXT, DIFFERS, VERDICT),
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
-    "text-lost": near(LINE, GONE, CHANGED, PERSON) | near(NEAR, BROKEN, ENTRY),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON, TEXT) | near(NEAR, BROKEN, ENTRY),
     "unknown-journal": {},
     "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
-    "braced-journal": near(LINE, CHANGED),
+    "braced-journal": near(LINE, CHANGED, RENAMED, TWICE, GONE),
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
     "line-left-out": near(NAME, GONE),
-    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
-    "renamed-tag": near(NAME, RENAMED) | near(OF_ENTRY, FOREIGN) | near(LINE, TEXT),
+    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, *BEHIND),
+    "renamed-tag": near(LINE, RENAMED, TEXT, GONE) | near(OF_ENTRY, FOREIGN),
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
-    "entry-dropped": near(OF_ENTRY, ENTRY, GONE),
-    "text-not-copied": near(LINE, TEXT, GONE, STRING),
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN),
+    "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
 }
 
 
@@ -125,6 +131,7 @@ class Loss:
     tag: object = None
     detail: str = ""
     lines: tuple = ()     # of the document: those that cite the entry
+    after: object = None  # the entry that stands before it in the output and swallows it
 
 
 ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "\\": "\\"}
@@ -159,6 +166,8 @@ class Neighbours:
 
     def __init__(self, warnings, library, file):
         self.entries = library.entries
+        self.starts = [entry.line for entry in library.entries]
+        self.lines = library.line(len(library.text))
         self.places = {id(entry): number for number, entry in enumerate(library.entries)}
         self.places_by_key = {}
         for number, entry in enumerate(library.entries):
@@ -182,23 +191,36 @@ class Neighbours:
         """The warnings that may be of the loss's entry or of one beside it, with whether they are of
         the entry itself."""
         entry = loss.entry
-        for warning in self.on(entry.line, entry.last):
+        first = entry.line
+        if getattr(loss.tag, "form", "") == "stray":  # it was meant for the entry before
+            at = bisect.bisect_left(self.starts, entry.line) - 1
+            first = self.starts[at] if at >= 0 else first
+        for warning in self.on(first, entry.last):
             yield warning, True
         for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
             yield warning, True
-        for place in self.places_of(loss):
-            before = self.entries[max(place - 1, 0)]
-            after = self.entries[min(place + 1, len(self.entries) - 1)]
-            for warning in self.on(before.line, after.last):
-                yield warning, False
+        for entry in (loss.entry, loss.after) if loss.after else (loss.entry,):
+            for first, last in self.ranges_of(loss, entry):
+                for warning in self.on(first, last):
+                    yield warning, False
 
-    def places_of(self, loss):
-        """Where the entry stands among all; of entries of one key nobody knows which one is gone."""
-        if id(loss.entry) not in self.places:
-            return ()
-        if loss.what in (ENTRY, BROKEN):
-            return self.places_by_key[loss.entry.key]
-        return (self.places[id(loss.entry)],)
+    def ranges_of(self, loss, entry):
+        """The lines of the entry and of those beside it; of entries of one key nobody knows which
+        one is gone."""
+        if id(entry) not in self.places:
+            at = bisect.bisect_left(self.starts, entry.line)  # a text, before the entry `at`
+            yield self.range(at - 1, at)
+        elif loss.what in (ENTRY, BROKEN):
+            for place in self.places_by_key[entry.key]:
+                yield self.range(place - 1, place + 1)
+        else:
+            place = self.places[id(entry)]
+            yield self.range(place - 1, place + 1)
+
+    def range(self, before, after):
+        """The lines from one entry to another; without one, from the first or to the last line."""
+        return (self.entries[before].line if before >= 0 else 1,
+                self.entries[after].last if after < len(self.entries) else self.lines)
 
 
 def explains(warning, loss, own):
@@ -211,18 +233,34 @@ def explains(warning, loss, own):
         if warning.kind == "missing-citation" and warning.key != loss.entry.key:
             return False  # another key is missing: this one with blanks
         return warning.line in loss.lines and warning.file == DOCUMENT
+    if warning.kind == "text-not-copied" and getattr(loss.tag, "form", "") == "stray":
+        scope = AFTER  # of a text of several lines only the first is named
+    if own is not None and loss.what == TEXT and warning.kind == "text-not-copied":
+        # Of several lines it names the first.
+        begin = loss.entry.begin if hasattr(loss.entry, "begin") else loss.entry.line
+        return begin <= warning.line <= loss.entry.last
     if scope in (LIBRARY, NAME):
         return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
     if own is None or scope is None:
         return False
     if scope == NEAR or not own or scope == OF_ENTRY:
         return scope == NEAR or own
+    if loss.what == RENAMED and warning.kind == "renamed-tag":
+        return own and loss.detail.partition("'")[2] in warning.text
     if loss.tag is None:
         return scope in (LINE, AFTER) and loss.entry.line <= warning.line <= last_line(loss)
     on_line = loss.tag.line <= warning.line <= loss.tag.last
     if scope == AFTER and loss.entry.line <= warning.line <= loss.tag.last:
         return True
-    return scope == LINE and on_line or names(warning.text, loss.tag.name)
+    return scope == LINE and on_line or any(names(warning.text, name) for name in names_of(loss))
+
+
+def names_of(loss):
+    """The name of the tag, and of those of equal value, for which nobody knows which one went."""
+    yield loss.tag.name
+    for tag in getattr(loss.entry, "tags", ()):
+        if tag is not loss.tag and tag.text == getattr(loss.tag, "text", None):
+            yield tag.name
 
 
 def last_line(loss):
@@ -239,8 +277,10 @@ def named(losses, warnings, library, file):
             continue  # it held nothing
         kinds = {warning.kind for warning in near.wide if explains(warning, loss, None)}
         if loss.entry is not None:
-            kinds |= {warning.kind for warning, own in near.around(loss)
-                      if loss.what in KINDS[warning.kind] and explains(warning, loss, own)}
+            # What swallows the entry in the output is named when its own break is.
+            for one in (loss, Loss(BROKEN, loss.after)) if loss.after else (loss,):
+                kinds |= {warning.kind for warning, own in near.around(one)
+                          if one.what in KINDS[warning.kind] and explains(warning, one, own)}
         yield loss, kinds
 
 
@@ -259,35 +299,49 @@ def core(text):
 
 
 class Entries:
-    """The entries of an output, each to be taken once. Those of one key come in the order of the
-    input when no such entry of `library`, the input, is missing."""
+    """The entries of an output, each to be taken once. `library` is the input: of several entries of
+    one key each gets the one that is most like it."""
 
     def __init__(self, output, library=None):
-        self.by_key, self.counts = {}, {}
+        self.by_key, self.inputs, self.pairs = {}, {}, {}
         for entry in output.entries:
             self.by_key.setdefault(entry.key, []).append(entry)
         for entry in library.entries if library else ():
-            self.counts[entry.key] = self.counts.get(entry.key, 0) + 1
+            self.inputs.setdefault(entry.key, []).append(entry)
 
     def take(self, entry, key=None, same=core):
         """The entry that is most like the given one, or none."""
         found = self.by_key.get(entry.key if key is None else key)
+        inputs = self.inputs.get(entry.key, (entry,))
         if not found:
             return None
-        left = self.counts.get(entry.key, 0)
-        self.counts[entry.key] = left - 1
-        if len(found) == left:
-            return found.pop(0)
-        wanted = {(tag.low, same(tag.text)) for tag in entry.tags}
-        best, common = None, -1
-        for other in found:
-            equal = len(wanted & {(tag.low, same(tag.text)) for tag in other.tags})
-            if (equal, -len(other.tags)) > (common, -len(best.tags) if best else 0):
-                best, common = other, equal
-        if len(found) < left and 2 * common < len(wanted):
-            return None  # it is another one of this key, and this one is missing
-        found.remove(best)
-        return best
+        if len(inputs) == 1:
+            best = max(found, key=lambda other: (common(entry, other, same), -len(other.tags)))
+            found.remove(best)
+            return best
+        if entry.key not in self.pairs:
+            self.pairs[entry.key] = pairs(inputs, found, same)
+        return self.pairs[entry.key].get(id(entry))
+
+
+def common(one, other, same):
+    """How many tags two entries have in common."""
+    wanted = {(tag.low, same(tag.text)) for tag in one.tags}
+    return len(wanted & {(tag.low, same(tag.text)) for tag in other.tags})
+
+
+def pairs(inputs, found, same):
+    """The entries of the output, each under the id of that of the input that is most like it. Where
+    some are missing, one that has less than half in common is another one."""
+    likeness = sorted((-common(one, other, same), abs(at - place), at, place)
+                      for at, one in enumerate(inputs) for place, other in enumerate(found))
+    made, taken = {}, set()
+    for count, _, at, place in likeness:
+        is_other = len(found) < len(inputs) and -2 * count < len(inputs[at].tags)
+        if id(inputs[at]) not in made and place not in taken and not is_other:
+            made[id(inputs[at])] = found[place]
+            taken.add(place)
+    return made
 
 
 def compare_tags(old, new, same=core):

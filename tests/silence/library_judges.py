@@ -5,13 +5,21 @@ import dataclasses
 import re
 
 import people
-from bibtex import Library
-from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, GONE, PARENT, PERSON, STRING, TEXT,
-                   VERDICT,                   Entries, Loss, compare_tags, core)
+from bibtex import WHITE, Library, Loose, Tag
+from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, FOREIGN, GONE, PARENT, PERSON,
+                   STRING, TEXT,
+                   VERDICT, Entries, Loss, compare_tags, core)
 
 BAD = re.compile(r"[^\x20-\x7e\t\n\r]")
 OWN_HEADER = re.compile(r"#\n\nThis BibTeX file has been created by .*\n\n.*\n\n#\n")
 OWN_HEADER_LINES = 7
+ENCODING_NOTE = re.compile(r"^(?:\xef\xbb\xbf)?[ \t]*% Encoding: ", re.MULTILINE)
+HEAD = re.compile(r"\s*@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s]+)", re.IGNORECASE)
+HEADS = re.compile(r"@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s{}]+)\s*,", re.IGNORECASE)
+# An entry, known to BibTeX or not, that Clean tags drops as empty.
+EMPTY_ENTRY = re.compile(r"\s*@\w+\{.*\n.*owner.*\n.*timestamp")
+# A line that begins as a tag does: its name and the rest.
+TAG_LINE = re.compile(r"[%,\s]*([A-Za-z][\w:.+-]*)\s*=\s*(.*)")
 # What makes two entries different works, whatever else they say.
 IDENTITY = ("title", "author", "year", "doi", "eprint")
 # What a verdict on two articles rests on besides.
@@ -44,6 +52,25 @@ def entry_gone(entry, output):
     return Loss(BROKEN if entry.key and head.search(output.text) else ENTRY, entry)
 
 
+class Breaks:
+    """Which entry stands before a broken one in the output and swallows it, as it does not end."""
+
+    def __init__(self, run, output):
+        self.inputs = {entry.key: entry for entry in reversed(run.library.entries)}
+        self.whole = {entry.key for entry in output.entries if entry.whole}
+        self.heads = [match.group(1) for match in HEADS.finditer(output.text)]
+
+    def of(self, loss):
+        """The loss with the first of the entries right before it that are not whole."""
+        if loss.what not in (ENTRY, BROKEN) or loss.entry.key not in self.heads:
+            return loss
+        at, culprit = self.heads.index(loss.entry.key), None
+        while at > 0 and self.heads[at - 1] not in self.whole:
+            at -= 1
+            culprit = self.inputs.get(self.heads[at], culprit)
+        return dataclasses.replace(loss, after=culprit)
+
+
 def definitions(run, output):
     """Definitions that do not stand in the output as they were."""
     found = [(tag.low, tag.text) for tag in output.strings]
@@ -67,17 +94,70 @@ def used_definitions(run, entries):
             yield Loss(STRING, tag, tag)
 
 
-def texts(run, output=None):
-    """Text outside entries that does not stand in the output. The header of an earlier run goes."""
-    kept = output.text.lower() if output else ""
+def header_lines(text):
+    """The lines of the header of an earlier run, and of JabRef's note on the encoding: both are
+    made anew by whoever writes the library."""
     headers = set()
-    for match in OWN_HEADER.finditer(run.library.text.replace("\r\n", "\n")):
+    for match in OWN_HEADER.finditer(text.replace("\r\n", "\n")):
         first = match.string.count("\n", 0, match.start()) + 1
         headers.update(range(first, first + OWN_HEADER_LINES))
+    notes = ENCODING_NOTE.finditer(text)
+    return headers | {text.count("\n", 0, match.end()) + 1 for match in notes}
+
+
+def essence(text):
+    """The letters and digits alone."""
+    return re.sub(r"[^0-9a-z\x80-\xff]", "", text.lower())
+
+
+def texts(run, output, named="", is_named=lambda tag: False):
+    """Lines outside entries that do not stand in the output; `named` is what a log says of them. A
+    line that reads as a tag may stand there in another form: it was meant for one, and BibTeX passes
+    over it for an error before it. `is_named`: whether a log names such a tag."""
+    kept = output.text.lower()
+    forms = None
+    headers = header_lines(run.library.text)
     for loose in run.library.paragraphs():
-        text = loose.text.lower().replace("\r\n", "\n")
-        if not {loose.line, loose.last} <= headers and text not in kept:
-            yield Loss(TEXT, loose, None, repr(loose.text[:60]))
+        if loose.text.lower().replace("\r\n", "\n") in kept:
+            continue
+        forms = essence(kept) + "\n" + essence(named) if forms is None else forms
+        lost = []
+        if head := HEAD.match(loose.text):
+            loose.key = head.group(1)  # an entry whose head BibTeX cannot read
+        for number, last, line in pieces(loose):
+            if number in headers or not line.strip(WHITE + ",)}") or line.strip(WHITE).lower() in kept:
+                continue
+            tag = TAG_LINE.match(line)
+            if not tag:
+                lost.append((number, line))
+            elif essence(line) not in forms and not is_named(tag):
+                yield Loss(GONE, loose, stray(tag, number, last))
+        for number, line in lost[:1]:
+            piece = Loose(line, number, lost[-1][0], loose.line)
+            piece.key = loose.key
+            yield Loss(TEXT, piece, None, repr(line[:60]))
+
+
+def pieces(loose):
+    """The lines of a text; one that opens a brace goes on to where it closes. Each with the numbers
+    of the first and the last one."""
+    piece, first, depth = "", 0, 0
+    for number, line in enumerate(loose.text.split("\n"), loose.line):
+        first = number if depth <= 0 else first
+        piece = line if depth <= 0 else piece + " " + line.strip(WHITE)
+        if depth > 0 or TAG_LINE.match(line):
+            depth = max(depth, 0) + line.count("{") - line.count("}")
+        if depth <= 0:
+            yield first, number, piece
+    if depth > 0:
+        yield first, number, piece
+
+
+def stray(match, number, last):
+    """The tag that stands in such a line."""
+    tag = Tag(match.group(1), match.group(2), "stray", (), 0, 0, 0)
+    tag.line, tag.last = number, last
+    return tag
 
 
 def orphans(run, copied):
@@ -94,10 +174,13 @@ def clean_characters(run):
     output = read_output(run, "_char.bib")
     found = re.findall(r"in line (\d+) and row (\d+)\n", log_of(run, "_char.log"))
     logged = {(int(line), int(column)) for line, column in found}
-    entries = Entries(output, run.library)
+    entries, breaks = Entries(output, run.library), Breaks(run, output)
 
     def cleaned(text):
         return BAD.sub("?", text)
+
+    def rest_of_line(tag):
+        return run.library.text[tag.end:run.library.line_end(tag.end)]
 
     def is_logged(tag):
         if run.has_long_line:
@@ -112,10 +195,13 @@ def clean_characters(run):
     for entry in run.library.entries:
         new = entries.take(entry, cleaned(entry.key), cleaned)
         if not new:
-            yield entry_gone(entry, output)
+            yield breaks.of(entry_gone(entry, output))
             continue
-        losses = list(compare_tags(entry, new, cleaned))
-        yield from losses
+        losses = list(own_tags(run, entry, new, cleaned))
+        for loss in losses:
+            # A macro's name with bad bytes ends before them, for BibTeX, and is longer now.
+            if loss.what != CHANGED or not BAD.search(rest_of_line(loss.tag)):
+                yield loss
         for tag in entry.tags:
             if tag not in [loss.tag for loss in losses] and not is_logged(tag):
                 yield Loss(CHANGED, entry, tag, "bytes without a place in the log")
@@ -131,21 +217,23 @@ def removed_tags(run):
     for key, listed in re.findall(r"The following tags have been removed from the entry '(.*)':\n"
                                   r"(.*)\n\n", log_of(run, "_tag.log")):
         for name in listed.split(", "):
-            named.setdefault(key.strip(), set()).add(name.lower())
+            named.setdefault(key.strip(), set()).add(name.lower().strip(","))
     return named
 
 
 def clean_tags(run):
     output = read_output(run, "_tag.bib")
+    breaks = Breaks(run, output)
     entries, removed = Entries(output, run.library), removed_tags(run)
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
             if {tag.low for tag in entry.tags} > {"owner", "timestamp"} or not entry.whole:
-                yield entry_gone(entry, output)
+                yield breaks.of(entry_gone(entry, output))
             continue
-        named = removed.get(entry.key, ())
-        for loss in compare_tags(entry, new):
+        # A head without its comma loses the key's last letter.
+        named = removed.get(entry.key, set()) | removed.get(entry.key[:-1], set())
+        for loss in own_tags(run, entry, new):
             if loss.what != GONE or squeeze(loss.tag.name) not in named:
                 yield loss
     gone = re.findall(r"@STRING has been removed:\n    (.*)", log_of(run, "_tag.log"))
@@ -153,37 +241,51 @@ def clean_tags(run):
     for loss in definitions(run, output):
         if not re.search(rf"[{{(]\s*{re.escape(loss.tag.low)}\s*=", logged):
             yield loss
-    mentioned = "".join(name for names in removed.values() for name in names)
-    for loss in texts(run):
-        if squeeze(loss.entry.text.split("\n")[0]) not in mentioned:
+    mentioned = {squeeze(name) for names in removed.values() for name in names}
+    for loss in texts(run, output, is_named=lambda tag: squeeze(tag.group(1)) in mentioned):
+        # A comment may be taken for a tag: the log names it by what stands before its first "=".
+        text = squeeze(loss.entry.text.partition("\n")[0])
+        is_empty = EMPTY_ENTRY.match(run.library.lines(loss.entry.line, loss.entry.line + 2))
+        if not is_empty and not any(name and (text.startswith(name) or name.startswith(text)) for name in mentioned):
             yield loss
 
 
 def squeeze(text):
     """A name as the log gives it."""
-    return re.sub("[ \t.:;]", "", text.lower())
+    return re.sub("[ \t\r.:;]", "", text.lower())
+
+
+def new_list(old, new, tag):
+    """What became of the list of authors; an entry may have more than one."""
+    lists = new.values("author")
+    tags = [other for other in old.tags if other.low == "author"]
+    if len(lists) == len(tags):
+        return lists[next(at for at, other in enumerate(tags) if other is tag)]
+    return next((text for text in lists if text != tag.text), "")
 
 
 def clean_authors(run):
     output = read_output(run, "_author.bib")
-    entries = Entries(output, run.library)
+    entries, breaks = Entries(output, run.library), Breaks(run, output)
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
-            yield entry_gone(entry, output)
+            yield breaks.of(entry_gone(entry, output))
             continue
-        for loss in compare_tags(entry, new, as_is):
+        for loss in own_tags(run, entry, new, as_is):
             if loss.what != CHANGED or loss.tag.low != "author":
                 yield loss
                 continue
-            lists = next((text for text in new.values("author") if text != loss.tag.text), "")
+            lists = new_list(entry, new, loss.tag)
             if not lists and loss.tag.text:
                 yield loss
             elif change := people.change(loss.tag.text, lists):
                 yield Loss(PERSON, entry, loss.tag, f"{change}: '{loss.tag.text[:70]}' is now "
                                                     f"'{lists[:70]}'")
     yield from definitions(run, output)
-    yield from texts(run, output)
+    log = log_of(run, "_author.log")
+    lists = essence(log)
+    yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in lists)
 
 
 RENAMED_JOURNAL = re.compile(
@@ -197,7 +299,7 @@ def written(run, tag):
 
 def journals(run):
     output = read_output(run, "_journal.bib")
-    entries = Entries(output, run.library)
+    entries, breaks = Entries(output, run.library), Breaks(run, output)
     renamed = {}
     for key, old, new in RENAMED_JOURNAL.findall(log_of(run, "_journal.log")):
         renamed.setdefault(key.strip(), set()).add((core(old.strip()), core(new)))
@@ -205,9 +307,9 @@ def journals(run):
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
-            yield entry_gone(entry, output)
+            yield breaks.of(entry_gone(entry, output))
             continue
-        for loss in compare_tags(entry, new, as_is):
+        for loss in own_tags(run, entry, new, as_is):
             names = [core(tag.text) for tag in new.tags
                      if loss.tag and tag.low == loss.tag.low]
             logged = [name for name in names if loss.what == CHANGED
@@ -218,7 +320,19 @@ def journals(run):
             elif pure and not logged[0].isascii():
                 yield Loss(ENCODING, entry, loss.tag, f"is now '{logged[0]}'")
     yield from definitions(run, output)
-    yield from texts(run, output)
+    log = log_of(run, "_journal.log")
+    names = essence(log)
+    yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in names)
+
+
+def own_tags(run, old, new, same=core):
+    """What happened to the tags of an entry, but for those that it has more because BibTeX read less
+    of it before: it reports an error, or the entry ends early and goes on behind a comma."""
+    behind = run.library.behind(old)
+    for loss in compare_tags(old, new, same):
+        meant = loss.what == FOREIGN and (not old.whole or behind.lstrip(WHITE).startswith(","))
+        if not meant or essence(loss.detail.partition(": '")[2]) not in essence(behind):
+            yield loss
 
 
 def copied(run, entry, entries, key=None):
@@ -243,6 +357,14 @@ def differences(entry, kept):
                 yield Loss(what, entry, tag, f"'{kept.key}' stays with '{' | '.join(values)[:60]}'")
 
 
+def closest(entry, stays):
+    """The differences from that of the kept entries that is most like the dropped one. Of several
+    nobody knows with which one it was compared."""
+    losses = min((list(differences(entry, other)) for other in stays), key=len)
+    for loss in losses:
+        yield dataclasses.replace(loss, what=VERDICT) if len(stays) > 1 else loss
+
+
 def verdicts(log, starts):
     """Pairs of keys that the log calls the same: of the first the list of the second ones."""
     found = {}
@@ -264,7 +386,7 @@ def clean_doubles(run):
     kept = {}
     for entry in run.library.entries + output.entries:
         kept.setdefault(entry.key, []).append(entry)
-    later = []
+    later, dropped = [], []
     for entry in run.library.entries:
         if copied(run, entry, entries) or any(copied(run, entry, entries, key)
                                               for key in renames.get(entry.key, ())):
@@ -272,19 +394,27 @@ def clean_doubles(run):
         stays = [other for key in same.get(entry.key, ()) for other in kept.get(key, ())
                  if other is not entry]
         if stays:
-            losses = [list(differences(entry, other)) for other in stays]
-            yield from min(losses, key=len)
+            yield from closest(entry, stays)
+            behind = run.library.behind(entry).count("\n")
+            dropped.append(range(entry.line, entry.last + behind + 1))
         else:
             later.append(entry)
+    breaks = Breaks(run, output)
     for entry in later:
         new = entries.take(entry)
         if new:
             yield from compare_tags(entry, new, as_is)
         else:
-            yield entry_gone(entry, output)
+            yield breaks.of(entry_gone(entry, output))
     yield from used_definitions(run, output.entries)
     yield from orphans(run, output.entries)
-    yield from texts(run, output)
+    for loss in texts(run, output):
+        # What BibTeX does not read of a dropped entry went with it, and so did an entry of which it
+        # cannot read the head: the log says so.
+        if getattr(loss.entry, "key", "") in same:
+            continue
+        if loss.tag is None or not any(loss.tag.line in lines for lines in dropped):
+            yield loss
 
 
 def compare(run):
@@ -307,26 +437,32 @@ def compare(run):
             continue
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
         if stays:
-            yield from min((list(differences(entry, other)) for other in stays), key=len)
+            yield from closest(entry, stays)
         else:
             later.append(entry)
+    breaks = Breaks(run, output)
     for entry in later:
         new = missing.take(entry)
         if new:
             yield from compare_tags(entry, new, as_is)
         else:
-            yield entry_gone(entry, output)
+            yield breaks.of(entry_gone(entry, output))
 
 
 def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
-    entries = Entries(output, run.library)
+    entries, breaks = Entries(output), Breaks(run, output)
     for entry, lines in run.cited():
         new = entries.take(entry)
         if new:
+            # Of entries of one key any one may be taken.
+            same = [other for other in run.library.entries if other.key == entry.key]
+            if len(same) > 1:
+                entry = min(same, key=lambda one: len(list(compare_tags(one, new, as_is))))
+                run.taken[entry.key] = entry
             yield from compare_tags(entry, new, as_is)
         else:
-            yield dataclasses.replace(entry_gone(entry, output), lines=lines)
+            yield breaks.of(dataclasses.replace(entry_gone(entry, output), lines=lines))
     yield from used_definitions(run, output.entries)
     yield from orphans(run, output.entries)

@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: MIT
 """Lists of authors as BibTeX reads them, and whether two lists name the same people."""
+import codecs
 import re
 import unicodedata
 
 from bibtex import WHITE
 
-AND = re.compile(r"\s+and\s+", re.IGNORECASE | re.ASCII)
+AND = re.compile(r"\s+and(?=\s)", re.IGNORECASE | re.ASCII)
 ET_AL = re.compile(r"\{?\\ldots\}?|\{\\it et al\}|(?:\band\s+)?\bet al\.?|\band Others\b")
 ACCENT = re.compile(r"""\\(?:["'`^~=.]\s*|[vcHkurdbt](?:\s+|(?=\{)))\{?\\?([A-Za-z])\}?""")
 COMMAND = re.compile(r"\\([A-Za-z]+)\s*")
@@ -21,12 +22,18 @@ def decomposed(text):
     return "".join(letter for letter in text if not unicodedata.combining(letter))
 
 
+codecs.register_error("latin", lambda error: (
+    error.object[error.start:error.end].decode("latin-1"), error.end))
+
+
+def decoded(text):
+    """The text of bytes as letters; bytes that are not UTF-8 are Latin-1."""
+    return text if text.isascii() else text.encode("latin-1", "replace").decode("utf-8", "latin")
+
+
 def unaccented(text):
     """The text in lower-case letters without accents, however they are written; braces go."""
-    try:
-        text = text.encode("latin-1").decode("utf-8")
-    except UnicodeError:
-        pass
+    text = decoded(text)
     text = ACCENT.sub(r"\1", text)
     text = COMMAND.sub(lambda match: PLAIN_LETTERS.get(match.group(1), ""), text)
     return re.sub(r"[{}\\]", "", decomposed(text)).lower()
@@ -58,10 +65,7 @@ def words(text):
 def is_particle(word):
     if word.startswith("{"):
         return False
-    try:
-        word = word.encode("latin-1").decode("utf-8")
-    except UnicodeError:
-        pass
+    word = decoded(word)
     letters = [letter for letter in ACCENT.sub(r"\1", word) if letter.isalpha()]
     return bool(letters) and letters[0].islower()
 
@@ -94,8 +98,9 @@ class Name:
         return [word.rstrip(".") for text in joined for word in text.split()]
 
     def initials(self):
-        return [part[0] for word in self.first for part in re.split(r"[-.~\s]+", unaccented(word))
-                if part]
+        parts = [part.lstrip("('\"`?") for word in self.first
+                 for part in re.split(r"[-.~\s]+", unaccented(word))]
+        return [part[0] for part in parts if part]
 
     def long_initials(self):
         """The same with words of capitals alone, such as JP, taken letter by letter."""

@@ -24,8 +24,7 @@ about the value, how often, and an example. Ends with 1 if there was any.
 
 How it hangs together: exports.py and random_libraries.py make libraries; bibtex.py and people.py read
 them; library_judges.py and reference_judges.py say what of the input a run did not keep; judge.py
-holds the table of the kinds of warnings and says which of them name a loss; gaps.py lists what is
-known to be lost in silence.
+holds the table of the kinds of warnings and says which of them name a loss.
 """
 import argparse
 import collections
@@ -37,7 +36,6 @@ import random
 import sys
 
 import causes
-import gaps
 import judge
 import trial_runs
 from random_libraries import RandomLibrary
@@ -74,11 +72,10 @@ def case_of(name, size):
 
 @dataclasses.dataclass
 class Tally:
-    """What came of cases. The examples of `silent` and `known` stand under operation, what, cause."""
+    """What came of cases. The examples of `silent` stand under operation, what, cause."""
     entries: int = 0
     tags: int = 0
     silent: dict = dataclasses.field(default_factory=dict)
-    known: dict = dataclasses.field(default_factory=dict)  # gap: how often
     named: collections.Counter = dataclasses.field(default_factory=collections.Counter)
     alone: collections.Counter = dataclasses.field(default_factory=collections.Counter)
 
@@ -89,7 +86,6 @@ class Tally:
             kept = self.silent.setdefault(what, [0, []])
             kept[0] += examples[0]
             kept[1] = sorted(kept[1] + examples[1], key=lambda one: (one[1] or 10**6, one[0]))[:5]
-        self.known = collections.Counter(self.known) + collections.Counter(other.known)
         self.named += other.named
         self.alone += other.alone
 
@@ -119,10 +115,7 @@ class Prover:
             tally.named.update(kinds)
             if len(kinds) == 1:
                 tally.alone.update(kinds)
-            gap = gaps.of(operation, case.parsed, loss)
-            if not kinds and gap:
-                tally.known[gap] = tally.known.get(gap, 0) + 1
-            elif not kinds:
+            if not kinds:
                 example = (case.name, size, operation, options, describe(case, loss))
                 what = (operation, loss.what, causes.of(case.parsed, loss))
                 tally.add(Tally(silent={what: [1, [example]]}))
@@ -170,8 +163,6 @@ def report(tally, shown):
         for example in examples[:shown]:
             options = " ".join(trial_runs.words_of(example[3]))
             print(f"    {example[4]}{'  [' + options + ']' if options else ''}")
-    for gap in gaps.GAPS:
-        print(f"known gap: {gap.text}: {tally.known.get(gap.text, 0)} times")
 
 
 def report_kinds(tally):
@@ -229,8 +220,7 @@ def main():
         write_smallest(prover, tally.silent, arguments.shrink)
     silent = sum(count for count, _ in tally.silent.values())
     print(f"{tally.entries} entries with {tally.tags} tags, {len(prover.operations)} operations: "
-          f"{silent} silent losses of {len(tally.silent)} sorts, "
-          f"{sum(tally.known.values())} in known gaps")
+          f"{silent} silent losses of {len(tally.silent)} sorts")
     sys.exit(0 if needed and not silent else 1)
 
 

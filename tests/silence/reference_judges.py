@@ -79,10 +79,7 @@ class Format:
 @functools.lru_cache(1 << 16)
 def fold(text, latex):
     """The text in lower-case words with one blank between; in plain text a command is a gap."""
-    try:
-        text = text.encode("latin-1").decode("utf-8")
-    except UnicodeError:
-        pass
+    text = people.decoded(text)
     gap = " " if latex else GAP
     text = re.sub(r"\\([&%#{}])", " ", text).replace("\\_", "").replace("\\$", " ")
     text = people.ACCENT.sub(r"\1", text)
@@ -239,14 +236,20 @@ class ReferenceJudge:
         """Words that are of no value of the entry. Where one was `missed`, a piece of it may stand
         there."""
         own = collections.Counter(self.formats[KINDS[entry.type]].literals.split())
+        if not entry.whole:
+            # BibTeX reports an error in it; what stands behind that was meant for the entry.
+            own.update(fold(self.run.library.behind(entry).replace("}", "} "), True).split())
         for tag in entry.tags:
             if tag.low in shown:
                 own.update(fold(self.text(tag), True).split())
+                if tag.low == "journal":  # one style prints it without its full stops
+                    own.update(fold(tag.text.replace(".", ""), True).split())
                 if tag.low in ("author", "editor"):
                     for name in people.people(tag.text):
                         own.update(["".join(name.initials()), "and"])
         more = collections.Counter(folded.split()) - own
         values = " ".join(fold(tag.text, True) for tag in entry.tags if tag.low in shown)
+        values += " " + self.formats[KINDS[entry.type]].literals
         more = [word for word in more
                 if not (missed and is_piece(word, values) or glued(word, own))]
         if more:

@@ -85,6 +85,7 @@ class Run:
                 if name.startswith(base):
                     self.outputs[name[len(base) - 1:]] = data
                     break
+        self.taken = {}  # of a key that several entries have, the one that was taken
         self.has_long_line = any(len(line) >= LONG_LINE for line in self.library.text.split("\n"))
 
     def cited(self):
@@ -92,7 +93,7 @@ class Run:
         first = {}
         for entry in self.library.entries:
             first.setdefault(entry.key, entry)
-        return [(first[key], lines) for key, lines in self.citations.items() if key in first]
+        return [(self.taken.get(key, first[key]), lines) for key, lines in self.citations.items() if key in first]
 
 
 def random_options(operation, rng):

@@ -48,13 +48,14 @@ TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
 }
 
 TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
-  warnings_.NoteDroppedWithoutKey(30);
+  const std::string library(41, 'x');
+  warnings_.NoteDroppedWithoutKey(library, 30);
   EXPECT_EQ(Told(), Lines{"entry-dropped l:4 [] an entry without a key was dropped"});
-  warnings_.NoteDroppedAsEmpty("k", 40, "}\n");
-  warnings_.NoteDroppedAsEmpty("k", 40, "\n  note = {x}");
-  warnings_.NoteDroppedAsEmpty("k", 40, "");
+  warnings_.NoteDroppedAsEmpty("k", 40, library + "}\n", library.size());
+  warnings_.NoteDroppedAsEmpty("k", 40, library + "\n  note = {x}", library.size());
+  warnings_.NoteDroppedAsEmpty("k", 40, library + "", library.size());
   EXPECT_EQ(Told(), Lines()) << "only the next line counts";
-  warnings_.NoteDroppedAsEmpty("k", 40, "  note = {x}\n}\n");
+  warnings_.NoteDroppedAsEmpty("k", 40, library + "  note = {x}\n}\n", library.size());
   EXPECT_EQ(Told(), Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
                           "'note'"});
 }
