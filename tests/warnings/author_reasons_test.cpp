@@ -24,8 +24,8 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
 }
 
 TEST(WhyNoKnownForm, IsEmptyWhereNothingIsWrong) {
-  for (const std::string_view list :
-       {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.", "Doe, John and Roe, Karl"}) {
+  for (const std::string_view list : {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.",
+                                      "Doe, John and Roe, Karl", "Doe, JP and Roe, K."}) {
     EXPECT_EQ(WhyNoKnownForm(list), "") << list;
   }
 }
@@ -54,6 +54,7 @@ TEST(WhyDoubtful, IsEmptyWhereNothingIsWrong) {
   EXPECT_EQ(WhyDoubtful("Plato and Aristotle", "Plato and Aristotle"), "");
   EXPECT_EQ(WhyDoubtful("John Smith and Bob Jones", "Smith, J. and Jones, B."), "");
   EXPECT_EQ(WhyDoubtful("Doe, John", "Doe, J."), "");
+  EXPECT_EQ(WhyDoubtful("Anna Van", "Van, A."), "");
   EXPECT_EQ(WhyDoubtful("J\\'an {\\v S}im", "{\\v S}im, J."), "");
   EXPECT_EQ(WhyDoubtful("", ""), "");
 }

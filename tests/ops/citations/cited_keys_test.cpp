@@ -40,6 +40,10 @@ TEST_F(CitedKeysOfADocument, ComeOnceInTheDocumentsOrder) {
   EXPECT_EQ(Read("\\cite{a,b}\\cite{a}"), (Keys{"a", "b"}));
   EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e,d}\\include{one}\\input{paper.tex}"),
             (Keys{"a", "b", "c", "d", "e"}));
+  files_.files["d/four"] = "\\cite{f}";
+  EXPECT_EQ(Read("\\input{four}"), Keys{"f"});
+  files_.files["d/four.tex"] = "\\cite{g}";
+  EXPECT_EQ(Read("\\input{four}"), Keys{"g"}) << "LaTeX looks for this name first";
   run_.citations.follow = false;
   EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e}"), (Keys{"a", "e"}));
 }
