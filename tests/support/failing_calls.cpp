@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The functions of the system, defined once more: the linker takes those of the program itself
-// first. Each calls the real one unless it is to fail.
+// Where the tests' program calls a function of the system, the linker has it call the one here
+// (--wrap, see CMakeLists.txt), which calls the real one unless it is to fail.
 #include "tests/support/failing_calls.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/random.h>
@@ -21,11 +20,6 @@ namespace tarvel::testing {
 namespace {
 
 FailingCall* innermost = nullptr;
-
-template <typename Function>
-Function* Real(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
 
 }  // namespace
 
@@ -53,16 +47,34 @@ FailingCalls::FailingCalls(std::string_view function, int error, int n)
 
 }  // namespace tarvel::testing
 
-using tarvel::testing::Real;
-
 namespace {
 bool Fails(const char* function) { return tarvel::testing::FailingCall::Fails(function); }
 }  // namespace
 
 extern "C" {
 
-int open(const char* path, int flags, ...) {
-  static const auto real = Real<int(const char*, int, ...)>("open");
+int __real_open(const char* path, int flags, ...);
+ssize_t __real_read(int descriptor, void* buffer, size_t size);
+ssize_t __real_write(int descriptor, const void* bytes, size_t size);
+int __real_close(int descriptor);
+int __real_dup(int descriptor);
+int __real_stat(const char* path, struct stat* status);
+int __real_lstat(const char* path, struct stat* status);
+int __real_fstat(int descriptor, struct stat* status);
+int __real_statx(int directory, const char* path, int flags, unsigned mask, struct statx* status);
+int __real_flock(int descriptor, int operation);
+int __real_unlink(const char* path);
+int __real_rename(const char* from, const char* to);
+int __real_linkat(int from_directory, const char* from, int to_directory, const char* to,
+                  int flags);
+int __real_fchown(int descriptor, uid_t user, gid_t group);
+int __real_fchmod(int descriptor, mode_t mode);
+int __real_access(const char* path, int mode);
+ssize_t __real_readlink(const char* path, char* buffer, size_t size);
+int __real_getrlimit(__rlimit_resource_t resource, struct rlimit* limit);
+uid_t __real_geteuid();
+
+int __wrap_open(const char* path, int flags, ...) {
   mode_t mode = 0;
   if ((flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE) {
     va_list rest;
@@ -70,101 +82,78 @@ int open(const char* path, int flags, ...) {
     mode = va_arg(rest, mode_t);
     va_end(rest);
   }
-  return Fails("open") ? -1 : real(path, flags, mode);
+  return Fails("open") ? -1 : __real_open(path, flags, mode);
 }
-int __open_2(const char* path, int flags) { return open(path, flags, mode_t{0}); }
+int __wrap___open_2(const char* path, int flags) { return __wrap_open(path, flags, mode_t{0}); }
 
-ssize_t read(int descriptor, void* buffer, size_t size) {
-  static const auto real = Real<ssize_t(int, void*, size_t)>("read");
-  return Fails("read") ? -1 : real(descriptor, buffer, size);
+ssize_t __wrap_read(int descriptor, void* buffer, size_t size) {
+  return Fails("read") ? -1 : __real_read(descriptor, buffer, size);
 }
-ssize_t write(int descriptor, const void* bytes, size_t size) {
-  static const auto real = Real<ssize_t(int, const void*, size_t)>("write");
+ssize_t __wrap_write(int descriptor, const void* bytes, size_t size) {
   if (Fails("write")) return errno == 0 ? 0 : -1;
-  return real(descriptor, bytes, size);
+  return __real_write(descriptor, bytes, size);
 }
-int close(int descriptor) {
-  static const auto real = Real<int(int)>("close");
+int __wrap_close(int descriptor) {
   const int error = errno;
-  const int result = real(descriptor);  // a failing one closes it, too
+  const int result = __real_close(descriptor);  // a failing one closes it, too
   if (result == 0) errno = error;
   return Fails("close") ? -1 : result;
 }
-int dup(int descriptor) noexcept {
-  static const auto real = Real<int(int)>("dup");
-  return Fails("dup") ? -1 : real(descriptor);
+int __wrap_dup(int descriptor) { return Fails("dup") ? -1 : __real_dup(descriptor); }
+int __wrap_stat(const char* path, struct stat* status) {
+  return Fails("stat") ? -1 : __real_stat(path, status);
 }
-int stat(const char* path, struct stat* status) noexcept {
-  static const auto real = Real<int(const char*, struct stat*)>("stat");
-  return Fails("stat") ? -1 : real(path, status);
-}
-int lstat(const char* path, struct stat* status) noexcept {
-  static const auto real = Real<int(const char*, struct stat*)>("lstat");
+int __wrap_lstat(const char* path, struct stat* status) {
   if (Fails("lstat")) {
     *status = {};
     return errno == 0 ? 0 : -1;
   }
-  return real(path, status);
+  return __real_lstat(path, status);
 }
-int fstat(int descriptor, struct stat* status) noexcept {
-  static const auto real = Real<int(int, struct stat*)>("fstat");
+int __wrap_fstat(int descriptor, struct stat* status) {
   if (Fails("fstat")) {
     *status = {};
     return errno == 0 ? 0 : -1;
   }
-  return real(descriptor, status);
+  return __real_fstat(descriptor, status);
 }
-int statx(int directory, const char* path, int flags, unsigned mask,
-          struct statx* status) noexcept {
-  static const auto real = Real<int(int, const char*, int, unsigned, struct statx*)>("statx");
+int __wrap_statx(int directory, const char* path, int flags, unsigned mask, struct statx* status) {
   if (Fails("statx")) {
     status->stx_attributes = STATX_ATTR_MOUNT_ROOT;
     return errno == 0 ? 0 : -1;
   }
-  return real(directory, path, flags, mask, status);
+  return __real_statx(directory, path, flags, mask, status);
 }
-int flock(int descriptor, int operation) noexcept {
-  static const auto real = Real<int(int, int)>("flock");
-  return Fails("flock") ? -1 : real(descriptor, operation);
+int __wrap_flock(int descriptor, int operation) {
+  return Fails("flock") ? -1 : __real_flock(descriptor, operation);
 }
-int unlink(const char* path) noexcept {
-  static const auto real = Real<int(const char*)>("unlink");
-  return Fails("unlink") ? -1 : real(path);
+int __wrap_unlink(const char* path) { return Fails("unlink") ? -1 : __real_unlink(path); }
+int __wrap_rename(const char* from, const char* to) {
+  return Fails("rename") ? -1 : __real_rename(from, to);
 }
-int rename(const char* from, const char* to) noexcept {
-  static const auto real = Real<int(const char*, const char*)>("rename");
-  return Fails("rename") ? -1 : real(from, to);
+int __wrap_linkat(int from_directory, const char* from, int to_directory, const char* to,
+                  int flags) {
+  return Fails("linkat") ? -1 : __real_linkat(from_directory, from, to_directory, to, flags);
 }
-int linkat(int from_directory, const char* from, int to_directory, const char* to,
-           int flags) noexcept {
-  static const auto real = Real<int(int, const char*, int, const char*, int)>("linkat");
-  return Fails("linkat") ? -1 : real(from_directory, from, to_directory, to, flags);
+int __wrap_fchown(int descriptor, uid_t user, gid_t group) {
+  return Fails("fchown") ? -1 : __real_fchown(descriptor, user, group);
 }
-int fchown(int descriptor, uid_t user, gid_t group) noexcept {
-  static const auto real = Real<int(int, uid_t, gid_t)>("fchown");
-  return Fails("fchown") ? -1 : real(descriptor, user, group);
+int __wrap_fchmod(int descriptor, mode_t mode) {
+  return Fails("fchmod") ? -1 : __real_fchmod(descriptor, mode);
 }
-int fchmod(int descriptor, mode_t mode) noexcept {
-  static const auto real = Real<int(int, mode_t)>("fchmod");
-  return Fails("fchmod") ? -1 : real(descriptor, mode);
+int __wrap_access(const char* path, int mode) {
+  return Fails("access") ? -1 : __real_access(path, mode);
 }
-int access(const char* path, int mode) noexcept {
-  static const auto real = Real<int(const char*, int)>("access");
-  return Fails("access") ? -1 : real(path, mode);
-}
-ssize_t readlink(const char* path, char* buffer, size_t size) noexcept {
-  static const auto real = Real<ssize_t(const char*, char*, size_t)>("readlink");
-  return Fails("readlink") ? -1 : real(path, buffer, size);
+ssize_t __wrap_readlink(const char* path, char* buffer, size_t size) {
+  return Fails("readlink") ? -1 : __real_readlink(path, buffer, size);
 }
 
-int getrlimit(__rlimit_resource_t resource, struct rlimit* limit) noexcept {
-  static const auto real = Real<int(__rlimit_resource_t, struct rlimit*)>("getrlimit");
-  return Fails("getrlimit") ? -1 : real(resource, limit);
+int __wrap_getrlimit(__rlimit_resource_t resource, struct rlimit* limit) {
+  return Fails("getrlimit") ? -1 : __real_getrlimit(resource, limit);
 }
-uid_t geteuid() noexcept {
-  static const auto real = Real<uid_t()>("geteuid");
+uid_t __wrap_geteuid() {
   constexpr uid_t kNobodyHere = 54321;
-  return Fails("geteuid") ? kNobodyHere : real();
+  return Fails("geteuid") ? kNobodyHere : __real_geteuid();
 }
 
 }  // extern "C"
