@@ -33,7 +33,8 @@ class NameMatcher {
   bool Covers(std::string_view text, std::size_t at, std::string_view name) const;
 
   std::vector<std::string> names_;  // in capitals
-  // Two bytes are looked at, then those this far on: a name has one of its first pairs there.
+  // Two bytes are looked at, then those this far on: a name has one of its first pairs there. With
+  // a step of one, Text's names take 1.4 times as long to find.
   std::size_t step_ = 1;
   // By the lower five bits of two bytes, which are those of a letter in either case: bit i is set
   // when the two may be one of the first `step_` pairs of names_[i].

@@ -51,12 +51,12 @@ void ReplaceEscapedBlanks(std::string& text) {
   text.resize(kept);
 }
 
-/// Whether the value of the author line goes on on the next line and was not read: it stands in
+/// Whether the value of the author line continues on the next line and was not read: it stands in
 /// quotes that do not close, or begins below its name.
 bool GoesOnUnread(std::string_view line) {
   const std::string_view value = Trim(line.substr(line.find('=') + 1), kBlanks);
   if (value.empty()) return true;
-  return value.front() == '"' && std::count(value.begin(), value.end(), '"') == 1;
+  return value.front() == '"' && CountByte(value, '"') == 1;
 }
 
 /// The files of one run and what walks them.
@@ -146,10 +146,10 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t place, Auth
   }
   const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
-  if (std::count(lost.begin(), lost.end(), '{') > std::count(lost.begin(), lost.end(), '}')) {
+  if (OpenBraces(lost) > 0) {
     warnings_.Report(
         WarningKind::kTornValue, place, key_,
-        "a value begins after the authors and goes on on the next lines, which stayed: "
+        "a value begins after the authors and continues on the next lines, which stayed: "
         "BibTeX cannot read the rest of the entry");
   }
   warnings_.Report(WarningKind::kTextLost, place, key_,

@@ -199,7 +199,7 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
   if (open > 0) {
     warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
                      {"the line of ", Quoted(shown),
-                      " was left out, but its value goes on on the next lines, which stayed"});
+                      " was left out, but its value continues on the next lines, which stayed"});
   } else if (open < 0) {
     warnings_.Report(
         WarningKind::kTornValue, place_, bibitem_,

@@ -29,12 +29,6 @@ constexpr ByteSet kBeforeHead(" \t\r\n}");
 constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
 
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  StringToUpper(upper);
-  return upper;
-}
-
 bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
 
 bool HoldsOneOf(std::string_view name, std::span<const std::string_view> tags) {
@@ -251,7 +245,7 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
 void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
                                   std::size_t offset) {
   in_unknown_ = false;
-  const std::string type = Upper(word.substr(1));
+  const std::string type = InCapitals(word.substr(1));
   if (std::find(kNoEntries.begin(), kNoEntries.end(), type) != kNoEntries.end()) return;
   in_unknown_ = true;
   if (!rest.starts_with('{')) {
@@ -284,7 +278,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     if (brace == std::string_view::npos) return;
     const std::string_view text = line.substr(at, brace - at);
     const std::string_view word = TrimEnd(text.substr(1), IsBlank);
-    const bool is_type = !FindEntryType(Upper(word)).empty();
+    const bool is_type = !FindEntryType(InCapitals(word)).empty();
     if (!is_type && std::any_of(text.begin(), text.end(), IsLower)) {
       const std::string_view tag = TagNameOf(line);
       Report(WarningKind::kUpperCased, offset,

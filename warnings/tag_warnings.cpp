@@ -54,13 +54,15 @@ void TagWarnings::SkipEntry(std::string_view library, std::size_t place) {
   for (dropped_end_ = library.substr(0, place).rfind('\n') + 1; dropped_end_ < library.size();
        ++dropped_end_) {
     if (dropped_end_ > place && library.substr(dropped_end_).starts_with("\n@")) break;
-    depth += OpenBraces(library.substr(dropped_end_, 1));
+    if (library[dropped_end_] == '{') ++depth;
+    if (library[dropped_end_] == '}') --depth;
     if (dropped_end_ > place && depth <= 0) break;
   }
   ++dropped_end_;
 }
 
 void TagWarnings::NoteDroppedWithoutKey(std::string_view library, std::size_t place) {
+  if (!warnings_.Wanted()) return;
   SkipEntry(library, place);
   warnings_.Report(WarningKind::kEntryDropped, place, {}, "an entry without a key was dropped");
 }
@@ -80,7 +82,7 @@ void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t place,
 void TagWarnings::NoteRemovedString(std::string_view line, std::size_t place) {
   if (!warnings_.Wanted() || OpenBraces(line) <= 0) return;
   warnings_.Report(WarningKind::kTextNotCopied, place, {},
-                   "the definition goes on in the next lines, which were not copied, and its log "
+                   "the definition continues on the next lines, which were not copied, and its log "
                    "names only this line: " +
                        Quoted(Trim(line, kBlanks)));
 }
@@ -146,7 +148,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
   return true;
 }
 
-/// Tells of the first line of a text.
+/// Reports the first line of a text.
 void TagWarnings::ReportText(std::string_view line, std::size_t place) {
   const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);

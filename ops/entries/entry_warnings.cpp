@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "warnings/line_tags.h"
 
@@ -123,14 +124,12 @@ void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::s
 }
 
 std::optional<std::string_view> ParentOf(std::string_view entry) {
-  // Few entries have one: looking for a part of the name is the fastest way to say so.
-  if (entry.find("rossref") == std::string_view::npos &&
-      entry.find("rossRef") == std::string_view::npos &&
-      entry.find("ROSSREF") == std::string_view::npos) {
-    return std::nullopt;
-  }
-  for (const LineTag& tag : TagsOf(entry.substr(std::min(entry.find(','), entry.size())))) {
-    if (EqualNoCase(tag.name, "crossref")) return Trim(tag.value, "{}\" \t\r\n");
+  // Few entries have the tag, so most need not be taken apart.
+  static constexpr std::array kParentTag{"crossref"sv};
+  static const NameMatcher names_parent(kParentTag);
+  if (!names_parent.Any(entry)) return std::nullopt;
+  for (const LineTag& tag : TagsOf(AfterKey(entry))) {
+    if (EqualNoCase(tag.name, kParentTag[0])) return Trim(tag.value, "{}\" \t\r\n");
   }
   return std::nullopt;
 }

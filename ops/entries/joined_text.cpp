@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/line_stream.h"
+#include "core/text_primitives.h"
 #include "core/value_reader.h"
 
 namespace tarvel {
@@ -22,7 +23,7 @@ std::size_t BehindLine(std::string_view bytes, std::size_t start) {
 
 JoinedText::JoinedText(std::string_view bytes) : bytes_(bytes) {
   text_.reserve(bytes.size());
-  lines_.reserve(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 2);
+  lines_.reserve(CountByte(bytes, '\n') + 2);
   lines_.push_back({0, 0, 0, 0});
   for (std::size_t start = 0; start < bytes.size();) {
     const std::size_t end = BehindLine(bytes, start);

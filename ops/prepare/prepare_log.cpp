@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ops/prepare/prepare_log.h"
 
-#include <algorithm>
+#include "core/text_primitives.h"
 
 namespace tarvel {
 
@@ -37,9 +37,7 @@ void PrepareLog::Warn(WarningKind kind, std::size_t place, std::string_view text
 /// The number of a place's line. A place before the one asked for last counts as that.
 std::string PrepareLog::LineOf(std::size_t place) {
   if (place > counted_to_) {
-    lines_ += static_cast<std::size_t>(
-        std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_to_),
-                   bytes_.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
+    lines_ += CountByte(bytes_.substr(counted_to_, place - counted_to_), '\n');
     counted_to_ = place;
   }
   return std::to_string(lines_);

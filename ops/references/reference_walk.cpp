@@ -216,13 +216,9 @@ void ReferenceWalk::ReadTagsOfLine(const EntryKind& kind) {
 }
 
 bool ReferenceWalk::PassesOver(const TagRead& tag) const {
-  switch (tag.pass_over) {
-    case PassOver::kNothing:
-      return false;
-    case PassOver::kBooktitleAnyCase:
-      return ContainsNoCase(line_.Text(), kBooktitleTag);
-    case PassOver::kBooktitleLowerCase:
-      break;
+  if (tag.pass_over == PassOver::kNothing) return false;
+  if (tag.pass_over == PassOver::kBooktitleAnyCase) {
+    return ContainsNoCase(line_.Text(), kBooktitleTag);
   }
   return line_.Text().find(kBooktitleTag) != std::string_view::npos;
 }

@@ -125,6 +125,20 @@ TEST(StringToUpper, UpperCasesEveryByte) {
   EXPECT_EQ(text, "AZ1{\xe4}Z");
 }
 
+TEST(InCapitals, LeavesItsArgument) {
+  const std::string text = "aZ1{\xe4}z";
+  EXPECT_EQ(InCapitals(text), "AZ1{\xe4}Z");
+  EXPECT_EQ(text, "aZ1{\xe4}z");
+}
+
+TEST(CountByte, CountsMoreThanOneByteCanHold) {
+  for (const std::size_t size : {0, 1, 254, 255, 256, 257, 511, 600}) {
+    EXPECT_EQ(CountByte(std::string(size, 'a'), 'a'), size);
+    EXPECT_EQ(CountByte(std::string(size, 'a') + "b" + std::string(size, 'a'), 'b'), 1U);
+  }
+  EXPECT_EQ(CountByte("\xe4x\xe4", '\xe4'), 2U);
+}
+
 TEST(StripBraces, RemovesTheOuterRunsOnly) {
   const std::pair<std::string, std::string> cases[] = {
       {"{{Title}}", "Title"},
