@@ -3,8 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,12 +41,12 @@ class LaTeXCommands {
   template <typename Test>
   std::size_t FirstNot(Span span, Test passes) const;
   std::size_t FindRowAt(std::string_view text, std::size_t from) const;
+  std::string_view FirstCommandFrom(std::string_view text) const;
+  bool HasRowOf(std::string_view name) const;
   std::string_view SortedCommand(std::size_t i) const { return rows_[sorted_[i]].command; }
 
   std::vector<Row> rows_;
   std::vector<std::size_t> sorted_;
-  std::set<std::string, std::less<>> names_;  // of the rows that begin with a backslash and letters
-  std::set<std::string, std::less<>> bare_;   // those of them of which the rows hold no more
   std::array<Span, 256> by_first_byte_{};
 };
 
