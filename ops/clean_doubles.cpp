@@ -174,13 +174,13 @@ Decision DoubleCleaner::Decide(const TypeRule<DoublesRule>& rule,
 void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last) {
   const bool notes_key = rule.rule && !rule.rule->same_key_note.empty();
   if (!reader_.Entry().key.empty() && !notes_key) return;
-  const EntryList* same = follower_.Entries().WithKey(reader_.Entry().key);
-  if (!same) return;
   const std::string_view format =
       reader_.Entry().key.empty() ? kEmptyKeys : rule.rule->same_key_note;
-  const std::size_t count = last ? same->CountUpTo(*last) : same->Size();
-  for (std::size_t i = 0; i < count; ++i)
+  const std::size_t behind = last ? last->head + 1 : library_.Size();
+  const std::size_t count = follower_.Entries().CountWithKey(reader_.Entry().key, behind);
+  for (std::size_t i = 0; i < count; ++i) {
     WriteFormat(log_, format, {reader_.Entry().key, reader_.Entry().key});
+  }
 }
 
 void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ops/entries/kept_entries.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -73,11 +74,9 @@ void EntryList::Remove(const KeptEntry& entry) {
   several_.reset();
 }
 
-std::size_t EntryList::Size() const { return several_ ? several_->size() : IsEmpty() ? 0 : 1; }
-
-std::size_t EntryList::CountUpTo(const KeptEntry& last) const {
-  if (!several_) return only_ && only_->head <= last.head ? 1 : 0;
-  const auto behind = several_->upper_bound(&last);
+std::size_t EntryList::CountBefore(std::size_t place) const {
+  if (!several_) return only_ && only_->head < place ? 1 : 0;
+  const auto behind = several_->lower_bound(place);
   return static_cast<std::size_t>(std::distance(several_->begin(), behind));
 }
 
@@ -136,9 +135,9 @@ void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
 const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesRule& rule) const {
   const SameKey* const same = by_key_.Find(key);
   if (!same || same->all.IsEmpty()) return nullptr;
-  if (same->complete) return (*same->complete)[IndexOf(rule)].First();
+  if (same->complete) return Visible((*same->complete)[IndexOf(rule)].First());
   const KeptEntry* only = same->all.First();
-  return only->IsComplete(rule) ? only : nullptr;
+  return only->IsComplete(rule) ? Visible(only) : nullptr;
 }
 
 const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
@@ -146,14 +145,19 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   if (!found) return nullptr;
-  return found->all.First([&](const KeptEntry& entry) {
+  return Visible(found->all.First([&](const KeptEntry& entry) {
     return entry.rule.type == rule.type && entry.ComparedValuesOf(rule.rule->group) == values;
-  });
+  }));
 }
 
-const EntryList* KeptEntries::WithKey(std::string_view key) const {
+const KeptEntry* KeptEntries::FirstWithKey(std::string_view key) const {
   const SameKey* const same = by_key_.Find(key);
-  return same && !same->all.IsEmpty() ? &same->all : nullptr;
+  return same && !same->all.IsEmpty() ? Visible(same->all.First()) : nullptr;
+}
+
+std::size_t KeptEntries::CountWithKey(std::string_view key, std::size_t place) const {
+  const SameKey* const same = by_key_.Find(key);
+  return same ? same->all.CountBefore(std::min(place, hidden_from_)) : 0;
 }
 
 }  // namespace tarvel

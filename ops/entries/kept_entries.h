@@ -48,10 +48,8 @@ class EntryList {
   void Add(const KeptEntry& entry);
   void Remove(const KeptEntry& entry);
   bool IsEmpty() const { return !only_ && !several_; }
-  /// The number of entries.
-  std::size_t Size() const;
-  /// The number of entries that stand no later than `last`.
-  std::size_t CountUpTo(const KeptEntry& last) const;
+  /// The number of entries whose heads stand before `place`.
+  std::size_t CountBefore(std::size_t place) const;
   /// The first entry, or null.
   const KeptEntry* First() const;
   /// The first entry for which `test` is true, or null.
@@ -59,8 +57,12 @@ class EntryList {
 
  private:
   struct ByPlace {
-    bool operator()(const KeptEntry* one, const KeptEntry* other) const {
-      return one->head < other->head;
+    using is_transparent = void;
+    static std::size_t PlaceOf(const KeptEntry* entry) { return entry->head; }
+    static std::size_t PlaceOf(std::size_t place) { return place; }
+    template <typename One, typename Other>
+    bool operator()(const One& one, const Other& other) const {
+      return PlaceOf(one) < PlaceOf(other);
     }
   };
   using Ordered = std::set<const KeptEntry*, ByPlace>;
@@ -110,14 +112,19 @@ class KeptEntries {
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
+  /// Keeps the entries whose heads stand at `place` or after from being found, until it is called
+  /// with a later place.
+  void HideFrom(std::size_t place) { hidden_from_ = place; }
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.
   const KeptEntry* FirstComplete(std::string_view key, const DoublesRule& rule) const;
   /// The first entry of this type with these values in the compared tags; null if there is none.
   const KeptEntry* FirstEqual(const TypeRule<DoublesRule>& rule,
                               const ComparedValues& values) const;
-  /// All entries with this key; null if there are none.
-  const EntryList* WithKey(std::string_view key) const;
+  /// The first entry with this key; null if there is none.
+  const KeptEntry* FirstWithKey(std::string_view key) const;
+  /// The number of entries with this key whose heads stand before `place`.
+  std::size_t CountWithKey(std::string_view key, std::size_t place) const;
 
  private:
   struct SameKey {
@@ -131,6 +138,9 @@ class KeptEntries {
     EntryList all = {};
   };
 
+  const KeptEntry* Visible(const KeptEntry* entry) const {
+    return entry && entry->head < hidden_from_ ? entry : nullptr;
+  }
   void AddToIndexes(const KeptEntry& entry);
   void RemoveFromIndexes(const KeptEntry& entry);
 
@@ -140,6 +150,7 @@ class KeptEntries {
   std::map<std::size_t, KeptEntry> entries_;  // by head; the groups point into it
   GroupTable<SameKey> by_key_;
   GroupTable<SameContent> by_content_;
+  std::size_t hidden_from_ = static_cast<std::size_t>(-1);
 };
 
 }  // namespace tarvel

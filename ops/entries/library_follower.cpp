@@ -9,6 +9,12 @@
 
 namespace tarvel {
 
+namespace {
+
+constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+}  // namespace
+
 LibraryFollower::LibraryFollower(GrowingLibrary& library)
     : library_(library), tags_(kDoublesTagNames) {
   ReadAppended();
@@ -17,6 +23,7 @@ LibraryFollower::LibraryFollower(GrowingLibrary& library)
 void LibraryFollower::Write(std::size_t position, std::string_view text) {
   const bool appends = position == library_.Size();
   library_.Write(position, text);
+  open_values_.Forget(position, position + text.size());
   if (appends) {
     ReadAppended();
   } else {
@@ -33,12 +40,16 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
     entries_.Add(record, head, current_.next);
   }
   library_.Write(library_.Size(), "\n");
+  open_values_.Forget(head, library_.Size());
   ReadAppended();
 }
 
 void LibraryFollower::ReadAppended() {
   do {
-    if (current_.phase == Phase::kBetweenEntries) MarkPlace(current_.next);
+    if (current_.phase == Phase::kBetweenEntries) {
+      ForgetHidden();
+      MarkPlace(current_.next);
+    }
   } while (ReadOn(current_));
 }
 
@@ -47,18 +58,57 @@ void LibraryFollower::ReadAppended() {
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
-  for (bool more = true; more;) {
+  std::size_t forgotten = begin;  // before it nothing is left of the old reading
+  do {
+    if (anew.phase != Phase::kBetweenEntries) continue;
     const std::size_t place = anew.next;
-    const bool between = anew.phase == Phase::kBetweenEntries;
-    if (between && place >= end && place < between_entries_.size() && between_entries_[place]) {
-      return;
+    if (place >= end && IsMarked(place)) {
+      ForgetOld(forgotten, place);
+      return ReturnTo(place);
     }
-    ForgetOld(place, place + 1);
-    if (between) MarkPlace(place);
-    more = ReadOn(anew);
-    ForgetOld(place + 1, anew.next);
-  }
+    ForgetOld(forgotten, place + 1);
+    MarkPlace(place);
+    forgotten = place + 1;
+  } while (ReadOn(anew));
+  const bool is_open = anew.phase != Phase::kBetweenEntries;
+  const std::size_t from = is_open ? std::max(anew.head + 1, end) : library_.Size();
+  ForgetOld(forgotten, from);
+  HideOld(std::move(anew), from);
+}
+
+/// Goes on with the reading that knows the entries from `place` on.
+void LibraryFollower::ReturnTo(std::size_t place) {
+  current_ = TakeReadingAt(place);
+  ReadAppended();
+  entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
+}
+
+/// Goes on with a new reading, which has come to the end, and hides what others know of the entries
+/// from `from` on.
+void LibraryFollower::HideOld(Reading anew, std::size_t from) {
+  Reading old = TakeReadingAt(from);
+  const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;
+  if (knows_some && from < library_.Size()) hidden_.push_back({from, std::move(old)});
   current_ = std::move(anew);
+  entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
+}
+
+/// The reading that knows the entries from `place` on; drops those before it.
+LibraryFollower::Reading LibraryFollower::TakeReadingAt(std::size_t place) {
+  Reading reading = std::move(current_);
+  while (!hidden_.empty() && hidden_.back().from <= place) {
+    reading = std::move(hidden_.back().reading);
+    hidden_.pop_back();
+  }
+  return reading;
+}
+
+/// The entry that hid others has ended after them: they are no entries.
+void LibraryFollower::ForgetHidden() {
+  if (hidden_.empty()) return;
+  ForgetOld(hidden_.back().from, library_.Size());
+  hidden_.clear();
+  entries_.HideFrom(kNowhere);
 }
 
 void LibraryFollower::ForgetOld(std::size_t begin, std::size_t end) {
@@ -72,8 +122,29 @@ void LibraryFollower::MarkPlace(std::size_t place) {
   between_entries_[place] = true;
 }
 
+/// Passes lines of an open value; their text is read only if the value closes.
+bool LibraryFollower::PassLines(Reading& reading) {
+  if (reading.phase != Phase::kInValue || reading.reads_all) return false;
+  const auto passed = open_values_.Pass(library_.Bytes(), reading.next, reading.depth);
+  if (!passed) return false;
+  reading.next = passed->line;
+  reading.depth = passed->depth;
+  reading.limit = passed->after_blank ? limits::kShortLine : limits::kContinuation;
+  reading.lacks_text = true;
+  return true;
+}
+
+/// Goes back to the entry's first line, to take the text of all lines.
+void LibraryFollower::ReadEntryAgain(Reading& reading) {
+  const std::size_t head = reading.head;
+  reading = Reading();
+  reading.next = head;
+  reading.reads_all = true;
+}
+
 /// Reads one line further; false when the library has no more.
 bool LibraryFollower::ReadOn(Reading& reading) {
+  if (PassLines(reading)) return true;
   const bool in_value = reading.phase == Phase::kInValue;
   const auto text = library_.ReadLine(reading.next, in_value ? reading.limit : limits::kPairLine);
   if (!text) return false;
@@ -96,6 +167,7 @@ bool LibraryFollower::ReadOn(Reading& reading) {
       if (tag < 0) {
         if (text->front() != '}') return true;
         reading.phase = Phase::kBetweenEntries;
+        reading.reads_all = false;
         entries_.Add(reading.record, reading.head, reading.next);
         return true;
       }
@@ -128,6 +200,10 @@ bool LibraryFollower::ReadOn(Reading& reading) {
     reading.at_line_break = true;
     reading.limit = limits::kContinuation;
     return true;
+  }
+  if (reading.lacks_text) {
+    ReadEntryAgain(reading);
+    return ReadOn(reading);  // its first line
   }
   if (reading.field == Field::kPages) value.Truncate(FirstPage(value.Text()).size());
   reading.phase = Phase::kInEntry;

@@ -9,6 +9,7 @@
 #include "ops/entries/entry_record.h"
 #include "ops/entries/growing_library.h"
 #include "ops/entries/kept_entries.h"
+#include "ops/entries/open_values.h"
 
 namespace tarvel {
 
@@ -18,6 +19,8 @@ namespace tarvel {
 /// Text that is appended is read where reading had stopped for want of text, be it in the middle of
 /// a value. After a write in the middle only that part is read anew which the write can have
 /// changed: up to a place after the written bytes where the old reading searched for an entry too.
+/// When a value stays open instead, the entries after it are hidden, not forgotten: the next write
+/// may close it, and lead back to them.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
@@ -48,18 +51,38 @@ class LibraryFollower {
     int depth = 0;
     bool at_line_break = false;
     std::size_t limit = 0;
+    bool lacks_text = false;  // lines of it were passed without taking their text
+    bool reads_all = false;   // no lines may be passed in this entry
   };
 
+  /// What an entry that stays open hides: a reading that knows the entries from `from` on, up to
+  /// where the next hidden reading does.
+  struct Hidden {
+    std::size_t from;
+    Reading reading;
+  };
+
+  bool PassLines(Reading& reading);
+  static void ReadEntryAgain(Reading& reading);
   bool ReadOn(Reading& reading);
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
+  void ReturnTo(std::size_t place);
+  void HideOld(Reading anew, std::size_t from);
+  Reading TakeReadingAt(std::size_t place);
+  void ForgetHidden();
   void ForgetOld(std::size_t begin, std::size_t end);
   void MarkPlace(std::size_t place);
+  bool IsMarked(std::size_t place) const {
+    return place < between_entries_.size() && between_entries_[place];
+  }
 
   GrowingLibrary& library_;
   NameMatcher tags_;
   KeptEntries entries_;
+  OpenValues open_values_;
   Reading current_;
+  std::vector<Hidden> hidden_;  // the one that begins first is the last
   // One bit a byte: whether an entry was searched for from there. A bit costs less than a list.
   std::vector<bool> between_entries_;
 };

@@ -86,6 +86,13 @@ def same_key(n):
     return "".join(f"@misc{{k,\n note = {{{'x' * (i % 7)}}}\n}}\n" for i in range(n))
 
 
+def conflicts_that_open_values(n):
+    fillers = "".join(f"@misc{{f{i},\n note = {{filler {i}}},\n}}\n" for i in range(n))
+    pairs = "".join("@misc{k,\n note = {{{{{{{" f"c{i}" "\n}\n}}}}}},\n}\n"
+                    "@misc{k,\n note = {" f"d{i}" "},\n}\n" for i in range(n))
+    return "@misc{k,\n note = {first},\n}\n" + fillers + pairs
+
+
 def unknown_tags(n):
     return "@misc{k,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
 
@@ -113,6 +120,7 @@ SHAPES = (
     (entries_that_never_close, 10000, ALL),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
+    (conflicts_that_open_values, 2000, ("clean-doubles", "compare", "clean-tags", "text")),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),

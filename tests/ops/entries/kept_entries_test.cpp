@@ -42,6 +42,8 @@ EntryRecord Book(std::string_view key, std::string_view title) {
   return record;
 }
 
+constexpr std::size_t kAll = static_cast<std::size_t>(-1);
+
 TEST(KeptEntries, FindTheFirstThatIsLeft) {
   KeptEntries entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
@@ -52,21 +54,39 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
 
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 100U);
-  EXPECT_EQ(entries.WithKey("k")->Size(), 3U);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
   entries.Remove(0, 200);
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 200U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 200U);
-  EXPECT_EQ(entries.WithKey("k")->Size(), 2U);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
   entries.Remove(200, 301);
   EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
-  EXPECT_EQ(entries.WithKey("k"), nullptr);
-  EXPECT_EQ(entries.WithKey("l")->First()->head, 400U);
+  EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
+  EXPECT_EQ(entries.FirstWithKey("l")->head, 400U);
 
   entries.Add(book, 210, 260);
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 210U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 210U);
-  EXPECT_EQ(entries.WithKey("k")->Size(), 1U);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
+}
+
+TEST(KeptEntries, HideThoseFromAPlaceOn) {
+  KeptEntries entries;
+  const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
+  const EntryRecord book = Book("k", "T");
+  const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
+  for (const std::size_t head : {100U, 200U}) entries.Add(book, head, head + 50);
+  entries.HideFrom(200);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
+  entries.HideFrom(100);
+  EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
+  EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 0U);
+  entries.HideFrom(kAll);
+  EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
 }
 
 TEST(EntryList, HoldsOneOrSeveral) {
@@ -78,28 +98,26 @@ TEST(EntryList, HoldsOneOrSeveral) {
   const auto none = [](const KeptEntry&) { return false; };
   const auto later = [](const KeptEntry& entry) { return entry.head > 10; };
   EntryList list;
-  EXPECT_EQ(list.Size(), 0U);
-  EXPECT_EQ(list.CountUpTo(three), 0U);
+  EXPECT_EQ(list.CountBefore(kAll), 0U);
   EXPECT_EQ(list.First(any), nullptr);
   list.Remove(one);
   list.Add(two);
   list.Remove(one);
-  EXPECT_EQ(list.Size(), 1U);
-  EXPECT_EQ(list.CountUpTo(one), 0U);
-  EXPECT_EQ(list.CountUpTo(two), 1U);
+  EXPECT_EQ(list.CountBefore(20), 0U);
+  EXPECT_EQ(list.CountBefore(21), 1U);
   EXPECT_EQ(list.First(any), &two);
   EXPECT_EQ(list.First(none), nullptr);
   list.Add(three);
   list.Add(one);
-  EXPECT_EQ(list.Size(), 3U);
-  EXPECT_EQ(list.CountUpTo(two), 2U);
+  EXPECT_EQ(list.CountBefore(kAll), 3U);
+  EXPECT_EQ(list.CountBefore(21), 2U);
   EXPECT_EQ(list.First(), &one);
   EXPECT_EQ(list.First(later), &two);
   EXPECT_EQ(list.First(none), nullptr);
   list.Remove(one);
   list.Remove(three);
   EXPECT_EQ(list.First(), &two);
-  EXPECT_EQ(list.Size(), 1U);
+  EXPECT_EQ(list.CountBefore(kAll), 1U);
 }
 
 }  // namespace

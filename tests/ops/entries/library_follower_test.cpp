@@ -52,11 +52,11 @@ void ExpectSame(const KeptEntries& kept, std::string_view library) {
     for (const PlainEntry& entry : plain) {
       if (entry.record.key == key) same.push_back(&entry);
     }
-    const EntryList* const list = kept.WithKey(key);
-    ASSERT_EQ(list ? list->Size() : 0, same.size()) << key << "\n" << library;
-    if (list) {
-      ASSERT_EQ(list->First()->head, same[0]->head) << library;
-      ASSERT_EQ(list->First()->end, same[0]->end) << library;
+    ASSERT_EQ(kept.CountWithKey(key, library.size()), same.size()) << key << "\n" << library;
+    const KeptEntry* const kept_first = kept.FirstWithKey(key);
+    ASSERT_EQ(HeadOf(kept_first), same.empty() ? std::string::npos : same[0]->head) << library;
+    if (kept_first) {
+      ASSERT_EQ(kept_first->end, same[0]->end) << library;
     }
     for (const DoublesRule& rule : kDoublesRules) {
       if (rule.group.compared.empty()) continue;
@@ -97,22 +97,22 @@ TEST(LibraryFollower, KnowsEntriesThatWereAppended) {
   Followed followed;
   followed.Check();
   followed.follower.Write(followed.library.Size(), kMisc + "\n");
-  ASSERT_NE(followed.follower.Entries().WithKey("k"), nullptr);
-  EXPECT_EQ(followed.follower.Entries().WithKey("k")->First()->head, kHeader.size());
-  EXPECT_EQ(followed.follower.Entries().WithKey("k")->First()->end, kHeader.size() + kMisc.size());
+  ASSERT_NE(followed.follower.Entries().FirstWithKey("k"), nullptr);
+  EXPECT_EQ(followed.follower.Entries().FirstWithKey("k")->head, kHeader.size());
+  EXPECT_EQ(followed.follower.Entries().FirstWithKey("k")->end, kHeader.size() + kMisc.size());
   followed.Check();
 }
 
 TEST(LibraryFollower, ReadsOnInsideAValueThatGoesOn) {
   Followed followed;
   followed.follower.Write(followed.library.Size(), "@MISC{a,\n  note = {x\n");
-  EXPECT_EQ(followed.follower.Entries().WithKey("a"), nullptr) << "it has not ended";
+  EXPECT_EQ(followed.follower.Entries().FirstWithKey("a"), nullptr) << "it has not ended";
   followed.follower.Write(followed.library.Size(), "\n   y {z}\n");
   followed.follower.Write(followed.library.Size(), "w}\n}\n");
-  const EntryList* const list = followed.follower.Entries().WithKey("a");
-  ASSERT_NE(list, nullptr);
+  const KeptEntry* const entry = followed.follower.Entries().FirstWithKey("a");
+  ASSERT_NE(entry, nullptr);
   const TypeRule<DoublesRule> rule = DoublesRuleFor("MISC");
-  EXPECT_EQ(list->First()->ComparedValuesOf(rule.rule->group).values[0], "x y {z} w");
+  EXPECT_EQ(entry->ComparedValuesOf(rule.rule->group).values[0], "x y {z} w");
   followed.Check();
 }
 
@@ -121,12 +121,50 @@ TEST(LibraryFollower, ForgetsWhatAWriteReplaces) {
   for (const std::string key : {"a", "b", "c"}) {
     followed.follower.Write(followed.library.Size(), "@MISC{" + key + ",\n  note = {n},\n}\n\n");
   }
-  const std::size_t end = followed.follower.Entries().WithKey("a")->First()->end;
+  const std::size_t end = followed.follower.Entries().FirstWithKey("a")->end;
   followed.follower.Write(end, "@MISC{x,\n  note = {a longer value},\n}\n\n");
-  EXPECT_EQ(followed.follower.Entries().WithKey("b"), nullptr);
-  EXPECT_NE(followed.follower.Entries().WithKey("x"), nullptr);
-  EXPECT_NE(followed.follower.Entries().WithKey("a"), nullptr);
+  EXPECT_EQ(followed.follower.Entries().FirstWithKey("b"), nullptr);
+  EXPECT_NE(followed.follower.Entries().FirstWithKey("x"), nullptr);
+  EXPECT_NE(followed.follower.Entries().FirstWithKey("a"), nullptr);
   followed.Check();
+}
+
+/// Libraries of many short lines, whose values are passed by blocks.
+std::string ManyEntries(std::mt19937& random, std::size_t number) {
+  std::string text;
+  for (std::size_t i = 0; i < number; ++i) {
+    text += "@MISC{f" + std::to_string(random() % 50) + ",\n  note = {";
+    for (std::size_t line = random() % 4; line > 0; --line) text += "n {m}\n\n";
+    if (random() % 300 == 0) text.append(random() % 1500, '{');
+    if (random() % 300 == 0) text.append(random() % 1500, '}');
+    text += "},\n}\n\n";
+  }
+  return text;
+}
+
+/// Writes values that stay open, or close far away, over the beginning of a large library.
+TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
+  std::mt19937 random(7);
+  std::size_t hidden = 0;
+  const int runs = RandomRuns(40);
+  for (int run = 0; run < runs; ++run) {
+    Followed followed;
+    followed.follower.Write(followed.library.Size(), ManyEntries(random, 400));
+    for (int writes = 0; writes < 12; ++writes) {
+      const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
+      const bool opens = random() % 2 == 0;
+      const std::string text = "@MISC{x,\n  note = {" + std::string(opens ? random() % 9 : 0, '{') +
+                               "y" + std::to_string(writes) + (opens ? "\n}\n\n" : "},\n}\n\n");
+      const bool appends = entries.empty() || random() % 4 == 0;
+      const std::size_t place =
+          appends ? followed.library.Size() : entries[random() % entries.size() / 3].end;
+      followed.follower.Write(place, random() % 5 == 0 ? ManyEntries(random, 3) : text);
+      followed.Check();
+      if (HasFatalFailure()) return;
+      if (ReadAgain(followed.library.Bytes()).size() < entries.size() / 2) ++hidden;
+    }
+  }
+  EXPECT_GT(hidden, static_cast<std::size_t>(runs) / 4);
 }
 
 /// Appends and replaces parts of hostile libraries as Clean doubles does, and asks everything after

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/open_values.h"
+
+#include <algorithm>
+
+#include "core/line_stream.h"
+#include "core/value_reader.h"
+
+namespace tarvel {
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{1} << 12;
+constexpr std::size_t kLongest = limits::kShortLine - 2;
+
+}  // namespace
+
+std::optional<OpenValues::Place> OpenValues::Pass(std::string_view bytes, std::size_t line,
+                                                  int depth) {
+  if (line % kBlockSize > kLongest) return std::nullopt;  // not the first line of a block
+  Place place{line, depth};
+  for (std::size_t number = line / kBlockSize; place.line < bytes.size(); ++number) {
+    if (number >= blocks_.size()) blocks_.resize(number + 1);
+    if (!blocks_[number]) blocks_[number] = BlockAt(bytes, number);
+    const Block& block = *blocks_[number];
+    const bool passes = block.can_be_passed && block.begin == place.line;
+    if (!passes || place.depth + block.lowest <= 0) break;
+    place = {block.end, place.depth + block.change, block.ends_blank};
+  }
+  return place.line > line ? std::optional(place) : std::nullopt;
+}
+
+OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number) {
+  const std::size_t begin = number * kBlockSize;
+  Block block;
+  if (begin > 0) {
+    const std::size_t newline = bytes.substr(begin - 1, kBlockSize).find('\n');
+    if (newline == std::string_view::npos) return block;
+    block.begin = begin + newline;
+  }
+  block.end = block.begin;
+  while (block.end < begin + kBlockSize) {
+    const std::string_view line = bytes.substr(block.end, kLongest);
+    const std::size_t size = line.find('\n') + 1;
+    if (size == 0) return block;
+    for (const char byte : line.substr(0, size)) {
+      block.change += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+      block.lowest = std::min(block.lowest, block.change);
+    }
+    block.ends_blank = SkipContinuationBlanks(line.substr(0, size), 0) == size;
+    block.end += size;
+  }
+  block.can_be_passed = true;
+  return block;
+}
+
+/// A block's last line may begin up to `kLongest` bytes before the new ones.
+void OpenValues::Forget(std::size_t begin, std::size_t end) {
+  const std::size_t first = (begin - std::min(begin, kLongest)) / kBlockSize;
+  const std::size_t last = std::min(end / kBlockSize + 1, blocks_.size());
+  for (std::size_t number = first; number < last; ++number) blocks_[number].reset();
+}
+
+}  // namespace tarvel
