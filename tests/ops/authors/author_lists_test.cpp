@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/support/hostile_library.h"
 #include "tests/support/plain_author_lists.h"
 
 namespace tarvel {
@@ -64,7 +63,7 @@ TEST(ArrangeAuthorList, IsWhatTheRulesReadLiterallyGive) {
       " And "sv, " AND "sv,  "and"sv,  " et al."sv, "\\ldots"sv};
   std::mt19937_64 random(7);
   std::array<int, kAuthorForms + 1> seen{};
-  for (int run = 0; run < testing::RandomRuns(60'000); ++run) {
+  for (int run = 0; run < 20'000; ++run) {
     std::string list;
     for (std::size_t pieces = random() % 12; pieces-- > 0;) {
       list += kPieces[random() % kPieces.size()];
