@@ -95,7 +95,7 @@ std::size_t FindLastStop(std::string_view text, std::string_view stops) {
     const char byte = text[at];
     if (byte == '}') ++depth;
     if (byte == '{' && depth > 0) --depth;
-    if (depth > 0 || !Holds(stops, byte)) continue;
+    if (depth > 0 || !IsOneOf(byte, stops)) continue;
     if (byte == ' ' || at == 0 || text[at - 1] != '\\') return at;
   }
   return kNone;
@@ -106,7 +106,7 @@ void RemoveBytes(std::string& text, std::string_view bytes) {
   std::string kept;
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool accent = text[at] != ' ' && at > 0 && text[at - 1] == '\\';
-    if (accent || !Holds(bytes, text[at])) kept += text[at];
+    if (accent || !IsOneOf(text[at], bytes)) kept += text[at];
   }
   text = std::move(kept);
 }
