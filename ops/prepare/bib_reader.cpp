@@ -18,21 +18,8 @@ using namespace std::string_view_literals;
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
-enum class Byte : unsigned char { kOther, kBlank, kBreak, kOpen, kClose, kQuote };
-
-constexpr auto kBytes = [] {
-  std::array<Byte, 256> bytes{};
-  bytes[' '] = Byte::kBlank;
-  bytes['\t'] = bytes['\r'] = bytes['\n'] = Byte::kBreak;
-  bytes['{'] = Byte::kOpen;
-  bytes['}'] = Byte::kClose;
-  bytes['"'] = Byte::kQuote;
-  return bytes;
-}();
-
-constexpr Byte KindOf(char byte) { return kBytes[static_cast<unsigned char>(byte)]; }
 constexpr bool IsWhite(char byte) {
-  return KindOf(byte) == Byte::kBlank || KindOf(byte) == Byte::kBreak;
+  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
 }
 
 /// The bytes that names of types, tags and strings are made of.
@@ -56,17 +43,20 @@ std::size_t WhiteEnd(std::string_view bytes, std::size_t from) {
   return from;
 }
 
-/// The place, from `from` on, of the next brace, quote, line break, tab or blank after another;
-/// most values have few. There must be a byte before `from`.
-std::size_t SkipPlain(std::string_view bytes, std::size_t from) {
-  for (; from < bytes.size(); ++from) {
-    const Byte kind = KindOf(bytes[from]);
-    if (kind != Byte::kOther && (kind != Byte::kBlank || bytes[from - 1] == ' ')) break;
+/// Whether the text has no white space but single blanks. Its loop has no branches and adds up
+/// bytes, so that the compiler makes it look at many of them at a time.
+bool HasSingleBlanks(std::string_view text) {
+  unsigned char odd = !text.empty() && text[0] != ' ' && IsWhite(text[0]) ? 1 : 0;
+  for (std::size_t at = 1; at < text.size(); ++at) {
+    const char byte = text[at];
+    const bool is_odd =
+        (byte == '\n') | (byte == '\r') | (byte == '\t') | ((byte == ' ') & (text[at - 1] == ' '));
+    odd = static_cast<unsigned char>(odd | static_cast<unsigned char>(is_odd));
   }
-  return from;
+  return odd == 0;
 }
 
-/// Appends a piece, white space drawn together, over the seam too.
+/// Appends a piece with each run of white space as one blank, also where it meets the text.
 void AppendPiece(std::string& text, std::string_view piece) {
   for (std::size_t at = 0; at < piece.size();) {
     if (IsWhite(piece[at])) {
@@ -74,7 +64,11 @@ void AppendPiece(std::string& text, std::string_view piece) {
       at = WhiteEnd(piece, at);
       continue;
     }
-    const std::size_t end = SkipPlain(piece, at + 1);
+    const std::size_t line_end = std::min(piece.find('\n', at), piece.size());
+    std::size_t end = line_end;
+    if (!HasSingleBlanks(piece.substr(at, line_end - at))) {
+      for (end = at; end < line_end && !IsWhite(piece[end]);) ++end;
+    }
     text.append(piece.substr(at, end - at));
     at = end;
   }
@@ -84,24 +78,21 @@ void AppendPiece(std::string& text, std::string_view piece) {
 struct Delimited {
   std::size_t end;  // of the closing delimiter, or where the scan broke off
   bool is_closed;
-  bool is_plain;
 };
 
-/// Looks for the delimiter that closes the piece that begins at `from`: '}' or '"', outside of any
-/// braces within. Ends at a brace that closes too much.
-Delimited FindDelimiter(std::string_view bytes, std::size_t from, char delimiter) {
-  const Byte wanted = KindOf(delimiter);
+/// Looks for the delimiter that closes the piece from `from` to before `limit`: '}' or '"', outside
+/// of any braces within. Ends at a brace that closes too much.
+Delimited FindDelimiter(std::string_view bytes, ByteMarks& marks, std::size_t from,
+                        std::size_t limit, char delimiter) {
   std::size_t depth = 0;
-  bool is_plain = true;
-  for (std::size_t at = SkipPlain(bytes, from); at < bytes.size(); at = SkipPlain(bytes, at + 1)) {
-    const Byte kind = KindOf(bytes[at]);
-    if (depth == 0 && kind == wanted) return {at, true, is_plain};
-    if (depth == 0 && kind == Byte::kClose) return {at, false, is_plain};
-    if (kind == Byte::kOpen) ++depth;
-    if (kind == Byte::kClose) --depth;
-    is_plain &= kind != Byte::kBreak && kind != Byte::kBlank;
+  for (std::size_t at = marks.FindBrace(from, limit); at < limit;
+       at = marks.FindBrace(at + 1, limit)) {
+    if (depth == 0 && bytes[at] == delimiter) return {at, true};
+    if (depth == 0 && bytes[at] == '}') return {at, false};
+    if (bytes[at] == '{') ++depth;
+    if (bytes[at] == '}') --depth;
   }
-  return {bytes.size(), false, is_plain};
+  return {limit, false};
 }
 
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
@@ -110,6 +101,7 @@ std::string Quoted(std::string_view text) { return std::string("'").append(text)
 
 BibReader::BibReader(std::string_view bytes, BibStrings& strings)
     : bytes_(bytes),
+      marks_(bytes),
       strings_(strings),
       room_(bytes.size() * kMostGrowth + kLeastRoom),
       strict_from_(bytes.size()) {}
@@ -171,7 +163,7 @@ void BibReader::ReadString(BibItem& item) {
   item.tags.push_back(tag);
   strings_.Define(tag.name, tag.value, item.begin);
   if (!IsAt(close_)) {
-    Fail(item, "the string " + Quoted(tag.name) + " is not closed behind its text");
+    Fail(item, "the string " + Quoted(tag.name) + " is not closed after its text");
     return;
   }
   ++at_;
@@ -183,7 +175,7 @@ void BibReader::ReadPreamble(BibItem& item) {
   if (!ReadValue(item, tag)) return;
   item.tags.push_back(tag);
   if (!IsAt(close_)) {
-    Fail(item, "the preamble is not closed behind its text");
+    Fail(item, "the preamble is not closed after its text");
     return;
   }
   ++at_;
@@ -273,7 +265,7 @@ std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const Bi
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
   const Delimited found =
-      FindDelimiter(bytes_.substr(0, limit), from, bytes_[at_] == '{' ? '}' : '"');
+      FindDelimiter(bytes_, marks_, from, limit, bytes_[at_] == '{' ? '}' : '"');
   if (!found.is_closed) {
     const bool broke_off = found.end < limit;
     FailValue(item, tag, broke_off ? found.end : from - 1,
@@ -281,7 +273,8 @@ std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const Bi
     return std::nullopt;
   }
   at_ = found.end + 1;
-  return Piece{bytes_.substr(from, found.end - from), found.is_plain};
+  const std::string_view text = bytes_.substr(from, found.end - from);
+  return Piece{text, HasSingleBlanks(text)};
 }
 
 std::optional<BibReader::Piece> BibReader::ReadStringName(BibItem& item, const BibTag& tag) {

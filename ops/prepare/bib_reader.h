@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
 #include "ops/prepare/text_pool.h"
 
@@ -61,7 +62,7 @@ class BibReader {
  private:
   struct Piece {
     std::string_view text;
-    bool is_plain;  // its white space is drawn together already
+    bool is_plain;  // has no white space but single blanks
   };
 
   bool StartCommand(BibItem& item);
@@ -86,6 +87,7 @@ class BibReader {
   bool IsHeadLine(std::size_t at) const;
 
   std::string_view bytes_;
+  ByteMarks marks_;
   BibStrings& strings_;
   std::size_t at_ = 0;
   char close_ = '}';           // what ends the command

@@ -62,7 +62,7 @@ void EntryFormer::Form(const BibItem& entry, std::size_t inherited) {
   for (FormedTag& tag : tags_) GuardTag(tag);
   AddEmptyTags();
   Order();
-  if (misread_ != 0) TellTaken();
+  if (misread_ != 0) ReportTaken();
   SayInherited();
 }
 
@@ -109,7 +109,7 @@ void EntryFormer::GuardTag(FormedTag& tag) {
   }
   tag.harm = harm.words;
   misread_ |= harm.words;
-  TellHarm(tag, harm);
+  ReportHarm(tag, harm);
 }
 
 void EntryFormer::GuardTitle(FormedTag& tag) {
@@ -134,7 +134,7 @@ void EntryFormer::GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful) {
   harm = left;
 }
 
-void EntryFormer::TellHarm(const FormedTag& tag, const Harm& harm) {
+void EntryFormer::ReportHarm(const FormedTag& tag, const Harm& harm) {
   const WordSet own = tag.Facts().words;
   const bool is_compared = (own & ComparedWords(Type())) != 0;
   for (std::size_t word = 0; is_compared && word < kComparedWords; ++word) {
@@ -152,7 +152,7 @@ void EntryFormer::TellHarm(const FormedTag& tag, const Harm& harm) {
   }
   if (!HasFewLines(tag)) {
     Warn(tag, "the value of '" + std::string(tag.name) +
-                  "' is too long for one line, and operations take its further lines amiss");
+                  "' is too long for one line, and operations misread its further lines");
   }
 }
 
@@ -216,9 +216,9 @@ void EntryFormer::Order() {
   tags_.swap(ordered_);
 }
 
-/// Tells of a word for which operations keep what they take from the line of another tag, as that
+/// Warns of a word for which operations keep what they take from the line of another tag, as that
 /// of its own comes before.
-void EntryFormer::TellTaken() {
+void EntryFormer::ReportTaken() {
   WordSet later = 0;
   for (auto tag = tags_.rbegin(); tag != tags_.rend(); ++tag) {
     const WordSet taken = tag->harm & ~later & (printed_ | ComparedWords(Type()));

@@ -33,12 +33,12 @@ class EntryFormer {
   void GuardTag(FormedTag& tag);
   void GuardTitle(FormedTag& tag);
   void GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful);
-  void TellHarm(const FormedTag& tag, const Harm& harm);
+  void ReportHarm(const FormedTag& tag, const Harm& harm);
   void Warn(const FormedTag& tag, const std::string& text);
   void LeaveOut(FormedTag& tag, const NameFacts& facts, const Harm& harm);
   void AddEmptyTags();
   void Order();
-  void TellTaken();
+  void ReportTaken();
   void SayInherited();
   bool Holds(std::string_view name) const;
   bool HasFewLines(const FormedTag& tag) const;

@@ -17,7 +17,7 @@ std::string_view StripOuterBraces(std::string_view value, bool is_names);
 bool NeedsEnds(std::string_view value);
 /// Writes such a value so that it neither begins nor ends with a brace, and prints the same: the
 /// first letter of a braced word, and a "?" or the like at the end of one, stand outside it; else
-/// "\relax" stands in front of it or "\/" after it. What BibTeX makes of its letters stays the
+/// "\relax" stands before it or "\/" after it. What BibTeX makes of its letters stays the
 /// same.
 void GuardEnds(std::string_view value, std::string& guarded);
 
@@ -26,7 +26,7 @@ void GuardEnds(std::string_view value, std::string& guarded);
 /// somewhere. Nothing is put into names of commands, or into what commands such as "\url" take.
 void GuardWords(std::string_view value, WordSet words, std::string& guarded);
 
-/// What operations would take amiss in a line: words, or one of the signs that `GuardWords` knows.
+/// What operations would misread in a line: words, or one of the signs that `GuardWords` knows.
 struct Harm {
   WordSet words = 0;
   bool is_exempt = false;  // Clean characters would leave the line out

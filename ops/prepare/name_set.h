@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -16,7 +17,12 @@ class NameSet {
   /// Puts a name in; false when it was there already. The name's bytes must outlive the set.
   bool Insert(std::string_view name) {
     if (names_.size() < kFew) {
-      if (std::find(names_.begin(), names_.end(), name) != names_.end()) return false;
+      const std::uint64_t bit = BitOf(name);
+      const bool may_be_there = (seen_ & bit) != 0;
+      if (may_be_there && std::find(names_.begin(), names_.end(), name) != names_.end()) {
+        return false;
+      }
+      seen_ |= bit;
       names_.push_back(name);
       return true;
     }
@@ -26,12 +32,21 @@ class NameSet {
   void Clear() {
     names_.clear();
     table_.clear();
+    seen_ = 0;
   }
 
  private:
   static constexpr std::size_t kFew = 32;
 
+  /// A bit that names share only by chance.
+  static std::uint64_t BitOf(std::string_view name) {
+    const auto first = static_cast<unsigned char>(name.empty() ? '\0' : name.front());
+    const auto last = static_cast<unsigned char>(name.empty() ? '\0' : name.back());
+    return std::uint64_t{1} << ((first * 5U + last * 3U + name.size()) % 64U);
+  }
+
   std::vector<std::string_view> names_;
+  std::uint64_t seen_ = 0;                      // the bits of `names_`
   std::unordered_set<std::string_view> table_;  // empty while there are few
 };
 

@@ -50,11 +50,12 @@ std::string_view WithoutHeaders(std::string_view text) {
 class Preparer {
  public:
   Preparer(std::string_view bytes, const PrepareOptions& options,
-           const std::function<void(const PrepareWarning&)>& warn)
+           const std::function<void(const PrepareWarning&)>& warn,
+           const std::function<void(std::string_view)>& write_log)
       : bytes_(bytes),
         reader_(bytes, strings_),
         crossrefs_(bytes),
-        log_(bytes, warn),
+        log_(bytes, warn, write_log),
         former_(log_, crossrefs_, options.keep_all) {}
 
   Prepared Run();
@@ -65,8 +66,8 @@ class Preparer {
   void TakeEntry();
   void TakeString();
   void TakePreamble();
-  void TellFault();
-  void TellKey();
+  void ReportFault();
+  void ReportKey();
   void WriteEntry();
 
   std::string_view bytes_;
@@ -122,11 +123,11 @@ void Preparer::TakeItem() {
     log_.Warn(WarningKind::kUndefinedString, item_.begin,
               "the string " + Quoted(name) + " is not defined: its name stands for it");
   }
-  TellFault();
+  ReportFault();
   log_.EndEntry();
 }
 
-void Preparer::TellFault() {
+void Preparer::ReportFault() {
   if (item_.fault.empty()) return;
   ++prepared_.unread;
   log_.Warn(WarningKind::kUnreadText, item_.fault_place,
@@ -171,12 +172,12 @@ void Preparer::TakeEntry() {
               "there is no entry of the key that its 'crossref' names");
   }
   former_.Form(item_, own);
-  TellKey();
+  ReportKey();
   WriteEntry();
 }
 
-/// Tells of a key by which operations take the entry's first line amiss: no form cures that.
-void Preparer::TellKey() {
+/// Warns of a key that makes operations misread the entry's first line: no form cures that.
+void Preparer::ReportKey() {
   const std::string_view key = item_.key;
   std::string text;
   if (key.empty()) text = "it has no key: Clean tags drops it";
@@ -193,7 +194,7 @@ void Preparer::TellKey() {
   if (!text.empty()) log_.Warn(WarningKind::kMisreadKey, item_.begin, text + "; change the key");
 }
 
-/// An entry that no operation sees stands in front of all others, or its tags would be read as
+/// An entry that no operation sees is written before all others, or its tags would be read as
 /// those of the one before.
 void Preparer::WriteEntry() {
   const bool is_seen = item_.key.find('@') == std::string_view::npos;
@@ -208,6 +209,31 @@ void Preparer::WriteEntry() {
   ++prepared_.entries;
 }
 
+/// The log's file, created when there is something to write: a library without an entry gets none.
+class LogFile {
+ public:
+  explicit LogFile(const RunContext& run) : run_(run) {}
+
+  void Write(std::string_view text) {
+    if (!is_created_) Create();
+    if (file_) file_->Write(text);
+  }
+  /// Null when it could not be created.
+  OutputFile* File() { return file_.get(); }
+
+ private:
+  void Create() {
+    is_created_ = true;
+    const std::string path = PreparedLogPath(run_.first_path, run_.output_directory);
+    file_ = CreateOutput(run_, path, CreateMode::kWrite);
+    if (file_) file_->Write(HeaderOf(file_->Path()));
+  }
+
+  const RunContext& run_;
+  std::unique_ptr<OutputFile> file_;
+  bool is_created_ = false;
+};
+
 void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& input,
                   const std::string& library) {
   log.Write({"\n\n\n", std::to_string(prepared.entries),
@@ -221,8 +247,9 @@ void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& 
 }  // namespace
 
 Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
-                        const std::function<void(const PrepareWarning&)>& warn) {
-  return Preparer(bytes, options, warn).Run();
+                        const std::function<void(const PrepareWarning&)>& warn,
+                        const std::function<void(std::string_view)>& write_log) {
+  return Preparer(bytes, options, warn, write_log).Run();
 }
 
 std::string PreparedPath(const std::string& library, const std::string& directory) {
@@ -238,23 +265,23 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
   if (!input) return Fail(run, kNotOpened);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  const Prepared prepared =
-      PrepareLibrary(input->Bytes(), options, [&](const PrepareWarning& warning) {
-        if (warnings.ReportNumber(warning.kind)) return;
-        warnings.Report(warning.kind, warning.place, warning.key, warning.text);
-      });
+  const auto warn = [&](const PrepareWarning& warning) {
+    if (warnings.ReportNumber(warning.kind)) return;
+    warnings.Report(warning.kind, warning.place, warning.key, warning.text);
+  };
+  LogFile log(run);
+  const Prepared prepared = PrepareLibrary(input->Bytes(), options, warn,
+                                           [&log](std::string_view text) { log.Write(text); });
   if (prepared.entries == 0 && prepared.unread == 0) return Fail(run, kNoEntry);
 
-  const auto log =
-      CreateOutput(run, PreparedLogPath(run.first_path, run.output_directory), CreateMode::kWrite);
-  if (!log) return Fail(run, kLogNotCreated);
+  log.Write(prepared.log);
+  if (!log.File()) return Fail(run, kLogNotCreated);
   const auto library =
       CreateOutput(run, PreparedPath(run.first_path, run.output_directory), CreateMode::kWrite);
   if (!library) return Fail(run, kLibraryNotCreated);
   library->Write({HeaderOf(library->Path()), prepared.library});
-  log->Write({HeaderOf(log->Path()), prepared.log});
-  WriteSummary(*log, prepared, run.first_path, library->Path());
-  return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;
+  WriteSummary(*log.File(), prepared, run.first_path, library->Path());
+  return CloseOutputs(run, {library.get(), log.File()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

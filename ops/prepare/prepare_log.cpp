@@ -23,11 +23,21 @@ void PrepareLog::EndEntry() {
   if (has_said_) text_.append("\n");
   has_said_ = false;
   key_ = {};
+  WritePiece();
 }
 
 void PrepareLog::SayText(std::string_view what, std::size_t place, std::string_view text) {
   text_.append("Line ").append(LineOf(place)).append(": ").append(what).append(":\n");
   text_.append(text).append("\n\n");
+  WritePiece();
+}
+
+/// So that the log of a large library does not stand in memory as well.
+void PrepareLog::WritePiece() {
+  constexpr std::size_t kPiece = std::size_t{1} << 16;
+  if (text_.size() < kPiece || !write_) return;
+  write_(text_);
+  text_.clear();
 }
 
 void PrepareLog::Warn(WarningKind kind, std::size_t place, std::string_view text) {

@@ -23,8 +23,10 @@ struct PrepareWarning {
 /// the library's bytes, or nearly so.
 class PrepareLog {
  public:
-  PrepareLog(std::string_view bytes, std::function<void(const PrepareWarning&)> warn)
-      : bytes_(bytes), warn_(std::move(warn)) {}
+  /// `write` gets the log in pieces; they are gone from `Text` then. Empty to keep all there.
+  PrepareLog(std::string_view bytes, std::function<void(const PrepareWarning&)> warn,
+             std::function<void(std::string_view)> write = {})
+      : bytes_(bytes), warn_(std::move(warn)), write_(std::move(write)) {}
 
   /// What is said from now on is of the entry at this place.
   void StartEntry(std::string_view key, std::size_t place);
@@ -38,14 +40,16 @@ class PrepareLog {
 
   void CountLeftOut() { ++left_out_; }
   std::size_t LeftOut() const { return left_out_; }
-  /// The log so far.
+  /// The log, but for what was written.
   std::string& Text() { return text_; }
 
  private:
   std::string LineOf(std::size_t place);
+  void WritePiece();
 
   std::string_view bytes_;
   std::function<void(const PrepareWarning&)> warn_;
+  std::function<void(std::string_view)> write_;
   std::string text_;
   std::string_view key_;
   std::size_t place_ = 0;  // of the entry

@@ -98,7 +98,7 @@ def style_for(library, strings):
 
 
 def run_bibtex(directory, library, strings, others=b""):
-    """The entries that bibtex reads, as (type, key, {field: value}), and what it tells."""
+    """The entries that bibtex reads, as (type, key, {field: value}), and what it reports."""
     # It does not read what follows another entry on the last line.
     write(directory, "lib.bib", library + b"\n\n")
     write(directory, "dump.bst", style_for(library + b"\n" + others, strings))
@@ -237,18 +237,18 @@ def judge(program, options, path, directory):
     with open(path, "rb") as file:
         library = file.read()
     strings = {month[:3].lower(): month for month in MONTHS}
-    entries, told = run_bibtex(directory, library, strings)
-    undefined = re.findall(rb'string name "([^"]*)" is\s+undefined', told)
+    entries, report = run_bibtex(directory, library, strings)
+    undefined = re.findall(rb'string name "([^"]*)" is\s+undefined', report)
     if undefined:
         strings.update({name: name for name in undefined})
-        entries, told = run_bibtex(directory, library, strings)
-    errors = [line for line in told.split(b"\n") if b"---line" in line
+        entries, report = run_bibtex(directory, library, strings)
+    errors = [line for line in report.split(b"\n") if b"---line" in line
               and not line.startswith(b"Repeated entry")]
     own_of = {}
     if b"crossref" in library.lower():
         without = re.sub(rb"(?i)crossref", b"xrossref", library)
         own_of = {key: set(fields) for _, key, fields in run_bibtex(directory, without, strings)[0]}
-    nested = set(re.findall(rb'nested cross references--entry "([^"]*)"', told))
+    nested = set(re.findall(rb'nested cross references--entry "([^"]*)"', report))
 
     write(directory, "it.bib", library)
     result = prepare(program, options, directory, "it.bib")
@@ -260,8 +260,8 @@ def judge(program, options, path, directory):
     broken = []
     if read(directory, "it_prepared_prepared.bib") != prepared:
         broken.append("preparing twice changes the library")
-    new_entries, new_told = run_bibtex(directory, prepared, strings, library)
-    broken += [f"bibtex on the prepared library: {line}" for line in new_told.split(b"\n")
+    new_entries, new_report = run_bibtex(directory, prepared, strings, library)
+    broken += [f"bibtex on the prepared library: {line}" for line in new_report.split(b"\n")
                if (b"---line" in line and not line.startswith(b"Repeated entry"))
                or b"undefined" in line or b"I'm ignoring" in line]
     if errors:

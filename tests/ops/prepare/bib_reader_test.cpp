@@ -149,10 +149,10 @@ TEST(BibReader, TellsWhatBreaksTheGrammarAndGoesOn) {
        {"string : ! a string's name and \"=\" were expected at }\n@mi"},
        "a string without text"},
       {"@string{a={x} b}",
-       {"string : a={x} ! the string 'a' is not closed behind its text at b}\n@m"},
+       {"string : a={x} ! the string 'a' is not closed after its text at b}\n@m"},
        "or with more"},
       {"@preamble{{x} y}",
-       {"preamble : ={x} ! the preamble is not closed behind its text at y}\n@m"},
+       {"preamble : ={x} ! the preamble is not closed after its text at y}\n@m"},
        "a preamble"},
   };
   for (const ReadCase& one : cases) {
