@@ -120,7 +120,7 @@ SHAPES = (
     (entries_that_never_close, 10000, ALL),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
-    (conflicts_that_open_values, 2000, ("clean-doubles", "compare", "clean-tags", "text")),
+    (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),
