@@ -144,9 +144,9 @@ bool IsJoinedByHyphen(std::string_view names, std::size_t word_end) {
 
 void LowerCaseWord(std::string& list, std::string_view word) {
   for (std::size_t at = list.find(word); at != kNone; at = list.find(word, at + 1)) {
-    const std::size_t behind = at + word.size();
+    const std::size_t after = at + word.size();
     const bool between_blanks =
-        at > 1 && list[at - 1] == ' ' && behind < list.size() && list[behind] == ' ';
+        at > 1 && list[at - 1] == ' ' && after < list.size() && list[after] == ' ';
     if (between_blanks) list.replace(at, word.size(), "and");
   }
 }
