@@ -41,7 +41,7 @@ constexpr bool EqualNoCase(std::string_view one, std::string_view other) {
 
 /// Whether the byte is one of a few. The compiler makes comparisons of it; `find` calls a function
 /// for every byte, which took a tenth of Clean authors.
-constexpr bool IsOneOf(char byte, std::string_view bytes) {
+constexpr bool IsByteOf(char byte, std::string_view bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [byte](char one) { return one == byte; });
 }
 
@@ -52,8 +52,8 @@ constexpr std::string_view TrimEnd(std::string_view text, bool (*drops)(char)) {
 }
 /// The text without those of `bytes` that stand at its ends.
 constexpr std::string_view Trim(std::string_view text, std::string_view bytes) {
-  while (!text.empty() && IsOneOf(text.front(), bytes)) text.remove_prefix(1);
-  while (!text.empty() && IsOneOf(text.back(), bytes)) text.remove_suffix(1);
+  while (!text.empty() && IsByteOf(text.front(), bytes)) text.remove_prefix(1);
+  while (!text.empty() && IsByteOf(text.back(), bytes)) text.remove_suffix(1);
   return text;
 }
 

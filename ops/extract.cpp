@@ -221,12 +221,12 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
 }  // namespace
 
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
-                  std::vector<std::size_t>* places) {
+                  std::vector<std::size_t>* offsets) {
   std::unordered_set<std::string, KeyedStringHash> known(keys.begin(), keys.end());
   const auto store = [&](const std::string& key) {
     if (!known.insert(key).second) return;
     keys.push_back(key);
-    if (places) places->push_back(document.Position() - 1);
+    if (offsets) offsets->push_back(document.Position() - 1);
   };
   while (const auto text = document.ReadLine(limits::kShortLine)) {
     if (text->find(kCiteBrace) == std::string_view::npos) continue;

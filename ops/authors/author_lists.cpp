@@ -26,7 +26,7 @@ constexpr std::array<std::string_view, 8> kEtAlForms{"{\\ldots}",  "\\ldots",   
                                                      "et al",      "and Others"};
 
 bool Holds(std::string_view text, char byte) { return text.find(byte) != kNone; }
-bool IsOneOf(std::string_view text, std::span<const std::string_view> texts) {
+bool IsAmong(std::string_view text, std::span<const std::string_view> texts) {
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 bool HoldsAnd(std::string_view list) { return list.find("and") != kNone; }
@@ -87,15 +87,15 @@ bool HoldsLooseInitials(std::string_view list) {
   return !Holds(list, ',') && HoldsAnd(list) && Holds(list, '.');
 }
 
-/// The place of the last of `stops` outside braces, counted from the end, or npos. The bytes of the
-/// accents "\~" and "\." are no stops.
+/// The offset of the last of `stops` outside braces, counted from the end, or npos. The bytes of
+/// the accents "\~" and "\." are no stops.
 std::size_t FindLastStop(std::string_view text, std::string_view stops) {
   std::size_t depth = 0;
   for (std::size_t at = text.size(); at-- > 0;) {
     const char byte = text[at];
     if (byte == '}') ++depth;
     if (byte == '{' && depth > 0) --depth;
-    if (depth > 0 || !IsOneOf(byte, stops)) continue;
+    if (depth > 0 || !IsByteOf(byte, stops)) continue;
     if (byte == ' ' || at == 0 || text[at - 1] != '\\') return at;
   }
   return kNone;
@@ -106,7 +106,7 @@ void RemoveBytes(std::string& text, std::string_view bytes) {
   std::string kept;
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool accent = text[at] != ' ' && at > 0 && text[at - 1] == '\\';
-    if (accent || !IsOneOf(text[at], bytes)) kept += text[at];
+    if (accent || !IsByteOf(text[at], bytes)) kept += text[at];
   }
   text = std::move(kept);
 }
@@ -131,7 +131,7 @@ bool AddFullName(std::string_view part, ArrangedNames& names) {
   std::string surname(part.substr(stop + 1));
   RemoveBytes(surname, " ");
   std::string_view first_names = part.substr(0, stop);
-  if (IsOneOf(surname, kSuffixes)) {
+  if (IsAmong(surname, kSuffixes)) {
     TakeWordBeforeSuffix(first_names, surname);
   }
   names.AddWithFirstNames(surname, Trim(first_names, " ~"));
@@ -148,7 +148,7 @@ bool AddCommaName(std::string_view part, ArrangedNames& names) {
   std::string_view first_names = part.substr(comma + 1);
   const std::size_t second = std::min(first_names.find(','), first_names.size());
   const std::string_view middle = Trim(first_names.substr(0, second), " ");
-  const bool has_suffix = second < first_names.size() && IsOneOf(middle, kMiddleSuffixes);
+  const bool has_suffix = second < first_names.size() && IsAmong(middle, kMiddleSuffixes);
   if (has_suffix) {
     surname.append(" ").append(middle);
     first_names.remove_prefix(second + 1);

@@ -68,7 +68,7 @@ const LetterCommand* FindLetterCommand(std::string_view name) {
 }
 
 bool IsAccentCommand(std::string_view name) {
-  return name.size() == 1 && IsOneOf(name.front(), kAccentCommands);
+  return name.size() == 1 && IsByteOf(name.front(), kAccentCommands);
 }
 
 /// The first byte after the LaTeX command at `at`; blanks after an accent belong to it.
@@ -77,7 +77,7 @@ std::size_t CommandEnd(std::string_view text, std::size_t at) {
   std::size_t end = at + 1 + name.size();
   bool accent = IsAccentCommand(name);
   if (name.empty() && end < text.size() && text[end] != ' ') {
-    accent = IsOneOf(text[end], kAccentSymbols);
+    accent = IsByteOf(text[end], kAccentSymbols);
     ++end;
   }
   return accent ? std::min(text.find_first_not_of(' ', end), text.size()) : end;
@@ -108,7 +108,7 @@ std::size_t CopyCommand(std::string_view word, std::size_t at, std::string& init
   const std::string_view name = ControlWord(word, at);
   if (name.empty()) {
     // An accent of one byte: of a byte from 128 on only the backslash is copied.
-    const bool accent = at + 1 < word.size() && !IsOneOf(word[at + 1], "{} ");
+    const bool accent = at + 1 < word.size() && !IsByteOf(word[at + 1], "{} ");
     if (accent) initial.push_back('\\');
     if (accent && IsAscii(word[at + 1])) initial.push_back(word[++at]);
     return at + 1;
@@ -144,9 +144,9 @@ bool IsJoinedByHyphen(std::string_view names, std::size_t word_end) {
 
 void LowerCaseWord(std::string& list, std::string_view word) {
   for (std::size_t at = list.find(word); at != kNone; at = list.find(word, at + 1)) {
-    const std::size_t behind = at + word.size();
+    const std::size_t after = at + word.size();
     const bool between_blanks =
-        at > 1 && list[at - 1] == ' ' && behind < list.size() && list[behind] == ' ';
+        at > 1 && list[at - 1] == ' ' && after < list.size() && list[after] == ' ';
     if (between_blanks) list.replace(at, word.size(), "and");
   }
 }
@@ -189,7 +189,7 @@ bool CopyAccentedInitial(std::string_view word, std::string& initial) {
     const bool closes = byte == '}' && depth > 0;
     if (byte == '{') ++depth;
     if (closes) --depth;
-    if (byte == '{' || closes || IsOneOf(byte, kAccentBytes)) initial.push_back(byte);
+    if (byte == '{' || closes || IsByteOf(byte, kAccentBytes)) initial.push_back(byte);
   }
   if (!has_letter) {
     initial.clear();
@@ -220,7 +220,7 @@ void MakeInitials(std::string& word) {
 void NormaliseParticles(std::string& list) {
   // One pass for all, as a search for each took a quarter of Clean authors.
   for (std::size_t at = list.find(' '); at != kNone; at = list.find(' ', at + 1)) {
-    if (!IsOneOf(list[at + 1], kParticleInitials)) continue;
+    if (!IsByteOf(list[at + 1], kParticleInitials)) continue;
     const std::string_view rest = std::string_view(list).substr(at);
     const bool is_particle =
         std::any_of(kParticles.begin(), kParticles.end(),

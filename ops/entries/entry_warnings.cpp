@@ -14,10 +14,10 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The tags by which people tell works apart, and then those that are compared otherwise.
-constexpr std::array kTellingTags{"title"sv,  "author"sv,  "year"sv,   "doi"sv,
-                                  "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
-constexpr std::size_t kAlwaysTelling = 5;
+/// The tags by which people recognise a work, and then those that are compared otherwise.
+constexpr std::array kIdentifyingTags{"title"sv,  "author"sv,  "year"sv,   "doi"sv,
+                                      "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
+constexpr std::size_t kAlwaysIdentifying = 5;
 
 std::string_view NameOf(Field field) {
   return std::find_if(kCompareTags.begin(), kCompareTags.end(),
@@ -50,12 +50,12 @@ std::string_view AfterKey(std::string_view entry) {
   return entry.substr(std::min(entry.find(','), entry.size()));
 }
 
-/// What the entry has for the telling tags, in their order.
-std::array<std::string, kTellingTags.size()> TellingValues(std::string_view entry) {
-  std::array<std::string, kTellingTags.size()> values;
+/// What the entry has for the identifying tags, in their order.
+std::array<std::string, kIdentifyingTags.size()> IdentifyingValues(std::string_view entry) {
+  std::array<std::string, kIdentifyingTags.size()> values;
   for (const LineTag& tag : TagsOf(AfterKey(entry))) {
-    for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
-      if (values[i].empty() && EqualNoCase(tag.name, kTellingTags[i])) {
+    for (std::size_t i = 0; i < kIdentifyingTags.size(); ++i) {
+      if (values[i].empty() && EqualNoCase(tag.name, kIdentifyingTags[i])) {
         values[i] = Essence(tag.value);
       }
     }
@@ -69,10 +69,10 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
                                    std::string_view library) {
   std::vector<Misread> values;
   for (const Field field : group.compared) {
-    if (entry[field].Text().empty() || entry[field].Place() == 0) continue;
+    if (entry[field].Text().empty() || entry[field].Offset() == 0) continue;
     const std::string_view tag = NameOf(field);
-    const std::string_view line = TagNameOf(library.substr(entry[field].Place()));
-    if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Place()});
+    const std::string_view line = TagNameOf(library.substr(entry[field].Offset()));
+    if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Offset()});
   }
   return values;
 }
@@ -99,11 +99,11 @@ bool AreCopies(std::string_view one, std::string_view two) {
 
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
                                             bool compared) {
-  const auto first = TellingValues(one);
-  const auto second = TellingValues(two);
+  const auto first = IdentifyingValues(one);
+  const auto second = IdentifyingValues(two);
   std::vector<std::string_view> differing;
-  for (std::size_t i = 0; i < (compared ? kAlwaysTelling : kTellingTags.size()); ++i) {
-    if (!first[i].empty() && first[i] != second[i]) differing.push_back(kTellingTags[i]);
+  for (std::size_t i = 0; i < (compared ? kAlwaysIdentifying : kIdentifyingTags.size()); ++i) {
+    if (!first[i].empty() && first[i] != second[i]) differing.push_back(kIdentifyingTags[i]);
   }
   return differing;
 }

@@ -74,10 +74,19 @@ void EntryList::Remove(const KeptEntry& entry) {
   several_.reset();
 }
 
+<<<<<<< HEAD
 std::size_t EntryList::CountBefore(std::size_t place) const {
   if (!several_) return only_ && only_->head < place ? 1 : 0;
   const auto behind = several_->lower_bound(place);
   return static_cast<std::size_t>(std::distance(several_->begin(), behind));
+=======
+std::size_t EntryList::Size() const { return several_ ? several_->size() : IsEmpty() ? 0 : 1; }
+
+std::size_t EntryList::CountUpTo(const KeptEntry& last) const {
+  if (!several_) return only_ && only_->head <= last.head ? 1 : 0;
+  const auto after = several_->upper_bound(&last);
+  return static_cast<std::size_t>(std::distance(several_->begin(), after));
+>>>>>>> integ2
 }
 
 const KeptEntry* EntryList::First() const { return several_ ? *several_->begin() : only_; }

@@ -35,7 +35,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
   const std::size_t head = library_.Size();
   library_.Write(head, text);
   if (current_.phase == Phase::kBetweenEntries && current_.next == head) {
-    MarkPlace(head);
+    MarkOffset(head);
     current_.next = library_.Size();
     entries_.Add(record, head, current_.next);
   }
@@ -46,18 +46,23 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
 
 void LibraryFollower::ReadAppended() {
   do {
+<<<<<<< HEAD
     if (current_.phase == Phase::kBetweenEntries) {
       ForgetHidden();
       MarkPlace(current_.next);
     }
+=======
+    if (current_.phase == Phase::kBetweenEntries) MarkOffset(current_.next);
+>>>>>>> integ2
   } while (ReadOn(current_));
 }
 
 /// Reads what a write from `begin` to `end` changed. The reading that had stopped at the end of the
-/// library stays as it was if the new one comes to a place that the old one passed.
+/// library stays as it was if the new one comes to an offset that the old one passed.
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
+<<<<<<< HEAD
   std::size_t forgotten = begin;  // before it nothing is left of the old reading
   do {
     if (anew.phase != Phase::kBetweenEntries) continue;
@@ -89,6 +94,19 @@ void LibraryFollower::HideOld(Reading anew, std::size_t from) {
   Reading old = TakeReadingAt(from);
   const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;
   if (knows_some && from < library_.Size()) hidden_.push_back({from, std::move(old)});
+=======
+  for (bool more = true; more;) {
+    const std::size_t offset = anew.next;
+    const bool between = anew.phase == Phase::kBetweenEntries;
+    if (between && offset >= end && offset < between_entries_.size() && between_entries_[offset]) {
+      return;
+    }
+    ForgetOld(offset, offset + 1);
+    if (between) MarkOffset(offset);
+    more = ReadOn(anew);
+    ForgetOld(offset + 1, anew.next);
+  }
+>>>>>>> integ2
   current_ = std::move(anew);
   entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
 }
@@ -114,12 +132,12 @@ void LibraryFollower::ForgetHidden() {
 void LibraryFollower::ForgetOld(std::size_t begin, std::size_t end) {
   entries_.Remove(begin, end);
   const std::size_t last = std::min(end, between_entries_.size());
-  for (std::size_t place = begin; place < last; ++place) between_entries_[place] = false;
+  for (std::size_t offset = begin; offset < last; ++offset) between_entries_[offset] = false;
 }
 
-void LibraryFollower::MarkPlace(std::size_t place) {
-  if (place >= between_entries_.size()) between_entries_.resize(place + 1);
-  between_entries_[place] = true;
+void LibraryFollower::MarkOffset(std::size_t offset) {
+  if (offset >= between_entries_.size()) between_entries_.resize(offset + 1);
+  between_entries_[offset] = true;
 }
 
 /// Passes lines of an open value; their text is read only if the value closes.

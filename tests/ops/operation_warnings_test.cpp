@@ -406,7 +406,7 @@ TEST(OperationWarnings, AreOfEveryKind) {
   for (const WarningRow& kind : kWarningKinds) EXPECT_TRUE(told.contains(kind.name)) << kind.name;
 }
 
-/// What a run leaves behind and says.
+/// What a run leaves after and says.
 struct Outcome {
   int result = 0;
   std::map<std::string, std::string> files;

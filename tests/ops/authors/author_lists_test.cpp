@@ -215,7 +215,7 @@ TEST(ArrangeFullNames, TakesTheLastWordForTheSurname) {
       {"John~Smith", true, "Smith, J.", "a tie separates as well"},
       {"john smith", true, "Smith, J.", "upper-cased"},
       {"JP Smith", true, "Smith, J. P.", "all capitals"},
-      {"JP  Smith", true, "Smith, J. P.", "blanks behind capitals"},
+      {"JP  Smith", true, "Smith, J. P.", "blanks after capitals"},
       {"John {van der Berg}", true, "{vanderBerg}, J.", "blanks in the surname are removed"},
       {"John {a {b c} d}", true, "{a{bc}d}, J.", "in inner braces as well"},
       {"John {a~b}", true, "{a~b}, J.", "a tie in braces is none"},
