@@ -176,8 +176,8 @@ void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEnt
   if (!reader_.Entry().key.empty() && !notes_key) return;
   const std::string_view format =
       reader_.Entry().key.empty() ? kEmptyKeys : rule.rule->same_key_note;
-  const std::size_t behind = last ? last->head + 1 : library_.Size();
-  const std::size_t count = follower_.Entries().CountWithKey(reader_.Entry().key, behind);
+  const std::size_t after = last ? last->head + 1 : library_.Size();
+  const std::size_t count = follower_.Entries().CountWithKey(reader_.Entry().key, after);
   for (std::size_t i = 0; i < count; ++i) {
     WriteFormat(log_, format, {reader_.Entry().key, reader_.Entry().key});
   }

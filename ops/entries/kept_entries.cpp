@@ -74,19 +74,10 @@ void EntryList::Remove(const KeptEntry& entry) {
   several_.reset();
 }
 
-<<<<<<< HEAD
-std::size_t EntryList::CountBefore(std::size_t place) const {
-  if (!several_) return only_ && only_->head < place ? 1 : 0;
-  const auto behind = several_->lower_bound(place);
-  return static_cast<std::size_t>(std::distance(several_->begin(), behind));
-=======
-std::size_t EntryList::Size() const { return several_ ? several_->size() : IsEmpty() ? 0 : 1; }
-
-std::size_t EntryList::CountUpTo(const KeptEntry& last) const {
-  if (!several_) return only_ && only_->head <= last.head ? 1 : 0;
-  const auto after = several_->upper_bound(&last);
+std::size_t EntryList::CountBefore(std::size_t offset) const {
+  if (!several_) return only_ && only_->head < offset ? 1 : 0;
+  const auto after = several_->lower_bound(offset);
   return static_cast<std::size_t>(std::distance(several_->begin(), after));
->>>>>>> integ2
 }
 
 const KeptEntry* EntryList::First() const { return several_ ? *several_->begin() : only_; }
@@ -164,9 +155,9 @@ const KeptEntry* KeptEntries::FirstWithKey(std::string_view key) const {
   return same && !same->all.IsEmpty() ? Visible(same->all.First()) : nullptr;
 }
 
-std::size_t KeptEntries::CountWithKey(std::string_view key, std::size_t place) const {
+std::size_t KeptEntries::CountWithKey(std::string_view key, std::size_t offset) const {
   const SameKey* const same = by_key_.Find(key);
-  return same ? same->all.CountBefore(std::min(place, hidden_from_)) : 0;
+  return same ? same->all.CountBefore(std::min(offset, hidden_from_)) : 0;
 }
 
 }  // namespace tarvel

@@ -48,24 +48,24 @@ class EntryList {
   void Add(const KeptEntry& entry);
   void Remove(const KeptEntry& entry);
   bool IsEmpty() const { return !only_ && !several_; }
-  /// The number of entries whose heads stand before `place`.
-  std::size_t CountBefore(std::size_t place) const;
+  /// The number of entries whose heads stand before `offset`.
+  std::size_t CountBefore(std::size_t offset) const;
   /// The first entry, or null.
   const KeptEntry* First() const;
   /// The first entry for which `test` is true, or null.
   const KeptEntry* First(const std::function<bool(const KeptEntry&)>& test) const;
 
  private:
-  struct ByPlace {
+  struct ByOffset {
     using is_transparent = void;
-    static std::size_t PlaceOf(const KeptEntry* entry) { return entry->head; }
-    static std::size_t PlaceOf(std::size_t place) { return place; }
+    static std::size_t OffsetOf(const KeptEntry* entry) { return entry->head; }
+    static std::size_t OffsetOf(std::size_t offset) { return offset; }
     template <typename One, typename Other>
     bool operator()(const One& one, const Other& other) const {
-      return PlaceOf(one) < PlaceOf(other);
+      return OffsetOf(one) < OffsetOf(other);
     }
   };
-  using Ordered = std::set<const KeptEntry*, ByPlace>;
+  using Ordered = std::set<const KeptEntry*, ByOffset>;
 
   const KeptEntry* only_ = nullptr;
   std::unique_ptr<Ordered> several_;  // two or more; `only_` is then null
@@ -112,9 +112,9 @@ class KeptEntries {
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
-  /// Keeps the entries whose heads stand at `place` or after from being found, until it is called
-  /// with a later place.
-  void HideFrom(std::size_t place) { hidden_from_ = place; }
+  /// Keeps the entries whose heads stand at `offset` or after from being found, until it is called
+  /// with a later offset.
+  void HideFrom(std::size_t offset) { hidden_from_ = offset; }
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.
   const KeptEntry* FirstComplete(std::string_view key, const DoublesRule& rule) const;
@@ -123,8 +123,8 @@ class KeptEntries {
                               const ComparedValues& values) const;
   /// The first entry with this key; null if there is none.
   const KeptEntry* FirstWithKey(std::string_view key) const;
-  /// The number of entries with this key whose heads stand before `place`.
-  std::size_t CountWithKey(std::string_view key, std::size_t place) const;
+  /// The number of entries with this key whose heads stand before `offset`.
+  std::size_t CountWithKey(std::string_view key, std::size_t offset) const;
 
  private:
   struct SameKey {

@@ -46,14 +46,10 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
 
 void LibraryFollower::ReadAppended() {
   do {
-<<<<<<< HEAD
     if (current_.phase == Phase::kBetweenEntries) {
       ForgetHidden();
-      MarkPlace(current_.next);
+      MarkOffset(current_.next);
     }
-=======
-    if (current_.phase == Phase::kBetweenEntries) MarkOffset(current_.next);
->>>>>>> integ2
   } while (ReadOn(current_));
 }
 
@@ -62,18 +58,17 @@ void LibraryFollower::ReadAppended() {
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
-<<<<<<< HEAD
   std::size_t forgotten = begin;  // before it nothing is left of the old reading
   do {
     if (anew.phase != Phase::kBetweenEntries) continue;
-    const std::size_t place = anew.next;
-    if (place >= end && IsMarked(place)) {
-      ForgetOld(forgotten, place);
-      return ReturnTo(place);
+    const std::size_t offset = anew.next;
+    if (offset >= end && IsMarked(offset)) {
+      ForgetOld(forgotten, offset);
+      return ReturnTo(offset);
     }
-    ForgetOld(forgotten, place + 1);
-    MarkPlace(place);
-    forgotten = place + 1;
+    ForgetOld(forgotten, offset + 1);
+    MarkOffset(offset);
+    forgotten = offset + 1;
   } while (ReadOn(anew));
   const bool is_open = anew.phase != Phase::kBetweenEntries;
   const std::size_t from = is_open ? std::max(anew.head + 1, end) : library_.Size();
@@ -81,9 +76,9 @@ void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   HideOld(std::move(anew), from);
 }
 
-/// Goes on with the reading that knows the entries from `place` on.
-void LibraryFollower::ReturnTo(std::size_t place) {
-  current_ = TakeReadingAt(place);
+/// Goes on with the reading that knows the entries from `offset` on.
+void LibraryFollower::ReturnTo(std::size_t offset) {
+  current_ = TakeReadingAt(offset);
   ReadAppended();
   entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
 }
@@ -94,27 +89,14 @@ void LibraryFollower::HideOld(Reading anew, std::size_t from) {
   Reading old = TakeReadingAt(from);
   const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;
   if (knows_some && from < library_.Size()) hidden_.push_back({from, std::move(old)});
-=======
-  for (bool more = true; more;) {
-    const std::size_t offset = anew.next;
-    const bool between = anew.phase == Phase::kBetweenEntries;
-    if (between && offset >= end && offset < between_entries_.size() && between_entries_[offset]) {
-      return;
-    }
-    ForgetOld(offset, offset + 1);
-    if (between) MarkOffset(offset);
-    more = ReadOn(anew);
-    ForgetOld(offset + 1, anew.next);
-  }
->>>>>>> integ2
   current_ = std::move(anew);
   entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
 }
 
-/// The reading that knows the entries from `place` on; drops those before it.
-LibraryFollower::Reading LibraryFollower::TakeReadingAt(std::size_t place) {
+/// The reading that knows the entries from `offset` on; drops those before it.
+LibraryFollower::Reading LibraryFollower::TakeReadingAt(std::size_t offset) {
   Reading reading = std::move(current_);
-  while (!hidden_.empty() && hidden_.back().from <= place) {
+  while (!hidden_.empty() && hidden_.back().from <= offset) {
     reading = std::move(hidden_.back().reading);
     hidden_.pop_back();
   }

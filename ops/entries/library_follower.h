@@ -18,14 +18,9 @@ namespace tarvel {
 ///
 /// Text that is appended is read where reading had stopped for want of text, be it in the middle of
 /// a value. After a write in the middle only that part is read anew which the write can have
-<<<<<<< HEAD
-/// changed: up to a place after the written bytes where the old reading searched for an entry too.
-/// When a value stays open instead, the entries after it are hidden, not forgotten: the next write
-/// may close it, and lead back to them.
-=======
 /// changed: up to an offset after the written bytes where the old reading searched for an entry
-/// too.
->>>>>>> integ2
+/// too. When a value stays open instead, the entries after it are hidden, not forgotten: the next
+/// write may close it, and lead back to them.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
@@ -72,19 +67,15 @@ class LibraryFollower {
   bool ReadOn(Reading& reading);
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
-  void ReturnTo(std::size_t place);
+  void ReturnTo(std::size_t offset);
   void HideOld(Reading anew, std::size_t from);
-  Reading TakeReadingAt(std::size_t place);
+  Reading TakeReadingAt(std::size_t offset);
   void ForgetHidden();
   void ForgetOld(std::size_t begin, std::size_t end);
-<<<<<<< HEAD
-  void MarkPlace(std::size_t place);
-  bool IsMarked(std::size_t place) const {
-    return place < between_entries_.size() && between_entries_[place];
-  }
-=======
   void MarkOffset(std::size_t offset);
->>>>>>> integ2
+  bool IsMarked(std::size_t offset) const {
+    return offset < between_entries_.size() && between_entries_[offset];
+  }
 
   GrowingLibrary& library_;
   NameMatcher tags_;
