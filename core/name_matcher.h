@@ -31,6 +31,7 @@ class NameMatcher {
  private:
   template <typename StillWanted>
   std::uint64_t Search(std::string_view text, StillWanted still_wanted) const;
+  std::uint64_t CandidatesAt(char first, char second) const;
   bool Covers(std::string_view text, std::size_t at, std::string_view name) const;
 
   std::vector<std::string> names_;  // in capitals

@@ -101,7 +101,7 @@ class TagCleaner {
 void SqueezeTagName(std::string_view source, std::string& destination) {
   destination.clear();
   for (const char byte : source) {
-    if (std::string_view(" \t.:;").find(byte) == std::string_view::npos) destination += byte;
+    if (!IsByteOf(byte, " \t.:;")) destination += byte;
   }
 }
 
