@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "ops/entries/open_values.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+
+namespace tarvel {
+namespace {
+
+/// Lines of which few change the depth of the braces much.
+std::string Lines(std::mt19937& random, std::size_t size) {
+  std::string text;
+  while (text.size() < size) {
+    const std::size_t kind = random() % 60;
+    if (kind == 0) text.append(random() % 4, '{');
+    if (kind == 1) text.append(random() % 4, '}');
+    if (kind == 2 && random() % 8 == 0) text.append(998 + random() % 3, 'x');
+    if (kind > 5) text += "{text}";
+    text += '\n';
+  }
+  return text;
+}
+
+/// Whether the lines from `begin` to `end` leave a value open, and `depth` with the braces there.
+bool StaysOpen(std::string_view text, std::size_t begin, std::size_t end, int& depth) {
+  for (std::size_t at = begin; at < end; ++at) {
+    depth += (text[at] == '{' ? 1 : 0) - (text[at] == '}' ? 1 : 0);
+    if (depth <= 0) return false;
+  }
+  return true;
+}
+
+TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
+  std::mt19937 random(3);
+  std::size_t passed = 0;
+  std::size_t stopped = 0;
+  for (int run = 0; run < 60; ++run) {
+    std::string text = Lines(random, 30000);
+    OpenValues values;
+    for (int write = 0; write < 20; ++write) {
+      const std::string part = Lines(random, random() % 300);
+      const std::size_t at = random() % (text.size() - part.size());
+      text.replace(at, part.size(), part);
+      values.Forget(at, at + part.size());
+      for (std::size_t line = 0; line < text.size(); line = text.find('\n', line) + 1) {
+        const int before = 1 + static_cast<int>(random() % 6);
+        const auto place = values.Pass(text, line, before);
+        if (!place) continue;
+        ++passed;
+        if (place->line < text.size()) ++stopped;
+        int depth = before;
+        ASSERT_TRUE(StaysOpen(text, line, place->line, depth)) << line;
+        EXPECT_EQ(place->depth, depth);
+        EXPECT_EQ(text[place->line - 1], '\n');
+        EXPECT_EQ(place->after_blank, text[place->line - 2] == '\n');
+        std::size_t longest = 0;
+        for (std::size_t from = line; from < place->line; from = text.find('\n', from) + 1) {
+          longest = std::max(longest, text.find('\n', from) + 1 - from);
+        }
+        EXPECT_LE(longest, 998U);
+      }
+    }
+  }
+  EXPECT_GT(passed, 1000U);
+  EXPECT_GT(stopped, 1000U);
+}
+
+TEST(OpenValues, PassNothingFromTheMiddleOfABlock) {
+  std::string text;
+  while (text.size() < 10000) text += "line\n";
+  OpenValues values;
+  EXPECT_FALSE(values.Pass(text, 2000, 1));
+  ASSERT_TRUE(values.Pass(text, 0, 1));
+  EXPECT_EQ(values.Pass(text, 0, 1)->line, 8195U) << "the last lines do not fill a block";
+}
+
+}  // namespace
+}  // namespace tarvel
