@@ -135,6 +135,7 @@ std::string ManyEntries(std::mt19937& random, std::size_t number) {
   for (std::size_t i = 0; i < number; ++i) {
     text += "@MISC{f" + std::to_string(random() % 50) + ",\n  note = {";
     for (std::size_t line = random() % 4; line > 0; --line) text += "n {m}\n\n";
+    if (random() % 4 == 0) text += "\n@MISC{q,\n  note = {r},\n}\n{";
     if (random() % 300 == 0) text.append(random() % 1500, '{');
     if (random() % 300 == 0) text.append(random() % 1500, '}');
     text += "},\n}\n\n";
@@ -158,7 +159,10 @@ TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
       const bool appends = entries.empty() || random() % 4 == 0;
       const std::size_t place =
           appends ? followed.library.Size() : entries[random() % entries.size() / 3].end;
-      followed.follower.Write(place, random() % 5 == 0 ? ManyEntries(random, 3) : text);
+      const std::string closes = std::string(random() % 12, '}') + "\n}\n";
+      followed.follower.Write(place, random() % 5 == 0              ? ManyEntries(random, 3)
+                                     : appends && random() % 2 == 0 ? closes
+                                                                    : text);
       followed.Check();
       if (HasFatalFailure()) return;
       if (ReadAgain(followed.library.Bytes()).size() < entries.size() / 2) ++hidden;
