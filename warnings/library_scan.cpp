@@ -200,6 +200,9 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
     Report(WarningKind::kBrokenHead, offset,
            {"the key does not stand on the first line of the entry and is not read; put it there, "
             "with a comma after it"});
+  } else if (key_.find('}') != std::string::npos) {
+    Report(WarningKind::kBrokenHead, offset,
+           {"no comma follows the key, which is read as ", Quoted(key_)});
   }
   // What stands after the key on the same line.
   line_is_taken_ = true;
@@ -231,14 +234,14 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
   const std::size_t at = kBeforeHead.FindOther(line, 0);
   if (at == line.size() || line[at] != '@' || state_ == State::kInValue) return false;
   const std::size_t end = kTypeEnds.Find(line, at + 1);
-  const std::size_t behind = SkipBlanks(line, end);
-  const bool opens = behind == line.size() || line[behind] == '{' || line[behind] == '(';
+  const std::size_t next = SkipBlanks(line, end);
+  const bool opens = next == line.size() || line[next] == '{' || line[next] == '(';
   if (end == at + 1 || !opens) return false;
   if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
   if (line.starts_with('}')) closing_line_ = true;
   // Its lines are no concern of the entry before, which may still be open.
   EndEntry(offset);
-  ReportOtherHead(line.substr(at, end - at), line.substr(behind), offset);
+  ReportOtherHead(line.substr(at, end - at), line.substr(next), offset);
   return true;
 }
 

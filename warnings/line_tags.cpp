@@ -71,9 +71,9 @@ std::ptrdiff_t OpenBraces(std::string_view text) {
 std::string_view TagNameOf(std::string_view line) {
   const std::size_t begin = kBeforeName.FindOther(line, 0);
   const std::size_t end = kNameBytes.FindOther(line, begin);
-  const std::size_t behind = kBlanksInLine.FindOther(line, end);
+  const std::size_t next = kBlanksInLine.FindOther(line, end);
   const bool is_tag =
-      begin < end && IsLetter(line[begin]) && behind < line.size() && line[behind] == '=';
+      begin < end && IsLetter(line[begin]) && next < line.size() && line[next] == '=';
   return is_tag ? line.substr(begin, end - begin) : std::string_view();
 }
 

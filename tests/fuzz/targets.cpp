@@ -229,7 +229,7 @@ void FuzzOptions(std::string_view input) {
     input.remove_prefix(end + 1);
   }
   const BatchRequest request = ParseCommandLine(words);
-  if (!request.operation) {
+  if (!request.verb) {
     Promise(request.exit_status == 0 || request.exit_status == kWrongUsage, "the status is 0 or 2");
     Promise(!request.text.empty(), "there is a text or a reason");
     Promise(request.exit_status == 0 || request.text.find('\n') == std::string::npos,
@@ -237,6 +237,7 @@ void FuzzOptions(std::string_view input) {
     return;
   }
   Promise(request.exit_status == 0, "a run is asked for");
+  if (!request.operation) return;
   Promise(request.files.size() == 1 || request.files.size() == 2, "one file or two");
   Promise(Sum(request.settings, kStyleFlags) == 1, "one style is chosen");
   Promise(Sum(request.settings, kPagesFlags) <= 1, "the pages flags exclude each other");

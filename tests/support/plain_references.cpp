@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_references.h"
+
+#include <algorithm>
+
 #include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
@@ -169,21 +172,32 @@ std::string PlainFormat(const std::string& format, const std::vector<std::string
          end++) {
       left = left || at(end) == '-';
     }
-    std::string width = "0";
-    while (digit(end)) width += at(end++);
+    // Numbers that are too large for anything stay as large as one may be.
+    const auto number = [&] {
+      std::size_t value = 0;
+      for (; digit(end); end++) {
+        value = std::min<std::size_t>(value * 10 + static_cast<std::size_t>(at(end) - '0'), 999999);
+      }
+      return value;
+    };
+    const std::size_t width = number();
     const bool has_precision = at(end) == '.';
-    std::string precision = "0";
-    if (has_precision) end++;
-    while (has_precision && digit(end)) precision += at(end++);
-    if (at(end) != 's') {
+    std::size_t precision = 0;
+    if (has_precision) {
+      end++;
+      precision = number();
+    }
+    // A field of more than 10,000 bytes is none.
+    if (at(end) != 's' || width > 10000) {
       out += '%';
       continue;
     }
     i = end;
     if (next == values.size()) continue;
     std::string value = values[next++];
-    if (has_precision) value = value.substr(0, std::stoul(precision));
-    while (value.size() < std::stoul(width)) value = left ? value + " " : " " + value;
+    if (has_precision) value = value.substr(0, precision);
+    const std::string padding(width - std::min(width, value.size()), ' ');
+    value = left ? value + padding : padding + value;
     out += value;
   }
   return out;
