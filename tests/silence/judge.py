@@ -91,10 +91,11 @@ KINDS = {
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
-    "text-lost": near(LINE, GONE, CHANGED, PERSON, TEXT) | near(NEAR, BROKEN, ENTRY),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON, TEXT) | near(NEAR, BROKEN, ENTRY)
+                 | near(OF_ENTRY, FOREIGN),
     "unknown-journal": {},
     "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
-    "braced-journal": near(LINE, CHANGED, RENAMED, TWICE, GONE),
+    "braced-journal": near(LINE, CHANGED, RENAMED, TWICE, GONE, TEXT),
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
     "line-left-out": near(NAME, GONE),
@@ -199,6 +200,10 @@ class Neighbours:
             yield warning, True
         for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
             yield warning, True
+        if loss.what in (ENTRY, BROKEN):  # of entries of one key nobody knows which one it is
+            for place in self.places_by_key.get(getattr(entry, "key", None), ()):
+                for warning in self.on(self.entries[place].line, self.entries[place].last):
+                    yield warning, True
         for entry in (loss.entry, loss.after) if loss.after else (loss.entry,):
             for first, last in self.ranges_of(loss, entry):
                 for warning in self.on(first, last):
@@ -265,7 +270,7 @@ def names_of(loss):
 
 def last_line(loss):
     """The last line of what was lost: of an entry its head, as its tags are judged one by one."""
-    whole = loss.what == BROKEN or not hasattr(loss.entry, "tags")
+    whole = loss.what in (BROKEN, FOREIGN) or not hasattr(loss.entry, "tags")
     return loss.entry.last if whole else loss.entry.line
 
 

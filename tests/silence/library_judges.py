@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: MIT
 """Judges of the operations that write a library: each says what of the input does not stand in the
 outputs as the operation promises, and is not named in the log either."""
+import bisect
 import dataclasses
 import re
 
 import people
-from bibtex import WHITE, Library, Loose, Tag
+from bibtex import JOINED, WHITE, Library, Loose, Tag
 from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, FOREIGN, GONE, PARENT, PERSON,
                    STRING, TEXT,
                    VERDICT, Entries, Loss, compare_tags, core)
@@ -31,8 +32,8 @@ def as_is(text):
 
 
 def plain(text):
-    """The text without letter case, braces, blanks and what an encoding changes."""
-    return re.sub(r"[{} \t\r\n?]|[^\x00-\x7f]", "", text).lower()
+    """The text without letter case, braces, blanks, control bytes and what an encoding changes."""
+    return re.sub(r"[{} ?]|[^\x20-\x7e]", "", text).lower()
 
 
 def read_output(run, suffix):
@@ -56,22 +57,58 @@ class Breaks:
     """Which entry stands before a broken one in the output and swallows it, as it does not end."""
 
     def __init__(self, run, output):
-        self.inputs = {entry.key: entry for entry in reversed(run.library.entries)}
-        self.whole = {entry.key for entry in output.entries if entry.whole}
-        self.heads = [match.group(1) for match in HEADS.finditer(output.text)]
+        self.library, self.output = run.library, output
+        self.inputs = by_key(run.library.entries)
+        self.whole = {entry.start for entry in output.entries if entry.whole}
+        self.heads = list(HEADS.finditer(output.text))
+        self.places = {}  # of the heads of a key
+        for place, head in enumerate(self.heads):
+            self.places.setdefault(head.group(1), []).append(place)
 
     def of(self, loss):
         """The loss with the first of the entries right before it that are not whole."""
-        if loss.what not in (ENTRY, BROKEN) or loss.entry.key not in self.heads:
+        if loss.what not in (ENTRY, BROKEN):
             return loss
-        at, culprit = self.heads.index(loss.entry.key), None
-        while at > 0 and self.heads[at - 1] not in self.whole:
+        broken = [place for place in self.places.get(loss.entry.key, ())
+                  if not self.is_whole(place)]
+        return dataclasses.replace(loss, after=self.culprit(broken[0])) if broken else loss
+
+    def of_text(self, loss):
+        """The same for a definition or a preamble, whose text stands in the output all the same."""
+        wanted = self.library.text[loss.tag.start:loss.tag.end]
+        start = self.output.text.lower().find(wanted.lower())
+        if start < 0:
+            return loss
+        place = bisect.bisect_left(self.heads, start, key=lambda head: head.start())
+        return dataclasses.replace(loss, after=self.culprit(place))
+
+    def culprit(self, at):
+        """The first of the entries right before a head that are not whole."""
+        found = None
+        while at > 0 and not self.is_whole(at - 1):
             at -= 1
-            culprit = self.inputs.get(self.heads[at], culprit)
-        return dataclasses.replace(loss, after=culprit)
+            found = self.input_of(at) or found
+        return found
+
+    def is_whole(self, place):
+        return self.heads[place].start() in self.whole
+
+    def input_of(self, place):
+        """The entry of the input: of several with one key the one of the same number."""
+        key = self.heads[place].group(1)
+        inputs = self.inputs.get(key, ())
+        number = self.places[key].index(place)
+        return inputs[min(number, len(inputs) - 1)] if inputs else None
 
 
-def definitions(run, output):
+def by_key(entries):
+    made = {}
+    for entry in entries:
+        made.setdefault(entry.key, []).append(entry)
+    return made
+
+
+def definitions(run, output, breaks):
     """Definitions that do not stand in the output as they were."""
     found = [(tag.low, tag.text) for tag in output.strings]
     for tag in run.library.strings:
@@ -79,11 +116,11 @@ def definitions(run, output):
         if pair in found:
             found.remove(pair)
         else:
-            yield Loss(STRING, tag, tag)
+            yield breaks.of_text(Loss(STRING, tag, tag))
     texts = [tag.text for tag in output.preambles]
     for tag in run.library.preambles:
         if tag.text not in texts:
-            yield Loss(TEXT, tag, tag, "a preamble")
+            yield breaks.of_text(Loss(TEXT, tag, tag, "a preamble"))
 
 
 def used_definitions(run, entries):
@@ -205,7 +242,7 @@ def clean_characters(run):
         for tag in entry.tags:
             if tag not in [loss.tag for loss in losses] and not is_logged(tag):
                 yield Loss(CHANGED, entry, tag, "bytes without a place in the log")
-    for loss in definitions(run, output):
+    for loss in definitions(run, output, breaks):
         text = run.library.text[loss.tag.value:loss.tag.end]
         if not BAD.search(text):
             yield loss
@@ -226,7 +263,9 @@ def clean_tags(run):
     breaks = Breaks(run, output)
     entries, removed = Entries(output, run.library), removed_tags(run)
     for entry in run.library.entries:
-        new = entries.take(entry)
+        head = run.library.lines(entry.line, entry.line).rstrip("\r\n")
+        # Without its comma it loses the key's last letter.
+        new = entries.take(entry, entry.key[:-1] if head.endswith(entry.key) else None)
         if not new:
             if {tag.low for tag in entry.tags} > {"owner", "timestamp"} or not entry.whole:
                 yield breaks.of(entry_gone(entry, output))
@@ -238,13 +277,13 @@ def clean_tags(run):
                 yield loss
     gone = re.findall(r"@STRING has been removed:\n    (.*)", log_of(run, "_tag.log"))
     logged = " ".join(gone).lower()
-    for loss in definitions(run, output):
+    for loss in definitions(run, output, breaks):
         if not re.search(rf"[{{(]\s*{re.escape(loss.tag.low)}\s*=", logged):
             yield loss
-    mentioned = {squeeze(name) for names in removed.values() for name in names}
+    mentioned = {squeeze(name).lstrip("},") for names in removed.values() for name in names}
     for loss in texts(run, output, is_named=lambda tag: squeeze(tag.group(1)) in mentioned):
         # A comment may be taken for a tag: the log names it by what stands before its first "=".
-        text = squeeze(loss.entry.text.partition("\n")[0])
+        text = squeeze(loss.entry.text.partition("\n")[0]).lstrip("},")
         is_empty = EMPTY_ENTRY.match(run.library.lines(loss.entry.line, loss.entry.line + 2))
         if not is_empty and not any(name and (text.startswith(name) or name.startswith(text)) for name in mentioned):
             yield loss
@@ -282,7 +321,7 @@ def clean_authors(run):
             elif change := people.change(loss.tag.text, lists):
                 yield Loss(PERSON, entry, loss.tag, f"{change}: '{loss.tag.text[:70]}' is now "
                                                     f"'{lists[:70]}'")
-    yield from definitions(run, output)
+    yield from definitions(run, output, breaks)
     log = log_of(run, "_author.log")
     lists = essence(log)
     yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in lists)
@@ -295,6 +334,13 @@ RENAMED_JOURNAL = re.compile(
 
 def written(run, tag):
     return core(run.library.text[tag.value:tag.end].strip())
+
+
+def is_logged(renamed, run, tag, name):
+    """Whether the log says that the journal got this name; of joined pieces the first did."""
+    texts = core(tag.text), written(run, tag)
+    return any(name in (new, new + text.removeprefix(old)) and text.startswith(old)
+               for old, new in renamed for text in texts if text == old or tag.form == JOINED)
 
 
 def journals(run):
@@ -313,13 +359,12 @@ def journals(run):
             names = [core(tag.text) for tag in new.tags
                      if loss.tag and tag.low == loss.tag.low]
             logged = [name for name in names if loss.what == CHANGED
-                      and renamed.get(entry.key, set()) & {(core(loss.tag.text), name),
-                                                           (written(run, loss.tag), name)}]
+                      and is_logged(renamed.get(entry.key, set()), run, loss.tag, name)]
             if not logged:
                 yield loss
             elif pure and not logged[0].isascii():
                 yield Loss(ENCODING, entry, loss.tag, f"is now '{logged[0]}'")
-    yield from definitions(run, output)
+    yield from definitions(run, output, breaks)
     log = log_of(run, "_journal.log")
     names = essence(log)
     yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in names)
@@ -353,7 +398,8 @@ def differences(entry, kept):
             values = kept.values(tag.low)
             same = plain(tag.text) in [plain(text) for text in values]
             what = DIFFERS if tag.low in IDENTITY else VERDICT
-            if not same and (what == DIFFERS or values):
+            # Of a kept entry that is not whole BibTeX reads less than stands there.
+            if not same and (values or what == DIFFERS and kept.whole):
                 yield Loss(what, entry, tag, f"'{kept.key}' stays with '{' | '.join(values)[:60]}'")
 
 
@@ -438,7 +484,7 @@ def compare(run):
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
         if stays:
             yield from closest(entry, stays)
-        else:
+        elif entry.key.upper() not in found:  # else the log names one that BibTeX cannot read
             later.append(entry)
     breaks = Breaks(run, output)
     for entry in later:
