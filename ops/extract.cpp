@@ -191,7 +191,9 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
       ScanRange(library->Bytes(), range, rules, warnings);
       const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
       ReportParent(text, range.begin, copied, warnings);
-      if (counts.unbraced != unbraced) AddMacros(text, macros);
+      // The values of an entry of an unknown type are not counted.
+      std::string head(LineAt(text, 0));
+      if (counts.unbraced != unbraced || !IsKnownEntry(head)) AddMacros(text, macros);
     };
   }
   const int found =
