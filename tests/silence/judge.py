@@ -105,14 +105,8 @@ KINDS = {
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
     "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN),
+    "large-output": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
-}
-
-
-# Kinds whose losses other kinds name too, so that nobody would miss them.
-NAMED_TWICE = {
-    "blank-in-type": "nothing-printed names the entry that Extract and Text do not print for it",
-    "open-value": "BibTeX reads no further there either; where it does, other kinds name the loss",
 }
 
 
