@@ -58,7 +58,7 @@ class LibraryMaker {
   Form form_;
 };
 
-/// What stands before and behind the sentences of the document.
+/// What stands before and after the sentences of the document.
 inline constexpr std::string_view kDocumentHead = "\\documentclass{article}\n\\begin{document}\n";
 inline constexpr std::string_view kDocumentEnd =
     "\\bibliographystyle{plain}\n\\bibliography{first}\n\\end{document}\n";

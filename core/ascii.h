@@ -14,6 +14,11 @@ constexpr char ToUpper(char byte) {
   return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
 }
 
+/// Lower-cases one byte: 'A' to 'Z' only.
+constexpr char ToLower(char byte) {
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
 constexpr bool IsLetter(char byte) {
   const char upper = ToUpper(byte);
   return upper >= 'A' && upper <= 'Z';
@@ -34,6 +39,12 @@ constexpr bool EqualNoCase(std::string_view one, std::string_view other) {
                     [](char a, char b) { return ToUpper(a) == ToUpper(b); });
 }
 
+/// Whether the byte is one of a few. The compiler makes comparisons of it; `find` calls a function
+/// for every byte, which took a tenth of Clean authors.
+constexpr bool IsOneOf(char byte, std::string_view bytes) {
+  return std::any_of(bytes.begin(), bytes.end(), [byte](char one) { return one == byte; });
+}
+
 /// The text without the bytes at its end for which `drops` is true.
 constexpr std::string_view TrimEnd(std::string_view text, bool (*drops)(char)) {
   while (!text.empty() && drops(text.back())) text.remove_suffix(1);
@@ -41,9 +52,9 @@ constexpr std::string_view TrimEnd(std::string_view text, bool (*drops)(char)) {
 }
 /// The text without those of `bytes` that stand at its ends.
 constexpr std::string_view Trim(std::string_view text, std::string_view bytes) {
-  const std::size_t begin = text.find_first_not_of(bytes);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(bytes) + 1 - begin);
+  while (!text.empty() && IsOneOf(text.front(), bytes)) text.remove_prefix(1);
+  while (!text.empty() && IsOneOf(text.back(), bytes)) text.remove_suffix(1);
+  return text;
 }
 
 /// The offset of the first byte from `from` on that is not blank, or the size of the text.

@@ -22,18 +22,20 @@ class NameMatcher {
   explicit NameMatcher(std::span<const std::string_view> names);
 
   /// Bit i is set when names[i] occurs anywhere in `text`.
-  std::uint64_t Find(std::string_view text) const { return Search(text, false); }
+  std::uint64_t Find(std::string_view text) const;
   /// Whether any of the names occurs in `text`.
-  bool Any(std::string_view text) const { return Search(text, true) != 0; }
+  bool Any(std::string_view text) const;
   /// The lowest index of a name that occurs in `text`, or -1.
   int First(std::string_view text) const;
 
  private:
-  std::uint64_t Search(std::string_view text, bool stops_at_first) const;
+  template <typename StillWanted>
+  std::uint64_t Search(std::string_view text, StillWanted still_wanted) const;
   bool Covers(std::string_view text, std::size_t at, std::string_view name) const;
 
   std::vector<std::string> names_;  // in capitals
-  // Two bytes are looked at, then those this far on: a name has one of its first pairs there.
+  // Two bytes are looked at, then those this far on: a name has one of its first pairs there. With
+  // a step of one, Text's names take 1.4 times as long to find.
   std::size_t step_ = 1;
   // By the lower five bits of two bytes, which are those of a letter in either case: bit i is set
   // when the two may be one of the first `step_` pairs of names_[i].

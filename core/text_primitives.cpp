@@ -2,6 +2,7 @@
 #include "core/text_primitives.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "core/entry_types.h"
 
@@ -75,6 +76,27 @@ bool ContainsNoCase(std::string_view text, std::string_view pattern) {
 
 void StringToUpper(std::string& text) {
   for (char& byte : text) byte = ToUpper(byte);
+}
+
+std::string InCapitals(std::string_view text) {
+  std::string capitals(text);
+  StringToUpper(capitals);
+  return capitals;
+}
+
+std::size_t CountByte(std::string_view bytes, char wanted) {
+  // A counter of one byte lets the compiler compare many bytes at once, so it is emptied before it
+  // is full. With `std::count` Extract takes 1.1 times as long on a library of 52 MB.
+  constexpr std::size_t kRun = 255;
+  std::size_t count = 0;
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(kRun, bytes.size()))) {
+    std::uint8_t in_run = 0;
+    for (const char byte : bytes.substr(0, kRun)) {
+      in_run = static_cast<std::uint8_t>(in_run + (byte == wanted ? 1 : 0));
+    }
+    count += in_run;
+  }
+  return count;
 }
 
 void StripBraces(std::string& value) {

@@ -28,6 +28,11 @@ bool ContainsNoCase(std::string_view text, std::string_view pattern);
 
 /// Upper-cases every byte in place (`ToUpper`).
 void StringToUpper(std::string& text);
+/// A copy of `text` with every byte upper-cased (`ToUpper`).
+std::string InCapitals(std::string_view text);
+
+/// How often `wanted` occurs in `bytes`.
+std::size_t CountByte(std::string_view bytes, char wanted);
 
 /// Removes the leading run of "{" and then the trailing run of "}", but never the first byte that
 /// is left: "{{x}}" becomes "x", "{}" becomes "}".

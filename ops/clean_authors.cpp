@@ -51,12 +51,12 @@ void ReplaceEscapedBlanks(std::string& text) {
   text.resize(kept);
 }
 
-/// Whether the value of the author line goes on on the next line and was not read: it stands in
+/// Whether the value of the author line continues on the next line and was not read: it stands in
 /// quotes that do not close, or begins below its name.
 bool GoesOnUnread(std::string_view line) {
   const std::string_view value = Trim(line.substr(line.find('=') + 1), kBlanks);
   if (value.empty()) return true;
-  return value.front() == '"' && std::count(value.begin(), value.end(), '"') == 1;
+  return value.front() == '"' && CountByte(value, '"') == 1;
 }
 
 /// The files of one run and what walks them.
@@ -72,7 +72,7 @@ class AuthorCleaner {
   bool SkipHeader(Line& line);
   bool RewriteAuthors(Line& line);
   void LogChange(AuthorForm form);
-  void ReportAuthors(std::string_view line, std::size_t place, AuthorForm form);
+  void ReportAuthors(std::string_view line, std::size_t offset, AuthorForm form);
 
   LineStream& input_;
   OutputFile& library_;
@@ -114,12 +114,12 @@ bool AuthorCleaner::SkipHeader(Line& line) {
 /// Writes the author line anew, whatever it looked like; true when the list changed. What follows
 /// the value on its line is dropped.
 bool AuthorCleaner::RewriteAuthors(Line& line) {
-  const std::size_t place = input_.Position() - 1;
+  const std::size_t offset = input_.Position() - 1;
   ReadFieldValue(line, input_, old_list_);
   ReplaceEscapedBlanks(old_list_);
   const AuthorForm form = ArrangeAuthorList(old_list_, new_list_);
   const bool changed = new_list_ != old_list_;
-  if (warnings_.Wanted()) ReportAuthors(line.Text(), place, form);
+  if (warnings_.Wanted()) ReportAuthors(line.Text(), offset, form);
   if (changed) LogChange(form);
   library_.Write({"  author = {", new_list_, "},\n"});
   return changed;
@@ -127,32 +127,32 @@ bool AuthorCleaner::RewriteAuthors(Line& line) {
 
 /// Reports a list that is of no known form, names that may have become wrong, and what is lost
 /// after the list.
-void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t place, AuthorForm form) {
+void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t offset, AuthorForm form) {
   const std::string reason = form == AuthorForm::kOther ? WhyNoKnownForm(old_list_) : std::string();
   if (!reason.empty()) {
-    warnings_.Report(WarningKind::kAuthorsAsTheyWere, place, key_,
+    warnings_.Report(WarningKind::kAuthorsAsTheyWere, offset, key_,
                      "the list of authors is of no known form: " + reason);
   }
   const bool is_plain = form == AuthorForm::kBraced || form == AuthorForm::kSingleWord;
   const std::string doubt = is_plain ? std::string() : WhyDoubtful(old_list_, new_list_);
   if (!doubt.empty()) {
-    warnings_.Report(WarningKind::kDoubtfulName, place, key_,
+    warnings_.Report(WarningKind::kDoubtfulName, offset, key_,
                      "the list of authors was rearranged, look at it: " + doubt);
   }
   if (GoesOnUnread(line)) {
-    warnings_.Report(WarningKind::kTornValue, place, key_,
+    warnings_.Report(WarningKind::kTornValue, offset, key_,
                      "the lines of 'author' after the first stay behind, so that BibTeX cannot "
                      "read the rest of the entry; put the list in braces");
   }
   const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
-  if (std::count(lost.begin(), lost.end(), '{') > std::count(lost.begin(), lost.end(), '}')) {
+  if (OpenBraces(lost) > 0) {
     warnings_.Report(
-        WarningKind::kTornValue, place, key_,
-        "a value begins after the authors and goes on on the next lines, which stayed: "
+        WarningKind::kTornValue, offset, key_,
+        "a value begins after the authors and continues on the next lines, which stayed: "
         "BibTeX cannot read the rest of the entry");
   }
-  warnings_.Report(WarningKind::kTextLost, place, key_,
+  warnings_.Report(WarningKind::kTextLost, offset, key_,
                    "what follows the authors was lost: " + Quoted(lost));
 }
 

@@ -111,7 +111,7 @@ class CharacterCleaner {
 
   LineStream& input_;
   ByteMarks marks_;
-  std::size_t place_ = 0;  // of the line that is being read
+  std::size_t offset_ = 0;  // of the line that is being read
   OutputFile& library_;
   OutputFile& log_;
   FileWarnings& warnings_;
@@ -125,11 +125,11 @@ class CharacterCleaner {
 
 void CharacterCleaner::Walk() {
   const std::string_view bytes = input_.Bytes();
-  for (ByteMarks::Line marks; place_ < bytes.size(); place_ = marks.end) {
-    marks = marks_.NextLine(place_, limits::kLongLine - 1);
+  for (ByteMarks::Line marks; offset_ < bytes.size(); offset_ = marks.end) {
+    marks = marks_.NextLine(offset_, limits::kLongLine - 1);
     input_.SetPosition(marks.end);
     ++line_number_;
-    Line line(bytes.substr(place_, marks.end - place_));
+    Line line(bytes.substr(offset_, marks.end - offset_));
     if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
       if (warnings_.Wanted()) NoteLeftOut(line.Text(), kExemptTags[tag]);
       continue;
@@ -146,16 +146,16 @@ void CharacterCleaner::Walk() {
   ReportFound();
 }
 
-/// Writes the line at `place_`, of which words may have become upper case.
+/// Writes the line at `offset_`, of which words may have become upper case.
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   if (warnings_.Wanted()) CountCharacters(line);
   log_line_.assign("In entry '").append(bibitem_).append("', in line ");
   log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
-  const std::size_t end = place_ + line.size();
-  for (std::size_t bad = marks_.FindOdd(place_, end); bad < end;
+  const std::size_t end = offset_ + line.size();
+  for (std::size_t bad = marks_.FindOdd(offset_, end); bad < end;
        bad = marks_.FindOdd(bad + 1, end)) {
-    const std::size_t at = bad - place_;
+    const std::size_t at = bad - offset_;
     LogBadByte(line[at], at + 1);
     library_.Write({line.substr(copied, at - copied), "?"});
     copied = at + 1;
@@ -172,7 +172,7 @@ void CharacterCleaner::CountCharacters(std::string_view line) {
     at += size - 1;
     auto found = characters_.find(character);
     if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
-    found->second.Add(place_);
+    found->second.Add(offset_);
   }
 }
 
@@ -194,19 +194,19 @@ void CharacterCleaner::ReportFound() {
 void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) {
   const std::string_view name = TagNameOf(line);
   const std::string_view shown = name.empty() ? tag : name;
-  left_out_.Add(shown, place_);
+  left_out_.Add(shown, offset_);
   const std::ptrdiff_t open = OpenBraces(line);
   if (open > 0) {
-    warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
+    warnings_.Report(WarningKind::kTornValue, offset_, bibitem_,
                      {"the line of ", Quoted(shown),
-                      " was left out, but its value goes on on the next lines, which stayed"});
+                      " was left out, but its value continues on the next lines, which stayed"});
   } else if (open < 0) {
     warnings_.Report(
-        WarningKind::kTornValue, place_, bibitem_,
+        WarningKind::kTornValue, offset_, bibitem_,
         {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});
   }
   if (open == 0 && TearsComma(line, input_.Bytes().substr(input_.Position()))) {
-    warnings_.Report(WarningKind::kTornValue, place_, bibitem_,
+    warnings_.Report(WarningKind::kTornValue, offset_, bibitem_,
                      {"the line of ", Quoted(shown),
                       " was left out, but not with one comma: BibTeX cannot read the entry any "
                       "more"});
@@ -214,7 +214,7 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
   if (!name.empty() && line.find('=') == line.rfind('=')) return;  // its own tag only
   for (const LineTag& other : TagsOf(AfterHead(line))) {
     if (other.name == name) continue;
-    warnings_.Report(WarningKind::kTextLost, place_, bibitem_,
+    warnings_.Report(WarningKind::kTextLost, offset_, bibitem_,
                      {"the tag ", Quoted(other.name), " shares a line with ", Quoted(shown),
                       " and was left out with it"});
   }

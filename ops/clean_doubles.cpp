@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -328,20 +327,16 @@ void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
 /// Reports the copied entries whose parent was not copied.
 void DoubleCleaner::ReportOrphans() {
   if (children_.empty()) return;
-  std::set<std::string> keys;
+  KeysAnyCase keys;
   const std::string_view library = library_.Bytes();
   for (std::size_t at = 0; at < library.size();) {
     const std::string_view text = LineAt(library, at);
     at += text.size() + 1;
     if (!text.starts_with('@')) continue;
-    std::string key(CopyUntilChar(text, '{', ','));
-    StringToUpper(key);
-    keys.insert(std::move(key));
+    keys.Add(CopyUntilChar(text, '{', ','));
   }
-  for (auto& [parent, head] : children_) {
-    std::string key(parent);
-    StringToUpper(key);
-    if (!keys.contains(key)) {
+  for (const auto& [parent, head] : children_) {
+    if (!keys.Has(parent)) {
       ReportMissingParent(LineAt(input_.Bytes(), head), head, parent, input_warnings_);
     }
   }

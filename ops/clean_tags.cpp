@@ -124,7 +124,7 @@ bool TagCleaner::ReadToHead(Line& line) {
   const std::size_t from = input_.Position();
   const bool found = ReadLineWith(input_, '@', limits::kLongLine, line);
   const std::size_t end = input_.Position() - (found ? line.Text().size() : 0);
-  warnings_.NotePassedOutside(input_.Bytes().substr(from, end - from), from);
+  warnings_.NoteSkippedOutside(input_.Bytes().substr(from, end - from), from);
   return found;
 }
 
@@ -141,10 +141,10 @@ StringOutcome TagCleaner::HandleStringLine(Line& line) {
     return StringOutcome::kRemoved;
   }
   library_.Write({"...", line.Text()});
-  const std::size_t behind = input_.Position();
+  const std::size_t after_line = input_.Position();
   while (ReadLine(input_, limits::kLongLine, line)) {
     if (IsKnownEntry(line)) {
-      input_.SetPosition(behind);
+      input_.SetPosition(after_line);
       return StringOutcome::kNoneOrCopied;
     }
     library_.Write({"... ", line.Text()});
@@ -155,22 +155,22 @@ StringOutcome TagCleaner::HandleStringLine(Line& line) {
 /// False when the entry whose head `line` is must be dropped: it has no key, or its first two lines
 /// are an owner line and a timestamp line, whatever follows them.
 bool TagCleaner::CheckEmptyEntry(Line& line) {
-  const std::size_t behind = input_.Position();
+  const std::size_t after_line = input_.Position();
   if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
   const std::string_view key = CopyUntilChar(line.Text(), '{', ',');
   if (key.empty()) {
-    warnings_.NoteDroppedWithoutKey(input_.Bytes(), behind - 1);
+    warnings_.NoteDroppedWithoutKey(input_.Bytes(), after_line - 1);
     return false;
   }
   for (const std::string_view name : {"owner", "timestamp"}) {
     const auto next = input_.ReadLine(limits::kLongLine);
     if (!next) return false;
     if (!ContainsNoCase(*next, name)) {
-      input_.SetPosition(behind);
+      input_.SetPosition(after_line);
       return true;
     }
   }
-  warnings_.NoteDroppedAsEmpty(key, behind - 1, input_.Bytes(), input_.Position());
+  warnings_.NoteDroppedAsEmpty(key, after_line - 1, input_.Bytes(), input_.Position());
   return false;
 }
 
@@ -178,7 +178,7 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
 TagOutcome TagCleaner::SortTags(Line& line) {
   if (!IsKnownEntry(line)) {
     const std::size_t start = input_.Position() - line.Text().size();
-    warnings_.NotePassedOutside(input_.Bytes().substr(start, line.Text().size()), start);
+    warnings_.NoteSkippedOutside(input_.Bytes().substr(start, line.Text().size()), start);
     return TagOutcome::kNothingRemoved;
   }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
@@ -229,10 +229,10 @@ TagOutcome TagCleaner::SortTags(Line& line) {
 /// Reads the tag of a line after a head: the row of `kTagRules` that serves it, its name as it
 /// stands there, squeezed, and into `value_` its value. Nothing for a line that holds no known tag.
 std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
-  const std::size_t place = input_.Position() - 1;
+  const std::size_t offset = input_.Position() - 1;
   if (!filter_.Any(line.Text())) {
     const std::size_t size = line.Text().size();
-    warnings_.NotePassed(input_.Bytes().substr(place + 1 - size, size), place);
+    warnings_.NoteSkipped(input_.Bytes().substr(offset + 1 - size, size), offset);
     return std::nullopt;
   }
   ReadValue(line);
@@ -240,7 +240,7 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
   SqueezeTagName(CopyUntilChar(line.Text(), '='), name);
   const int tag = tags_.First(name);
   if (tag < 0) {
-    warnings_.NotePassedTag(line.Text(), place);
+    warnings_.NoteSkippedTag(line.Text(), offset);
     return std::nullopt;
   }
   return static_cast<std::size_t>(tag);

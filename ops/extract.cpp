@@ -107,12 +107,6 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
   return CloseOutputs(run, {list.get()}) ? kSucceeded : kFailed;
 }
 
-std::string InCapitals(std::string_view text) {
-  std::string capitals(text);
-  StringToUpper(capitals);
-  return capitals;
-}
-
 /// The macros that the entries of a text use, in capitals: values, or parts of them, that stand in
 /// neither braces nor quotes.
 void AddMacros(std::string_view entry, std::set<std::string>& macros) {
@@ -128,18 +122,6 @@ void AddMacros(std::string_view entry, std::set<std::string>& macros) {
     if (begin == entry.size() || !IsLetter(entry[begin])) continue;
     const std::size_t end = std::min(entry.find_first_of(" \t\r\n#,})", begin), entry.size());
     macros.insert(InCapitals(entry.substr(begin, end - begin)));
-  }
-}
-
-/// Keys as BibTeX compares those of parents, in any case: all are in capitals.
-using KeySet = std::unordered_set<std::string, KeyedStringHash>;
-
-/// Reports an entry whose `crossref` names one that is not copied; `head` begins it.
-void ReportParent(std::string_view entry, std::size_t head, const KeySet& copied,
-                  FileWarnings& warnings) {
-  const std::optional<std::string_view> parent = ParentOf(entry);
-  if (parent && !copied.contains(InCapitals(*parent))) {
-    ReportMissingParent(entry, head, *parent, warnings);
   }
 }
 
@@ -182,15 +164,18 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
                         .counts = &counts,
                         .stray_tags = kReferenceTags};
   std::set<std::string> macros;
-  KeySet copied;
+  KeysAnyCase copied;
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
-    for (const std::string& key : keys) copied.insert(InCapitals(key));
+    for (const std::string& key : keys) copied.Add(key);
     observer.on_range = [&](const LibraryRange& range) {
       const std::size_t unbraced = counts.unbraced;
       ScanRange(library->Bytes(), range, rules, warnings);
       const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
-      ReportParent(text, range.begin, copied, warnings);
+      const std::optional<std::string_view> parent = ParentOf(text);
+      if (parent && !copied.Has(*parent)) {
+        ReportMissingParent(text, range.begin, *parent, warnings);
+      }
       // The values of an entry of an unknown type are not counted.
       std::string head(LineAt(text, 0));
       if (counts.unbraced != unbraced || !IsKnownEntry(head)) AddMacros(text, macros);
@@ -238,12 +223,12 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
 }  // namespace
 
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
-                  std::vector<std::size_t>* places) {
+                  std::vector<std::size_t>* offsets) {
   std::unordered_set<std::string, KeyedStringHash> known(keys.begin(), keys.end());
   const auto store = [&](const std::string& key) {
     if (!known.insert(key).second) return;
     keys.push_back(key);
-    if (places) places->push_back(document.Position() - 1);
+    if (offsets) offsets->push_back(document.Position() - 1);
   };
   while (const auto text = document.ReadLine(limits::kShortLine)) {
     if (text->find(kCiteBrace) == std::string_view::npos) continue;

@@ -17,9 +17,9 @@ namespace tarvel {
 /// citation and each once; returns how many `keys` holds then. Lines are read with at most 999
 /// bytes; a command that is cut by that limit is missed. Blanks belong to a key. The keys are taken
 /// from the first "\cite" of a line that holds a "\cite{", so "\citep{x} \cite{y}" cites both. For
-/// each key that it adds it adds to `places` the offset of a byte of its line.
+/// each key that it adds it adds to `offsets` the offset of a byte of its line.
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
-                  std::vector<std::size_t>* places = nullptr);
+                  std::vector<std::size_t>* offsets = nullptr);
 
 /// What is called during a selection of entries. Either may be empty.
 struct SelectionObserver {

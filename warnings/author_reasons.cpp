@@ -49,7 +49,6 @@ constexpr std::array kSuffixes{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv};
 
 std::vector<std::string_view> WordsOf(std::string_view text) {
   std::vector<std::string_view> words;
-  words.reserve(4);
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t begin = kBetweenWords.FindOther(text, at);
     at = kBetweenWords.Find(text, begin);
@@ -64,10 +63,7 @@ bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words
                      [word](std::string_view other) { return EqualNoCase(word, other); });
 }
 
-bool IsSuffix(std::string_view word) {
-  word = TrimEnd(word, [](char byte) { return byte == '.' || byte == ','; });
-  return !word.empty() && IsOneOf(Trim(word, ".,"), kSuffixes);
-}
+bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
 
 /// Whether the blanks of a group of braces in the name are gone in the new list.
 bool LostBlanks(std::string_view name, std::string_view new_list) {

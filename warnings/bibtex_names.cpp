@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "core/byte_set.h"
 #include "core/text_primitives.h"
 #include "warnings/warnings.h"
 
@@ -14,6 +15,9 @@ namespace tarvel {
 namespace {
 
 constexpr std::array<std::string_view, 3> kOpenEnds{"et al", "ldots", "thers"};
+
+/// What separators begin with, and braces.
+constexpr ByteSet kStops(" \t~,{}");
 
 using Texts = std::vector<std::string_view>;
 
@@ -43,7 +47,7 @@ Texts Split(std::string_view text, const Size& separator) {
     const std::string_view part = Trim(text.substr(begin, end - begin), kBlanks);
     if (!part.empty()) parts.push_back(part);
   };
-  for (std::size_t at = 0; at < text.size();) {
+  for (std::size_t at = kStops.Find(text, 0); at < text.size(); at = kStops.Find(text, at)) {
     depth += (text[at] == '{' ? 1 : 0) - (text[at] == '}' ? 1 : 0);
     const std::size_t size = depth == 0 ? separator(text.substr(at)) : 0;
     if (size > 0) {
@@ -115,8 +119,9 @@ Name NameOf(std::string_view text) {
 
 /// How many of the words have no letter.
 std::ptrdiff_t Signs(const Texts& words) {
-  return std::count_if(words.begin(), words.end(),
-                       [](std::string_view word) { return Essence(word).empty(); });
+  return std::count_if(words.begin(), words.end(), [](std::string_view word) {
+    return std::none_of(word.begin(), word.end(), Counts);
+  });
 }
 
 /// What is wrong with a name that became another; empty when nothing is.

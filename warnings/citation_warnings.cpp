@@ -36,9 +36,9 @@ std::size_t CommentStart(std::string_view line) {
 /// One line of a document.
 class CitationLine {
  public:
-  CitationLine(std::string_view line, std::size_t place, FileWarnings& warnings)
+  CitationLine(std::string_view line, std::size_t offset, FileWarnings& warnings)
       : line_(line),
-        place_(place),
+        offset_(offset),
         warnings_(warnings),
         comment_(CommentStart(line)),
         last_read_(line.rfind(kCiteBrace)) {}
@@ -66,12 +66,12 @@ class CitationLine {
   }
 
   void Report(std::string_view command, std::string_view what) {
-    warnings_.Report(WarningKind::kOtherCitation, place_, {},
+    warnings_.Report(WarningKind::kOtherCitation, offset_, {},
                      std::string("'").append(command).append("' ").append(what));
   }
 
   std::string_view line_;
-  std::size_t place_;
+  std::size_t offset_;
   FileWarnings& warnings_;
   std::size_t comment_;
   std::size_t last_read_;
@@ -90,11 +90,11 @@ void ReportCitations(std::string_view document, FileWarnings& warnings) {
   }
 }
 
-void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& places,
+void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& offsets,
                 FileWarnings& warnings) {
   for (std::size_t i = 0; i < keys.size(); ++i) {
     if (keys[i].find_first_of(" \t") == std::string::npos) continue;
-    warnings.Report(WarningKind::kKeyWithBlank, places[i], keys[i],
+    warnings.Report(WarningKind::kKeyWithBlank, offsets[i], keys[i],
                     "the key has a blank, which belongs to it");
   }
 }

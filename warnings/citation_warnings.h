@@ -14,8 +14,8 @@ namespace tarvel {
 /// that it skips, takes out of a comment or reads in part.
 void ReportCitations(std::string_view document, FileWarnings& warnings);
 
-/// Reports what is odd about cited keys: blanks in them. `places` are those of their lines.
-void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& places,
+/// Reports what is odd about cited keys: blanks in them. `offsets` are those of their lines.
+void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::size_t>& offsets,
                 FileWarnings& warnings);
 
 }  // namespace tarvel

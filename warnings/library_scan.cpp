@@ -29,12 +29,6 @@ constexpr ByteSet kBeforeHead(" \t\r\n}");
 constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
 
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  StringToUpper(upper);
-  return upper;
-}
-
 bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
 
 bool HoldsOneOf(std::string_view name, std::span<const std::string_view> tags) {
@@ -72,7 +66,8 @@ class LibraryScan {
   std::size_t SkipPiece(std::string_view line, std::size_t at);
   void CheckOutside(std::string_view line, std::size_t offset);
   void ReportSharedLine(std::size_t offset, std::string_view before);
-  void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
+  bool IsReportedUnbraced(std::string_view line, std::size_t offset);
+  void ReportUnbraced(std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
@@ -251,7 +246,7 @@ bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
 void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
                                   std::size_t offset) {
   in_unknown_ = false;
-  const std::string type = Upper(word.substr(1));
+  const std::string type = InCapitals(word.substr(1));
   if (std::find(kNoEntries.begin(), kNoEntries.end(), type) != kNoEntries.end()) return;
   in_unknown_ = true;
   if (!rest.starts_with('{')) {
@@ -284,7 +279,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     if (brace == std::string_view::npos) return;
     const std::string_view text = line.substr(at, brace - at);
     const std::string_view word = TrimEnd(text.substr(1), IsBlank);
-    const bool is_type = !FindEntryType(Upper(word)).empty();
+    const bool is_type = !FindEntryType(InCapitals(word)).empty();
     if (!is_type && std::any_of(text.begin(), text.end(), IsLower)) {
       const std::string_view tag = TagNameOf(line);
       Report(WarningKind::kUpperCased, offset,
@@ -328,7 +323,9 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
     } else if (line[at] == '}') {
       state_ = State::kOutside;
     } else if (line[at] == '#') {
-      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
+      if (IsReportedUnbraced(line, offset)) {
+        ReportUnbraced(offset, "goes on after a '#': only the part before it is read");
+      }
       at = SkipPiece(line, SkipBlanks(line, at + 1));
     } else {
       at = ReadTag(line, at, offset);
@@ -353,7 +350,9 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   ++counts_.values;
   if (value < line.size()) return StartValue(line, value, offset);
   ++counts_.unbraced;
-  ReportUnbraced(line, offset, "does not begin on the line of its name and is read as empty");
+  if (IsReportedUnbraced(line, offset)) {
+    ReportUnbraced(offset, "does not begin on the line of its name and is read as empty");
+  }
   return line.size();
 }
 
@@ -366,10 +365,11 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    ReportUnbraced(line, offset,
-                   HasBraceFrom(line, at)
-                       ? "has no braces around it and is read from the first brace on"
-                       : "has no braces around it and is read as empty");
+    if (IsReportedUnbraced(line, offset)) {
+      ReportUnbraced(offset, HasBraceFrom(line, at)
+                                 ? "has no braces around it and is read from the first brace on"
+                                 : "has no braces around it and is read as empty");
+    }
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -426,8 +426,12 @@ void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) 
   }
 }
 
-void LibraryScan::ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how) {
-  if (!MentionsReadTag(line, offset)) return;
+/// Whether a value without braces is to be reported; counts it where nobody will see the text.
+bool LibraryScan::IsReportedUnbraced(std::string_view line, std::size_t offset) {
+  return MentionsReadTag(line, offset) && !warnings_.ReportNumber(WarningKind::kUnbracedValue);
+}
+
+void LibraryScan::ReportUnbraced(std::size_t offset, std::string_view how) {
   Report(WarningKind::kUnbracedValue, offset, {"the value of '", tag_, "' ", how});
 }
 

@@ -6,6 +6,7 @@
 #include "app/texts.h"
 #include "core/ascii.h"
 #include "core/byte_set.h"
+#include "core/text_primitives.h"
 
 namespace tarvel {
 
@@ -63,16 +64,8 @@ std::vector<LineTag> TagsOf(std::string_view text) {
 }
 
 std::ptrdiff_t OpenBraces(std::string_view text) {
-  constexpr std::size_t kShortRun = 127;
-  std::ptrdiff_t open = 0;
-  for (; !text.empty(); text.remove_prefix(std::min(text.size(), kShortRun))) {
-    signed char of_run = 0;  // as narrow as the bytes, so that the loop becomes vector code
-    for (const char byte : text.substr(0, kShortRun)) {
-      of_run = static_cast<signed char>(of_run + (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0));
-    }
-    open += of_run;
-  }
-  return open;
+  return static_cast<std::ptrdiff_t>(CountByte(text, '{')) -
+         static_cast<std::ptrdiff_t>(CountByte(text, '}'));
 }
 
 std::string_view TagNameOf(std::string_view line) {

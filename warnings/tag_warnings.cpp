@@ -15,7 +15,7 @@ constexpr std::string_view kStringMarker = "@STRING{";
 
 }  // namespace
 
-void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
+void TagWarnings::StartEntry(std::string_view head, std::size_t offset) {
   in_entries_ = true;
   in_text_ = false;
   depth_ = 0;
@@ -27,105 +27,107 @@ void TagWarnings::StartEntry(std::string_view head, std::size_t place) {
   if (head.ends_with(",\n")) return;
   const std::string_view rest = head.substr(0, head.size() - 2);
   if (rest.ends_with(',') || OpenBraces(rest) != 1) {
-    warnings_.Report(WarningKind::kBrokenHead, place, key_,
+    warnings_.Report(WarningKind::kBrokenHead, offset, key_,
                      "the first line does not end with the comma after the key: without its last "
                      "two bytes BibTeX cannot read the entry; delete what follows the comma");
     return;
   }
-  warnings_.Report(WarningKind::kTextLost, place, key_,
+  warnings_.Report(WarningKind::kTextLost, offset, key_,
                    "the first line does not end with a comma and a line break: its last two bytes "
                    "were cut");
 }
 
 void TagWarnings::EndEntry(bool at_next_head) {
   if (at_next_head) return;
-  for (const auto& [text, place] : strings_) {
-    warnings_.Report(WarningKind::kTextNotCopied, place, {},
+  for (const auto& [text, offset] : strings_) {
+    warnings_.Report(WarningKind::kTextNotCopied, offset, {},
                      "no entry follows the definition, and it was not copied: " + Quoted(text));
   }
 }
 
-/// What follows the dropped entry, of whose first line `place` is the last byte, is text again. An
+/// What follows the dropped entry, of whose first line `offset` is the last byte, is text again. An
 /// entry that begins within another one's lines ends with it, so that no line is read twice.
-void TagWarnings::SkipEntry(std::string_view library, std::size_t place) {
+void TagWarnings::SkipEntry(std::string_view library, std::size_t offset) {
   key_.clear();
   in_entries_ = false;
   in_text_ = false;
-  if (place < dropped_end_) return;
+  if (offset < dropped_end_) return;
   std::ptrdiff_t depth = 0;
-  for (dropped_end_ = library.substr(0, place).rfind('\n') + 1; dropped_end_ < library.size();
+  for (dropped_end_ = library.substr(0, offset).rfind('\n') + 1; dropped_end_ < library.size();
        ++dropped_end_) {
-    if (dropped_end_ > place && library.substr(dropped_end_).starts_with("\n@")) break;
-    depth += OpenBraces(library.substr(dropped_end_, 1));
-    if (dropped_end_ > place && depth <= 0) break;
+    if (dropped_end_ > offset && library.substr(dropped_end_).starts_with("\n@")) break;
+    if (library[dropped_end_] == '{') ++depth;
+    if (library[dropped_end_] == '}') --depth;
+    if (dropped_end_ > offset && depth <= 0) break;
   }
   ++dropped_end_;
 }
 
-void TagWarnings::NoteDroppedWithoutKey(std::string_view library, std::size_t place) {
-  SkipEntry(library, place);
-  warnings_.Report(WarningKind::kEntryDropped, place, {}, "an entry without a key was dropped");
+void TagWarnings::NoteDroppedWithoutKey(std::string_view library, std::size_t offset) {
+  if (!warnings_.Wanted()) return;
+  SkipEntry(library, offset);
+  warnings_.Report(WarningKind::kEntryDropped, offset, {}, "an entry without a key was dropped");
 }
 
-void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t place,
+void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t offset,
                                      std::string_view library, std::size_t rest_at) {
   if (!warnings_.Wanted()) return;
-  SkipEntry(library, place);
+  SkipEntry(library, offset);
   const std::string_view rest = library.substr(rest_at);
   const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
   if (tag.empty()) return;
   warnings_.Report(
-      WarningKind::kEntryDropped, place, key,
+      WarningKind::kEntryDropped, offset, key,
       std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
 }
 
-void TagWarnings::NoteRemovedString(std::string_view line, std::size_t place) {
+void TagWarnings::NoteRemovedString(std::string_view line, std::size_t offset) {
   if (!warnings_.Wanted() || OpenBraces(line) <= 0) return;
-  warnings_.Report(WarningKind::kTextNotCopied, place, {},
-                   "the definition goes on in the next lines, which were not copied, and its log "
+  warnings_.Report(WarningKind::kTextNotCopied, offset, {},
+                   "the definition continues on the next lines, which were not copied, and its log "
                    "names only this line: " +
                        Quoted(Trim(line, kBlanks)));
 }
 
-void TagWarnings::NotePassedOutside(std::string_view text, std::size_t place) {
+void TagWarnings::NoteSkippedOutside(std::string_view text, std::size_t offset) {
   if (in_entries_ || !warnings_.Wanted()) return;
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     const bool is_string = line.find(kStringMarker) != std::string_view::npos;
-    if (!is_string && place >= dropped_end_) ReportText(line, place);
+    if (!is_string && offset >= dropped_end_) ReportText(line, offset);
     const std::size_t size = std::min(line.size() + 1, text.size());
     text.remove_prefix(size);
-    place += size;
+    offset += size;
   }
 }
 
-void TagWarnings::NotePassed(std::string_view line, std::size_t place) {
+void TagWarnings::NoteSkipped(std::string_view line, std::size_t offset) {
   if (!warnings_.Wanted()) return;
   if (depth_ > 0) {
     depth_ += OpenBraces(line);
   } else if (line.find(kStringMarker) != std::string_view::npos) {
-    strings_.emplace_back(Trim(line, kBlanks), place);  // is handled when it is read again
-  } else if (CountTag(line, place)) {
+    strings_.emplace_back(Trim(line, kBlanks), offset);  // is handled when it is read again
+  } else if (CountTag(line, offset)) {
     depth_ = OpenBraces(line);
   } else {
-    ReportText(line, place);
+    ReportText(line, offset);
   }
 }
 
-void TagWarnings::NotePassedTag(std::string_view line, std::size_t place) {
+void TagWarnings::NoteSkippedTag(std::string_view line, std::size_t offset) {
   if (!warnings_.Wanted() || depth_ > 0) return;
-  if (!CountTag(line, place)) ReportText(line, place);
+  if (!CountTag(line, offset)) ReportText(line, offset);
 }
 
 void TagWarnings::NoteTag(std::string_view line, std::string_view known, bool was_written,
-                          std::size_t place) {
+                          std::size_t offset) {
   in_text_ = false;
   if (!was_written || !warnings_.Wanted()) return;
   const std::string_view name = TagNameOf(line);
-  if (!EqualNoCase(name, known)) ReportRenamed(name, known, place);
+  if (!EqualNoCase(name, known)) ReportRenamed(name, known, offset);
   for (const auto& [tag, earlier] : written_) {
     if (tag != known) continue;
-    warnings_.Report(WarningKind::kTagTwice, place, key_,
+    warnings_.Report(WarningKind::kTagTwice, offset, key_,
                      "the entry has the tag " + Quoted(known) + " twice now, from " +
                          Quoted(earlier) + " and from " + Quoted(name.empty() ? "text" : name));
     break;
@@ -133,7 +135,8 @@ void TagWarnings::NoteTag(std::string_view line, std::string_view known, bool wa
   written_.emplace_back(known, name.empty() ? "text" : name);
 }
 
-void TagWarnings::NoteAfterValue(std::string_view line, std::string_view value, std::size_t place) {
+void TagWarnings::NoteAfterValue(std::string_view line, std::string_view value,
+                                 std::size_t offset) {
   if (!warnings_.Wanted()) return;
   const std::size_t end = line.find('{') + 1 + value.size();
   const bool ends_so = end < line.size() && line[end] == '}';
@@ -143,32 +146,32 @@ void TagWarnings::NoteAfterValue(std::string_view line, std::string_view value, 
   // A further tag has a warning of its own, and so has a value in quotes or of several pieces.
   if (line.substr(0, line.find('{')).find('"') != std::string_view::npos) return;
   if (rest.empty() || rest.starts_with('#') || rest.find('=') != std::string_view::npos) return;
-  warnings_.Report(WarningKind::kTextNotCopied, place, key_,
+  warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
                    "text after a value was not copied: " + Quoted(rest));
 }
 
-void TagWarnings::ReportRenamed(std::string_view name, std::string_view known, std::size_t place) {
+void TagWarnings::ReportRenamed(std::string_view name, std::string_view known, std::size_t offset) {
   if (warnings_.ReportNumber(WarningKind::kRenamedTag)) return;
   const std::string what = name.empty() ? "a line of text" : "the tag " + Quoted(name);
-  warnings_.Report(WarningKind::kRenamedTag, place, key_,
+  warnings_.Report(WarningKind::kRenamedTag, offset, key_,
                    what + " was written as the tag " + Quoted(known));
 }
 
-bool TagWarnings::CountTag(std::string_view line, std::size_t place) {
+bool TagWarnings::CountTag(std::string_view line, std::size_t offset) {
   const std::string_view name = TagNameOf(line);
   if (name.empty()) return false;
   in_text_ = false;
-  unknown_tags_.Add(name, place);
+  unknown_tags_.Add(name, offset);
   return true;
 }
 
 /// Reports the first line of a text. After the brace that ends an entry another text begins.
-void TagWarnings::ReportText(std::string_view line, std::size_t place) {
+void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
   const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);
   const bool begins = !in_text_ || text.starts_with('@') || text.starts_with('}');
   if (!says_nothing && begins) {
-    warnings_.Report(WarningKind::kTextNotCopied, place, key_,
+    warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
                      "text that is of no tag was not copied: " + Quoted(text));
   }
   in_text_ = !says_nothing && OpenBraces(text) >= 0;

@@ -18,36 +18,36 @@ class TagWarnings {
   explicit TagWarnings(FileWarnings& warnings) : warnings_(warnings) {}
 
   /// An entry begins, with this head line.
-  void StartEntry(std::string_view head, std::size_t place);
+  void StartEntry(std::string_view head, std::size_t offset);
   /// The entry has ended; `at_next_head`: with the head of the next one, to which the lines after
   /// this entry's head will be read again.
   void EndEntry(bool at_next_head);
-  /// An entry without a key is dropped. `place` is that of the last byte of its first line.
-  void NoteDroppedWithoutKey(std::string_view library, std::size_t place);
+  /// An entry without a key is dropped. `offset` is that of the last byte of its first line.
+  void NoteDroppedWithoutKey(std::string_view library, std::size_t offset);
   /// An entry is dropped for its first two tags; `rest_at` is where the rest of it begins.
-  void NoteDroppedAsEmpty(std::string_view key, std::size_t place, std::string_view library,
+  void NoteDroppedAsEmpty(std::string_view key, std::size_t offset, std::string_view library,
                           std::size_t rest_at);
   /// A line that defines a string is removed and logged.
-  void NoteRemovedString(std::string_view line, std::size_t place);
-  /// These lines, which begin at `place`, are skipped; reported in front of the first entry.
-  void NotePassedOutside(std::string_view text, std::size_t place);
+  void NoteRemovedString(std::string_view line, std::size_t offset);
+  /// These lines, which begin at `offset`, are skipped; reported in front of the first entry.
+  void NoteSkippedOutside(std::string_view text, std::size_t offset);
   /// A line is skipped after an entry's head.
-  void NotePassed(std::string_view line, std::size_t place);
+  void NoteSkipped(std::string_view line, std::size_t offset);
   /// A value was read, and its tag is none that is known.
-  void NotePassedTag(std::string_view line, std::size_t place);
+  void NoteSkippedTag(std::string_view line, std::size_t offset);
   /// The tag of a line was taken for the tag `known`, which was written or not.
-  void NoteTag(std::string_view line, std::string_view known, bool was_written, std::size_t place);
+  void NoteTag(std::string_view line, std::string_view known, bool was_written, std::size_t offset);
   /// The value was read from this line, to which those that it goes on in are joined; its last line
-  /// in the library ends at `place`.
-  void NoteAfterValue(std::string_view line, std::string_view value, std::size_t place);
+  /// in the library ends at `offset`.
+  void NoteAfterValue(std::string_view line, std::string_view value, std::size_t offset);
   /// Tells of each unknown tag how often it was dropped.
   void ReportTags();
 
  private:
-  void SkipEntry(std::string_view library, std::size_t place);
-  void ReportRenamed(std::string_view name, std::string_view known, std::size_t place);
-  bool CountTag(std::string_view line, std::size_t place);
-  void ReportText(std::string_view line, std::size_t place);
+  void SkipEntry(std::string_view library, std::size_t offset);
+  void ReportRenamed(std::string_view name, std::string_view known, std::size_t offset);
+  bool CountTag(std::string_view line, std::size_t offset);
+  void ReportText(std::string_view line, std::size_t offset);
 
   FileWarnings& warnings_;
   std::string key_;
@@ -58,7 +58,7 @@ class TagWarnings {
   Tally unknown_tags_;
   // Of the entry: the tags that were written and under which names they stood.
   std::vector<std::pair<std::string_view, std::string>> written_;
-  std::vector<std::pair<std::string, std::size_t>> strings_;  // skipped, with their places
+  std::vector<std::pair<std::string, std::size_t>> strings_;  // skipped, with their offsets
 };
 
 }  // namespace tarvel

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/text_primitives.h"
 #include "core/utf8.h"
 
 namespace tarvel {
@@ -10,24 +11,10 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kMarkDistance = std::size_t{1} << 12;
-/// Bytes that can be counted in one byte.
-constexpr std::size_t kShortRun = 128;
 /// The bytes of a warning's text that go to the reporter; the file has all of it.
 constexpr std::size_t kLongestText = 300;
 /// The bytes that are shown of a key or of another text of a library.
 constexpr std::size_t kLongestQuote = 100;
-
-std::size_t CountBreaks(std::string_view bytes) {
-  std::size_t count = 0;
-  for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kShortRun))) {
-    unsigned char breaks = 0;  // as narrow as the bytes, so that the loop becomes vector code
-    for (const char byte : bytes.substr(0, kShortRun)) {
-      breaks = static_cast<unsigned char>(breaks + (byte == '\n' ? 1 : 0));
-    }
-    count += breaks;
-  }
-  return count;
-}
 
 bool IsControl(char byte) { return (byte >= 0 && byte < ' ') || byte == 127; }
 
@@ -94,13 +81,13 @@ std::size_t LineNumbers::At(std::size_t offset) {
   while (breaks_before_.size() <= mark) {
     const std::size_t from = (breaks_before_.size() - 1) * kMarkDistance;
     breaks_before_.push_back(breaks_before_.back() +
-                             CountBreaks(bytes_.substr(from, kMarkDistance)));
+                             CountByte(bytes_.substr(from, kMarkDistance), '\n'));
   }
   if (last_offset_ > offset || last_offset_ < mark * kMarkDistance) {
     last_offset_ = mark * kMarkDistance;
     last_breaks_ = breaks_before_[mark];
   }
-  last_breaks_ += CountBreaks(bytes_.substr(last_offset_, offset - last_offset_));
+  last_breaks_ += CountByte(bytes_.substr(last_offset_, offset - last_offset_), '\n');
   last_offset_ = offset;
   return last_breaks_ + 1;
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <span>
 
 #include "core/name_list.h"
 #include "core/text_primitives.h"
@@ -16,6 +17,8 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::array<std::string_view, 4> kSuffixes{"Jr", "Jr.", "Sr.", "Sr"};
+/// Those that stand between two commas; a name with commas and a '.' is not rearranged.
+constexpr std::array<std::string_view, 5> kMiddleSuffixes{"Jr", "Sr", "II", "III", "IV"};
 
 // ORDER: the longer form before the shorter one that it holds.
 constexpr std::array<std::string_view, 8> kEtAlForms{"{\\ldots}",  "\\ldots",   "{\\it et al}",
@@ -23,6 +26,9 @@ constexpr std::array<std::string_view, 8> kEtAlForms{"{\\ldots}",  "\\ldots",   
                                                      "et al",      "and Others"};
 
 bool Holds(std::string_view text, char byte) { return text.find(byte) != kNone; }
+bool IsAmong(std::string_view text, std::span<const std::string_view> texts) {
+  return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
 bool HoldsAnd(std::string_view list) { return list.find("and") != kNone; }
 bool IsOneWord(std::string_view part) { return !Holds(part, ' '); }
 
@@ -81,15 +87,15 @@ bool HoldsLooseInitials(std::string_view list) {
   return !Holds(list, ',') && HoldsAnd(list) && Holds(list, '.');
 }
 
-/// The place of the last of `stops` outside braces, counted from the end, or npos. The bytes of the
-/// accents "\~" and "\." are no stops.
+/// The offset of the last of `stops` outside braces, counted from the end, or npos. The bytes of
+/// the accents "\~" and "\." are no stops.
 std::size_t FindLastStop(std::string_view text, std::string_view stops) {
   std::size_t depth = 0;
   for (std::size_t at = text.size(); at-- > 0;) {
     const char byte = text[at];
     if (byte == '}') ++depth;
     if (byte == '{' && depth > 0) --depth;
-    if (depth > 0 || !Holds(stops, byte)) continue;
+    if (depth > 0 || !IsOneOf(byte, stops)) continue;
     if (byte == ' ' || at == 0 || text[at - 1] != '\\') return at;
   }
   return kNone;
@@ -100,7 +106,7 @@ void RemoveBytes(std::string& text, std::string_view bytes) {
   std::string kept;
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool accent = text[at] != ' ' && at > 0 && text[at - 1] == '\\';
-    if (accent || !Holds(bytes, text[at])) kept += text[at];
+    if (accent || !IsOneOf(text[at], bytes)) kept += text[at];
   }
   text = std::move(kept);
 }
@@ -125,10 +131,29 @@ bool AddFullName(std::string_view part, ArrangedNames& names) {
   std::string surname(part.substr(stop + 1));
   RemoveBytes(surname, " ");
   std::string_view first_names = part.substr(0, stop);
-  if (std::find(kSuffixes.begin(), kSuffixes.end(), surname) != kSuffixes.end()) {
+  if (IsAmong(surname, kSuffixes)) {
     TakeWordBeforeSuffix(first_names, surname);
   }
   names.AddWithFirstNames(surname, Trim(first_names, " ~"));
+  return true;
+}
+
+/// Adds a name that begins with its surname and a comma: "Surname, First names" or, as in BibTeX,
+/// "Surname, Suffix, First names". False when it has no comma, no surname, or a '.'.
+bool AddCommaName(std::string_view part, ArrangedNames& names) {
+  const std::size_t comma = part.find(',');
+  if (comma == kNone || Holds(part, '.')) return false;
+  std::string surname(Trim(part.substr(0, comma), " "));
+  if (surname.empty()) return false;
+  std::string_view first_names = part.substr(comma + 1);
+  const std::size_t second = std::min(first_names.find(','), first_names.size());
+  const std::string_view middle = Trim(first_names.substr(0, second), " ");
+  const bool has_suffix = second < first_names.size() && IsAmong(middle, kMiddleSuffixes);
+  if (has_suffix) {
+    surname.append(" ").append(middle);
+    first_names.remove_prefix(second + 1);
+  }
+  names.AddWithFirstNames(surname, Trim(first_names, " "));
   return true;
 }
 
@@ -234,11 +259,7 @@ bool ArrangeCommaNames(std::string_view list, std::string& result) {
   if (!Holds(list, ',') || !HoldsAnd(list)) return false;
   NameParts parts(list);
   while (const auto part = parts.Next()) {
-    const std::size_t comma = part->find(',');
-    if (comma == kNone || Holds(*part, '.')) return names.Reject();
-    const std::string_view surname = Trim(part->substr(0, comma), " ");
-    if (surname.empty()) return names.Reject();
-    names.AddWithFirstNames(surname, Trim(part->substr(comma + 1), " "));
+    if (!AddCommaName(*part, names)) return names.Reject();
   }
   return names.Finish();
 }

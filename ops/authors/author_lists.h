@@ -20,7 +20,8 @@ bool ArrangeSurnameThenInitials(std::string_view list, std::string& result);
 /// "John and Smith and Bob and Jones". Neither ',' nor '.' in the list, but "and".
 bool ArrangeWordPairs(std::string_view list, std::string& result);
 /// "Smith, John and Jones, Bob". A ',' and "and" in the list; a name with '.' is abbreviated
-/// already and no such list is touched. With two commas the surname ends at the first.
+/// already and no such list is touched. "King, Jr, Martin" keeps its suffix (Jr, Sr, II, III or IV)
+/// with the surname, as "King Jr, M."; otherwise the surname ends at the first of several commas.
 bool ArrangeCommaNames(std::string_view list, std::string& result);
 /// "John Smith and Bob Jones". No ',' in the list. The surname stands after the last blank or '~'
 /// outside braces; blanks in it are removed. A "Jr" or "Sr" stays with the word before it.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 
+#include "core/byte_set.h"
 #include "core/text_primitives.h"
 #include "core/utf8.h"
 
@@ -13,7 +14,7 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
-constexpr std::string_view kWordSeparators = " -~.";
+constexpr ByteSet kWordSeparators(" -~.");
 constexpr std::string_view kAccentBytes = "'\"^~";
 // Symbols that put an accent on the letter after them when a backslash stands before.
 constexpr std::string_view kAccentSymbols = "'`\"^~=.";
@@ -33,22 +34,10 @@ constexpr std::array<LetterCommand, 22> kLetterCommands{
      {"dh", "\\DH"}, {"DH", "\\DH"}, {"dj", "\\DJ"}, {"DJ", "\\DJ"}, {"ng", "\\NG"}, {"NG", "\\NG"},
      {"th", "\\TH"}, {"TH", "\\TH"}, {"i", "I"},     {"j", "J"}}};
 
-// ORDER: as they are replaced. " Le " and " La " are replaced by themselves: they stay capitals.
-struct Particle {
-  std::string_view capital;
-  std::string_view written;
-};
-constexpr std::array<Particle, 9> kParticles{{{" Von ", " von "},
-                                              {" Van ", " van "},
-                                              {" Di ", " di "},
-                                              {" De ", " de "},
-                                              {" Da ", " da "},
-                                              {" Le ", " Le "},
-                                              {" La ", " La "},
-                                              {" Del ", " del "},
-                                              {" Della ", " della "}}};
-
-bool IsOneOf(char byte, std::string_view bytes) { return bytes.find(byte) != kNone; }
+/// Particles that lose their capital. "Le" and "La" keep it.
+constexpr std::array<std::string_view, 7> kParticles{" Von ", " Van ", " Di ",   " De ",
+                                                     " Da ",  " Del ", " Della "};
+constexpr std::string_view kParticleInitials = "VD";
 
 bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
@@ -95,7 +84,7 @@ std::size_t CommandEnd(std::string_view text, std::size_t at) {
 }
 
 std::size_t WordEnd(std::string_view text, std::size_t at) {
-  while (at < text.size() && !IsOneOf(text[at], kWordSeparators)) {
+  while (at < text.size() && !kWordSeparators.Holds(text[at])) {
     at = text[at] == '\\' ? CommandEnd(text, at) : at + 1;
   }
   return at;
@@ -155,9 +144,9 @@ bool IsJoinedByHyphen(std::string_view names, std::size_t word_end) {
 
 void LowerCaseWord(std::string& list, std::string_view word) {
   for (std::size_t at = list.find(word); at != kNone; at = list.find(word, at + 1)) {
-    const std::size_t behind = at + word.size();
+    const std::size_t after = at + word.size();
     const bool between_blanks =
-        at > 1 && list[at - 1] == ' ' && behind < list.size() && list[behind] == ' ';
+        at > 1 && list[at - 1] == ' ' && after < list.size() && list[after] == ' ';
     if (between_blanks) list.replace(at, word.size(), "and");
   }
 }
@@ -173,13 +162,13 @@ void LowerCaseAnd(std::string_view list, std::string& result) {
 void AbbreviateFirstNames(std::string_view names, std::string& initials) {
   initials.clear();
   std::string initial;
-  std::size_t at = names.find_first_not_of(kWordSeparators);
-  while (at != kNone) {
+  std::size_t at = kWordSeparators.FindOther(names, 0);
+  while (at < names.size()) {
     const std::size_t end = WordEnd(names, at);
     if (CopyInitial(names.substr(at, end - at), initial)) {
       initials.append(initial).append(IsJoinedByHyphen(names, end) ? ".-" : ". ");
     }
-    at = names.find_first_not_of(kWordSeparators, end);
+    at = kWordSeparators.FindOther(names, end);
   }
 }
 
@@ -229,12 +218,14 @@ void MakeInitials(std::string& word) {
 }
 
 void NormaliseParticles(std::string& list) {
-  for (const Particle& particle : kParticles) {
-    const std::size_t step = particle.capital.size() - 1;  // two may share the blank between them
-    for (std::size_t at = list.find(particle.capital); at != kNone;
-         at = list.find(particle.capital, at + step)) {
-      list.replace(at, particle.written.size(), particle.written);
-    }
+  // One pass for all, as a search for each took a quarter of Clean authors.
+  for (std::size_t at = list.find(' '); at != kNone; at = list.find(' ', at + 1)) {
+    if (!IsOneOf(list[at + 1], kParticleInitials)) continue;
+    const std::string_view rest = std::string_view(list).substr(at);
+    const bool is_particle =
+        std::any_of(kParticles.begin(), kParticles.end(),
+                    [rest](std::string_view particle) { return rest.starts_with(particle); });
+    if (is_particle) list[at + 1] = ToLower(list[at + 1]);
   }
   if (!list.empty()) list.front() = ToUpper(list.front());
 }

@@ -47,7 +47,7 @@ class DocumentReader {
   }
 
  private:
-  /// Passes over text up to the next "%" or "\", and over what that begins.
+  /// Skips text up to the next "%" or "\", and over what that begins.
   void Step() {
     at_ = std::min(text_.find_first_of("%\\", at_), text_.size());
     if (at_ < text_.size()) TakeSpecial();
@@ -63,7 +63,7 @@ class DocumentReader {
   void SkipLine() { at_ = std::min(text_.find_first_of(kLineBreaks, at_), text_.size()); }
   char Now() const { return at_ < text_.size() ? text_[at_] : '\0'; }
 
-  /// Passes over blanks, a line break and comments; not over an empty line, which ends a paragraph.
+  /// Skips blanks, a line break and comments; not over an empty line, which ends a paragraph.
   void SkipSpace() {
     if (at_ == paragraph_end_) return;
     bool line_is_empty = false;  // since its start
@@ -154,7 +154,7 @@ class DocumentReader {
     }
   }
 
-  /// Passes over a group in which "%" is a character like others, at most to the end of the line.
+  /// Skips a group in which "%" is a character like others, at most to the end of the line.
   void SkipBraces() {
     int depth = 0;
     for (; at_ < text_.size() && text_[at_] != '\n' && text_[at_] != '\r'; ++at_) {
@@ -178,7 +178,7 @@ class DocumentReader {
     if (observer_.on_file) observer_.on_file(command, Trim(*name, kBlanks), offset);
   }
 
-  /// Passes over what is not read, up to the "\else" or "\fi" that belongs to it.
+  /// Skips what is not read, up to the "\else" or "\fi" that belongs to it.
   void SkipConditional() {
     int depth = 1;
     while (at_ < text_.size() && depth > 0) {
@@ -219,7 +219,7 @@ class DocumentReader {
     return Now() == '{' && TakeKeys();
   }
 
-  /// Passes over arguments in these brackets, and what blanks are around them.
+  /// Skips arguments in these brackets, and what blanks are around them.
   void SkipOptionals(char open, char close) {
     SkipSpace();
     while (Now() == open) {
@@ -228,7 +228,7 @@ class DocumentReader {
     }
   }
 
-  /// Passes over one argument, up to the first `close` that stands in no braces of its own.
+  /// Skips one argument, up to the first `close` that stands in no braces of its own.
   void SkipArgument(char open, char close) {
     ++depth_;
     const bool braces = open == '{';

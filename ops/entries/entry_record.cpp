@@ -81,7 +81,7 @@ std::optional<std::string_view> LongValues::LookUp(std::string_view line, LineSt
 EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,
                                  LongValues* long_values) const {
   const bool met_end = stream.AtEnd();
-  const std::size_t place = stream.Position();
+  const std::size_t offset = stream.Position();
   const auto line = stream.ReadLine(limits::kPairLine);
   if (!line) return met_end ? EntryLineEnd::kFileEnded : EntryLineEnd::kReadFailed;
   const int tag = matcher_.First(*line);
@@ -89,7 +89,7 @@ EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,
   const Field field = tags_[static_cast<std::size_t>(tag)].field;
   FieldValue& value = record[field];
   ReadValue(*line, stream, value, long_values);
-  value.SetPlace(place);
+  value.SetOffset(offset);
   if (field == Field::kPages) value.Truncate(FirstPage(value.Text()).size());
   return EntryLineEnd::kInside;
 }

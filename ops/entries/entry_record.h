@@ -93,7 +93,7 @@ class FieldValue {
  public:
   void Clear() {
     SetView({});
-    place_ = 0;
+    offset_ = 0;
   }
   void SetView(std::string_view text) {
     view_ = text;
@@ -108,8 +108,8 @@ class FieldValue {
   void Truncate(std::size_t size);
   /// Where in its file the line begins that the value was read from; 0 for a field that no line
   /// filled, as an entry's first line is never a tag's.
-  std::size_t Place() const { return place_; }
-  void SetPlace(std::size_t place) { place_ = place; }
+  std::size_t Offset() const { return offset_; }
+  void SetOffset(std::size_t offset) { offset_ = offset; }
 
   std::string_view Text() const { return is_joined_ ? std::string_view(joined_) : view_; }
   /// The value as a view that lives as long as the file's bytes and `store`.
@@ -118,7 +118,7 @@ class FieldValue {
  private:
   std::string_view view_;
   std::string joined_;
-  std::size_t place_ = 0;
+  std::size_t offset_ = 0;
   bool is_joined_ = false;
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "warnings/line_tags.h"
 
@@ -13,10 +14,10 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The tags by which people tell works apart, and then those that are compared otherwise.
-constexpr std::array kTellingTags{"title"sv,  "author"sv,  "year"sv,   "doi"sv,
-                                  "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
-constexpr std::size_t kAlwaysTelling = 5;
+/// The tags by which people recognise a work, and then those that are compared otherwise.
+constexpr std::array kIdentifyingTags{"title"sv,  "author"sv,  "year"sv,   "doi"sv,
+                                      "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
+constexpr std::size_t kAlwaysIdentifying = 5;
 
 std::string_view NameOf(Field field) {
   return std::find_if(kCompareTags.begin(), kCompareTags.end(),
@@ -49,12 +50,13 @@ std::string_view AfterKey(std::string_view entry) {
   return entry.substr(std::min(entry.find(','), entry.size()));
 }
 
-/// All that the entry has for the telling tags, in their order.
-std::array<std::vector<std::string>, kTellingTags.size()> TellingValues(std::string_view entry) {
-  std::array<std::vector<std::string>, kTellingTags.size()> values;
+/// All that the entry has for the identifying tags, in their order.
+std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
+    std::string_view entry) {
+  std::array<std::vector<std::string>, kIdentifyingTags.size()> values;
   for (const LineTag& tag : TagsOf(AfterKey(entry))) {
-    for (std::size_t i = 0; i < kTellingTags.size(); ++i) {
-      if (!EqualNoCase(tag.name, kTellingTags[i])) continue;
+    for (std::size_t i = 0; i < kIdentifyingTags.size(); ++i) {
+      if (!EqualNoCase(tag.name, kIdentifyingTags[i])) continue;
       if (std::string value = Essence(tag.value); !value.empty()) values[i].push_back(value);
     }
   }
@@ -67,10 +69,10 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
                                    std::string_view library) {
   std::vector<Misread> values;
   for (const Field field : group.compared) {
-    if (entry[field].Text().empty() || entry[field].Place() == 0) continue;
+    if (entry[field].Text().empty() || entry[field].Offset() == 0) continue;
     const std::string_view tag = NameOf(field);
-    const std::string_view line = TagNameOf(library.substr(entry[field].Place()));
-    if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Place()});
+    const std::string_view line = TagNameOf(library.substr(entry[field].Offset()));
+    if (!EqualNoCase(line, tag)) values.push_back({tag, line, entry[field].Offset()});
   }
   return values;
 }
@@ -107,15 +109,15 @@ bool AreCopies(std::string_view one, std::string_view two) {
 
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
                                             bool compared) {
-  const auto first = TellingValues(one);
-  const auto second = TellingValues(two);
+  const auto first = IdentifyingValues(one);
+  const auto second = IdentifyingValues(two);
   std::vector<std::string_view> differing;
-  for (std::size_t i = 0; i < (compared ? kAlwaysTelling : kTellingTags.size()); ++i) {
+  for (std::size_t i = 0; i < (compared ? kAlwaysIdentifying : kIdentifyingTags.size()); ++i) {
     const auto is_kept = [&](const std::string& value) {
       return std::find(second[i].begin(), second[i].end(), value) != second[i].end();
     };
     const bool all = std::all_of(first[i].begin(), first[i].end(), is_kept);
-    if (!all) differing.push_back(kTellingTags[i]);
+    if (!all) differing.push_back(kIdentifyingTags[i]);
   }
   return differing;
 }
@@ -150,14 +152,12 @@ void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::s
 }
 
 std::optional<std::string_view> ParentOf(std::string_view entry) {
-  // Few entries have one: looking for a part of the name is the fastest way to say so.
-  if (entry.find("rossref") == std::string_view::npos &&
-      entry.find("rossRef") == std::string_view::npos &&
-      entry.find("ROSSREF") == std::string_view::npos) {
-    return std::nullopt;
-  }
-  for (const LineTag& tag : TagsOf(entry.substr(std::min(entry.find(','), entry.size())))) {
-    if (EqualNoCase(tag.name, "crossref")) return Trim(tag.value, "{}\" \t\r\n");
+  // Few entries have the tag, so most need not be taken apart.
+  static constexpr std::array kParentTag{"crossref"sv};
+  static const NameMatcher names_parent(kParentTag);
+  if (!names_parent.Any(entry)) return std::nullopt;
+  for (const LineTag& tag : TagsOf(AfterKey(entry))) {
+    if (EqualNoCase(tag.name, kParentTag[0])) return Trim(tag.value, "{}\" \t\r\n");
   }
   return std::nullopt;
 }

@@ -7,8 +7,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
+#include "core/keyed_hash.h"
+#include "core/text_primitives.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
 #include "warnings/library_scan.h"
@@ -51,6 +54,16 @@ std::vector<std::string_view> DifferingTags(std::string_view one, std::string_vi
 /// were looked at earlier; it becomes the end of these.
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
                      std::size_t& reported, FileWarnings& warnings);
+
+/// Keys as BibTeX compares those of parents: letter case is ignored.
+class KeysAnyCase {
+ public:
+  void Add(std::string_view key) { keys_.insert(InCapitals(key)); }
+  bool Has(std::string_view key) const { return keys_.contains(InCapitals(key)); }
+
+ private:
+  std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
+};
 
 /// The key in the tag `crossref` of an entry, which begins with its first line.
 std::optional<std::string_view> ParentOf(std::string_view entry);

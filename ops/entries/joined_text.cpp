@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/line_stream.h"
+#include "core/text_primitives.h"
 #include "core/value_reader.h"
 
 namespace tarvel {
@@ -13,7 +14,7 @@ namespace {
 
 std::ptrdiff_t StepOf(char byte) { return byte == '{' ? 1 : byte == '}' ? -1 : 0; }
 
-std::size_t BehindLine(std::string_view bytes, std::size_t start) {
+std::size_t AfterLine(std::string_view bytes, std::size_t start) {
   const std::size_t newline = bytes.find('\n', start);
   return newline == std::string_view::npos ? bytes.size() : newline + 1;
 }
@@ -22,10 +23,10 @@ std::size_t BehindLine(std::string_view bytes, std::size_t start) {
 
 JoinedText::JoinedText(std::string_view bytes) : bytes_(bytes) {
   text_.reserve(bytes.size());
-  lines_.reserve(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 2);
+  lines_.reserve(CountByte(bytes, '\n') + 2);
   lines_.push_back({0, 0, 0, 0});
   for (std::size_t start = 0; start < bytes.size();) {
-    const std::size_t end = BehindLine(bytes, start);
+    const std::size_t end = AfterLine(bytes, start);
     AddLine(start, end);
     start = end;
   }
@@ -93,10 +94,10 @@ std::size_t JoinedText::NextBarrier(std::size_t number) const {
 }
 
 std::optional<JoinedText::FoundValue> JoinedText::ValueAfter(std::size_t brace) const {
-  const auto behind = std::upper_bound(
+  const auto next = std::upper_bound(
       lines_.begin(), lines_.end(), brace,
-      [](std::size_t place, const JoinedLine& line) { return place < line.start; });
-  const auto number = static_cast<std::size_t>(behind - lines_.begin()) - 1;
+      [](std::size_t offset, const JoinedLine& line) { return offset < line.start; });
+  const auto number = static_cast<std::size_t>(next - lines_.begin()) - 1;
   const JoinedLine& line = lines_[number];
   std::ptrdiff_t inside = line.depth;
   for (const char byte : bytes_.substr(line.start, brace + 1 - line.start)) inside += StepOf(byte);

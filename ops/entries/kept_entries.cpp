@@ -77,8 +77,8 @@ std::size_t EntryList::Size() const { return several_ ? several_->size() : IsEmp
 
 std::size_t EntryList::CountUpTo(const KeptEntry& last) const {
   if (!several_) return only_ && only_->head <= last.head ? 1 : 0;
-  const auto behind = several_->upper_bound(&last);
-  return static_cast<std::size_t>(std::distance(several_->begin(), behind));
+  const auto after = several_->upper_bound(&last);
+  return static_cast<std::size_t>(std::distance(several_->begin(), after));
 }
 
 const KeptEntry* EntryList::First() const { return several_ ? *several_->begin() : only_; }

@@ -28,7 +28,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
   const std::size_t head = library_.Size();
   library_.Write(head, text);
   if (current_.phase == Phase::kBetweenEntries && current_.next == head) {
-    MarkPlace(head);
+    MarkOffset(head);
     current_.next = library_.Size();
     entries_.Add(record, head, current_.next);
   }
@@ -38,25 +38,25 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
 
 void LibraryFollower::ReadAppended() {
   do {
-    if (current_.phase == Phase::kBetweenEntries) MarkPlace(current_.next);
+    if (current_.phase == Phase::kBetweenEntries) MarkOffset(current_.next);
   } while (ReadOn(current_));
 }
 
 /// Reads what a write from `begin` to `end` changed. The reading that had stopped at the end of the
-/// library stays as it was if the new one comes to a place that the old one passed.
+/// library stays as it was if the new one comes to an offset that the old one passed.
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   Reading anew;
   anew.next = begin;
   for (bool more = true; more;) {
-    const std::size_t place = anew.next;
+    const std::size_t offset = anew.next;
     const bool between = anew.phase == Phase::kBetweenEntries;
-    if (between && place >= end && place < between_entries_.size() && between_entries_[place]) {
+    if (between && offset >= end && offset < between_entries_.size() && between_entries_[offset]) {
       return;
     }
-    ForgetOld(place, place + 1);
-    if (between) MarkPlace(place);
+    ForgetOld(offset, offset + 1);
+    if (between) MarkOffset(offset);
     more = ReadOn(anew);
-    ForgetOld(place + 1, anew.next);
+    ForgetOld(offset + 1, anew.next);
   }
   current_ = std::move(anew);
 }
@@ -64,12 +64,12 @@ void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
 void LibraryFollower::ForgetOld(std::size_t begin, std::size_t end) {
   entries_.Remove(begin, end);
   const std::size_t last = std::min(end, between_entries_.size());
-  for (std::size_t place = begin; place < last; ++place) between_entries_[place] = false;
+  for (std::size_t offset = begin; offset < last; ++offset) between_entries_[offset] = false;
 }
 
-void LibraryFollower::MarkPlace(std::size_t place) {
-  if (place >= between_entries_.size()) between_entries_.resize(place + 1);
-  between_entries_[place] = true;
+void LibraryFollower::MarkOffset(std::size_t offset) {
+  if (offset >= between_entries_.size()) between_entries_.resize(offset + 1);
+  between_entries_[offset] = true;
 }
 
 /// Reads one line further; false when the library has no more.

@@ -17,7 +17,8 @@ namespace tarvel {
 ///
 /// Text that is appended is read where reading had stopped for want of text, be it in the middle of
 /// a value. After a write in the middle only that part is read anew which the write can have
-/// changed: up to a place after the written bytes where the old reading searched for an entry too.
+/// changed: up to an offset after the written bytes where the old reading searched for an entry
+/// too.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
@@ -54,7 +55,7 @@ class LibraryFollower {
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
   void ForgetOld(std::size_t begin, std::size_t end);
-  void MarkPlace(std::size_t place);
+  void MarkOffset(std::size_t offset);
 
   GrowingLibrary& library_;
   NameMatcher tags_;

@@ -11,7 +11,7 @@
 namespace tarvel {
 
 /// Reads entries of which each may begin inside the one read before: an entry's tags can go on
-/// after the place where its copy ends, as in a library whose entries close with "} title". As
+/// after the offset where its copy ends, as in a library whose entries close with "} title". As
 /// soon as such a reading comes to a line at which the one before it was, it takes what that one
 /// found from there on, so that no line is read again and again. Values that go on over the entries
 /// after them are looked up, not read again.
@@ -25,15 +25,15 @@ class OverlappingReader {
   /// The entry that was read last.
   const EntryRecord& Entry() const { return entry_; }
   /// Whether a line ended that entry, and not the end of the file, and it was the line that ends
-  /// at `place`.
-  bool ClosedAt(std::size_t place) const {
-    return end_ == EntryLineEnd::kClosed && end_place_ == place;
+  /// at `offset`.
+  bool ClosedAt(std::size_t offset) const {
+    return end_ == EntryLineEnd::kClosed && end_offset_ == offset;
   }
 
  private:
-  void Remember(std::size_t place);
-  bool Joins(std::size_t place);
-  void TakeRest(std::size_t place);
+  void Remember(std::size_t offset);
+  bool Joins(std::size_t offset);
+  void TakeRest(std::size_t offset);
 
   TagReader tags_;
   LongValues long_values_;
@@ -44,7 +44,7 @@ class OverlappingReader {
   std::vector<std::size_t> lines_;
   std::vector<std::size_t> new_lines_;
   EntryLineEnd end_ = EntryLineEnd::kClosed;
-  std::size_t end_place_ = 0;
+  std::size_t end_offset_ = 0;
 };
 
 }  // namespace tarvel

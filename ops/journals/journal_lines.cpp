@@ -62,8 +62,8 @@ class JournalRenamer {
   void ReportHead();
   void ReportBracing(std::string_view line);
   void ReportJoined(std::size_t begin, std::size_t end);
-  void ReportNonAscii(std::string_view name, std::size_t place);
-  void CountUnknown(std::string_view line, std::size_t place);
+  void ReportNonAscii(std::string_view name, std::size_t offset);
+  void CountUnknown(std::string_view line, std::size_t offset);
   void ReportUnknown();
   void Rename(Line& line, const Journal& journal, std::string_view name);
 
@@ -117,15 +117,15 @@ std::size_t JournalRenamer::NextInitial() {
 }
 
 void JournalRenamer::HandleJournalLine(Line& line) {
-  const std::size_t place = input_.Position() - 1;
+  const std::size_t offset = input_.Position() - 1;
   ReportBracing(line.Text());
   BraceJournalValue(line);
-  const std::size_t behind = input_.Position();
+  const std::size_t after_line = input_.Position();
   ReadFieldValue(line, input_, value_);  // without a value, or a whole one, what there is counts
-  if (warnings_.Wanted()) ReportJoined(behind, input_.Position());
+  if (warnings_.Wanted()) ReportJoined(after_line, input_.Position());
   const auto match = journals_.FindJournal(value_);
   if (!match) {
-    CountUnknown(line.Text(), place);
+    CountUnknown(line.Text(), offset);
     library_.Write(line.Text());
     return;
   }
@@ -154,13 +154,13 @@ void JournalRenamer::ReportBracing(std::string_view line) {
   const bool is_tag = equals < comma && MentionsJournal(line.substr(0, equals));
   const std::string_view lost = line.substr(std::min(comma + 1, line.size()));
   const bool loses = lost.find_first_not_of(kBlanks) != std::string_view::npos;
-  const std::size_t place = input_.Position() - 1;
+  const std::size_t offset = input_.Position() - 1;
   const std::string text = Quoted(line.substr(0, line.find('\n')));
   if (!is_tag || loses) {
-    warnings_.Report(WarningKind::kLineCut, place, bibitem_,
+    warnings_.Report(WarningKind::kLineCut, offset, bibitem_,
                      "a line that mentions a journal was cut and got a \"}\": " + text);
   } else if (comma == line.size()) {
-    warnings_.Report(WarningKind::kLineCut, place, bibitem_,
+    warnings_.Report(WarningKind::kLineCut, offset, bibitem_,
                      "no comma ends the value of 'journal' on its line: the next lines, up to a "
                      "'}', became a part of it: " +
                          text);
@@ -168,7 +168,7 @@ void JournalRenamer::ReportBracing(std::string_view line) {
   if (!is_tag) return;
   const std::string_view value = Trim(line.substr(equals + 1, comma - equals - 1), kBlanks);
   const bool quoted = value.starts_with('"');
-  warnings_.Report(WarningKind::kBracedJournal, place, bibitem_,
+  warnings_.Report(WarningKind::kBracedJournal, offset, bibitem_,
                    std::string(quoted ? "the quotes became a part of the value of "
                                       : "the macro's name became the value of ") +
                        Quoted(Trim(line.substr(0, equals), kBlanks)) + ": " + Quoted(value));
@@ -191,10 +191,10 @@ void JournalRenamer::ReportJoined(std::size_t begin, std::size_t end) {
   }
 }
 
-void JournalRenamer::CountUnknown(std::string_view line, std::size_t place) {
+void JournalRenamer::CountUnknown(std::string_view line, std::size_t offset) {
   if (!warnings_.Wanted() || value_.empty()) return;
   if (!MentionsJournal(line.substr(0, line.find('=')))) return;
-  unknown_.Add(value_, place);
+  unknown_.Add(value_, offset);
 }
 
 void JournalRenamer::ReportUnknown() {
@@ -206,11 +206,11 @@ void JournalRenamer::ReportUnknown() {
 }
 
 /// Reports a name with letters that are not ASCII when the library has none.
-void JournalRenamer::ReportNonAscii(std::string_view name, std::size_t place) {
+void JournalRenamer::ReportNonAscii(std::string_view name, std::size_t offset) {
   if (IsAscii(name)) return;
   if (!library_is_ascii_) library_is_ascii_ = IsAscii(input_.Bytes());
   if (!*library_is_ascii_) return;
-  warnings_.Report(WarningKind::kNonAsciiName, place, bibitem_,
+  warnings_.Report(WarningKind::kNonAsciiName, offset, bibitem_,
                    "the name " + Quoted(name) + " is not ASCII, as all of the library was");
 }
 

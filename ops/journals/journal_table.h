@@ -14,7 +14,7 @@
 
 namespace tarvel {
 
-/// What is wrong with a journal list: the place at which it ends too early.
+/// What is wrong with a journal list: the offset at which it ends too early.
 enum class JournalListFault { kNone, kNoStart, kNoName, kNoAbbreviation, kNoVariations };
 
 /// One journal of the list. The names may be empty.

@@ -303,17 +303,18 @@ BibReader::Piece BibReader::TakeString(BibItem& item, std::string_view name) {
 /// Ends the item for the reason, at the byte that was read last; always false.
 bool BibReader::Fail(BibItem& item, std::string reason) {
   item.fault = std::move(reason);
-  item.fault_place = at_;
+  item.fault_offset = at_;
   return false;
 }
 
 /// Ends the item because a value does not end well, and goes on where the next command may begin.
-void BibReader::FailValue(BibItem& item, const BibTag& tag, std::size_t place, std::string reason) {
+void BibReader::FailValue(BibItem& item, const BibTag& tag, std::size_t offset,
+                          std::string reason) {
   const std::string what = tag.name.empty() ? "the text" : "the value of " + Quoted(tag.name);
   const std::size_t head = NextHeadLine(at_);
-  at_ = place;
+  at_ = offset;
   Fail(item, std::move(reason) + " " + what);
-  if (bytes_[place] != '}' || head < place) {
+  if (bytes_[offset] != '}' || head < offset) {
     at_ = head;
     if (!is_strict_) strict_from_ = item.begin;
     is_strict_ = true;

@@ -17,7 +17,7 @@ namespace tarvel {
 struct BibTag {
   std::string_view name;   // as it stands in the library
   std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
-  std::size_t place = 0;   // offset of the name
+  std::size_t offset = 0;  // offset of the name
 };
 
 /// A command of a library: an entry, a "@string" or a "@preamble".
@@ -31,8 +31,8 @@ struct BibItem {
   std::string_view key;      // of an entry
   std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
 
-  std::string fault;            // why it could not be read to its end; empty when it was
-  std::size_t fault_place = 0;  // offset
+  std::string fault;             // why it could not be read to its end; empty when it was
+  std::size_t fault_offset = 0;  // offset
   std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
 };
 
@@ -78,7 +78,7 @@ class BibReader {
   Piece TakeString(BibItem& item, std::string_view name);
 
   bool Fail(BibItem& item, std::string reason);
-  void FailValue(BibItem& item, const BibTag& tag, std::size_t place, std::string reason);
+  void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);
   std::string_view TakeName();
   void SkipWhite();
   bool IsAtEnd() const { return at_ >= bytes_.size(); }

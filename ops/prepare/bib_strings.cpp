@@ -33,17 +33,17 @@ BibStrings::BibStrings() {
   for (const auto& [name, text] : kMonths) Define(name, text, 0);
 }
 
-void BibStrings::Define(std::string_view name, std::string_view text, std::size_t place) {
-  definitions_[Lower(name)].push_back({place, std::string(text)});
+void BibStrings::Define(std::string_view name, std::string_view text, std::size_t offset) {
+  definitions_[Lower(name)].push_back({offset, std::string(text)});
 }
 
-const std::string* BibStrings::Find(std::string_view name, std::size_t place) const {
+const std::string* BibStrings::Find(std::string_view name, std::size_t offset) const {
   const auto found = definitions_.find(Lower(name));
   if (found == definitions_.end()) return nullptr;
   const std::vector<Definition>& definitions = found->second;
   const auto after =
       std::partition_point(definitions.begin(), definitions.end(),
-                           [=](const Definition& one) { return one.place <= place; });
+                           [=](const Definition& one) { return one.offset <= offset; });
   return after == definitions.begin() ? nullptr : &(after - 1)->text;
 }
 

@@ -16,14 +16,14 @@ class BibStrings {
  public:
   BibStrings();
 
-  /// Defines a string; `place` is the offset of its command, from which on it is known.
-  void Define(std::string_view name, std::string_view text, std::size_t place);
+  /// Defines a string; `offset` is the offset of its command, from which on it is known.
+  void Define(std::string_view name, std::string_view text, std::size_t offset);
   /// The text of a string at an offset of the library; null when it is not defined there.
-  const std::string* Find(std::string_view name, std::size_t place) const;
+  const std::string* Find(std::string_view name, std::size_t offset) const;
 
  private:
   struct Definition {
-    std::size_t place;
+    std::size_t offset;
     std::string text;
   };
 

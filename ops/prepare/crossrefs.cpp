@@ -66,11 +66,11 @@ const CrossReferences::Tags* CrossReferences::ParentTags(std::string_view key, s
   return parent && *parent != child ? &OwnTags(*parent) : nullptr;
 }
 
-/// The place of the first entry of this key, which is in lower case.
+/// The offset of the first entry of this key, which is in lower case.
 std::optional<std::size_t> CrossReferences::FindKey(const std::string& key) {
-  const auto [place, is_new] = places_.try_emplace(key);
-  if (is_new) place->second = SearchKey(key);
-  return place->second;
+  const auto [found, is_new] = offsets_.try_emplace(key);
+  if (is_new) found->second = SearchKey(key);
+  return found->second;
 }
 
 std::optional<std::size_t> CrossReferences::SearchKey(const std::string& key) {
@@ -112,10 +112,10 @@ void CrossReferences::TakeSchool(Tags& tags) {
 }
 
 const CrossReferences::Tags& CrossReferences::OwnTags(std::size_t begin) {
-  const auto [place, is_new] = own_.try_emplace(begin);
-  if (!is_new) return place->second;
+  const auto [found, is_new] = own_.try_emplace(begin);
+  if (!is_new) return found->second;
   Read(begin);
-  Tags& tags = place->second;
+  Tags& tags = found->second;
   for (const BibTag& tag : item_.tags) tags.push_back({Lower(tag.name), std::string(tag.value)});
   const bool is_child = std::any_of(tags.begin(), tags.end(),
                                     [](const OwnTag& tag) { return tag.name == "crossref"; });

@@ -21,9 +21,9 @@ class CrossReferences {
   explicit CrossReferences(std::string_view bytes);
 
   enum class Parent { kNone, kFound, kMissing };
-  /// Adds the tags that the entry gets from its parent, after its own and with its place as theirs.
-  /// They are valid as long as this lives. Where the tags of parents would make the library grow
-  /// out of measure, no more are added.
+  /// Adds the tags that the entry gets from its parent, after its own and with its offset as
+  /// theirs. They are valid as long as this lives. Where the tags of parents would make the library
+  /// grow out of measure, no more are added.
   Parent Inherit(BibItem& entry);
   /// Whether the entry that was asked for last has a parent.
   bool HasParent() const { return !parents_.empty(); }
@@ -60,8 +60,8 @@ class CrossReferences {
   std::vector<KeyPlace> keys_;
   std::size_t strict_from_ = 0;
   std::size_t room_;  // how many bytes may still be added
-  std::unordered_map<std::string, std::optional<std::size_t>> places_;  // of keys asked for before
-  std::unordered_map<std::size_t, Tags> own_;  // of parents, by the places of their entries
+  std::unordered_map<std::string, std::optional<std::size_t>> offsets_;  // of keys asked for before
+  std::unordered_map<std::size_t, Tags> own_;  // of parents, by the offsets of their entries
   std::vector<const Tags*> parents_;           // of the entry that was asked for last
 };
 

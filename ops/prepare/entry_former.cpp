@@ -157,7 +157,7 @@ void EntryFormer::ReportHarm(const FormedTag& tag, const Harm& harm) {
 }
 
 void EntryFormer::Warn(const FormedTag& tag, const std::string& text) {
-  log_.Warn(WarningKind::kMisreadTag, tag.place, text);
+  log_.Warn(WarningKind::kMisreadTag, tag.offset, text);
 }
 
 /// Whether the lines of a tag do no harm by their length or number: Clean tags skips a tag

@@ -78,7 +78,7 @@ void EntryNamer::TakeTags(const BibItem& entry, std::size_t inherited) {
       log_.CountLeftOut();
       continue;
     }
-    tags_.push_back({name, StripOuterBraces(tag.value, IsNames(name)), tag.place, FindTag(name)});
+    tags_.push_back({name, StripOuterBraces(tag.value, IsNames(name)), tag.offset, FindTag(name)});
     tags_.back().is_inherited = i >= inherited;
   }
 }
@@ -144,7 +144,8 @@ void EntryNamer::ChangeDate(FormedTag& tag, bool has_year) {
     log_.Say(
         {"The tag 'date' became 'year'", adds_month ? " and 'month': {" : ": {", tag.value, "}"});
   }
-  FormedTag month{"month", adds_month ? kMonths[parts.month - 1] : "", tag.place, FindTag("month")};
+  FormedTag month{"month", adds_month ? kMonths[parts.month - 1] : "", tag.offset,
+                  FindTag("month")};
   if (has_year) {
     month.value = {};
   } else {

@@ -18,7 +18,7 @@ struct FormedTag {
 
   std::string_view name;  // in lower case
   std::string_view value;
-  std::size_t place = 0;
+  std::size_t offset = 0;
   const TagRow* row = nullptr;  // null when nothing is known of it
   Rank rank = Rank::kUsual;
   WordSet harm = 0;  // words in its line by which it is misread

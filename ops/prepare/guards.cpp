@@ -42,7 +42,7 @@ bool IsVerbatim(std::string_view command) {
              kVerbatimCommands.end();
 }
 
-/// The place after the brace that closes the one at `open`, or the end.
+/// The offset after the brace that closes the one at `open`, or the end.
 std::size_t GroupEnd(std::string_view text, std::size_t open) {
   std::size_t depth = 0;
   for (std::size_t at = open; at < text.size(); ++at) {
@@ -76,7 +76,7 @@ std::size_t CommandEnd(std::string_view text, std::size_t at) {
 }
 
 /// Which bytes of a text nothing may be put in front of.
-std::vector<bool> FindClosedPlaces(std::string_view text) {
+std::vector<bool> FindClosedOffsets(std::string_view text) {
   std::vector<bool> closed(text.size() + 1);
   for (std::size_t at = text.find('\\'); at < text.size(); at = text.find('\\', at)) {
     const std::size_t end = CommandEnd(text, at);
@@ -88,49 +88,49 @@ std::vector<bool> FindClosedPlaces(std::string_view text) {
 }
 
 /// Where empty groups go, in any order.
-using Places = std::vector<std::size_t>;
+using Offsets = std::vector<std::size_t>;
 
-void FindWordPlaces(std::string_view text, std::size_t word, Places& places) {
+void FindWordOffsets(std::string_view text, std::size_t word, Offsets& offsets) {
   const std::string_view name = kWords[word];
   for (std::size_t at = 0; at + name.size() <= text.size(); ++at) {
     if (!EqualNoCase(text.substr(at, name.size()), name)) continue;
-    places.push_back(at + SplitOf(word));
+    offsets.push_back(at + SplitOf(word));
     at += name.size() - 1;
   }
 }
 
 /// Only where "journal" has blanks in it; without, it is a word like others.
-void FindSpacedPlaces(std::string_view text, char first, Places& places) {
+void FindSpacedOffsets(std::string_view text, char first, Offsets& offsets) {
   SpacedWord word = FindSpacedJournal(text, 0, first);
   for (; word.size > 0; word = FindSpacedJournal(text, word.begin + word.size, first)) {
-    if (word.size > kWords[0].size()) places.push_back(word.begin + 1);
+    if (word.size > kWords[0].size()) offsets.push_back(word.begin + 1);
   }
 }
 
-void FindExemptPlaces(std::string_view text, Places& places) {
+void FindExemptOffsets(std::string_view text, Offsets& offsets) {
   SpacedWord word = FindExemptTag(text, 0);
   for (; word.size > 0; word = FindExemptTag(text, word.begin + word.size)) {
-    places.push_back(word.begin + 1);
+    offsets.push_back(word.begin + 1);
   }
 }
 
-void FindAtPlaces(std::string_view text, Places& places) {
+void FindAtOffsets(std::string_view text, Offsets& offsets) {
   for (std::size_t at = text.find('@'); at != std::string_view::npos; at = text.find('@', at + 1)) {
-    if (at + 1 == text.size() || text[at + 1] != '{') places.push_back(at + 1);
+    if (at + 1 == text.size() || text[at + 1] != '{') offsets.push_back(at + 1);
   }
 }
 
-/// Puts an empty group at each place that is open.
-void PutGroups(std::string_view text, Places& places, std::string& result) {
-  const std::vector<bool> closed = FindClosedPlaces(text);
-  std::sort(places.begin(), places.end());
-  places.erase(std::unique(places.begin(), places.end()), places.end());
+/// Puts an empty group at each offset that is open.
+void PutGroups(std::string_view text, Offsets& offsets, std::string& result) {
+  const std::vector<bool> closed = FindClosedOffsets(text);
+  std::sort(offsets.begin(), offsets.end());
+  offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
   result.clear();
   std::size_t copied = 0;
-  for (const std::size_t place : places) {
-    if (closed[place]) continue;
-    result.append(text.substr(copied, place - copied)).append(kGroup);
-    copied = place;
+  for (const std::size_t offset : offsets) {
+    if (closed[offset]) continue;
+    result.append(text.substr(copied, offset - copied)).append(kGroup);
+    copied = offset;
   }
   result.append(text.substr(copied));
 }
@@ -288,16 +288,16 @@ void GuardEnds(std::string_view value, std::string& guarded) {
 }
 
 void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
-  Places places;
+  Offsets offsets;
   for (std::size_t word = 0; word < kWords.size(); ++word) {
-    if ((words & WordBit(word)) != 0) FindWordPlaces(value, word, places);
+    if ((words & WordBit(word)) != 0) FindWordOffsets(value, word, offsets);
   }
   if ((words & kJournalBit) != 0) {
-    for (const char first : {'j', 'J'}) FindSpacedPlaces(value, first, places);
+    for (const char first : {'j', 'J'}) FindSpacedOffsets(value, first, offsets);
   }
-  FindExemptPlaces(value, places);
-  if (HoldsUpperCasedText(value) || !places.empty()) FindAtPlaces(value, places);
-  PutGroups(value, places, guarded);
+  FindExemptOffsets(value, offsets);
+  if (HoldsUpperCasedText(value) || !offsets.empty()) FindAtOffsets(value, offsets);
+  PutGroups(value, offsets, guarded);
 }
 
 Harm FindHarm(std::string_view value, WordSet harmful) {

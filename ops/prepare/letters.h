@@ -9,11 +9,6 @@
 
 namespace tarvel {
 
-/// Lower-cases one byte: 'A' to 'Z' only.
-constexpr char ToLower(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 /// The text with its ASCII letters in lower case.

@@ -130,7 +130,7 @@ void Preparer::TakeItem() {
 void Preparer::ReportFault() {
   if (item_.fault.empty()) return;
   ++prepared_.unread;
-  log_.Warn(WarningKind::kUnreadText, item_.fault_place,
+  log_.Warn(WarningKind::kUnreadText, item_.fault_offset,
             item_.fault + "; the text stands in the log");
   unread_from_ = item_.begin;
 }
@@ -161,7 +161,7 @@ void Preparer::TakePreamble() {
 void Preparer::TakeEntry() {
   const bool is_empty = item_.tags.empty() && !item_.fault.empty();
   if (item_.key.find('}') != std::string_view::npos) {
-    if (item_.fault.empty()) item_.fault_place = item_.begin;
+    if (item_.fault.empty()) item_.fault_offset = item_.begin;
     if (item_.fault.empty()) item_.fault = "the key holds a \"}\"";
     return;
   }
@@ -267,7 +267,7 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   const auto warn = [&](const PrepareWarning& warning) {
     if (warnings.ReportNumber(warning.kind)) return;
-    warnings.Report(warning.kind, warning.place, warning.key, warning.text);
+    warnings.Report(warning.kind, warning.offset, warning.key, warning.text);
   };
   LogFile log(run);
   const Prepared prepared = PrepareLibrary(input->Bytes(), options, warn,

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "ops/prepare/prepare_log.h"
 
-#include <algorithm>
+#include "core/text_primitives.h"
 
 namespace tarvel {
 
-void PrepareLog::StartEntry(std::string_view key, std::size_t place) {
+void PrepareLog::StartEntry(std::string_view key, std::size_t offset) {
   key_ = key;
-  place_ = place;
+  offset_ = offset;
   has_said_ = false;
 }
 
 void PrepareLog::Say(std::initializer_list<std::string_view> parts) {
-  if (!has_said_) text_.append("Entry '").append(key_).append("', line ").append(LineOf(place_));
+  if (!has_said_) text_.append("Entry '").append(key_).append("', line ").append(LineOf(offset_));
   text_.append(has_said_ ? "    " : ":\n    ");
   for (const std::string_view part : parts) text_.append(part);
   text_.append("\n");
@@ -26,8 +26,8 @@ void PrepareLog::EndEntry() {
   WritePiece();
 }
 
-void PrepareLog::SayText(std::string_view what, std::size_t place, std::string_view text) {
-  text_.append("Line ").append(LineOf(place)).append(": ").append(what).append(":\n");
+void PrepareLog::SayText(std::string_view what, std::size_t offset, std::string_view text) {
+  text_.append("Line ").append(LineOf(offset)).append(": ").append(what).append(":\n");
   text_.append(text).append("\n\n");
   WritePiece();
 }
@@ -40,17 +40,15 @@ void PrepareLog::WritePiece() {
   text_.clear();
 }
 
-void PrepareLog::Warn(WarningKind kind, std::size_t place, std::string_view text) {
-  warn_({kind, place, key_, text});
+void PrepareLog::Warn(WarningKind kind, std::size_t offset, std::string_view text) {
+  warn_({kind, offset, key_, text});
 }
 
-/// The number of a place's line. A place before the one asked for last counts as that.
-std::string PrepareLog::LineOf(std::size_t place) {
-  if (place > counted_to_) {
-    lines_ += static_cast<std::size_t>(
-        std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_to_),
-                   bytes_.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
-    counted_to_ = place;
+/// The number of an offset's line. An offset before the one asked for last counts as that.
+std::string PrepareLog::LineOf(std::size_t offset) {
+  if (offset > counted_to_) {
+    lines_ += CountByte(bytes_.substr(counted_to_, offset - counted_to_), '\n');
+    counted_to_ = offset;
   }
   return std::to_string(lines_);
 }

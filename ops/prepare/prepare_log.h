@@ -14,7 +14,7 @@ namespace tarvel {
 /// Something about a library that its reader should know.
 struct PrepareWarning {
   WarningKind kind;
-  std::size_t place;     // offset
+  std::size_t offset;    // offset
   std::string_view key;  // of the entry; empty when it is of none
   std::string_view text;
 };
@@ -28,15 +28,15 @@ class PrepareLog {
              std::function<void(std::string_view)> write = {})
       : bytes_(bytes), warn_(std::move(warn)), write_(std::move(write)) {}
 
-  /// What is said from now on is of the entry at this place.
-  void StartEntry(std::string_view key, std::size_t place);
+  /// What is said from now on is of the entry at this offset.
+  void StartEntry(std::string_view key, std::size_t offset);
   /// A line about the entry.
   void Say(std::initializer_list<std::string_view> parts);
   /// Ends the entry's lines.
   void EndEntry();
-  /// A paragraph: a line of the parts, with "line N" for the place after the first, and the text.
-  void SayText(std::string_view what, std::size_t place, std::string_view text);
-  void Warn(WarningKind kind, std::size_t place, std::string_view text);
+  /// A paragraph: a line of the parts, with "line N" for the offset after the first, and the text.
+  void SayText(std::string_view what, std::size_t offset, std::string_view text);
+  void Warn(WarningKind kind, std::size_t offset, std::string_view text);
 
   void CountLeftOut() { ++left_out_; }
   std::size_t LeftOut() const { return left_out_; }
@@ -44,7 +44,7 @@ class PrepareLog {
   std::string& Text() { return text_; }
 
  private:
-  std::string LineOf(std::size_t place);
+  std::string LineOf(std::size_t offset);
   void WritePiece();
 
   std::string_view bytes_;
@@ -52,7 +52,7 @@ class PrepareLog {
   std::function<void(std::string_view)> write_;
   std::string text_;
   std::string_view key_;
-  std::size_t place_ = 0;  // of the entry
+  std::size_t offset_ = 0;  // of the entry
   bool has_said_ = false;
   std::size_t left_out_ = 0;
   std::size_t counted_to_ = 0;  // how far lines are counted

@@ -66,7 +66,7 @@ WordSet HarmfulWords(WordSet own, WordSet printed);
 /// holds the words `own`. So the tag is missing to them.
 bool WinsOver(std::size_t word, WordSet own);
 
-/// The place after the word's beginning where an empty group does the least harm to its letters.
+/// The offset after the word's beginning where an empty group does the least harm to its letters.
 std::size_t SplitOf(std::size_t word);
 
 /// Whether Clean tags looks at the lines of this tag at all.

@@ -77,7 +77,7 @@ LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
   }
 }
 
-/// The place in `sorted_` of the first row of the span that does not pass the test; those that pass
+/// The index in `sorted_` of the first row of the span that does not pass the test; those that pass
 /// stand before it.
 template <typename Test>
 std::size_t LaTeXCommands::FirstNot(Span span, Test passes) const {

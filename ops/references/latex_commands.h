@@ -34,7 +34,7 @@ class LaTeXCommands {
   std::string_view FindCut(std::string_view text) const;
 
  private:
-  // The rows that are applied, sorted by their commands' bytes and then by their place in the
+  // The rows that are applied, sorted by their commands' bytes and then by their row in the
   // table: those whose commands begin with the same bytes stand together.
   struct Span {
     std::size_t begin = 0;

@@ -45,7 +45,7 @@ constexpr std::array kIncolTags{
     TagRead{"publisher", kPublisher},
     TagRead{"year", kYear},
     TagRead{"address", kAddress},
-    TagRead{"title", kTitle, AfterReading::kStripTitle, PassOver::kBooktitleAnyCase},
+    TagRead{"title", kTitle, AfterReading::kStripTitle, SkipWhen::kBooktitleAnyCase},
     TagRead{kBooktitleTag, kBooktitle, AfterReading::kStripTitle},
     TagRead{"editor", kEditor, AfterReading::kFormatNames},
     TagRead{"pages", kPages, AfterReading::kCutPages},
@@ -53,7 +53,7 @@ constexpr std::array kIncolTags{
 // No publisher, and the editors stay as they are.
 constexpr std::array kInproTags{
     TagRead{"author", kAuthor, AfterReading::kFormatNames},
-    TagRead{"title", kTitle, AfterReading::kNothing, PassOver::kBooktitleLowerCase},
+    TagRead{"title", kTitle, AfterReading::kNothing, SkipWhen::kBooktitleLowerCase},
     TagRead{kBooktitleTag, kBooktitle, AfterReading::kStripTitle},
     TagRead{"year", kYear},
     TagRead{"editor", kEditor},
@@ -206,7 +206,7 @@ void ReferenceWalk::ReadTagsOfLine(const EntryKind& kind) {
   if (found == 0) return;
   for (std::size_t i = 0; i < kind.tags.size(); ++i) {
     const TagRead& tag = kind.tags[i];
-    if ((found >> i & 1) == 0 || PassesOver(tag)) continue;
+    if ((found >> i & 1) == 0 || Skips(tag)) continue;
     const std::size_t after_line = library_.Position();
     ReadFieldValue(line_, library_, values_[tag.value]);
     warnings_.NoteRead(tag.value, tag.name, line_.Text(), after_line - 1);
@@ -232,14 +232,10 @@ void ReferenceWalk::ReportSwallowed(const TagRead& tag, std::size_t start) {
   }
 }
 
-bool ReferenceWalk::PassesOver(const TagRead& tag) const {
-  switch (tag.pass_over) {
-    case PassOver::kNothing:
-      return false;
-    case PassOver::kBooktitleAnyCase:
-      return ContainsNoCase(line_.Text(), kBooktitleTag);
-    case PassOver::kBooktitleLowerCase:
-      break;
+bool ReferenceWalk::Skips(const TagRead& tag) const {
+  if (tag.skip_when == SkipWhen::kNothing) return false;
+  if (tag.skip_when == SkipWhen::kBooktitleAnyCase) {
+    return ContainsNoCase(line_.Text(), kBooktitleTag);
   }
   return line_.Text().find(kBooktitleTag) != std::string_view::npos;
 }

@@ -29,14 +29,14 @@ enum class AfterReading {
 };
 
 /// Which lines a tag skips although its name stands on them.
-enum class PassOver { kNothing, kBooktitleAnyCase, kBooktitleLowerCase };
+enum class SkipWhen { kNothing, kBooktitleAnyCase, kBooktitleLowerCase };
 
 /// One tag of a kind of entry.
 struct TagRead {
   std::string_view name;  // searched for anywhere on a line, any case
   ReferenceValue value;
   AfterReading after = AfterReading::kNothing;
-  PassOver pass_over = PassOver::kNothing;
+  SkipWhen skip_when = SkipWhen::kNothing;
 };
 
 /// One kind of entry that references are made of.
@@ -89,7 +89,7 @@ class ReferenceWalk {
   void ReadTags(const EntryKind& kind);
   void ReadTagsOfLine(const EntryKind& kind);
   void ReportSwallowed(const TagRead& tag, std::size_t start);
-  bool PassesOver(const TagRead& tag) const;
+  bool Skips(const TagRead& tag) const;
   void Treat(const TagRead& tag);
 
   LineStream& library_;

@@ -57,10 +57,10 @@ TEST(NameMatcher, FindsTagsAtEveryPlaceOfALine) {
   std::mt19937 random(5);
   for (std::size_t i = 0; i < kNames.size(); ++i) {
     for (std::size_t before = 0; before < 12; ++before) {
-      for (std::size_t behind = 0; behind < 6; ++behind) {
+      for (std::size_t after = 0; after < 6; ++after) {
         std::string name(kNames[i]);
         if (random() % 2 == 0) StringToUpper(name);
-        const std::string line = std::string(before, ' ') + name + std::string(behind, '=');
+        const std::string line = std::string(before, ' ') + name + std::string(after, '=');
         EXPECT_EQ(matcher.First(line), static_cast<int>(i)) << line;
         std::string other = line;
         other[before + random() % name.size()] ^= 0x40;  // the same lower five bits, no letter

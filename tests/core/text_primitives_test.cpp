@@ -37,13 +37,13 @@ TEST(IsKnownEntry, RecognisesTypeWordsAndUpperCasesThem) {
       {"@electronic{x,\n", true, "@ELECTRONIC{x,\n", "electronic with its brace"},
       {"@electronics{x,\n", false, "@ELECTRONICS{x,\n", "and without it"},
       {"@electronic {x,\n", false, "@ELECTRONIC {x,\n", "a blank counts too"},
-      {"note = {5 units @ 3 each}\n", false, "note = {5 units @ 3 each}\n", "no brace behind"},
-      {"{a@b.c}\n", false, "{a@b.c}\n", "an address without a brace behind it"},
+      {"note = {5 units @ 3 each}\n", false, "note = {5 units @ 3 each}\n", "no brace after"},
+      {"{a@b.c}\n", false, "{a@b.c}\n", "an address without a brace after it"},
       {"@article{a@b,\n", false, "@ARTICLE{a@b,\n", "an @ without a brace ends the test at once"},
-      {"@", false, "@", "nothing behind the @"},
+      {"@", false, "@", "nothing after the @"},
       {"@article", false, "@article", "no brace on the line"},
       {"@{article}", false, "@{article}", "an @ before a brace changes nothing"},
-      {"@{@misc{a,", true, "@{@MISC{a,", "and the walk goes on behind it"},
+      {"@{@misc{a,", true, "@{@MISC{a,", "and the walk goes on after it"},
       {"x@y @book z{q", true, "x@Y @BOOK Z{q", "everything up to the brace is upper-cased"},
       {"@misc{a, mail = {u@v w{x", true, "@MISC{a, mail = {u@V W{x", "a later @ as well"},
       {"@MISC", false, "@MISC", "a marker without a brace is not reached"},
@@ -123,6 +123,20 @@ TEST(StringToUpper, UpperCasesEveryByte) {
   std::string text = "aZ1{\xe4}z";
   StringToUpper(text);
   EXPECT_EQ(text, "AZ1{\xe4}Z");
+}
+
+TEST(InCapitals, LeavesItsArgument) {
+  const std::string text = "aZ1{\xe4}z";
+  EXPECT_EQ(InCapitals(text), "AZ1{\xe4}Z");
+  EXPECT_EQ(text, "aZ1{\xe4}z");
+}
+
+TEST(CountByte, CountsMoreThanOneByteCanHold) {
+  for (const std::size_t size : {0, 1, 254, 255, 256, 257, 511, 600}) {
+    EXPECT_EQ(CountByte(std::string(size, 'a'), 'a'), size);
+    EXPECT_EQ(CountByte(std::string(size, 'a') + "b" + std::string(size, 'a'), 'b'), 1U);
+  }
+  EXPECT_EQ(CountByte("\xe4x\xe4", '\xe4'), 2U);
 }
 
 TEST(StripBraces, RemovesTheOuterRunsOnly) {

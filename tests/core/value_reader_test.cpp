@@ -32,7 +32,7 @@ TEST(ReadFieldValue, ReadsTheTextInTheOuterBraces) {
       {"a = {", " \n\t\n b}\n", true, "b", "a = { b}\n", "blank lines before it are passed over"},
       {"a = {", "", false, "", "a = {", "the file ends before the value begins"},
       {"a = {", " \n", false, "", "a = { \n", "only blanks are left"},
-      {"a = {\n", "b}\n", true, " b", "a = {b}\n", "a line feed behind the brace is a blank"},
+      {"a = {\n", "b}\n", true, " b", "a = {b}\n", "a line feed after the brace is a blank"},
       {"a = {b\n", "\n \n\nc}\n", true, "b c", "a = {bc}\n", "blank lines are passed over"},
       {"a = {b\n", "", false, "b", "a = {b\n", "the file ends inside the value"},
       {"a = {b\n", "c\n", false, "b c", "a = {bc\n", "and a line later"},
@@ -117,24 +117,24 @@ TEST(ReadFieldValue, SeesABraceOrALineFeedAtEveryPlaceOfALongStretch) {
       "aaaaaaaaaaaaaaaa";
   for (std::size_t at = 0; at <= stretch.size(); ++at) {
     const std::string_view before = std::string_view(stretch).substr(0, at);
-    const std::string_view behind = std::string_view(stretch).substr(at);
+    const std::string_view after = std::string_view(stretch).substr(at);
     const auto join = [](std::initializer_list<std::string_view> parts) {
       std::string joined;
       for (const std::string_view part : parts) joined.append(part);
       return joined;
     };
-    const std::string whole = join({"a = {", before, "{x}", behind, "}\n"});
+    const std::string whole = join({"a = {", before, "{x}", after, "}\n"});
     LineStream stream("");
     Line line(whole);
     std::string value;
     EXPECT_TRUE(ReadFieldValue(line, stream, value));
-    EXPECT_EQ(value, join({before, "{x}", behind})) << at;
+    EXPECT_EQ(value, join({before, "{x}", after})) << at;
 
     const std::string broken = join({"a = {", before, "\n"});
-    LineStream second(join({"b", behind, "}\n"}));
+    LineStream second(join({"b", after, "}\n"}));
     line.Set(broken);
     EXPECT_TRUE(ReadFieldValue(line, second, value));
-    EXPECT_EQ(value, join({before, " b", behind})) << at;
+    EXPECT_EQ(value, join({before, " b", after})) << at;
   }
 }
 

@@ -394,7 +394,7 @@ TEST_F(MainDialogTest, ASecondCleanTagsReplacesTheFilesOfTheFirst) {
   FirstFilePath.Set(library);
   PressButton(*dialog, "Clean tags");
   const std::string log = ReadDiskFile(directory / "lit_tag.log");
-  // A shorter library: nothing of the longer files may be left behind the new ones.
+  // A shorter library: nothing of the longer files may be left after the new ones.
   NewFile("lit.bib", "@MISC{m,\n  note = {N}\n}\n");
   PressButton(*dialog, "Clean tags");
   const std::string second = ReadDiskFile(directory / "lit_tag.bib");

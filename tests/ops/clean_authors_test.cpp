@@ -28,8 +28,8 @@ using testing::RecordingReporter;
 
 struct Cleaned {
   int result = -1;
-  std::string library;  // behind its header
-  std::string log;      // behind its header and before the summary
+  std::string library;  // after its header
+  std::string log;      // after its header and before the summary
   int changed = -1;     // as the summary tells
 };
 
@@ -79,8 +79,8 @@ TEST(CleanAuthors, RewritesAuthorLinesWhateverTheyLookLike) {
       {"AuThOr = {John Smith},\n", "  author = {Smith, J.},\n", "mixed case"},
       {"\tauthor\t=\t{John Smith},\n", "  author = {Smith, J.},\n", "tabs"},
       {"a u t h o r = {John Smith},\n", "  author = {Smith, J.},\n", "blanks between the letters"},
-      {"author = {John Smith}\n", "  author = {Smith, J.},\n", "no comma behind the value"},
-      {"author = {John Smith}", "  author = {Smith, J.},\n", "no line break behind the value"},
+      {"author = {John Smith}\n", "  author = {Smith, J.},\n", "no comma after the value"},
+      {"author = {John Smith}", "  author = {Smith, J.},\n", "no line break after the value"},
       {"author = {John Smith},\r\n", "  author = {Smith, J.},\n", "a carriage return"},
       {"author = {John Smith}, title = {T},\n", "  author = {Smith, J.},\n",
        "what follows the value is dropped"},
@@ -114,7 +114,7 @@ TEST(CleanAuthors, CopiesEveryOtherLineUnchanged) {
       {"  author", "  author", "a line that ends too soon"},
       {", author = {John Smith}\n", ", author = {John Smith}\n", "a comma before it"},
       {"@article{a, author = {John Smith}\n", "@ARTICLE{a, author = {John Smith}\n",
-       "behind the head of an entry"},
+       "after the head of an entry"},
       {"author\0= {John Smith},\n"sv, "author\0= {John Smith},\n"sv, "a zero byte in the tag"},
       {"\vauthor = {John Smith},\n", "\vauthor = {John Smith},\n", "only blanks and tabs count"},
       {"title = {The author = {x}},\r\n", "title = {The author = {x}},\r\n", "carriage returns"},
@@ -150,17 +150,17 @@ TEST(CleanAuthors, ReadsValuesAcrossLines) {
        "  author = {Smith, J.},\n  year = {1},\n  author = {Jones, B.},\n",
        "the next line is read"},
       {"author = {", "  author = {},\n", "the file ends at the brace"},
-      {"author = {\n", "  author = {},\n", "the file ends behind the brace"},
+      {"author = {\n", "  author = {},\n", "the file ends after the brace"},
   };
   ExpectWritten(kRows);
 }
 
 TEST(CleanAuthors, ReadsLinesInPieces) {
   const std::string blanks(49999, ' ');
-  const std::string names(49999 - 10, 'x');  // behind "author = {"
+  const std::string names(49999 - 10, 'x');  // after "author = {"
   EXPECT_EQ(Clean("t\n" + blanks + "author = {John Smith},\n").library,
             "t\n" + blanks + "  author = {Smith, J.},\n")
-      << "a line of 50,000 bytes and more begins anew behind its first 49,999";
+      << "a line of 50,000 bytes and more begins anew after its first 49,999";
   EXPECT_EQ(Clean("t\n" + blanks.substr(1) + "author = {John Smith},\n").library,
             "t\n" + blanks.substr(1) + "author = {John Smith},\n")
       << "the first byte of the tag stands in the first piece";
@@ -184,7 +184,7 @@ TEST(CleanAuthors, DropsTheFirstLinesThatHoldANumberSign) {
       {"#\n", "", "nothing but such lines"},
       {"#", "", "nothing but such a line without a line break"},
       {"#\n#\n#a#", "", "nothing but such lines"},
-      {"#\n  author = {John Smith},\n", "  author = {Smith, J.},\n", "the line behind them counts"},
+      {"#\n  author = {John Smith},\n", "  author = {Smith, J.},\n", "the line after them counts"},
       {"x\n#\n", "x\n#\n", "later ones stay"},
   };
   ExpectWritten(kRows);
@@ -250,7 +250,7 @@ TEST(CleanAuthors, NamesTheEntryOfTheLastKnownHead) {
       {"@article{ k ,\nauthor = {a},\n", " k ", "with its blanks"},
       {"@article{k\nauthor = {a},\n", "k", "without a comma"},
       {"@article{,\nauthor = {a},\n", "", "an empty key"},
-      {"{x,@article{k,\nauthor = {a},\n", "x", "behind the first brace of the line"},
+      {"{x,@article{k,\nauthor = {a},\n", "x", "after the first brace of the line"},
       {"@article{k,\n@string{s,\nauthor = {a},\n", "k", "a string definition is no entry"},
       {"@article{k,\n@mastersthesis{m,\nauthor = {a},\n", "k", "nor is an unknown type"},
       {"@article{k,\n@book{b,\nauthor = {a},\n", "b", "the last one counts"},

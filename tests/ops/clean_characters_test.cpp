@@ -101,7 +101,7 @@ TEST(CleanCharacters, CopiesWhatIsGood) {
       {"@article{k,\n", "@ARTICLE{k,\n", "the word of a known type becomes upper case"},
       {"@preamble{k}\n", "@PREAMBLE{k}\n", "and so does any other"},
       {"mail@host x {y} z@w\n", "mail@HOST X {y} z@w\n", "anywhere in a line"},
-      {"  mail@host\n", "  mail@host\n", "but not without a brace behind it"},
+      {"  mail@host\n", "  mail@host\n", "but not without a brace after it"},
       {"@{a} @b{c}\n", "@{a} @B{c}\n", "an \"@\" before a brace is passed over"},
   };
   for (const CopyCase& c : cases) {

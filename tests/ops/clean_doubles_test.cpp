@@ -22,8 +22,8 @@ using Tags = std::map<std::string, std::string>;
 
 struct Cleaned {
   int result = 0;
-  std::string log;      // behind the header
-  std::string library;  // behind the header
+  std::string log;      // after the header
+  std::string library;  // after the header
   std::vector<std::string> warnings;
   std::string printed;
 };
@@ -285,7 +285,7 @@ TEST(CleanDoubles, ASecondConflictAnywhereGetsTheNextLetter) {
   const auto misc = [](const std::string& key, const std::string& note) {
     return Entry("MISC", key, {{"note", note}});
   };
-  // The second conflict is behind the last entry, so nothing is lost.
+  // The second conflict is after the last entry, so nothing is lost.
   const Cleaned out = Clean(misc("k", "1") + misc("k", "2") + misc("l", "3") + misc("l", "4"));
   EXPECT_EQ(out.library,
             misc("k", "1") + misc("k_a", "2") + "\n" + misc("l", "3") + misc("l_b", "4") + "\n");
@@ -324,7 +324,7 @@ TEST(CleanDoubles, TheFirstEntryOfTheNewLibraryThatDecidesIsTheOneThatDoes) {
       << "equal content under another key stands before the same key";
   EXPECT_TRUE(Clean(book("b", "2") + book("a", "1") + book("b", "1"))
                   .log.starts_with("Two identical bibitems (b and b)"))
-      << "and behind it";
+      << "and after it";
   EXPECT_TRUE(Clean(Entry("BOOKLET", "b", {}) + book("a", "1") + book("b", "1"))
                   .log.starts_with("Probably the same: b a\n"))
       << "the same key without a title decides nothing";
@@ -409,7 +409,7 @@ TEST(CleanDoubles, AConflictInTheMiddleIsWrittenOverWhatFollowsAndTellsWhatIsLos
     return Entry("MISC", key, {{"note", note}});
   };
   const Cleaned out = Clean(misc("k", "1") + misc("l", "22") + misc("m", "3") + misc("k", "4"));
-  // The new entry ends 3 bytes before the end of the line behind "l"; what follows is cut nowhere.
+  // The new entry ends 3 bytes before the end of the line after "l"; what follows is cut nowhere.
   const std::string after_k = "\n" + misc("l", "22") + "\n" + misc("m", "3") + "\n";
   const std::string written = misc("k_a", "4") + "\n";
   EXPECT_EQ(out.library, misc("k", "1") + written + after_k.substr(written.size()));
@@ -447,7 +447,7 @@ TEST(CleanDoubles, AnEntryCanBeWrittenOverFromItsOwnMiddle) {
 }
 
 TEST(CleanDoubles, AValueThatBeginsOnTheNextLineHasNoBlankBeforeIt) {
-  // The piece ends behind the brace, so the value begins with the next piece. The "@" has the copy
+  // The piece ends after the brace, so the value begins with the next piece. The "@" has the copy
   // read once more.
   const std::string piece = "  note = " + std::string(4999 - 10, ' ') + "{";
   const Cleaned out = Clean("@MISC{k,\n  doi = {m@n},\n" + piece + "  n},\n}\n" +
@@ -478,7 +478,7 @@ TEST(CleanDoubles, AfterTheLastLetterComeTheNextBytes) {
     EXPECT_NE(out.log.find("from k to k_" + letter + "\n\n"), std::string::npos) << i;
   }
   EXPECT_NE(out.log.find("from k to k_z\n\n"), std::string::npos);
-  EXPECT_NE(out.log.find("from k to k_{\n\n"), std::string::npos) << "the byte behind 'z'";
+  EXPECT_NE(out.log.find("from k to k_{\n\n"), std::string::npos) << "the byte after 'z'";
   EXPECT_NE(out.log.find(std::string("from k to k_\0\n\n", 15)), std::string::npos)
       << "only the low byte of the count";
   EXPECT_TRUE(out.log.ends_with(Summary(200)));
@@ -521,7 +521,7 @@ TEST(CleanDoubles, AnInputThatEndsInsideAnEntryFailsInSilenceOrEndsIt) {
        first + "\n@BOOK{x,\n" + std::string(4998, 'f'), "a shorter one does"},
       {first + "@comment{jabref-meta: groupsversion:3;}\n", 1, first + "\n",
        "a JabRef block starts no entry"},
-      {first + "text", 1, first + "\n", "text behind the last entry"},
+      {first + "text", 1, first + "\n", "text after the last entry"},
       {"", 1, "", "an empty library"},
       {"no entry\n", 1, "", "a library without an entry"},
   };

@@ -110,7 +110,7 @@ TEST(CleanTags, TakesTheFirstRowThatATagsNameContains) {
       {"note = {a\n   b\n c}", ",\n  note = {a b c}", "a value over lines is joined"},
       {"note = {a\n\n \t\n b}", ",\n  note = {a b}", "blank lines in it vanish"},
       {"note\n = {a}", ",\n  note = {}", "a name on a line of its own has no value"},
-      {"note = {m@x {y}}", ",\n  note = {m@X {y}}", "the head test upper-cases behind an @"},
+      {"note = {m@x {y}}", ",\n  note = {m@X {y}}", "the head test upper-cases after an @"},
       {"\xc3\xa4note = {\xc3\xa4}", ",\n  note = {\xc3\xa4}", "bytes above 127 pass"},
       {std::string("note = {a\0b}", 12), std::string(",\n  note = {a\0b}", 16), "zeros too"},
       {"note = {a}\r", ",\n  note = {a}", "a CR at the end of a line is dropped with the rest"},
@@ -155,12 +155,12 @@ TEST(CleanTags, DropsEmptyEntries) {
   const Case cases[] = {
       {"@misc{k,\n owner = {o},\n timestamp = {t},\n}\n", 1, "an owner and a timestamp"},
       {"@misc{k,\n OWNER = {o},\n TimeStamp = {t},\n year = {1}\n}\n", 1,
-       "whatever stands behind them"},
+       "whatever stands after them"},
       {"@misc{k,\n timestamp = {t},\n owner = {o},\n}\n", 0, "only in this order"},
       {"@misc{k,\n owner = {o},\n year = {1},\n timestamp = {t}\n}\n", 0, "and in the first lines"},
       {"@misc{k,\n\n owner = {o},\n timestamp = {t}\n}\n", 0, "an empty line is a line"},
       {"@misc{,\n year = {1}\n}\n", 1, "an entry without a key"},
-      {"@misc{\n year = {1}\n}\n", 1, "or with nothing behind the brace"},
+      {"@misc{\n year = {1}\n}\n", 1, "or with nothing after the brace"},
       {"@misc{ ,\n year = {1}\n}\n", 0, "a blank is a key"},
   };
   for (const Case& c : cases) {
@@ -202,7 +202,7 @@ TEST(CleanTags, LeavesAStringBehindAnEntryToTheEntry) {
                              Summary(0, 0, 1))
       << "the entry's lines are read again, and with them the string";
   EXPECT_EQ(Clean("@misc{k,\n year = {1}\n}\n@STRING{a = {b}}\n").log, Summary(0, 0, 0))
-      << "behind the last entry nothing is read again";
+      << "after the last entry nothing is read again";
 }
 
 TEST(CleanTags, KeepsStringLinesWithTheirDots) {
@@ -212,7 +212,7 @@ TEST(CleanTags, KeepsStringLinesWithTheirDots) {
       Clean("@STRING{a = {b}}\n@string{c = {d}}\n\n@misc{k,\n year = {1}\n}\n", settings).library,
       "...@STRING{a = {b}}\n... @STRING{c = {d}}\n... \n@MISC{k,\n}\n\n"
       "@MISC{k,\n  year = {1}\n}\n\n")
-      << "the head is written once without tags, and then the lines behind the string again";
+      << "the head is written once without tags, and then the lines after the string again";
   const Outcome run =
       Clean("@STRING{a = {b}}\n@STRING{c = {d}}\n@misc{k,\n year = {1}\n}\n", settings);
   EXPECT_EQ(run.library,
@@ -226,7 +226,7 @@ TEST(CleanTags, FailsWhenNoEntryFollowsAKeptString) {
   Settings settings;
   settings.RemoveJournalStrings = 0;
   const Outcome outcome = Clean("@misc{k,\n}\n\n@STRING{a = {b}}\n", settings);
-  EXPECT_EQ(outcome.result, 1) << "behind the last entry it belongs to that entry";
+  EXPECT_EQ(outcome.result, 1) << "after the last entry it belongs to that entry";
   const Outcome failed = Clean("@STRING{a = {b}}\nwords\n", settings);
   EXPECT_EQ(failed.result, 0);
   EXPECT_EQ(failed.library, "...@STRING{a = {b}}\n... words\n");
@@ -275,7 +275,7 @@ TEST(CleanTags, ReadsHeadsInPiecesOf49999Bytes) {
       << "a tag's line is cut after 499,999 bytes";
   EXPECT_EQ(Clean("@misc{a,\n note=" + std::string(499993, ' ') + "{x}\n}\n", KeepAll()).library,
             "@MISC{a,\n  note = {}\n}\n\n")
-      << "the brace is the first byte behind the cut";
+      << "the brace is the first byte after the cut";
   EXPECT_EQ(Clean("@misc{a,\n note=" + std::string(499992, ' ') + "{x}\n}\n", KeepAll()).library,
             "@MISC{a,\n  note = {x}\n}\n\n")
       << "the brace is the last byte before it";

@@ -516,7 +516,7 @@ TEST(CompareLibraries, TheHeadLineHoldsNoTag) {
 }
 
 TEST(CompareLibraries, AfterAStopReadingGoesOnBehindTheEntry) {
-  // The value's last line begins with "}", and a head stands behind it inside the same entry.
+  // The value's last line begins with "}", and a head stands after it inside the same entry.
   const std::string two_heads = "@misc{k,\nnote = {n\n}\n@misc{inner,\n}\n";
   const Result stopped = Compared(Entry("misc", "k", {}), two_heads);
   EXPECT_TRUE(stopped.log.ends_with(std::string(kSecurity) + Summary(0, 1, 0))) << stopped.log;
@@ -532,7 +532,7 @@ TEST(CompareLibraries, AfterACopyReadingGoesOnBehindTheCopy) {
 }
 
 TEST(CompareLibraries, WhatWasReadForTheEntryBeforeIsNotWhatTheNextOneHolds) {
-  // Each value's last line begins with "}", so a copy ends there and every head behind it is met,
+  // Each value's last line begins with "}", so a copy ends there and every head after it is met,
   // although the reading for the first went to the end. `a` sees all notes, `c` none of its own.
   const std::string second =
       "@misc{a,\nnote = {1\n}\n@misc{b,\nnote = {2\n}\nyear = {3\n}\n@misc{c,\nyear = {4\n}\n";

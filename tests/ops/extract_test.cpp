@@ -63,7 +63,7 @@ TEST(ScanCitations, TakesKeysInTheOrderOfTheirFirstCitation) {
       {"\\nocite{x}\n", {}, "nor one that only ends in cite"},
       {"\\citep{x} \\cite{y}\n", {"x", "y"}, "but they are beside one that is"},
       {"\\cite[p. 3]{x} and \\cite{y}\n", {"x", "y"}, "options too"},
-      {"\\cite{y} and \\citep{x}\n", {"y"}, "not behind the last one"},
+      {"\\cite{y} and \\citep{x}\n", {"y"}, "not after the last one"},
       {"\\citeauthor and \\cite{y}\n", {"y"}, "a command without a list takes the next list"},
       {"% \\cite{c}\n\\end{document} \\cite{d}\n", {"c", "d"}, "comments and ends mean nothing"},
       {"\\cite{a{b}c}", {"a{b"}, "the first closing brace ends the list"},
@@ -148,7 +148,7 @@ TEST(SelectAndWriteBibTeXEntriesIntoNewFile, CopiesTheFirstEntryOfEachKey) {
        {"a{b", "b"},
        2,
        "@ARTICLE{a{b,\n}\n@ARTICLE{a{b,\n}\n",
-       "keys with braces, and the key behind the brace"},
+       "keys with braces, and the key after the brace"},
       {"@article{x@y{a,\n}\n",
        {"x@y{a"},
        1,
@@ -249,7 +249,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
   return testing::RunWorld(&RunExtract, run, files);
 }
 
-/// The file of references behind its header.
+/// The file of references after its header.
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;
@@ -371,7 +371,7 @@ TEST(Extract, ReadsTheTagsOfEachType) {
        "a tag named on a continuation line is seen on the joined line"},
       {"@article{a,\n@book{b,\n title = {T},\n}\n",
        "<APS_article_title_latex>\\bibitem{a}||||||||\n<APS_book_latex>\\bibitem{b}|T|||||||\n",
-       "a head directly behind a head ends its entry"},
+       "a head directly after a head ends its entry"},
       {"@articles{a,\n title = {T},\n}\n@article {b,\n title = {T},\n}\n", "",
        "types that only begin like a supported one print nothing"},
       {"@booklet{a,\n title = {T},\n}\n@article{b,\n}\n",
@@ -424,7 +424,7 @@ TEST(Extract, TestsTheTagsOfATypeInTheirOrder) {
       {"phdthesis", &Settings::StyleACS, {"author", "year", "school"}},
       {"masterthesis", &Settings::StyleSpringerCompSci, {"author", "year", "title"}},
   };
-  // The second line of a value is seen by the tests behind that of the value's own tag.
+  // The second line of a value is seen by the tests after that of the value's own tag.
   for (const OrderCase& c : cases) {
     for (std::size_t own = 0; own < c.names.size(); ++own) {
       for (std::size_t other = 0; other < c.names.size(); ++other) {
@@ -479,7 +479,7 @@ TEST(Extract, DropsTheDotsOfJournalsForSpringerInTheBufferItself) {
   EXPECT_EQ(SpringerReferences("@article{a,\n journal = {J. Chem.. Phys.},\n}\n@article{b,\n}\n"),
             "<SPRINGER_C_article_title_latex>\\bibitem{a}||||J Chem. Phys||||\n"
             "<SPRINGER_C_article_title_latex>\\bibitem{b}||||J Chem Phys||||\n")
-      << "the dot behind a dropped one stays, until the next article drops it";
+      << "the dot after a dropped one stays, until the next article drops it";
 }
 
 TEST(Extract, PrintsPagesAndTitlesAsChosen) {
@@ -512,7 +512,7 @@ TEST(Extract, TakesAHeadThatIsGluedToALineForAHead) {
 TEST(Extract, EndsWellWhenAValueRunsIntoTheEndWithAHeadInIt) {
   EXPECT_EQ(References(World("\\cite{a,b}", "@book{a,\n title = {{\n}\n@article{b,\n}\n")),
             "<APS_book_latex>\\bibitem{a}| } @ARTICLE{b, |||||||\n")
-      << "the line that was read counts as the second head, with no line behind it";
+      << "the line that was read counts as the second head, with no line after it";
   PlainOutcome misc =
       RunOver(World("\\cite{a,b,c}", "@book{a,\n title = {{\n}\n@misc{b,\n}\n@misc{c,\n}\n"));
   EXPECT_EQ(misc.result, 1);

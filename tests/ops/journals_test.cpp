@@ -203,7 +203,7 @@ TEST(Journals, JoinsValuesOverSeveralLines) {
       {"\tjournal = {Physical\nReview\tB},\n", " journal = {PhysicalReview B},\n", 1,
        "tabs of all its lines become blanks"},
       {"journal = PRB\n},\nx\n", "journal = { PRB},\nx\n", 1,
-       "the brace put behind a line break is read over"},
+       "the brace put after a line break is read over"},
       {"journal = X\nyear = {1}\n}\nx\n", "journal = { Xyear = {1}}\nx\n", 0,
        "so that a bare value without a comma swallows what follows"},
       {"journal = PRB\n", "journal = {Physical Review B\n},\n", 1,

@@ -244,7 +244,7 @@ const Case kCases[] = {
     {"clean-characters",
      "@misc{a,\n  adsurl = {x%\n},\n  doi = {1}, year = {2},\n  url = {u}}\n",
      "",
-     {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but its value goes on on the "
+     {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but its value continues on the "
       "next lines, which stayed",
       "text-lost lit.bib:4 [a] the tag 'year' shares a line with 'doi' and was left out with it",
       "torn-value lit.bib:5 [a] the line of 'url' was left out with a '}' that ends more than its "
@@ -281,7 +281,7 @@ const Case kCases[] = {
       "entry before",
       "entry-dropped lit.bib:1 [] an entry without a key was dropped",
       "text-not-copied lit.bib:4 [] text that is of no tag was not copied: 'text'",
-      "text-not-copied lit.bib:5 [] the definition goes on in the next lines, which were not "
+      "text-not-copied lit.bib:5 [] the definition continues on the next lines, which were not "
       "copied, and its log names only this line: '@STRING{'",
       "renamed-tag lit.bib:12 [a] a line of text was written as the tag 'year'"}},
     {"clean-authors",
@@ -289,7 +289,7 @@ const Case kCases[] = {
      "  author = {Gregor v. Bockmann and {Ana Sof{\\'i}}a Campos and Rajiv \\& Tharam "
      "Dillon},\n}\n",
      "",
-     {"torn-value lit.bib:2 [a] a value begins after the authors and goes on on the next lines, "
+     {"torn-value lit.bib:2 [a] a value begins after the authors and continues on the next lines, "
       "which stayed: BibTeX cannot read the rest of the entry",
       "text-lost lit.bib:2 [a] what follows the authors was lost: 'note = {x'",
       "doubtful-name lit.bib:6 [b] the list of authors was rearranged, look at it: 'Gregor v. "
@@ -406,7 +406,7 @@ TEST(OperationWarnings, AreOfEveryKind) {
   for (const WarningRow& kind : kWarningKinds) EXPECT_TRUE(told.contains(kind.name)) << kind.name;
 }
 
-/// What a run leaves behind and says.
+/// What a run leaves after and says.
 struct Outcome {
   int result = 0;
   std::map<std::string, std::string> files;

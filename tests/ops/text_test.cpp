@@ -39,7 +39,7 @@ PlainOutcome RunOver(const PlainWorld& world) {
   return testing::RunWorld(&RunText, run, files);
 }
 
-/// The text file behind its header.
+/// The text file after its header.
 std::string References(const PlainWorld& world) {
   PlainOutcome outcome = RunOver(world);
   EXPECT_EQ(outcome.result, 1) << outcome.printed;

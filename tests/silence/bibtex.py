@@ -44,7 +44,7 @@ class Tag:
         self.text = text      # macros put in; a name without a definition stands between \1 and \2
         self.form = form
         self.macros = macros  # the names that stand in the value, in lower case
-        # Offsets: of the name (of a definition its "@"), of the value, and behind that.
+        # Offsets: of the name (of a definition its "@"), of the value, and after that.
         self.start, self.value, self.end = start, value, end
         self.line = self.last = 0  # the lines of its first and its last byte, from 1
 
@@ -113,7 +113,7 @@ class Library:
         end = self._starts[last] if last < len(self._starts) else len(self.text)
         return self.text[self._starts[first - 1]:end]
 
-    def behind(self, entry):
+    def following(self, entry):
         """The text between the entry's end and the next one that begins a line."""
         at = bisect.bisect_right(self.entries, entry.start, key=lambda other: other.start)
         while at < len(self.entries) and self.text[
@@ -153,7 +153,7 @@ class _Reader:
         self.library, self.text, self.macros = library, library.text, library.macros
 
     def run(self):
-        at, behind = 0, 0
+        at, following = 0, 0
         while (start := self.text.find("@", at)) >= 0:
             used, at = 0, start + 1
             try:
@@ -161,9 +161,9 @@ class _Reader:
             except _Fault as fault:
                 used, at = fault.used, max(at, fault.at)
             if used:
-                self.skip(behind, start)
-                behind = used
-        self.skip(behind, len(self.text))
+                self.skip(following, start)
+                following = used
+        self.skip(following, len(self.text))
 
     def skip(self, start, end):
         if start < end:
@@ -256,11 +256,11 @@ class _Reader:
     def value(self, at):
         """Reads pieces joined by "#": text, form, macros and where they end."""
         text, form, macros, end = self.piece(at)
-        behind = self.space(end)
-        while self.text[behind:behind + 1] == "#":
-            more, _, names, end = self.piece(self.space(behind + 1))
+        following = self.space(end)
+        while self.text[following:following + 1] == "#":
+            more, _, names, end = self.piece(self.space(following + 1))
             text, form, macros = (text + more)[:LONGEST], JOINED, macros + names
-            behind = self.space(end)
+            following = self.space(end)
         if form != NUMERIC and UNTIDY.search(text):
             text = RUN.sub(" ", text).strip(WHITE)
         return text, form, macros, end

@@ -61,11 +61,11 @@ def of_entry(library, entry):
     if entry.key and entry.key not in head:
         yield "a head of two lines"
     elif re.match(r"\s*@\w+\s+[{(]", head):
-        yield "a blank behind the type"
+        yield "a blank after the type"
     elif re.match(r"\s*@\w+\(", head):
         yield "parentheses"
     elif not head.endswith(",\n") and not head.endswith(",\r\n"):
-        yield "more behind the head's comma"
+        yield "more after the head's comma"
     elif re.search(r"[{(]\s", head):
         yield "a blank before the key"
     if library.text[library.line_start(entry.start):entry.start].strip():
@@ -76,7 +76,7 @@ def of_entry(library, entry):
     elif not last.startswith("}"):
         yield "no line that begins with '}' ends it"
     elif last.strip() not in "}," and last.strip():
-        yield "text behind it"
+        yield "text after it"
 
 
 def of(library, loss):

@@ -32,8 +32,8 @@ COMMAND = "command left"     # a LaTeX command stands in the plain text
 HALF = "half a command"      # the end of one does
 ENCODING = "encoding"        # a library of plain ASCII is one no more
 FAILED = "failed"            # the run failed and gave no reason
-# What befalls the lines behind a break, which are all one loss.
-BEHIND = (ENTRY, BROKEN, STRING, TEXT)
+# What befalls the lines after a break, which are all one loss.
+FOLLOWING = (ENTRY, BROKEN, STRING, TEXT)
 DAMAGE = {GONE, CHANGED, RENAMED, TWICE, FOREIGN, ENTRY, BROKEN}
 DOCUMENT = "paper.tex"
 
@@ -99,7 +99,7 @@ KINDS = {
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
     "line-left-out": near(NAME, GONE),
-    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, *BEHIND),
+    "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, *FOLLOWING),
     "renamed-tag": near(LINE, RENAMED, TEXT, GONE) | near(OF_ENTRY, FOREIGN),
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
@@ -373,12 +373,12 @@ def compare_tags(old, new, same=core):
         else:
             gone.append(tag)
     if old.whole and not new.whole:
-        # BibTeX reports an error in the new entry; what it does not read behind it is one loss.
+        # BibTeX reports an error in the new entry; what it does not read after it is one loss.
         lost = {id(tag) for tag in gone}
         kept = max((tag.start for tag in old.tags if id(tag) not in lost), default=-1)
-        behind = [tag for tag in gone if tag.start > kept]
+        following = [tag for tag in gone if tag.start > kept]
         gone = [tag for tag in gone if tag.start < kept]
-        yield Loss(BROKEN, old, None, "without " + ", ".join(tag.name for tag in behind))
+        yield Loss(BROKEN, old, None, "without " + ", ".join(tag.name for tag in following))
     for tag in gone:
         if tag.text:
             yield Loss(GONE, old, tag)

@@ -372,11 +372,11 @@ def journals(run):
 
 def own_tags(run, old, new, same=core):
     """What happened to the tags of an entry, but for those that it has more because BibTeX read less
-    of it before: it reports an error, or the entry ends early and goes on behind a comma."""
-    behind = run.library.behind(old)
+    of it before: it reports an error, or the entry ends early and goes on after a comma."""
+    following = run.library.following(old)
     for loss in compare_tags(old, new, same):
-        meant = loss.what == FOREIGN and (not old.whole or behind.lstrip(WHITE).startswith(","))
-        if not meant or essence(loss.detail.partition(": '")[2]) not in essence(behind):
+        meant = loss.what == FOREIGN and (not old.whole or following.lstrip(WHITE).startswith(","))
+        if not meant or essence(loss.detail.partition(": '")[2]) not in essence(following):
             yield loss
 
 
@@ -441,8 +441,8 @@ def clean_doubles(run):
                  if other is not entry]
         if stays:
             yield from closest(entry, stays)
-            behind = run.library.behind(entry).count("\n")
-            dropped.append(range(entry.line, entry.last + behind + 1))
+            following = run.library.following(entry).count("\n")
+            dropped.append(range(entry.line, entry.last + following + 1))
         else:
             later.append(entry)
     breaks = Breaks(run, output)

@@ -18,7 +18,7 @@ STYLES = {"aps": "APS", "acs": "ACS", "iop": "IOP", "nature": "NATURE", "wiley":
           "springer": "SPRINGER_C"}
 KINDS = {"article": "article", "book": "book", "incollection": "incol", "inproceedings": "inpro",
          "phdthesis": "phd", "masterthesis": "phd"}
-# The values of each format behind the label, in their order: a row for the formats it is true of.
+# The values of each format after the label, in their order: a row for the formats it is true of.
 A_LONG, A_SHORT = "author title journal volume pages year", "author journal volume pages year"
 A_LONG_YEAR = "author title journal year volume pages"
 A_SHORT_YEAR = "author journal year volume pages"
@@ -160,7 +160,7 @@ class ReferenceJudge:
             self.parents.setdefault(entry.key.lower(), entry)
         # What stands between an entry and the next one: the program may read tags there.
         starts = [entry.start for entry in run.library.entries[1:]] + [len(run.library.text)]
-        self.behind = {id(entry): run.library.text[entry.end:start].lower()
+        self.following = {id(entry): run.library.text[entry.end:start].lower()
                        for entry, start in zip(run.library.entries, starts)}
 
     def judge(self, entries, printed):
@@ -240,7 +240,7 @@ class ReferenceJudge:
         for parent in entry.values("crossref"):
             other = self.parents.get(parent.lower())
             inherited = other is not None and bool(other.values(name))
-        if not entry.whole or re.search(rf"\b{name}\s*=", self.behind[id(entry)]):
+        if not entry.whole or re.search(rf"\b{name}\s*=", self.following[id(entry)]):
             return  # BibTeX reads less of the entry than was meant
         if inherited or name in ALWAYS:
             yield Loss(MISSING, entry, Absent(name), "inherited" if inherited else "")
@@ -250,8 +250,8 @@ class ReferenceJudge:
         there."""
         own = collections.Counter(self.formats[KINDS[entry.type]].literals.split())
         if not entry.whole:
-            # BibTeX reports an error in it; what stands behind that was meant for the entry.
-            own.update(fold(self.run.library.behind(entry).replace("}", "} "), True).split())
+            # BibTeX reports an error in it; what stands after that was meant for the entry.
+            own.update(fold(self.run.library.following(entry).replace("}", "} "), True).split())
         for tag in entry.tags:
             if tag.low in shown:
                 own.update(fold(self.text(tag), True).split())
@@ -304,15 +304,15 @@ def unbalanced(text):
 
 
 def half_command(value, printed):
-    """The end of a LaTeX command of the value that stands in the printed text, behind what its
+    """The end of a LaTeX command of the value that stands in the printed text, after what its
     beginning became."""
     printed = re.sub("[{}]", "", printed)
     for match in re.finditer(
             r"([A-Za-z0-9 ]{0,6})\\([A-Za-z]{3,})(?:\{\}|\s|\{\s*)?([A-Za-z0-9]{0,6})", value):
-        before, name, behind = match.groups()
+        before, name, following = match.groups()
         for start in range(1, len(name) - 1):
-            text = re.escape(before) + "[^A-Za-z0-9 ]{0,4}" + name[start:] + re.escape(behind)
-            if (before or behind) and re.search(text, printed) and not re.search(text, value):
+            text = re.escape(before) + "[^A-Za-z0-9 ]{0,4}" + name[start:] + re.escape(following)
+            if (before or following) and re.search(text, printed) and not re.search(text, value):
                 return f"\\{name} became '{name[start:]}'"
     return ""
 

@@ -21,7 +21,7 @@ class HostileLibraries {
   /// A new library.
   std::string Next();
   /// A new library of many entries with braces too many or too few, so that their values go on over
-  /// the entries behind them, often to the end of the file.
+  /// the entries after them, often to the end of the file.
   std::string NextNested();
   /// A library that shares some of `other`'s text: parts of it, in another order or changed.
   std::string Related(std::string_view other);

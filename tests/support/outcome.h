@@ -34,7 +34,7 @@ struct Cleaning {
   Output log;
 };
 
-/// What such an operation leaves behind.
+/// What such an operation leaves after.
 struct Outcome {
   int result = 0;
   std::string library;  // without its header

@@ -26,7 +26,7 @@ struct PlainBibLibrary {
   std::vector<std::string> preambles;
   std::vector<std::string> strings;  // their texts
   std::string outside;               // what stands around all of these, white space left out
-  bool is_whole = true;              // false: it breaks the grammar behind the last of these
+  bool is_whole = true;              // false: it breaks the grammar after the last of these
 };
 
 /// Reads a library as the grammar of BibTeX is told in its manual: byte after byte, every text a

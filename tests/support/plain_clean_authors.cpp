@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_clean_authors.h"
 
-#include "ops/authors/author_lists.h"
-#include "ops/authors/author_names.h"
+#include "tests/support/plain_author_lists.h"
 #include "tests/support/plain_primitives.h"
 
 namespace tarvel::testing {
@@ -32,48 +31,6 @@ std::string WithoutEscapedBlanks(const std::string& value) {
   return result;
 }
 
-/// The new list and which of the seven flags it got, 0 for none.
-std::string NewList(const std::string& old_list, int& flag) {
-  flag = 0;
-  std::string result;
-  if (!old_list.empty() && old_list.front() == '{' && old_list.back() == '}') {
-    flag = 1;
-    result = old_list;
-  } else if (old_list.empty() || IsSingleWord(old_list)) {
-    flag = 2;
-    result = old_list;
-  } else {
-    std::string shortened = old_list;
-    bool others = false;
-    if (PlainReplaceString(shortened, "{\\ldots}", "")) others = true;
-    if (PlainReplaceString(shortened, "\\ldots", "")) others = true;
-    if (PlainReplaceString(shortened, "{\\it et al}", "")) others = true;
-    if (PlainReplaceString(shortened, "and et al.", "")) others = true;
-    if (PlainReplaceString(shortened, "and et al", "")) others = true;
-    if (PlainReplaceString(shortened, "et al.", "")) others = true;
-    if (PlainReplaceString(shortened, "et al", "")) others = true;
-    if (PlainReplaceString(shortened, "and Others", "")) others = true;
-    std::string list;
-    LowerCaseAnd(shortened, list);
-    if (ArrangeInitialsThenSurname(list, result)) {
-      flag = 3;
-    } else if (ArrangeSurnameThenInitials(list, result)) {
-      flag = 4;
-    } else if (ArrangeWordPairs(list, result)) {
-      flag = 5;
-    } else if (ArrangeCommaNames(list, result)) {
-      flag = 6;
-    } else if (ArrangeFullNames(list, result)) {
-      flag = 7;
-    } else {
-      result = list;
-    }
-    if (others) result += " {\\ldots}";
-  }
-  NormaliseParticles(result);
-  return result;
-}
-
 }  // namespace
 
 PlainAuthorFiles PlainCleanAuthors(const std::string& bytes, const std::string& path,
@@ -100,7 +57,7 @@ PlainAuthorFiles PlainCleanAuthors(const std::string& bytes, const std::string& 
     PlainReadFieldValue(line, file, value);
     const std::string old_list = WithoutEscapedBlanks(value);
     int flag = 0;
-    const std::string new_list = NewList(old_list, flag);
+    const std::string new_list = PlainNewAuthorList(old_list, flag);
     if (new_list != old_list) {
       out.log += "Function flags:";
       for (int i = 1; i <= 7; ++i) out.log += i == flag ? " 1" : " 0";

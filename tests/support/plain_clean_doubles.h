@@ -7,7 +7,7 @@
 
 namespace tarvel::testing {
 
-/// What a run of Clean doubles leaves behind.
+/// What a run of Clean doubles leaves after.
 struct DoublesOutcome {
   int result = 0;
   std::string log;

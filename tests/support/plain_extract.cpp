@@ -151,17 +151,17 @@ PlainOutcome PlainExtract(const PlainWorld& world, PlainStyles& styles) {
     outcome.Fail("Function Extract()_11 => Could not read the new BibTeX file?");
     return outcome;
   }
-  const std::string behind =
+  const std::string after =
       " not an ARTICLE, BOOK, INCOLLECTION, PHDTHESIS, MASTERTHESIS, INPROCEEDINGS. Only the "
       "latter entry types are supported.\n\nFor more details see the '_bibitems.tex' file.";
   if (unsupported == 1) {
     outcome.boxes.push_back(
-        {"One entry is not saved in the '_bibitems.tex' file, because it is" + behind,
+        {"One entry is not saved in the '_bibitems.tex' file, because it is" + after,
          "No support !"});
   } else if (unsupported > 1) {
     outcome.boxes.push_back(
         {std::to_string(unsupported) +
-             " entries are not saved in the '_bibitems.tex' file, because they are" + behind,
+             " entries are not saved in the '_bibitems.tex' file, because they are" + after,
          "No support !"});
   }
   outcome.result = 1;

@@ -21,7 +21,7 @@ struct PlainFile {
 bool PlainIsKnownEntry(std::string& line);
 bool PlainReplaceString(std::string& line, const std::string& pattern,
                         const std::string& replacement);
-/// The value behind the first "{" of `line`, which becomes the joined text.
+/// The value after the first "{" of `line`, which becomes the joined text.
 bool PlainReadFieldValue(std::string& line, PlainFile& file, std::string& value);
 
 std::string PlainUpper(const std::string& text);

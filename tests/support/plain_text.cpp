@@ -124,16 +124,16 @@ PlainOutcome PlainText(const PlainWorld& world, PlainStyles& styles) {
     outcome.Fail("Function Text()_5 => Could not read the new BibTeX file?");
     return outcome;
   }
-  const std::string behind =
+  const std::string after =
       " not an ARTICLE, BOOK, INCOLLECTION, PHDTHESIS, MASTERTHESIS, INPROCEEDINGS. Only the "
       "latter entry types are supported.\n\nFor more details see the '_text.txt' file.";
   if (unsupported == 1) {
     outcome.boxes.push_back(
-        {"One entry is not saved in the '_text.txt' file, because it is" + behind, "No support !"});
+        {"One entry is not saved in the '_text.txt' file, because it is" + after, "No support !"});
   } else if (unsupported > 1) {
     outcome.boxes.push_back(
         {std::to_string(unsupported) +
-             " entries are not saved in the '_text.txt' file, because they are" + behind,
+             " entries are not saved in the '_text.txt' file, because they are" + after,
          "No support !"});
   }
   outcome.result = 1;

@@ -338,8 +338,8 @@ std::string FindChange(const std::string& first, const std::string& second) {
   if (first == second) return {};
   const auto [one, other] = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
   constexpr std::ptrdiff_t kAround = 80;
-  const auto near = [](const std::string& text, std::string::const_iterator place) {
-    const auto from = std::max<std::ptrdiff_t>(place - text.begin() - kAround, 0);
+  const auto near = [](const std::string& text, std::string::const_iterator offset) {
+    const auto from = std::max<std::ptrdiff_t>(offset - text.begin() - kAround, 0);
     return text.substr(static_cast<std::size_t>(from), 2 * kAround);
   };
   return "preparing twice changes '" + near(first, one) + "' to '" + near(second, other) + "'";

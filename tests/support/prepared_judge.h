@@ -17,7 +17,7 @@ namespace tarvel::testing {
 ///   - every word of the library, read or not, stands in the new one or in the log;
 ///   - no line is longer than the shortest limit, unless a warning says so;
 ///   - preparing the new library changes nothing.
-/// Gives an empty text, or what was broken. What stands behind the first place that breaks BibTeX's
+/// Gives an empty text, or what was broken. What stands after the first place that breaks BibTeX's
 /// grammar is held to the last four only.
 std::string JudgePrepared(std::string_view library, const PrepareOptions& options);
 

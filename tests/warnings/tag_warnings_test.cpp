@@ -61,46 +61,46 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
 }
 
 TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
-  warnings_.NotePassedOutside(BibFileHeader, 0);
-  warnings_.NotePassedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);
+  warnings_.NoteSkippedOutside(BibFileHeader, 0);
+  warnings_.NoteSkippedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);
   EXPECT_EQ(Told(), Lines()) << "the header, also of an earlier run, and the encoding";
-  warnings_.NotePassedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
+  warnings_.NoteSkippedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
   EXPECT_EQ(Told(),
             (Lines{"text-not-copied l:3 [] text that is of no tag was not copied: 'text'",
                    "text-not-copied l:4 [] text that is of no tag was not copied: 'again'"}))
       << "a text of several lines once, and no definition of a string";
   warnings_.StartEntry("@MISC{a,\n", 50);
-  warnings_.NotePassedOutside("text\n", 60);
+  warnings_.NoteSkippedOutside("text\n", 60);
   EXPECT_EQ(Told(), Lines()) << "what follows the first head is passed line by line";
 }
 
 TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
   const std::string told = "text-not-copied l:2 [a] text that is of no tag was not copied: ";
   warnings_.StartEntry("@MISC{a,\n", 0);
-  for (const std::string_view line : {"\n", "}\n", " },\n", "}"}) warnings_.NotePassed(line, 10);
+  for (const std::string_view line : {"\n", "}\n", " },\n", "}"}) warnings_.NoteSkipped(line, 10);
   EXPECT_EQ(Told(), Lines()) << "lines that say nothing";
-  warnings_.NotePassed(" stray \n", 10);
-  warnings_.NotePassed("more\n", 20);
+  warnings_.NoteSkipped(" stray \n", 10);
+  warnings_.NoteSkipped("more\n", 20);
   EXPECT_EQ(Told(), Lines{told + "'stray'"});
   warnings_.NoteTag("year = {1},\n", "year", true, 10);
-  warnings_.NotePassed("again\n", 10);
+  warnings_.NoteSkipped("again\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'again'"});
-  warnings_.NotePassed("isbn = {1},\n", 10);
-  warnings_.NotePassed("and again\n", 10);
+  warnings_.NoteSkipped("isbn = {1},\n", 10);
+  warnings_.NoteSkipped("and again\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'and again'"}) << "an unknown tag ends the text before it, too";
   warnings_.StartEntry("@MISC{a,\n", 0);
-  warnings_.NotePassed("anew\n", 10);
+  warnings_.NoteSkipped("anew\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'anew'"});
 }
 
 TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
   warnings_.StartEntry("@MISC{a,\n", 0);
-  warnings_.NotePassed("  isbn = {1\n", 10);
-  warnings_.NotePassed("  isbn = {2\n", 20);
-  warnings_.NotePassedTag("  x = {3\n", 30);
-  warnings_.NotePassed("}\n", 40);
-  warnings_.NotePassed("}\n", 50);
-  warnings_.NotePassed("stray\n", 60);
+  warnings_.NoteSkipped("  isbn = {1\n", 10);
+  warnings_.NoteSkipped("  isbn = {2\n", 20);
+  warnings_.NoteSkippedTag("  x = {3\n", 30);
+  warnings_.NoteSkipped("}\n", 40);
+  warnings_.NoteSkipped("}\n", 50);
+  warnings_.NoteSkipped("stray\n", 60);
   warnings_.ReportTags();
   EXPECT_EQ(Told(),
             (Lines{"text-not-copied l:7 [a] text that is of no tag was not copied: 'stray'",
@@ -109,11 +109,11 @@ TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
 
 TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
   warnings_.StartEntry("@MISC{a,\n", 0);
-  warnings_.NotePassed("isbn = {1},\n", 10);
-  warnings_.NotePassedTag("keywords = {1},\n", 20);
-  warnings_.NotePassed(" keywords={1},\n", 30);
-  warnings_.NotePassed("KEYWORDS = {1},\n", 40);
-  warnings_.NotePassedTag("no tag\n", 50);
+  warnings_.NoteSkipped("isbn = {1},\n", 10);
+  warnings_.NoteSkippedTag("keywords = {1},\n", 20);
+  warnings_.NoteSkipped(" keywords={1},\n", 30);
+  warnings_.NoteSkipped("KEYWORDS = {1},\n", 40);
+  warnings_.NoteSkippedTag("no tag\n", 50);
   warnings_.ReportTags();
   EXPECT_EQ(Told(),
             (Lines{"text-not-copied l:6 [a] text that is of no tag was not copied: 'no tag'",
@@ -125,10 +125,10 @@ TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
 TEST_F(TagWarningsTest, NothingIsDoneForNobody) {
   FileWarnings nobody(nullptr, "l", kTenLines);
   TagWarnings warnings(nobody);
-  warnings.NotePassedOutside("text\n", 0);
+  warnings.NoteSkippedOutside("text\n", 0);
   warnings.StartEntry("@MISC{a\n", 0);
-  warnings.NotePassed("isbn = {1}\n", 0);
-  warnings.NotePassedTag("stray\n", 0);
+  warnings.NoteSkipped("isbn = {1}\n", 0);
+  warnings.NoteSkippedTag("stray\n", 0);
   warnings.NoteTag("numpages = {1}\n", "pages", true, 0);
   warnings.ReportTags();
 }
@@ -151,10 +151,10 @@ TEST_F(TagWarningsTest, TagsUnderOtherNamesAndTwiceAreReported) {
 
 TEST_F(TagWarningsTest, DefinitionsAreLostWhereNoEntryFollows) {
   warnings_.StartEntry("@MISC{a,\n", 0);
-  warnings_.NotePassed("@STRING{x = {y}}\n", 10);
+  warnings_.NoteSkipped("@STRING{x = {y}}\n", 10);
   warnings_.EndEntry(true);
   EXPECT_EQ(Told(), Lines()) << "it is read again";
-  warnings_.NotePassed("@STRING{x = {y}}\n", 10);
+  warnings_.NoteSkipped("@STRING{x = {y}}\n", 10);
   warnings_.EndEntry(false);
   EXPECT_EQ(Told().back(),
             "text-not-copied l:2 [] no entry follows the definition, and it was not copied: "

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <fstream>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tests/support/plain_author_lists.h"
 
 namespace tarvel {
 namespace {
@@ -46,6 +50,32 @@ TEST(ArrangeAuthorList, BringsListsOfRealLibrariesIntoTheNormalForm) {
     EXPECT_EQ(arranged, row.arranged) << "line " << row.line << ": " << row.list;
     EXPECT_EQ(static_cast<int>(form), row.flag) << "line " << row.line << ": " << row.list;
   }
+}
+
+TEST(ArrangeAuthorList, IsWhatTheRulesReadLiterallyGive) {
+  using namespace std::string_view_literals;
+  constexpr std::array kPieces{
+      "Jo"sv,    "Smith"sv,  "J."sv,   "P.-J."sv,   "JP"sv,     "J-P"sv,       "Jr"sv,
+      "Sr."sv,   "III"sv,    ","sv,    ", "sv,      " "sv,      " "sv,         "~"sv,
+      "-"sv,     ". "sv,     "{"sv,    "}"sv,       "\\"sv,     "\\'e"sv,      "{\\v s}"sv,
+      "\\vS"sv,  "{\\o}y"sv, "\\AA"sv, "\\~n"sv,    "\\. "sv,   "\xC3\x89m"sv, "\xE4"sv,
+      "Van"sv,   " De "sv,   " La "sv, "Ch"sv,      " and "sv,  " and "sv,     " and "sv,
+      " And "sv, " AND "sv,  "and"sv,  " et al."sv, "\\ldots"sv};
+  std::mt19937_64 random(7);
+  std::array<int, kAuthorForms + 1> seen{};
+  for (int run = 0; run < 20'000; ++run) {
+    std::string list;
+    for (std::size_t pieces = random() % 12; pieces-- > 0;) {
+      list += kPieces[random() % kPieces.size()];
+    }
+    std::string arranged;
+    const int form = static_cast<int>(ArrangeAuthorList(list, arranged));
+    int flag = 0;
+    ASSERT_EQ(arranged, testing::PlainNewAuthorList(list, flag)) << list;
+    ASSERT_EQ(form, flag) << list;
+    ++seen[static_cast<std::size_t>(form)];
+  }
+  for (const int times : seen) EXPECT_GT(times, 0);
 }
 
 TEST(ArrangeAuthorList, LeavesWhatItArrangedAlone) {
@@ -153,7 +183,19 @@ TEST(ArrangeCommaNames, TakesSurnameCommaFirstNames) {
       {"Smith,  JP  and Jones, B", true, "Smith, J. P. and Jones, B.", "blanks around capitals"},
       {"Smith, Jp and Jones, B", true, "Smith, J. and Jones, B.", "not all capitals"},
       {"Smith , John and", true, "Smith, J.", "no blank before the comma"},
-      {"Smith, Jr, John and", true, "Smith, J. J.", "the surname ends at the first comma"},
+      {"Smith, Junior, John and", true, "Smith, J. J.", "the surname ends at the first comma"},
+      {"King, Jr, Martin Luther and", true, "King Jr, M. L.", "a suffix between commas"},
+      {"king ,  Sr  , ML and", true, "King Sr, M. L.", "blanks around it, and capitals"},
+      {"King, II, Al and King, III, Al and King, IV, Al", true,
+       "King II, A. and King III, A. and King IV, A.", "numbers"},
+      {"King, V, Al and", true, "King, V. A.", "no other number"},
+      {"King, jr, Al and", true, "King, J. A.", "as it is written only"},
+      {"King, Jr and", true, "King, J.", "first names without a second comma"},
+      {"King, Jr, and", true, "King Jr,", "no first names after a suffix"},
+      {"King, Jr, Al, Bo and", true, "King Jr, A. B.", "more commas"},
+      {"King, , Al and", true, "King, A.", "nothing between commas"},
+      {", Jr, Al and", false, "", "a suffix without a surname"},
+      {"King, Jr., Al and", false, "", "a suffix with a '.'"},
       {"Smith, and Jones, Bob", true, "Smith, and Jones, B.", "no first names"},
       {"Sanders, John", true, "Sanders, J.", "\"and\" anywhere"},
       {"Smith, John", false, "", "an \"and\" wanted"},
@@ -173,7 +215,7 @@ TEST(ArrangeFullNames, TakesTheLastWordForTheSurname) {
       {"John~Smith", true, "Smith, J.", "a tie separates as well"},
       {"john smith", true, "Smith, J.", "upper-cased"},
       {"JP Smith", true, "Smith, J. P.", "all capitals"},
-      {"JP  Smith", true, "Smith, J. P.", "blanks behind capitals"},
+      {"JP  Smith", true, "Smith, J. P.", "blanks after capitals"},
       {"John {van der Berg}", true, "{vanderBerg}, J.", "blanks in the surname are removed"},
       {"John {a {b c} d}", true, "{a{bc}d}, J.", "in inner braces as well"},
       {"John {a~b}", true, "{a~b}, J.", "a tie in braces is none"},

@@ -52,7 +52,7 @@ TEST(CitedEntries, LinesThatOnlyLookLikeHeadsHaveRanges) {
       << "the search goes on to the entry";
 }
 
-/// A head behind byte 999 of its line is one, as lines are read in pieces.
+/// A head after byte 999 of its line is one, as lines are read in pieces.
 TEST(CitedEntries, RangesBeginWithTheLineHoweverLongItIs) {
   const std::string long_line = std::string(999, 'x') + "@misc{k,\n";
   EXPECT_EQ(Ranges(kA + long_line + "}\n" + kB, {"k"}), Texts{long_line + "}\n"});

@@ -51,7 +51,7 @@ TEST(EntryRecord, TakesKeyAndTypeToTheLetter) {
     EXPECT_EQ(record.key, c.key) << c.says;
     EXPECT_EQ(record.type, c.type) << c.says;
     EXPECT_EQ(record[Field::kNote].Text(), "") << "fields are emptied";
-    EXPECT_EQ(record[Field::kNote].Place(), 0u);
+    EXPECT_EQ(record[Field::kNote].Offset(), 0u);
   }
 }
 
@@ -158,9 +158,9 @@ TEST(TagReader, AValueMayBeginOnThePieceBehindItsBrace) {
 TEST(TagReader, TellsWhereAValueWasRead) {
   LineStream stream("x\nnote = {a}\nurl = {b}\nnote = {c}\n}\n");
   const Read read = ReadTags(stream);
-  EXPECT_EQ(read.record[Field::kNote].Place(), 23u);
-  EXPECT_EQ(read.record[Field::kUrl].Place(), 13u);
-  EXPECT_EQ(read.record[Field::kYear].Place(), 0u);
+  EXPECT_EQ(read.record[Field::kNote].Offset(), 23u);
+  EXPECT_EQ(read.record[Field::kUrl].Offset(), 13u);
+  EXPECT_EQ(read.record[Field::kYear].Offset(), 0u);
 }
 
 TEST(TagReader, AValueOfOneLineIsAViewIntoTheFile) {
@@ -191,7 +191,7 @@ TEST(TagReader, ReadsValuesAsReadFieldValueDoes) {
       Line line;
       std::string value;
       ReadLine(twin, limits::kPairLine, line);
-      if (record[Field::kTitle].Place() != 0) {
+      if (record[Field::kTitle].Offset() != 0) {
         ReadFieldValue(line, twin, value);
         ASSERT_EQ(record[Field::kTitle].Text(), value) << library;
         joined += value.find(' ') != std::string::npos ? 1 : 0;

@@ -15,7 +15,7 @@
 namespace tarvel {
 namespace {
 
-/// Reads the file in lines of at most `limit - 1` bytes and holds the value behind the first brace
+/// Reads the file in lines of at most `limit - 1` bytes and holds the value after the first brace
 /// of each line that goes on to a line feed against the one that reading gives. Gives the number of
 /// values that were looked up.
 int ExpectValuesAsRead(const std::string& file, std::size_t limit) {
@@ -37,11 +37,11 @@ int ExpectValuesAsRead(const std::string& file, std::size_t limit) {
     const auto found = joined.ValueAfter(start + brace);
     if (!found) continue;
     ++looked_up;
-    EXPECT_EQ(found->text, value) << "behind byte " << start + brace;
+    EXPECT_EQ(found->text, value) << "after byte " << start + brace;
     lines.SetPosition(found->line);
     (void)lines.ReadLine(found->limit);
-    EXPECT_EQ(lines.Position(), stream.Position()) << "behind byte " << start + brace;
-    EXPECT_EQ(lines.AtEnd(), stream.AtEnd()) << "behind byte " << start + brace;
+    EXPECT_EQ(lines.Position(), stream.Position()) << "after byte " << start + brace;
+    EXPECT_EQ(lines.AtEnd(), stream.AtEnd()) << "after byte " << start + brace;
     lines.SetPosition(start + text->size());
   }
   if (::testing::Test::HasFailure()) ADD_FAILURE() << file;
@@ -66,10 +66,10 @@ TEST(JoinedText, EndsAValueWithALineOverTheLimit) {
   for (const std::size_t size : {998U, 999U, 1000U, 24998U, 24999U, 25000U, 60000U}) {
     for (const char* before :
          {"a {1\n", "a {1\n\n", "a {1\n \n\xe4\n", "a {1\nx\n", "a {1\n\nx\n"}) {
-      for (const char* behind : {"", "\n", "}\n", "\nc {2\nd\n}\n", "{2\nd\n}\n"}) {
-        ExpectValuesAsRead(before + std::string(size, 'x') + behind, limits::kPairLine);
-        ExpectValuesAsRead(before + std::string(size, ' ') + behind, limits::kPairLine);
-        ExpectValuesAsRead(before + std::string(size - 1, ' ') + "}" + behind, limits::kPairLine);
+      for (const char* after : {"", "\n", "}\n", "\nc {2\nd\n}\n", "{2\nd\n}\n"}) {
+        ExpectValuesAsRead(before + std::string(size, 'x') + after, limits::kPairLine);
+        ExpectValuesAsRead(before + std::string(size, ' ') + after, limits::kPairLine);
+        ExpectValuesAsRead(before + std::string(size - 1, ' ') + "}" + after, limits::kPairLine);
       }
     }
   }

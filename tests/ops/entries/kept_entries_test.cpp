@@ -19,15 +19,15 @@ TEST(GroupTable, TakesAnyNumberOfGroupsAndLeavesThemInTheirPlaces) {
   for (int i = 0; i < 1000; ++i) ids.push_back("key" + std::to_string(i));
   GroupTable<Group> groups;
   EXPECT_EQ(groups.Find("key0"), nullptr);
-  std::vector<Group*> places;
+  std::vector<Group*> offsets;
   for (const std::string& id : ids) {
-    places.push_back(&groups.FindOrAdd(id));
-    places.back()->size = static_cast<int>(places.size());
+    offsets.push_back(&groups.FindOrAdd(id));
+    offsets.back()->size = static_cast<int>(offsets.size());
   }
   for (std::size_t i = 0; i < ids.size(); ++i) {
-    EXPECT_EQ(groups.Find(ids[i]), places[i]);
-    EXPECT_EQ(&groups.FindOrAdd(ids[i]), places[i]);
-    EXPECT_EQ(places[i]->size, static_cast<int>(i) + 1);
+    EXPECT_EQ(groups.Find(ids[i]), offsets[i]);
+    EXPECT_EQ(&groups.FindOrAdd(ids[i]), offsets[i]);
+    EXPECT_EQ(offsets[i]->size, static_cast<int>(i) + 1);
   }
   EXPECT_EQ(groups.Find("key1000"), nullptr);
 }

@@ -21,22 +21,22 @@ void ExpectSameAsFromTheStart(const std::string& library) {
   EntryRecord expected;
   std::size_t start = 0;
   for (Line line; ReadLine(input, limits::kPairLine, line); start = input.Position()) {
-    const std::size_t behind = input.Position();
+    const std::size_t after = input.Position();
     if (!IsKnownEntry(line)) continue;
     other.SetPosition(start);
     other.ReadLine(limits::kPairLine);
     expected.Start(line.Text());
     const EntryLineEnd end = plain.ReadEntry(other, expected);
-    const std::size_t end_place = other.Position();
+    const std::size_t end_offset = other.Position();
     EXPECT_EQ(reader.Read(input, line.Text()), end);
-    EXPECT_EQ(input.Position(), end_place);
-    EXPECT_EQ(reader.ClosedAt(end_place), end == EntryLineEnd::kClosed);
-    EXPECT_FALSE(reader.ClosedAt(end_place + 1));
+    EXPECT_EQ(input.Position(), end_offset);
+    EXPECT_EQ(reader.ClosedAt(end_offset), end == EntryLineEnd::kClosed);
+    EXPECT_FALSE(reader.ClosedAt(end_offset + 1));
     EXPECT_EQ(reader.Entry().key, expected.key);
     for (std::size_t i = 0; i < kFieldCount; ++i) {
       EXPECT_EQ(reader.Entry().fields[i].Text(), expected.fields[i].Text()) << "field " << i;
     }
-    input.SetPosition(behind);
+    input.SetPosition(after);
   }
   if (::testing::Test::HasFailure()) ADD_FAILURE() << library;
 }

@@ -63,7 +63,7 @@ TEST(BraceJournalValue, PutsBracesAroundWhatHasNone) {
       {"journal = \"PRB\",\n", "journal = { \"PRB\"},\n", "quotes stay inside"},
       {"journal=PRB, year=2001\n", "journal= {PRB},\n", "what follows the first comma goes"},
       {"journal = PRB\n", "journal = { PRB\n},\n",
-       "without a comma the braces close behind the end"},
+       "without a comma the braces close after the end"},
       {"journal = PRB", "journal = { PRB},\n", "be there no line break"},
       {"a = b = c == d,", "a = { b = { c = {= { d},\n", "every \"=\" opens"},
       {"a, b = c\n", "a},\n", "even none"},

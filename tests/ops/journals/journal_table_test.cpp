@@ -211,7 +211,7 @@ TEST(JournalTable, SearchesInItsOrder) {
 TEST(JournalTable, SearchesTwentyVariationsOfAJournalAndCountsAll) {
   std::vector<std::string> many;
   for (int i = 1; i <= 45; ++i) many.push_back(Numbered('v', i));
-  // The rows behind the twentieth give way to the next journals', or are behind the last one.
+  // The rows after the twentieth give way to the next journals', or are after the last one.
   const JournalTable table =
       TableOf("START\n" + Block("a", "b", many) + Block("c", "d") + Block("e", "f", many));
   EXPECT_EQ(Listed(table), "a|b|45\nc|d|0\ne|f|45\n");

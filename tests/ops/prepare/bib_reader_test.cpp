@@ -25,7 +25,7 @@ Lines Read(const std::string& library) {
     for (const std::string_view name : item.undefined) line.append(" ?").append(name);
     if (!item.fault.empty()) {
       line.append(" ! ").append(item.fault).append(" at ");
-      line.append(library.substr(item.fault_place, 5));
+      line.append(library.substr(item.fault_offset, 5));
     }
     lines.push_back(line);
   }

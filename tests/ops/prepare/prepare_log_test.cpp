@@ -25,7 +25,7 @@ TEST(PrepareLog, WarnsOfTheEntryThatWasStarted) {
   PrepareLog log("bytes", [&](const PrepareWarning& warning) {
     told.append(warning.key).append("|").append(warning.text).append("\n");
     EXPECT_EQ(warning.kind, WarningKind::kMisreadKey);
-    EXPECT_EQ(warning.place, 3U);
+    EXPECT_EQ(warning.offset, 3U);
   });
   log.StartEntry("k", 0);
   log.Warn(WarningKind::kMisreadKey, 3, "of the entry");

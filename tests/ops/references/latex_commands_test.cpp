@@ -46,7 +46,7 @@ TEST(CreateTextLaTeXArray, ReadsCommandsAndReplacements) {
   const FileCase cases[] = {
       {"", {}, "an empty file"},
       {"\\a b\n", {}, "without START there are no rows"},
-      {"\\a b\nhere it will START:\n\\c d\n", {{"\\c", "d"}}, "rows begin behind that line"},
+      {"\\a b\nhere it will START:\n\\c d\n", {{"\\c", "d"}}, "rows begin after that line"},
       {"START\nSTART x\n", {{"START", "x"}}, "a second START is a row"},
       {"start\n\\a b\n", {}, "the word is in capitals"},
       {"START\n\\a\tb\n", {{"\\a", "b"}}, "a tab ends the command"},
@@ -111,7 +111,7 @@ TEST(ApplyLaTeXCommands, AppliesRowAfterRow) {
       {"#a", "#a b\n", "#a", "not even to such a text"},
       {"a", "a b\nb c\n", "c", "a row sees what those before it left"},
       {"a", "b c\na b\n", "b", "not what those after it left"},
-      {"ab", "a x\nab y\nxb z\n", "z", "a short command eats into a long one behind it"},
+      {"ab", "a x\nab y\nxb z\n", "z", "a short command eats into a long one after it"},
       {"abab", "ab x\n", "xab", "the byte after a replacement begins no match"},
       {"abab", "ab x\nab x\n", "xx", "so a row that stands twice replaces both"},
       {"aab", "ab x\n", "aab", "a match inside a partial one is missed"},
