@@ -2,6 +2,7 @@
 """Judges of the operations that write a library: each says what of the input does not stand in the
 outputs as the operation promises, and is not named in the log either."""
 import bisect
+import collections
 import dataclasses
 import re
 
@@ -211,10 +212,12 @@ def clean_characters(run):
     output = read_output(run, "_char.bib")
     found = re.findall(r"in line (\d+) and row (\d+)\n", log_of(run, "_char.log"))
     logged = {(int(line), int(column)) for line, column in found}
-    entries, breaks = Entries(output, run.library), Breaks(run, output)
 
     def cleaned(text):
         return BAD.sub("?", text)
+
+    entries = Entries(output, run.library, lambda entry: cleaned(entry.key))
+    breaks = Breaks(run, output)
 
     def rest_of_line(tag):
         return run.library.text[tag.end:run.library.line_end(tag.end)]
@@ -230,7 +233,7 @@ def clean_characters(run):
         return True
 
     for entry in run.library.entries:
-        new = entries.take(entry, cleaned(entry.key), cleaned)
+        new = entries.take(entry, cleaned)
         if not new:
             yield breaks.of(entry_gone(entry, output))
             continue
@@ -261,11 +264,15 @@ def removed_tags(run):
 def clean_tags(run):
     output = read_output(run, "_tag.bib")
     breaks = Breaks(run, output)
-    entries, removed = Entries(output, run.library), removed_tags(run)
-    for entry in run.library.entries:
+
+    def key_of(entry):
+        """A head without its comma loses the last letter of the key."""
         head = run.library.lines(entry.line, entry.line).rstrip("\r\n")
-        # Without its comma it loses the key's last letter.
-        new = entries.take(entry, entry.key[:-1] if head.endswith(entry.key) else None)
+        return entry.key[:-1] if head.endswith(entry.key) else entry.key
+
+    entries, removed = Entries(output, run.library, key_of), removed_tags(run)
+    for entry in run.library.entries:
+        new = entries.take(entry)
         if not new:
             if {tag.low for tag in entry.tags} > {"owner", "timestamp"} or not entry.whole:
                 yield breaks.of(entry_gone(entry, output))
@@ -456,8 +463,8 @@ def clean_doubles(run):
     yield from orphans(run, output.entries)
     for loss in texts(run, output):
         # What BibTeX does not read of a dropped entry went with it, and so did an entry of which it
-        # cannot read the head: the log says so.
-        if getattr(loss.entry, "key", "") in same:
+        # cannot read the head: the log says so, or names its new key.
+        if getattr(loss.entry, "key", "") in same | renames:
             continue
         if loss.tag is None or not any(loss.tag.line in lines for lines in dropped):
             yield loss
@@ -499,7 +506,11 @@ def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
     entries, breaks = Entries(output), Breaks(run, output)
+    heads = collections.Counter(head.group(1) for head in HEADS.finditer(run.library.text))
+    heads.subtract(entry.key for entry in run.library.entries)
     for entry, lines in run.cited():
+        if heads[entry.key] > 0:
+            continue  # another one of its key, which BibTeX cannot read, may be the one that is taken
         new = entries.take(entry)
         if new:
             # Of entries of one key any one may be taken.
