@@ -78,7 +78,7 @@ KINDS = {
     "carried-over": near(OF_ENTRY, FOREIGN, MISSING),
     "value-missing": near(TAG, GONE, MISSING),
     "detail-missing": near(TAG, GONE, MISSING),
-    "unbalanced": near(OF_ENTRY, UNBALANCED),
+    "unbalanced": near(OF_ENTRY, UNBALANCED) | near(TAG, GONE),
     "nothing-printed": near(OF_ENTRY, ENTRY),
     "raw-editors": {},
     "command-cut": near(OF_ENTRY, HALF),
@@ -104,7 +104,7 @@ KINDS = {
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
-    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN),
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN) | near(LINE, TEXT),
     "large-output": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
 }

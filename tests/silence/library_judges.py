@@ -396,6 +396,26 @@ def copied(run, entry, entries, key=None):
     return False
 
 
+def compared_text(name, text):
+    """What of a value is compared: of pages the first one."""
+    return plain(text.partition("-")[0] if name == "pages" else text)
+
+
+def is_cut(entry, entries):
+    """Whether the first of its tags, but not all, are copied: it is no double then."""
+    own = [(tag.low, tag.text) for tag in entry.tags]
+    return any(0 < len(other.tags) < len(own)
+               and own[:len(other.tags)] == [(tag.low, tag.text) for tag in other.tags]
+               for other in entries.by_key.get(entry.key, ()))
+
+
+def unread_heads(library):
+    """How many entries of each key BibTeX cannot read in a library."""
+    heads = collections.Counter(head.group(1).upper() for head in HEADS.finditer(library.text))
+    heads.subtract(entry.key.upper() for entry in library.entries)
+    return heads
+
+
 def differences(entry, kept):
     """What a dropped entry says of its identity, or of what was compared, that the kept one does not.
     """
@@ -403,7 +423,8 @@ def differences(entry, kept):
     for tag in entry.tags:
         if tag.low in IDENTITY + compared and plain(tag.text):
             values = kept.values(tag.low)
-            same = plain(tag.text) in [plain(text) for text in values]
+            same = compared_text(tag.low, tag.text) in [compared_text(tag.low, text)
+                                                        for text in values]
             what = DIFFERS if tag.low in IDENTITY else VERDICT
             # Of a kept entry that is not whole BibTeX reads less than stands there.
             if not same and (values or what == DIFFERS and kept.whole):
@@ -446,7 +467,7 @@ def clean_doubles(run):
             continue
         stays = [other for key in same.get(entry.key, ()) for other in kept.get(key, ())
                  if other is not entry]
-        if stays:
+        if stays and not is_cut(entry, entries):
             yield from closest(entry, stays)
             following = run.library.following(entry).count("\n")
             dropped.append(range(entry.line, entry.last + following + 1))
@@ -477,7 +498,7 @@ def compare(run):
     log = log_of(run, "_comp.log")
     same = verdicts(log, (r" - Exactly the same : ", r" - Probably the same : ",
                           r" - One of the two entries \("))
-    found = {}
+    found, unread = {}, unread_heads(run.other)
     for first, seconds in same.items():
         for second in seconds:
             found.setdefault(second, []).append(first)
@@ -489,9 +510,10 @@ def compare(run):
         if copied(run, entry, missing):
             continue
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
-        if stays:
-            yield from closest(entry, stays)
-        elif entry.key.upper() not in found:  # else the log names one that BibTeX cannot read
+        if stays and not is_cut(entry, missing):
+            if unread[entry.key.upper()] <= 0:  # else it may have been compared with another one
+                yield from closest(entry, stays)
+        elif stays or entry.key.upper() not in found:  # else the log names one that BibTeX cannot read
             later.append(entry)
     breaks = Breaks(run, output)
     for entry in later:
@@ -506,10 +528,9 @@ def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
     entries, breaks = Entries(output), Breaks(run, output)
-    heads = collections.Counter(head.group(1) for head in HEADS.finditer(run.library.text))
-    heads.subtract(entry.key for entry in run.library.entries)
+    unread = unread_heads(run.library)
     for entry, lines in run.cited():
-        if heads[entry.key] > 0:
+        if unread[entry.key.upper()] > 0:
             continue  # another one of its key, which BibTeX cannot read, may be the one that is taken
         new = entries.take(entry)
         if new:
