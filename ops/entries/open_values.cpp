@@ -15,19 +15,19 @@ constexpr std::size_t kLongest = limits::kShortLine - 2;
 
 }  // namespace
 
-std::optional<OpenValues::Place> OpenValues::Pass(std::string_view bytes, std::size_t line,
-                                                  int depth) {
+std::optional<OpenValues::Passed> OpenValues::Pass(std::string_view bytes, std::size_t line,
+                                                   int depth) {
   if (line % kBlockSize > kLongest) return std::nullopt;  // not the first line of a block
-  Place place{line, depth};
-  for (std::size_t number = line / kBlockSize; place.line < bytes.size(); ++number) {
+  Passed passed{line, depth};
+  for (std::size_t number = line / kBlockSize; passed.line < bytes.size(); ++number) {
     if (number >= blocks_.size()) blocks_.resize(number + 1);
     if (!blocks_[number]) blocks_[number] = BlockAt(bytes, number);
     const Block& block = *blocks_[number];
-    const bool passes = block.can_be_passed && block.begin == place.line;
-    if (!passes || place.depth + block.lowest <= 0) break;
-    place = {block.end, place.depth + block.change, block.ends_blank};
+    const bool passes = block.can_be_passed && block.begin == passed.line;
+    if (!passes || passed.depth + block.lowest <= 0) break;
+    passed = {block.end, passed.depth + block.change, block.ends_blank};
   }
-  return place.line > line ? std::optional(place) : std::nullopt;
+  return passed.line > line ? std::optional(passed) : std::nullopt;
 }
 
 OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number) {

@@ -14,7 +14,7 @@ namespace tarvel {
 class OpenValues {
  public:
   /// Where the lines that were passed end, at the start of a line.
-  struct Place {
+  struct Passed {
     std::size_t line = 0;
     int depth = 0;             // of the braces there
     bool after_blank = false;  // the last line that was passed is blank
@@ -22,7 +22,7 @@ class OpenValues {
   /// Passes lines of `bytes` from the one that begins at `line` on, where `depth` braces are open,
   /// by whole blocks: as long as none closes the value and none is longer than 998 bytes, which any
   /// reader takes at once. Nothing where no line can be passed.
-  std::optional<Place> Pass(std::string_view bytes, std::size_t line, int depth);
+  std::optional<Passed> Pass(std::string_view bytes, std::size_t line, int depth);
   /// The bytes from `begin` to `end` are new.
   void Forget(std::size_t begin, std::size_t end);
 
