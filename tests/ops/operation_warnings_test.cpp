@@ -398,6 +398,12 @@ const Case kCases[] = {
       "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
       "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
       "copied: '@string{s = {x}}'"}},
+    {"clean-tags",
+     "mine\n@misc{,\n  note = {y},\n}\ntext\n@misc{d,\n}\n",
+     "",
+     {"text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'mine'",
+      "entry-dropped lit.bib:2 [] an entry without a key was dropped",
+      "text-not-copied lit.bib:5 [] text that is of no tag was not copied: 'text'"}},
 };
 
 Lines Told(const Case& c) {
