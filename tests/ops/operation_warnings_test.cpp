@@ -354,6 +354,56 @@ const Case kCases[] = {
       "value-missing lit_extract.bib:10 [a] the reference shows nothing for 'journal'; 'crossref' "
       "is "
       "not followed"}},
+    {"clean-tags",
+     "@misc{a,\n  doi = {1} % mine\n}\n@misc{b,\n  year =\n    {x}\n} % end\n"
+     "@misc{\n  note = {y}}\ntext\n@misc{d,\n}\n",
+     "",
+     {"unbraced-value lit.bib:5 [b] the value of 'year' does not begin on the line of its name and "
+      "is read as empty",
+      "broken-head lit.bib:8 [] the key does not stand on the first line of the entry and is not "
+      "read; put it there, with a comma after it",
+      "text-not-copied lit.bib:2 [a] text after a value was not copied: '% mine'",
+      "text-not-copied lit.bib:6 [b] text that is of no tag was not copied: '{x}'",
+      "text-not-copied lit.bib:7 [b] text that is of no tag was not copied: '} % end'",
+      "entry-dropped lit.bib:8 [] an entry without a key was dropped",
+      "text-not-copied lit.bib:10 [] text that is of no tag was not copied: 'text'"}},
+    {"clean-doubles",
+     "@book{a,\n  author = {A},\n  title = {B},\n  year = {1},\n  doi = {1},\n}\n"
+     "@book{b,\n  author = {A},\n  title = {B},\n  year = {1},\n  note = {\\url{x%\n}},\n"
+     "  doi = {2}}\n@comment{x}\nand y\n@misc{c,\n  url = {z},\n}\n"
+     "@report{d,\n  note = {u}}\ntext\n@misc{e,\n  url = {w},\n}\n",
+     "",
+     {"runs-on lit.bib:7 [b] no line that begins with \"}\" ends the entry before the next entry",
+      "unknown-type lit.bib:19 [d] '@report' starts no entry: its lines belong to none, or to the "
+      "entry before",
+      "dropped-differs lit.bib:7 [b] the entry was dropped as a double of 'a', but they differ in "
+      "'doi'; look whether it is another work",
+      "text-not-copied lit.bib:14 [] text after a dropped entry was not copied: '@comment{x}'",
+      "entry-dropped lit.bib:16 [c] the entry was taken for a part of 'b', which does not end "
+      "before "
+      "it, and is not in the new library",
+      "text-not-copied lit.bib:19 [] text outside entries was not copied: '@report{d,'",
+      "text-not-copied lit.bib:21 [] text outside entries was not copied: 'text'"}},
+    {"clean-authors",
+     "@misc{a,\n  author = {{\\v S}tefan De Strau{\\ss}},\n}\n",
+     "",
+     {"doubtful-name lit.bib:2 [a] the list of authors was rearranged, look at it: '{\\v S}tefan "
+      "De "
+      "Strau{\\ss}' has another surname now"}},
+    {"extract",
+     "@string{s = {x}}\n@misc{a,\n  note = {T}}\n@report{b,\n  journal = s,\n}\n",
+     "\\cite{a}\n\\cite{b}\n",
+     {"unknown-type lit.bib:4 [b] '@report' starts no entry: its lines belong to none, or to the "
+      "entry before",
+      "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
+      "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
+      "copied: '@string{s = {x}}'"}},
+    {"clean-tags",
+     "mine\n@misc{,\n  note = {y},\n}\ntext\n@misc{d,\n}\n",
+     "",
+     {"text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'mine'",
+      "entry-dropped lit.bib:2 [] an entry without a key was dropped",
+      "text-not-copied lit.bib:5 [] text that is of no tag was not copied: 'text'"}},
 };
 
 Lines Told(const Case& c) {
