@@ -11,6 +11,7 @@
 #include "ops/authors/author_lists.h"
 #include "ops/operations.h"
 #include "warnings/author_reasons.h"
+#include "warnings/bibtex_names.h"
 #include "warnings/library_scan.h"
 #include "warnings/line_tags.h"
 
@@ -134,7 +135,9 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t offset, Aut
                      "the list of authors is of no known form: " + reason);
   }
   const bool is_plain = form == AuthorForm::kBraced || form == AuthorForm::kSingleWord;
-  const std::string doubt = is_plain ? std::string() : WhyDoubtful(old_list_, new_list_);
+  // Of lists that are not rearranged a particle's letters may have changed.
+  const std::string doubt =
+      is_plain ? WhatChanged(old_list_, new_list_) : WhyDoubtful(old_list_, new_list_);
   if (!doubt.empty()) {
     warnings_.Report(WarningKind::kDoubtfulName, offset, key_,
                      "the list of authors was rearranged, look at it: " + doubt);

@@ -102,8 +102,9 @@ class DoubleCleaner {
   std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
-  std::size_t swallowed_ = 0;  // up to where entries within dropped ones are reported
-  bool in_text_ = false;       // the line before was outside entries, and reported
+  std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
+  bool in_text_ = false;           // the line before was outside entries, and reported
+  std::ptrdiff_t text_depth_ = 0;  // of the braces that are open there
   int not_written_ = 0;
 };
 
@@ -287,13 +288,16 @@ void DoubleCleaner::ReportAfterEntry() {
 void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
   if (!input_warnings_.Wanted()) return;
   const std::string_view text = Trim(line, kBlanks);
-  const bool starts_own = text.starts_with('@');
-  const bool says_nothing = text == "}" || text == ")" || IsFileHeader(text);
+  const bool starts_own = text.starts_with('@') || text.starts_with('}');
+  if (starts_own) text_depth_ = 0;
+  const bool is_command = text_depth_ > 0 || text.starts_with('@');
+  text_depth_ += OpenBraces(text);
+  const bool says_nothing = IsFileHeader(Trim(text, "}),"));
   if (!says_nothing && (starts_own || !in_text_)) {
     input_warnings_.Report(WarningKind::kTextNotCopied, start, {},
                            "text outside entries was not copied: " + Quoted(text));
   }
-  in_text_ = !says_nothing;
+  in_text_ = !says_nothing && !(is_command && text_depth_ <= 0);  // what follows a command is new
 }
 
 /// Reports why the run ends with the entry that begins at `start`.

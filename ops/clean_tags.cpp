@@ -236,6 +236,7 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
     return std::nullopt;
   }
   ReadValue(line);
+  warnings_.NoteAfterValue(line.Text(), value_.Text(), input_.Position() - 1);
   SqueezeTagName(CopyUntilChar(line.Text(), '='), name);
   const int tag = tags_.First(name);
   if (tag < 0) {

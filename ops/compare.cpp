@@ -154,16 +154,17 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
   const std::size_t start = second_.Start();
   const std::string_view known_bytes = first_stream_.Bytes();
   const bool copies = AreCopies(bytes.substr(start), known_bytes.substr(known.start));
-  ReportVerdict(
-      {.key = second_.Entry().key,
-       .other = known.key,
-       .offset = start,
-       .verdict = "is taken for the first library's entry"},
-      same_key ? std::vector<Misread>() : MisreadValues(known.rule->group, second_.Entry(), bytes),
-      copies ? std::vector<std::string_view>()
-             : DifferingTags(EntryTextAt(bytes, start), EntryTextAt(known_bytes, known.start),
-                             &verdict != &known.rule->missing),
-      second_warnings_);
+  const std::vector<Misread> misread = MisreadValues(known.rule->group, second_.Entry(), bytes);
+  const bool compared = &verdict != &known.rule->missing && (!same_key || misread.empty());
+  ReportVerdict({.key = second_.Entry().key,
+                 .other = known.key,
+                 .offset = start,
+                 .verdict = "is taken for the first library's entry"},
+                same_key ? std::vector<Misread>() : misread,
+                copies ? std::vector<std::string_view>()
+                       : DifferingTags(EntryTextAt(bytes, start),
+                                       EntryTextAt(known_bytes, known.start), compared),
+                second_warnings_);
   ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, swallowed_,
                   second_warnings_);
 }

@@ -176,7 +176,9 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
       if (parent && !copied.Has(*parent)) {
         ReportMissingParent(text, range.begin, *parent, warnings);
       }
-      if (counts.unbraced != unbraced) AddMacros(text, macros);
+      // The values of an entry of an unknown type are not counted.
+      std::string head(LineAt(text, 0));
+      if (counts.unbraced != unbraced || !IsKnownEntry(head)) AddMacros(text, macros);
     };
   }
   const int found =

@@ -7,12 +7,10 @@ void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint
                        std::string_view why) {
   constexpr std::uint64_t kMegabyte = 1'000'000;
   if (!run.warnings || bytes < kLargeOutput) return;
-  run.reporter.Warn(std::string("warning: the file '")
-                        .append(path)
-                        .append("' may become large, up to about ")
-                        .append(std::to_string(bytes / kMegabyte))
-                        .append(" MB: ")
-                        .append(why));
+  const std::string text = "may become large, up to about " + std::to_string(bytes / kMegabyte) +
+                           " MB: " + std::string(why);
+  run.warnings->Report(
+      {.kind = WarningKind::kLargeOutput, .file = path, .line = 0, .key = {}, .text = text});
 }
 
 void KeptStrings::AddUpTo(std::size_t entry) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/text_primitives.h"
+#include "core/value_reader.h"
 #include "warnings/line_tags.h"
 
 namespace tarvel {
@@ -49,6 +50,7 @@ void TagWarnings::EndEntry(bool at_next_head) {
 void TagWarnings::SkipEntry(std::string_view library, std::size_t offset) {
   key_.clear();
   in_entries_ = false;
+  in_text_ = false;
   if (offset < dropped_end_) return;
   std::ptrdiff_t depth = 0;
   for (dropped_end_ = library.substr(0, offset).rfind('\n') + 1; dropped_end_ < library.size();
@@ -133,6 +135,21 @@ void TagWarnings::NoteTag(std::string_view line, std::string_view known, bool wa
   written_.emplace_back(known, name.empty() ? "text" : name);
 }
 
+void TagWarnings::NoteAfterValue(std::string_view line, std::string_view value,
+                                 std::size_t offset) {
+  if (!warnings_.Wanted()) return;
+  const std::size_t end = line.find('{') + 1 + value.size();
+  const bool ends_so = end < line.size() && line[end] == '}';
+  const std::string_view plain = ends_so ? Trim(line.substr(end + 1), ", \t\r\n}") : line;
+  if (plain.empty()) return;
+  const std::string_view rest = Trim(TextAfterValue(line), ", \t\r\n}");
+  // A further tag has a warning of its own, and so has a value in quotes or of several pieces.
+  if (line.substr(0, line.find('{')).find('"') != std::string_view::npos) return;
+  if (rest.empty() || rest.starts_with('#') || rest.find('=') != std::string_view::npos) return;
+  warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
+                   "text after a value was not copied: " + Quoted(rest));
+}
+
 void TagWarnings::ReportRenamed(std::string_view name, std::string_view known, std::size_t offset) {
   if (warnings_.ReportNumber(WarningKind::kRenamedTag)) return;
   const std::string what = name.empty() ? "a line of text" : "the tag " + Quoted(name);
@@ -148,16 +165,17 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t offset) {
   return true;
 }
 
-/// Reports the first line of a text.
+/// Reports the first line of a text. After the brace that ends an entry another text begins.
 void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
   const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);
-  const bool begins = !says_nothing && (!in_text_ || text.starts_with('@'));
+  const bool begins =
+      !says_nothing && (!in_text_ || text.starts_with('@') || text.starts_with('}'));
   if (begins && !warnings_.ReportNumber(WarningKind::kTextNotCopied)) {
     warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
                      "text that is of no tag was not copied: " + Quoted(text));
   }
-  in_text_ = !says_nothing;
+  in_text_ = !says_nothing && OpenBraces(text) >= 0;
 }
 
 void TagWarnings::ReportTags() {

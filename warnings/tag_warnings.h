@@ -37,6 +37,9 @@ class TagWarnings {
   void NoteSkippedTag(std::string_view line, std::size_t offset);
   /// The tag of a line was taken for the tag `known`, which was written or not.
   void NoteTag(std::string_view line, std::string_view known, bool was_written, std::size_t offset);
+  /// The value was read from this line, to which those that it goes on in are joined; its last line
+  /// in the library ends at `offset`.
+  void NoteAfterValue(std::string_view line, std::string_view value, std::size_t offset);
   /// Tells of each unknown tag how often it was dropped.
   void ReportTags();
 

@@ -58,6 +58,7 @@ enum class WarningKind : std::uint8_t {
   kUnknownTag,
   kEntryDropped,
   kTextNotCopied,
+  kLargeOutput,
   kUnreadText,
   kUndefinedString,
   kMissingParent,
@@ -85,7 +86,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 53;
+inline constexpr std::size_t kWarningKindCount = 54;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -141,6 +142,7 @@ inline constexpr auto kWarningKinds = [] {
       {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
       {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
       {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},
+      {"large-output", kNote, kRun, "new files that may become large"},
       {"unread-text", kLoss, kRun, "commands that could not be read to their end"},
       {"undefined-string", kLoss, kRun, "strings that are not defined"},
       {"missing-parent", kLoss, kRun, "cross-references to no entry"},

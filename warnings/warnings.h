@@ -109,8 +109,9 @@ struct WarningOutputs {
 };
 
 /// Counts the warnings of a run and keeps a few examples of each kind, which `ReportSummary` sends
-/// to the reporter; sends all of them to a file, or at once to the reporter, where that is asked
-/// for. In the file controls are escaped, a backslash is doubled and keys are cut.
+/// to the reporter; a warning of a large file to come is sent at once, as it helps only then; sends
+/// all of them to a file, or at once to the reporter, where that is asked for. In the file controls
+/// are escaped, a backslash is doubled and keys are cut.
 class WarningReport final : public Warnings {
  public:
   /// How many examples of each kind are kept.

@@ -50,14 +50,14 @@ std::string_view AfterKey(std::string_view entry) {
   return entry.substr(std::min(entry.find(','), entry.size()));
 }
 
-/// What the entry has for the identifying tags, in their order.
-std::array<std::string, kIdentifyingTags.size()> IdentifyingValues(std::string_view entry) {
-  std::array<std::string, kIdentifyingTags.size()> values;
+/// All that the entry has for the identifying tags, in their order.
+std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
+    std::string_view entry) {
+  std::array<std::vector<std::string>, kIdentifyingTags.size()> values;
   for (const LineTag& tag : TagsOf(AfterKey(entry))) {
     for (std::size_t i = 0; i < kIdentifyingTags.size(); ++i) {
-      if (values[i].empty() && EqualNoCase(tag.name, kIdentifyingTags[i])) {
-        values[i] = Essence(tag.value);
-      }
+      if (!EqualNoCase(tag.name, kIdentifyingTags[i])) continue;
+      if (std::string value = Essence(tag.value); !value.empty()) values[i].push_back(value);
     }
   }
   return values;
@@ -87,7 +87,17 @@ void ReportMisread(const std::vector<Misread>& values, std::string_view key,
 
 std::string_view EntryTextAt(std::string_view library, std::size_t start) {
   const std::string_view text = library.substr(start);
-  return text.substr(0, text.find("\n}"));
+  std::size_t end = std::min(text.find("\n}"), text.size());
+  std::ptrdiff_t depth = OpenBraces(text.substr(0, end));
+  if (depth <= 1) return text.substr(0, end);
+  // The line is one of a value's: the entry goes on, at most to the next one.
+  const std::size_t next = std::min(text.find("\n@"), text.size());
+  while (end < next && depth > 1) {
+    const std::size_t more = std::min(text.find("\n}", end + 1), next);
+    depth += OpenBraces(text.substr(end, more - end));
+    end = more;
+  }
+  return text.substr(0, end);
 }
 
 bool AreCopies(std::string_view one, std::string_view two) {
@@ -103,7 +113,11 @@ std::vector<std::string_view> DifferingTags(std::string_view one, std::string_vi
   const auto second = IdentifyingValues(two);
   std::vector<std::string_view> differing;
   for (std::size_t i = 0; i < (compared ? kAlwaysIdentifying : kIdentifyingTags.size()); ++i) {
-    if (!first[i].empty() && first[i] != second[i]) differing.push_back(kIdentifyingTags[i]);
+    const auto is_kept = [&](const std::string& value) {
+      return std::find(second[i].begin(), second[i].end(), value) != second[i].end();
+    };
+    const bool all = std::all_of(first[i].begin(), first[i].end(), is_kept);
+    if (!all) differing.push_back(kIdentifyingTags[i]);
   }
   return differing;
 }
@@ -112,11 +126,25 @@ void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::s
                      std::size_t& reported, FileWarnings& warnings) {
   std::size_t at = std::max(lines.begin, reported > 0 ? reported - 1 : 0);
   reported = std::max(reported, lines.end);
+  // Where the lines before are reported already, what is open there is not known: something is.
+  std::ptrdiff_t depth = at == lines.begin ? OpenBraces(LineAt(library, at)) : 1;
+  bool in_text = false;
   while ((at = library.find('\n', at) + 1) != 0 && at < lines.end) {
     const std::string_view line = LineAt(library, at);
-    if (line.find('@') == std::string_view::npos) continue;
-    std::string upper(line);
-    if (!IsKnownEntry(upper)) continue;
+    const bool is_text = depth <= 0 && !IsFileHeader(Trim(line, "}) \t\r\n"));
+    depth = std::max<std::ptrdiff_t>(depth, 0) + OpenBraces(line);
+    std::string upper(line.find('@') == std::string_view::npos ? std::string_view() : line);
+    if (!IsKnownEntry(upper)) {
+      if (is_text && !in_text) {
+        warnings.Report(
+            WarningKind::kTextNotCopied, at, {},
+            "text after a dropped entry was not copied: " + Quoted(Trim(line, kBlanks)));
+      }
+      in_text = is_text;
+      continue;
+    }
+    depth = OpenBraces(line);
+    in_text = false;
     warnings.Report(WarningKind::kEntryDropped, at, CopyUntilChar(line, '{', ','),
                     "the entry was taken for a part of " + Quoted(key) +
                         ", which does not end before it, and is not in the new library");

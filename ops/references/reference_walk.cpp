@@ -9,6 +9,7 @@
 #include "core/value_reader.h"
 #include "ops/references/author_format.h"
 #include "ops/references/reference_format.h"
+#include "warnings/line_tags.h"
 
 namespace tarvel {
 
@@ -209,9 +210,25 @@ void ReferenceWalk::ReadTagsOfLine(const EntryKind& kind) {
     const std::size_t after_line = library_.Position();
     ReadFieldValue(line_, library_, values_[tag.value]);
     warnings_.NoteRead(tag.value, tag.name, line_.Text(), after_line - 1);
+    if (library_.Position() != after_line) ReportSwallowed(tag, after_line);
     Treat(tag);
     // A value over several lines has made the current line longer: more tags may stand on it.
     if (library_.Position() != after_line) found = kind.names.Find(line_.Text());
+  }
+}
+
+/// Reports the entries that begin in the lines of a value, which goes on from the byte at `start`.
+void ReferenceWalk::ReportSwallowed(const TagRead& tag, std::size_t start) {
+  if (!warnings_.Wanted()) return;
+  const std::string_view text = library_.Bytes().substr(0, library_.Position());
+  for (std::size_t at = text.find('@', start); at < text.size(); at = text.find('@', at)) {
+    const std::size_t begin = text.rfind('\n', at) + 1;
+    const std::string_view line = LineAt(text, begin);
+    std::string upper(line);
+    if (IsKnownEntry(upper)) {
+      warnings_.ReportSwallowed(tag.name, begin, CopyUntilChar(line, '{', ','));
+    }
+    at = begin + line.size();
   }
 }
 

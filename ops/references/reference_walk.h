@@ -88,6 +88,7 @@ class ReferenceWalk {
   void PassUnsupported(std::string_view key, std::string_view type_word);
   void ReadTags(const EntryKind& kind);
   void ReadTagsOfLine(const EntryKind& kind);
+  void ReportSwallowed(const TagRead& tag, std::size_t start);
   bool Skips(const TagRead& tag) const;
   void Treat(const TagRead& tag);
 

@@ -72,6 +72,13 @@ void ReferenceWarnings::NoteRead(ReferenceValue value, std::string_view name, st
   }
 }
 
+void ReferenceWarnings::ReportSwallowed(std::string_view tag, std::size_t offset,
+                                        std::string_view key) {
+  warnings_.Report(WarningKind::kNothingPrinted, offset, key,
+                   "no reference was printed: the entry was taken for a part of the " +
+                       Quoted(tag) + " of " + Quoted(key_));
+}
+
 void ReferenceWarnings::NoteCut(ReferenceValue value, std::string_view command) {
   SourceOf(value).cut = command;
 }

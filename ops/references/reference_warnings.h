@@ -26,6 +26,8 @@ class ReferenceWarnings {
   /// that of the tag `name`.
   void NoteRead(ReferenceValue value, std::string_view name, std::string_view line,
                 std::size_t offset);
+  /// The entry of this key, which begins at `offset`, was read as a part of the value of `tag`.
+  void ReportSwallowed(std::string_view tag, std::size_t offset, std::string_view key);
   /// `command` of a value is about to be replaced in part.
   void NoteCut(ReferenceValue value, std::string_view command);
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
@@ -15,7 +16,7 @@ namespace {
 
 using testing::MemoryFiles;
 
-/// What a run warns of on the terminal.
+/// The warning of a large file that a run gives.
 std::string WarnedOf(int (*operation)(const RunContext&), const std::string& library,
                      bool keep_strings = false) {
   testing::RecordingReporter reporter;
@@ -27,8 +28,9 @@ std::string WarnedOf(int (*operation)(const RunContext&), const std::string& lib
   run.warnings = &warnings;
   if (keep_strings) run.settings.RemoveJournalStrings = 0;
   EXPECT_EQ(operation(run), 1);
-  EXPECT_LE(reporter.warnings.size(), 1U);
-  return reporter.warnings.empty() ? "" : reporter.warnings.front();
+  const std::vector<std::string> lines = warnings.Of(WarningKind::kLargeOutput);
+  EXPECT_LE(lines.size(), 1U);
+  return lines.empty() ? "" : lines.front();
 }
 
 std::string Keyless(int count) {
@@ -40,11 +42,11 @@ std::string Keyless(int count) {
 TEST(LargeOutputs, AreWarnedOfBeforeEntriesWithoutAKeyFillALog) {
   EXPECT_EQ(WarnedOf(RunCleanDoubles, Keyless(100)), "");
   const std::string doubles = WarnedOf(RunCleanDoubles, Keyless(1000));
-  EXPECT_NE(doubles.find("'lit_double.log' may become large, up to about 13 MB: 1000 entries"),
+  EXPECT_NE(doubles.find("lit_double.log:0 [] may become large, up to about 13 MB: 1000 entries"),
             std::string::npos)
       << doubles;
   EXPECT_EQ(WarnedOf(RunCompare, Keyless(100)), "");
-  EXPECT_NE(WarnedOf(RunCompare, Keyless(300)).find("'lit_comp.log' may become large"),
+  EXPECT_NE(WarnedOf(RunCompare, Keyless(300)).find("lit_comp.log:0 [] may become large"),
             std::string::npos);
 }
 
@@ -53,7 +55,7 @@ TEST(LargeOutputs, AreWarnedOfBeforeKeptStringsAreCopied) {
   for (int i = 0; i < 1000; ++i) strings += "@STRING{s" + std::to_string(i) + " = {Journal}}\n";
   strings += "@misc{a,\n  title = {t}\n}\n";
   EXPECT_EQ(WarnedOf(RunCleanTags, strings), "") << "they are not kept";
-  EXPECT_NE(WarnedOf(RunCleanTags, strings, true).find("'lit_tag.bib' may become large"),
+  EXPECT_NE(WarnedOf(RunCleanTags, strings, true).find("lit_tag.bib:0 [] may become large"),
             std::string::npos);
 }
 

@@ -66,7 +66,7 @@ KINDS = {
     "other-tag": near(TAG, GONE, CHANGED, MISSING, DIFFERS) | near(OF_ENTRY, FOREIGN),
     "stray-tag": near(NEAR, GONE, CHANGED, TWICE, FOREIGN, MISSING) | near(LINE, TEXT),
     "key-as-tag": near(OF_ENTRY, *DAMAGE),
-    "at-in-key": near(NEAR, DIFFERS, VERDICT, PERSON, *DAMAGE),
+    "at-in-key": near(NEAR, DIFFERS, VERDICT, PERSON, MISSING, *DAMAGE),
     "upper-cased": near(LINE, CHANGED, GONE, FOREIGN, STRING, TEXT, ENTRY, BROKEN),
     "long-line": near(LINE, *DAMAGE),
     "bad-bytes": {},
@@ -78,7 +78,7 @@ KINDS = {
     "carried-over": near(OF_ENTRY, FOREIGN, MISSING),
     "value-missing": near(TAG, GONE, MISSING),
     "detail-missing": near(TAG, GONE, MISSING),
-    "unbalanced": near(OF_ENTRY, UNBALANCED),
+    "unbalanced": near(OF_ENTRY, UNBALANCED) | near(TAG, GONE),
     "nothing-printed": near(OF_ENTRY, ENTRY),
     "raw-editors": {},
     "command-cut": near(OF_ENTRY, HALF),
@@ -91,10 +91,11 @@ KINDS = {
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
     "authors-as-they-were": {},
     "doubtful-name": near(OF_ENTRY, PERSON),
-    "text-lost": near(LINE, GONE, CHANGED, PERSON, TEXT) | near(NEAR, BROKEN, ENTRY),
+    "text-lost": near(LINE, GONE, CHANGED, PERSON, TEXT) | near(NEAR, BROKEN, ENTRY)
+                 | near(OF_ENTRY, FOREIGN),
     "unknown-journal": {},
     "line-cut": near(LINE, STRING, TEXT) | near(AFTER, *DAMAGE),
-    "braced-journal": near(LINE, CHANGED, RENAMED, TWICE, GONE),
+    "braced-journal": near(LINE, CHANGED, RENAMED, TWICE, GONE, TEXT),
     "non-ascii-name": near(OF_ENTRY, ENCODING),
     "character": {},
     "line-left-out": near(NAME, GONE),
@@ -103,15 +104,9 @@ KINDS = {
     "tag-twice": near(TAG, TWICE),
     "broken-head": near(OF_ENTRY, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
-    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN),
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN) | near(LINE, TEXT),
+    "large-output": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
-}
-
-
-# Kinds whose losses other kinds name too, so that nobody would miss them.
-NAMED_TWICE = {
-    "blank-in-type": "nothing-printed names the entry that Extract and Text do not print for it",
-    "open-value": "BibTeX reads no further there either; where it does, other kinds name the loss",
 }
 
 
@@ -199,6 +194,15 @@ class Neighbours:
             yield warning, True
         for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
             yield warning, True
+        if id(entry) not in self.places:  # a text goes with the entry before it
+            at = bisect.bisect_left(self.starts, entry.line) - 1
+            key = self.entries[at].key if at >= 0 else ""
+            for warning in self.by_key.get(key or "\0", ()):
+                yield warning, True
+        if loss.what in (ENTRY, BROKEN):  # of entries of one key nobody knows which one it is
+            for place in self.places_by_key.get(getattr(entry, "key", None), ()):
+                for warning in self.on(self.entries[place].line, self.entries[place].last):
+                    yield warning, True
         for entry in (loss.entry, loss.after) if loss.after else (loss.entry,):
             for first, last in self.ranges_of(loss, entry):
                 for warning in self.on(first, last):
@@ -265,7 +269,7 @@ def names_of(loss):
 
 def last_line(loss):
     """The last line of what was lost: of an entry its head, as its tags are judged one by one."""
-    whole = loss.what == BROKEN or not hasattr(loss.entry, "tags")
+    whole = loss.what in (BROKEN, FOREIGN) or not hasattr(loss.entry, "tags")
     return loss.entry.last if whole else loss.entry.line
 
 
@@ -300,28 +304,30 @@ def core(text):
 
 class Entries:
     """The entries of an output, each to be taken once. `library` is the input: of several entries of
-    one key each gets the one that is most like it."""
+    one key each gets the one that is most like it. `key_of` gives the key that an entry has in the
+    output."""
 
-    def __init__(self, output, library=None):
-        self.by_key, self.inputs, self.pairs = {}, {}, {}
+    def __init__(self, output, library=None, key_of=lambda entry: entry.key):
+        self.by_key, self.inputs, self.pairs, self.key_of = {}, {}, {}, key_of
         for entry in output.entries:
             self.by_key.setdefault(entry.key, []).append(entry)
         for entry in library.entries if library else ():
-            self.inputs.setdefault(entry.key, []).append(entry)
+            self.inputs.setdefault(key_of(entry), []).append(entry)
 
-    def take(self, entry, key=None, same=core):
+    def take(self, entry, same=core):
         """The entry that is most like the given one, or none."""
-        found = self.by_key.get(entry.key if key is None else key)
-        inputs = self.inputs.get(entry.key, (entry,))
+        key = self.key_of(entry)
+        found = self.by_key.get(key)
+        inputs = self.inputs.get(key, (entry,))
         if not found:
             return None
         if len(inputs) == 1:
             best = max(found, key=lambda other: (common(entry, other, same), -len(other.tags)))
             found.remove(best)
             return best
-        if entry.key not in self.pairs:
-            self.pairs[entry.key] = pairs(inputs, found, same)
-        return self.pairs[entry.key].get(id(entry))
+        if key not in self.pairs:
+            self.pairs[key] = pairs(inputs, found, same)
+        return self.pairs[key].get(id(entry))
 
 
 def common(one, other, same):

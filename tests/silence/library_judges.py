@@ -1,11 +1,13 @@
 # SPDX-License-Identifier: MIT
 """Judges of the operations that write a library: each says what of the input does not stand in the
 outputs as the operation promises, and is not named in the log either."""
+import bisect
+import collections
 import dataclasses
 import re
 
 import people
-from bibtex import WHITE, Library, Loose, Tag
+from bibtex import JOINED, WHITE, Library, Loose, Tag
 from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, FOREIGN, GONE, PARENT, PERSON,
                    STRING, TEXT,
                    VERDICT, Entries, Loss, compare_tags, core)
@@ -31,8 +33,8 @@ def as_is(text):
 
 
 def plain(text):
-    """The text without letter case, braces, blanks and what an encoding changes."""
-    return re.sub(r"[{} \t\r\n?]|[^\x00-\x7f]", "", text).lower()
+    """The text without letter case, braces, blanks, control bytes and what an encoding changes."""
+    return re.sub(r"[{} ?]|[^\x20-\x7e]", "", text).lower()
 
 
 def read_output(run, suffix):
@@ -56,22 +58,58 @@ class Breaks:
     """Which entry stands before a broken one in the output and swallows it, as it does not end."""
 
     def __init__(self, run, output):
-        self.inputs = {entry.key: entry for entry in reversed(run.library.entries)}
-        self.whole = {entry.key for entry in output.entries if entry.whole}
-        self.heads = [match.group(1) for match in HEADS.finditer(output.text)]
+        self.library, self.output = run.library, output
+        self.inputs = by_key(run.library.entries)
+        self.whole = {entry.start for entry in output.entries if entry.whole}
+        self.heads = list(HEADS.finditer(output.text))
+        self.places = {}  # of the heads of a key
+        for place, head in enumerate(self.heads):
+            self.places.setdefault(head.group(1), []).append(place)
 
     def of(self, loss):
         """The loss with the first of the entries right before it that are not whole."""
-        if loss.what not in (ENTRY, BROKEN) or loss.entry.key not in self.heads:
+        if loss.what not in (ENTRY, BROKEN):
             return loss
-        at, culprit = self.heads.index(loss.entry.key), None
-        while at > 0 and self.heads[at - 1] not in self.whole:
+        broken = [place for place in self.places.get(loss.entry.key, ())
+                  if not self.is_whole(place)]
+        return dataclasses.replace(loss, after=self.culprit(broken[0])) if broken else loss
+
+    def of_text(self, loss):
+        """The same for a definition or a preamble, whose text stands in the output all the same."""
+        wanted = self.library.text[loss.tag.start:loss.tag.end]
+        start = self.output.text.lower().find(wanted.lower())
+        if start < 0:
+            return loss
+        place = bisect.bisect_left(self.heads, start, key=lambda head: head.start())
+        return dataclasses.replace(loss, after=self.culprit(place))
+
+    def culprit(self, at):
+        """The first of the entries right before a head that are not whole."""
+        found = None
+        while at > 0 and not self.is_whole(at - 1):
             at -= 1
-            culprit = self.inputs.get(self.heads[at], culprit)
-        return dataclasses.replace(loss, after=culprit)
+            found = self.input_of(at) or found
+        return found
+
+    def is_whole(self, place):
+        return self.heads[place].start() in self.whole
+
+    def input_of(self, place):
+        """The entry of the input: of several with one key the one of the same number."""
+        key = self.heads[place].group(1)
+        inputs = self.inputs.get(key, ())
+        number = self.places[key].index(place)
+        return inputs[min(number, len(inputs) - 1)] if inputs else None
 
 
-def definitions(run, output):
+def by_key(entries):
+    made = {}
+    for entry in entries:
+        made.setdefault(entry.key, []).append(entry)
+    return made
+
+
+def definitions(run, output, breaks):
     """Definitions that do not stand in the output as they were."""
     found = [(tag.low, tag.text) for tag in output.strings]
     for tag in run.library.strings:
@@ -79,11 +117,11 @@ def definitions(run, output):
         if pair in found:
             found.remove(pair)
         else:
-            yield Loss(STRING, tag, tag)
+            yield breaks.of_text(Loss(STRING, tag, tag))
     texts = [tag.text for tag in output.preambles]
     for tag in run.library.preambles:
         if tag.text not in texts:
-            yield Loss(TEXT, tag, tag, "a preamble")
+            yield breaks.of_text(Loss(TEXT, tag, tag, "a preamble"))
 
 
 def used_definitions(run, entries):
@@ -174,10 +212,12 @@ def clean_characters(run):
     output = read_output(run, "_char.bib")
     found = re.findall(r"in line (\d+) and row (\d+)\n", log_of(run, "_char.log"))
     logged = {(int(line), int(column)) for line, column in found}
-    entries, breaks = Entries(output, run.library), Breaks(run, output)
 
     def cleaned(text):
         return BAD.sub("?", text)
+
+    entries = Entries(output, run.library, lambda entry: cleaned(entry.key))
+    breaks = Breaks(run, output)
 
     def rest_of_line(tag):
         return run.library.text[tag.end:run.library.line_end(tag.end)]
@@ -193,7 +233,7 @@ def clean_characters(run):
         return True
 
     for entry in run.library.entries:
-        new = entries.take(entry, cleaned(entry.key), cleaned)
+        new = entries.take(entry, cleaned)
         if not new:
             yield breaks.of(entry_gone(entry, output))
             continue
@@ -205,7 +245,7 @@ def clean_characters(run):
         for tag in entry.tags:
             if tag not in [loss.tag for loss in losses] and not is_logged(tag):
                 yield Loss(CHANGED, entry, tag, "bytes without a place in the log")
-    for loss in definitions(run, output):
+    for loss in definitions(run, output, breaks):
         text = run.library.text[loss.tag.value:loss.tag.end]
         if not BAD.search(text):
             yield loss
@@ -224,7 +264,13 @@ def removed_tags(run):
 def clean_tags(run):
     output = read_output(run, "_tag.bib")
     breaks = Breaks(run, output)
-    entries, removed = Entries(output, run.library), removed_tags(run)
+
+    def key_of(entry):
+        """A head without its comma loses the last letter of the key."""
+        head = run.library.lines(entry.line, entry.line).rstrip("\r\n")
+        return entry.key[:-1] if head.endswith(entry.key) else entry.key
+
+    entries, removed = Entries(output, run.library, key_of), removed_tags(run)
     for entry in run.library.entries:
         new = entries.take(entry)
         if not new:
@@ -238,13 +284,13 @@ def clean_tags(run):
                 yield loss
     gone = re.findall(r"@STRING has been removed:\n    (.*)", log_of(run, "_tag.log"))
     logged = " ".join(gone).lower()
-    for loss in definitions(run, output):
+    for loss in definitions(run, output, breaks):
         if not re.search(rf"[{{(]\s*{re.escape(loss.tag.low)}\s*=", logged):
             yield loss
-    mentioned = {squeeze(name) for names in removed.values() for name in names}
+    mentioned = {squeeze(name).lstrip("},") for names in removed.values() for name in names}
     for loss in texts(run, output, is_named=lambda tag: squeeze(tag.group(1)) in mentioned):
         # A comment may be taken for a tag: the log names it by what stands before its first "=".
-        text = squeeze(loss.entry.text.partition("\n")[0])
+        text = squeeze(loss.entry.text.partition("\n")[0]).lstrip("},")
         is_empty = EMPTY_ENTRY.match(run.library.lines(loss.entry.line, loss.entry.line + 2))
         if not is_empty and not any(name and (text.startswith(name) or name.startswith(text)) for name in mentioned):
             yield loss
@@ -282,7 +328,7 @@ def clean_authors(run):
             elif change := people.change(loss.tag.text, lists):
                 yield Loss(PERSON, entry, loss.tag, f"{change}: '{loss.tag.text[:70]}' is now "
                                                     f"'{lists[:70]}'")
-    yield from definitions(run, output)
+    yield from definitions(run, output, breaks)
     log = log_of(run, "_author.log")
     lists = essence(log)
     yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in lists)
@@ -295,6 +341,13 @@ RENAMED_JOURNAL = re.compile(
 
 def written(run, tag):
     return core(run.library.text[tag.value:tag.end].strip())
+
+
+def is_logged(renamed, run, tag, name):
+    """Whether the log says that the journal got this name; of joined pieces the first did."""
+    texts = core(tag.text), written(run, tag)
+    return any(name in (new, new + text.removeprefix(old)) and text.startswith(old)
+               for old, new in renamed for text in texts if text == old or tag.form == JOINED)
 
 
 def journals(run):
@@ -313,13 +366,12 @@ def journals(run):
             names = [core(tag.text) for tag in new.tags
                      if loss.tag and tag.low == loss.tag.low]
             logged = [name for name in names if loss.what == CHANGED
-                      and renamed.get(entry.key, set()) & {(core(loss.tag.text), name),
-                                                           (written(run, loss.tag), name)}]
+                      and is_logged(renamed.get(entry.key, set()), run, loss.tag, name)]
             if not logged:
                 yield loss
             elif pure and not logged[0].isascii():
                 yield Loss(ENCODING, entry, loss.tag, f"is now '{logged[0]}'")
-    yield from definitions(run, output)
+    yield from definitions(run, output, breaks)
     log = log_of(run, "_journal.log")
     names = essence(log)
     yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in names)
@@ -344,6 +396,26 @@ def copied(run, entry, entries, key=None):
     return False
 
 
+def compared_text(name, text):
+    """What of a value is compared: of pages the first one."""
+    return plain(text.partition("-")[0] if name == "pages" else text)
+
+
+def is_cut(entry, entries):
+    """Whether the first of its tags, but not all, are copied: it is no double then."""
+    own = [(tag.low, tag.text) for tag in entry.tags]
+    return any(0 < len(other.tags) < len(own)
+               and own[:len(other.tags)] == [(tag.low, tag.text) for tag in other.tags]
+               for other in entries.by_key.get(entry.key, ()))
+
+
+def unread_heads(library):
+    """How many entries of each key BibTeX cannot read in a library."""
+    heads = collections.Counter(head.group(1).upper() for head in HEADS.finditer(library.text))
+    heads.subtract(entry.key.upper() for entry in library.entries)
+    return heads
+
+
 def differences(entry, kept):
     """What a dropped entry says of its identity, or of what was compared, that the kept one does not.
     """
@@ -351,9 +423,11 @@ def differences(entry, kept):
     for tag in entry.tags:
         if tag.low in IDENTITY + compared and plain(tag.text):
             values = kept.values(tag.low)
-            same = plain(tag.text) in [plain(text) for text in values]
+            same = compared_text(tag.low, tag.text) in [compared_text(tag.low, text)
+                                                        for text in values]
             what = DIFFERS if tag.low in IDENTITY else VERDICT
-            if not same and (what == DIFFERS or values):
+            # Of a kept entry that is not whole BibTeX reads less than stands there.
+            if not same and (values or what == DIFFERS and kept.whole):
                 yield Loss(what, entry, tag, f"'{kept.key}' stays with '{' | '.join(values)[:60]}'")
 
 
@@ -393,7 +467,7 @@ def clean_doubles(run):
             continue
         stays = [other for key in same.get(entry.key, ()) for other in kept.get(key, ())
                  if other is not entry]
-        if stays:
+        if stays and not is_cut(entry, entries):
             yield from closest(entry, stays)
             following = run.library.following(entry).count("\n")
             dropped.append(range(entry.line, entry.last + following + 1))
@@ -410,8 +484,8 @@ def clean_doubles(run):
     yield from orphans(run, output.entries)
     for loss in texts(run, output):
         # What BibTeX does not read of a dropped entry went with it, and so did an entry of which it
-        # cannot read the head: the log says so.
-        if getattr(loss.entry, "key", "") in same:
+        # cannot read the head: the log says so, or names its new key.
+        if getattr(loss.entry, "key", "") in same | renames:
             continue
         if loss.tag is None or not any(loss.tag.line in lines for lines in dropped):
             yield loss
@@ -424,7 +498,7 @@ def compare(run):
     log = log_of(run, "_comp.log")
     same = verdicts(log, (r" - Exactly the same : ", r" - Probably the same : ",
                           r" - One of the two entries \("))
-    found = {}
+    found, unread = {}, unread_heads(run.other)
     for first, seconds in same.items():
         for second in seconds:
             found.setdefault(second, []).append(first)
@@ -436,9 +510,10 @@ def compare(run):
         if copied(run, entry, missing):
             continue
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
-        if stays:
-            yield from closest(entry, stays)
-        else:
+        if stays and not is_cut(entry, missing):
+            if unread[entry.key.upper()] <= 0:  # else it may have been compared with another one
+                yield from closest(entry, stays)
+        elif stays or entry.key.upper() not in found:  # else the log names one that BibTeX cannot read
             later.append(entry)
     breaks = Breaks(run, output)
     for entry in later:
@@ -453,7 +528,10 @@ def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
     entries, breaks = Entries(output), Breaks(run, output)
+    unread = unread_heads(run.library)
     for entry, lines in run.cited():
+        if unread[entry.key.upper()] > 0:
+            continue  # another one of its key, which BibTeX cannot read, may be the one that is taken
         new = entries.take(entry)
         if new:
             # Of entries of one key any one may be taken.

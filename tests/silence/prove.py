@@ -171,9 +171,9 @@ def report_kinds(tally):
     print(f"{'kind':24}{'losses named':>14}{'silent without':>16}")
     for kind in judge.KINDS:
         if judge.KINDS[kind]:
-            remark = "" if tally.alone[kind] else judge.NAMED_TWICE.get(kind, "NOT NOTICED")
+            remark = "" if tally.alone[kind] else "NOT NOTICED"
             print(f"{kind:24}{tally.named[kind]:14}{tally.alone[kind]:16}  {remark}".rstrip())
-            needed = needed and remark != "NOT NOTICED"
+            needed = needed and not remark
     return needed
 
 

@@ -7,6 +7,7 @@ punctuation and braces, and where plain text stands for a LaTeX command anything
 """
 import collections
 import functools
+import math
 import os
 import re
 
@@ -140,9 +141,8 @@ class Printed:
             elif line.startswith("The entry type of the bibitem-key '"):
                 self.unsupported.add(line[35:line.rfind("' is '@")].strip())
 
-    def take(self, key):
-        blocks = self.blocks.get(key)
-        return "\n".join(blocks.pop(0)) if blocks else None
+    def of(self, key):
+        return ["\n".join(block) for block in self.blocks.get(key, ())]
 
 
 class ReferenceJudge:
@@ -168,23 +168,36 @@ class ReferenceJudge:
         same = collections.defaultdict(list)
         for entry, _ in entries:
             same[entry.key].append(entry)
+        blocks = {}
+        for key, ones in same.items():
+            for entry, block in self.pairs(ones, printed.of(key)):
+                blocks[id(entry)] = block
         for entry, lines in entries:
-            same[entry.key].pop(0)
-            block = None if self.is_of_next(same[entry.key], entry, printed) else (
-                printed.take(entry.key))
-            if block is not None:
-                yield from self.reference(entry, block)
+            if id(entry) in blocks:
+                yield from self.reference(entry, blocks[id(entry)])
             elif entry.key not in printed.unsupported:
                 yield Loss(ENTRY, entry, None, "no reference", lines)
 
-    def is_of_next(self, others, entry, printed):
-        """Whether the next reference of a key is of a later entry, as this one has none."""
-        blocks = printed.blocks.get(entry.key, ())
-        if not 0 < len(blocks) <= len(others):
-            return False
-        block = "\n".join(blocks[0])
-        fits = [len(list(self.reference(one, block))) for one in (entry, others[0])]
-        return fits[0] > fits[1]
+    def pairs(self, entries, blocks):
+        """Which reference is of which of the entries of one key, in their order: where there are
+        more of the ones than of the others, the pairs with the fewest losses."""
+        if len(entries) == len(blocks):
+            return zip(entries, blocks)
+        few, many = sorted((range(len(entries)), range(len(blocks))), key=len)
+        is_swapped = len(entries) > len(blocks)
+        # best[at] are the losses and the pairs of the first ones of `few`, all before `at`.
+        best = [(0, ())] * (len(many) + 1)
+        for one in few:
+            better = [(math.inf, ())]
+            for other in many:
+                at, block = (other, one) if is_swapped else (one, other)
+                cost = best[other][0]
+                if cost < math.inf:
+                    cost += len(list(self.reference(entries[at], blocks[block])))
+                better.append(min(better[-1], (cost, best[other][1] + ((at, block),)),
+                                  key=lambda made: made[0]))
+            best = better
+        return [(entries[at], blocks[block]) for at, block in best[-1][1]]
 
     def reference(self, entry, block):
         shown = self.formats[KINDS[entry.type]].shown if entry.type in KINDS else []

@@ -134,6 +134,11 @@ def read_files(directory):
 
 def losses(program, case, operation, options):
     """The losses of a run, each with the kinds of the warnings that name it."""
+    return outcome(program, case, operation, options)[1]
+
+
+def outcome(program, case, operation, options):
+    """The warnings of a run, and its losses, each with the kinds of the warnings that name it."""
     contents = {"lit.bib": case.library, "first.bib": case.other, "paper.tex": case.document,
                 "own.bs": case.journals}
     names = FILES.get(operation, ("lit.bib",))
@@ -147,7 +152,8 @@ def losses(program, case, operation, options):
             cwd=directory, stdin=subprocess.DEVNULL, capture_output=True, timeout=600, check=False)
         run = Run(case, operation, options, program, read_files(directory))
     found = OPERATIONS[operation](run) if ended.returncode == 0 else failure(ended, operation)
-    return list(judge.named(found, judge.read_warnings(run.warnings), run.library, run.file))
+    warnings = judge.read_warnings(run.warnings)
+    return warnings, list(judge.named(found, warnings, run.library, run.file))
 
 
 def failure(ended, operation):

@@ -161,6 +161,19 @@ TEST(WarningReport, PrintsAllAtOnceWhereThatIsAskedFor) {
   EXPECT_EQ(Tell(four, {.quiet = true, .all = true}).lines, lines);
 }
 
+TEST(WarningReport, SendsThatOfALargeFileAtOnceAndOnlyOnce) {
+  const std::vector<Warning> warnings{{WarningKind::kLongLine, "a", 1, "", "x"},
+                                      {WarningKind::kLargeOutput, "l.log", 0, "", "may"}};
+  const std::string line = "l.log: warning: may [large-output]";
+  const Told told = Tell(warnings);
+  ASSERT_EQ(told.lines.size(), 1U + 2);
+  EXPECT_EQ(told.lines[0], line);
+  EXPECT_EQ(told.file, "long-line\ta\t1\t\tx\nlarge-output\tl.log\t0\t\tmay\n");
+  EXPECT_TRUE(Tell(warnings, {.quiet = true}).lines.empty());
+  EXPECT_EQ(Tell({warnings[1]}, {.quiet = true, .all = true}).lines,
+            std::vector<std::string>{line});
+}
+
 TEST(WarningReport, SaysFirstThatALibraryIsHardlyRead) {
   RecordingReporter reporter;
   WarningReport report({}, reporter);

@@ -157,12 +157,12 @@ TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
       const std::string text = "@MISC{x,\n  note = {" + std::string(opens ? random() % 9 : 0, '{') +
                                "y" + std::to_string(writes) + (opens ? "\n}\n\n" : "},\n}\n\n");
       const bool appends = entries.empty() || random() % 4 == 0;
-      const std::size_t place =
+      const std::size_t offset =
           appends ? followed.library.Size() : entries[random() % entries.size() / 3].end;
       const std::string closes = std::string(random() % 12, '}') + "\n}\n";
-      followed.follower.Write(place, random() % 5 == 0              ? ManyEntries(random, 3)
-                                     : appends && random() % 2 == 0 ? closes
-                                                                    : text);
+      followed.follower.Write(offset, random() % 5 == 0              ? ManyEntries(random, 3)
+                                      : appends && random() % 2 == 0 ? closes
+                                                                     : text);
       followed.Check();
       if (HasFatalFailure()) return;
       if (ReadAgain(followed.library.Bytes()).size() < entries.size() / 2) ++hidden;

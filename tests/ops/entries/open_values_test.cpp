@@ -50,17 +50,17 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
       values.Forget(at, at + part.size());
       for (std::size_t line = 0; line < text.size(); line = text.find('\n', line) + 1) {
         const int before = 1 + static_cast<int>(random() % 6);
-        const auto place = values.Pass(text, line, before);
-        if (!place) continue;
+        const auto offset = values.Pass(text, line, before);
+        if (!offset) continue;
         ++passed;
-        if (place->line < text.size()) ++stopped;
+        if (offset->line < text.size()) ++stopped;
         int depth = before;
-        ASSERT_TRUE(StaysOpen(text, line, place->line, depth)) << line;
-        EXPECT_EQ(place->depth, depth);
-        EXPECT_EQ(text[place->line - 1], '\n');
-        EXPECT_EQ(place->after_blank, text[place->line - 2] == '\n');
+        ASSERT_TRUE(StaysOpen(text, line, offset->line, depth)) << line;
+        EXPECT_EQ(offset->depth, depth);
+        EXPECT_EQ(text[offset->line - 1], '\n');
+        EXPECT_EQ(offset->after_blank, text[offset->line - 2] == '\n');
         std::size_t longest = 0;
-        for (std::size_t from = line; from < place->line; from = text.find('\n', from) + 1) {
+        for (std::size_t from = line; from < offset->line; from = text.find('\n', from) + 1) {
           longest = std::max(longest, text.find('\n', from) + 1 - from);
         }
         EXPECT_LE(longest, 998U);
