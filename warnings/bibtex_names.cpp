@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "core/byte_set.h"
@@ -41,6 +42,7 @@ std::size_t BlankSize(std::string_view text) { return IsBetweenWords(text[0]) ? 
 template <typename Size>
 Texts Split(std::string_view text, const Size& separator) {
   Texts parts;
+  parts.reserve(4);
   std::size_t begin = 0;
   int depth = 0;
   const auto add = [&](std::size_t end) {
@@ -109,11 +111,12 @@ Name NameOf(std::string_view text) {
     name.first = Split(parts.back(), BlankSize);
     return name;
   }
-  const Texts words = Split(parts.empty() ? std::string_view() : parts.front(), BlankSize);
+  Texts words = Split(parts.empty() ? std::string_view() : parts.front(), BlankSize);
   if (words.empty()) return name;
-  auto last = std::find_if(words.begin(), words.end() - 1, IsParticle);
-  name.first.assign(words.begin(), last);
-  for (; last != words.end(); ++last) name.surname += Essence(*last);
+  const auto last = std::find_if(words.begin(), words.end() - 1, IsParticle);
+  for (auto word = last; word != words.end(); ++word) name.surname += Essence(*word);
+  words.erase(last, words.end());
+  name.first = std::move(words);
   return name;
 }
 
