@@ -201,7 +201,7 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
            {"the key does not stand on the first line of the entry and is not read; put it there, "
             "with a comma after it"});
   } else if (key_.find('}') != std::string::npos) {
-    Report(WarningKind::kBrokenHead, offset,
+    Report(WarningKind::kMisreadKey, offset,
            {"no comma follows the key, which is read as ", Quoted(key_)});
   }
   // What stands after the key on the same line.

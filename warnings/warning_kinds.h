@@ -146,7 +146,7 @@ inline constexpr auto kWarningKinds = [] {
       {"unread-text", kLoss, kRun, "commands that could not be read to their end"},
       {"undefined-string", kLoss, kRun, "strings that are not defined"},
       {"missing-parent", kLoss, kRun, "cross-references to no entry"},
-      {"misread-key", kLoss, kRun, "keys that operations misread"},
+      {"misread-key", kLoss, kReading, "keys that operations misread"},
       {"misread-tag", kLoss, kRun, "tags whose lines operations misread"},
   }};
 }();

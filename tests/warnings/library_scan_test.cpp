@@ -245,8 +245,8 @@ TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
             Lines{"broken-head l:1 [] the key does not stand on the first line of the entry and is "
                   "not read; put it there, with a comma after it"});
   EXPECT_EQ(Scan("@misc{k},\n@misc{l}\n@misc{m,}\n"),
-            (Lines{"broken-head l:1 [k}] no comma follows the key, which is read as 'k}'",
-                   "broken-head l:2 [l}] no comma follows the key, which is read as 'l}'"}));
+            (Lines{"misread-key l:1 [k}] no comma follows the key, which is read as 'k}'",
+                   "misread-key l:2 [l}] no comma follows the key, which is read as 'l}'"}));
 }
 
 TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
