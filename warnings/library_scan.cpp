@@ -195,8 +195,7 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
            {"the entry does not begin its line: it is not seen, or what stands before it becomes a "
             "part of it"});
   }
-  const std::size_t opening = rest.find('{');
-  if (opening != std::string_view::npos && SkipBlanks(rest, opening + 1) == rest.size()) {
+  if (SkipBlanks(rest, rest.find('{') + 1) == rest.size()) {
     Report(WarningKind::kBrokenHead, offset,
            {"the key does not stand on the first line of the entry and is not read; put it there, "
             "with a comma after it"});

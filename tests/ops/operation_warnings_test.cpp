@@ -416,6 +416,26 @@ Lines Told(const Case& c) {
   return warnings.lines;
 }
 
+/// How many of the lines are of the kind.
+std::ptrdiff_t CountKind(const Lines& lines, std::string_view kind) {
+  return std::count_if(lines.begin(), lines.end(),
+                       [kind](const std::string& line) { return line.starts_with(kind); });
+}
+
+/// Where a line is left out, commas must still stand between the tags, and one at most at the end.
+TEST(OperationWarnings, KnowWhetherALineIsLeftOutWithItsComma) {
+  const auto torn = [](const std::string& lines) {
+    return CountKind(Told({"clean-characters", "@misc{a,\n" + lines, "", {}}), "torn-value");
+  };
+  EXPECT_EQ(torn("  url = {u},\n  year = {1}\n}\n"), 0);
+  EXPECT_EQ(torn("  year = {1},\n  url = {u}\n}\n"), 0);
+  EXPECT_EQ(torn("  year = {1}\n  , url = {u}\n}\n"), 0);
+  EXPECT_EQ(torn("  year = {1}\n  , url = {u},\n}\n"), 0);
+  EXPECT_EQ(torn("  year = {1}\n  , url = {u},\n  note = {n}\n}\n"), 1);
+  EXPECT_EQ(torn("  url = {u}\n  , year = {1}\n}\n"), 1);
+  EXPECT_EQ(torn("  year = {1}\n  , url = {u},\n)\n"), 0);
+}
+
 TEST(OperationWarnings, TellWhatWasPassedOver) {
   for (const Case& c : kCases) EXPECT_EQ(Told(c), c.told) << c.operation << "\n" << c.library;
 }

@@ -24,8 +24,9 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
 }
 
 TEST(WhyNoKnownForm, IsEmptyWhereNothingIsWrong) {
-  for (const std::string_view list : {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.",
-                                      "Doe, John and Roe, Karl", "Doe, JP and Roe, K."}) {
+  for (const std::string_view list :
+       {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.", "Doe, van and Roe, K.",
+        "Doe, John and Roe, Karl", "Doe, JP and Roe, K."}) {
     EXPECT_EQ(WhyNoKnownForm(list), "") << list;
   }
 }
@@ -44,6 +45,11 @@ TEST(WhyDoubtful, NamesTheNamesThatMayBeWrong) {
       {"Kees van der Laan", "Laan, K. V. D.",
        "'Kees van der Laan' has a particle, which became an initial"},
       {"King, Jr, Martin", "King, J. M.", "'King, Jr, Martin' has a suffix, which may have moved"},
+      {"von Davier, Jr, Ann and Doe, John", "Von Davier Jr, A. and Doe, J.",
+       "'von Davier, Jr, Ann' has a suffix, which may have moved; the first name's particle is a "
+       "capital"},
+      {"john Jameson and Bob Jones", "Jameson, J. and Jones, B.",
+       "'john Jameson' has another surname now"},
       {"von Davier, Matthias and Doe, John", "Von Davier, M. and Doe, J.",
        "the first name's particle is a capital"},
   };
@@ -57,6 +63,7 @@ TEST(WhyDoubtful, IsEmptyWhereNothingIsWrong) {
   EXPECT_EQ(WhyDoubtful("Anna Van", "Van, A."), "");
   EXPECT_EQ(WhyDoubtful("J\\'an {\\v S}im", "{\\v S}im, J."), "");
   EXPECT_EQ(WhyDoubtful("", ""), "");
+  EXPECT_EQ(WhyDoubtful("~ and John Smith", "~ and Smith, J."), "");
 }
 
 }  // namespace

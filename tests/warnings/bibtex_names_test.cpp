@@ -17,6 +17,9 @@ TEST(WhatChanged, NamesWhoHasAnotherName) {
       {"{A {B}}c Doe", "Doe, C.", "'{A {B}}c Doe' has other initials now"},
       {"Doe, Jr., Ann", "Doe, A.", "'Doe, Jr., Ann' has another surname now"},
       {"Rajiv \\& Tharam Doe", "Doe, R. T.", "'Rajiv \\& Tharam Doe' lost a word without letters"},
+      {"Doe \\relax Roe", "Roe, D.", "'Doe \\relax Roe' has other initials now"},
+      {"Doe, J. and ,", "Doe, J.", "BibTeX reads 2 names before and 1 after"},
+      {"Doe, A.", "Doe, \xC3\x84.", "'Doe, A.' has other initials now"},
       {"Larson, Per-\\AAke and Roe, B.", "Larson, P.-and Roe, B.",
        "BibTeX reads 2 names before and 1 after"},
   };
@@ -34,6 +37,8 @@ TEST(WhatChanged, IsEmptyForTheSamePeople) {
       {"Kees van der Berg", "van der Berg, Kees"},
       {"{\\'E}mile {\\v S}im", "{\\v S}im, {\\'E}."},
       {"JP Doe", "Doe, J. P."},
+      {"J\xC3\x84 Doe", "Doe, J."},
+      {"\xC3\xA9mile Doe", "Doe, \xC3\xA9."},
       {"Bo-June (Paul) Hsu", "Hsu, B.-J. P."},
       {"{Doe and Sons}", "{Doe and Sons}"},
       {"Leong and and Doe, A.", "Leong and Doe, A."},

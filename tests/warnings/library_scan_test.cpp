@@ -249,6 +249,16 @@ TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
                    "misread-key l:2 [l}] no comma follows the key, which is read as 'l}'"}));
 }
 
+TEST(ScanLibrary, SkipsWhatIsOfNoEntry) {
+  EXPECT_EQ(Scan("@www(a,\n title = {T}\n)\n title = {U},\n").size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n note = {a\n@www{b}\n},\n}\n"), Lines());
+}
+
+TEST(ScanLibrary, FollowsThePiecesOfAValue) {
+  EXPECT_EQ(Scan("@misc{k,\n title = {a} # \"b\",\n year = {1}\n}\n").size(), 1U);
+  EXPECT_EQ(Scan("@misc{k,\n title = {a} #\n {b},\n year = {1}\n}\n").size(), 1U);
+}
+
 TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
   const std::string library = "@misc{k,\n note = {Mail a@b.org, see {Jones}},\n}\n";
   EXPECT_EQ(Scan(library), Lines{"upper-cased l:2 [k] the text '@b.org, see ' in 'note' becomes "

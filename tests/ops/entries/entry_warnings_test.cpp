@@ -50,6 +50,20 @@ TEST(DifferingTags, AreThoseThatBothHave) {
   EXPECT_EQ(DifferingTags("@misc", "@misc{b"), Names());
 }
 
+TEST(ParentOf, IsTheValueOfTheTagOnly) {
+  EXPECT_EQ(ParentOf("@misc{a,\n CrossRef = {p},\n}"), "p");
+  EXPECT_EQ(ParentOf("@misc{a,\n crossref = \"p\"\n}"), "p");
+  EXPECT_EQ(ParentOf("@misc{crossref,\n note = {crossref = {p}},\n}"), std::nullopt);
+  EXPECT_EQ(ParentOf("@misc{a,\n note = {n},\n}"), std::nullopt);
+}
+
+TEST(KeysAnyCase, IgnoreLetterCase) {
+  KeysAnyCase keys;
+  keys.Add("Doe:2001");
+  EXPECT_TRUE(keys.Has("doe:2001"));
+  EXPECT_FALSE(keys.Has("doe:2002"));
+}
+
 TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
   const std::string library = "@misc{a,\n note = {x%\n}},\n title = {T},\n}\n";
   const std::size_t end = library.find(" title");

@@ -371,6 +371,22 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
   EXPECT_EQ(reporter.printed, "");
 }
 
+TEST(RunPrepare, WritesALongLogInPieces) {
+  MemoryFiles files;
+  RecordingReporter reporter;
+  std::string log(std::string(LogFileHeader) + "\n");
+  for (int i = 0; i < 5000; ++i) {
+    const std::string text = "text " + std::to_string(i);
+    files.files["lit.bib"] += text + "\n@misc{k}\n";
+    log += "Line " + std::to_string(2 * i + 1) + ": text outside entries was left out:\n" + text +
+           "\n\n";
+  }
+  EXPECT_EQ(RunPrepare(MemoryRun(files, "lit.bib")), kSucceeded);
+  EXPECT_EQ(files.files["lit_prepared.log"].substr(0, log.size()), log);
+  EXPECT_TRUE(
+      files.files["lit_prepared.log"].substr(log.size()).starts_with("\n\n\n5000 BibTeX entries"));
+}
+
 TEST(RunPrepare, TellsWhyItFails) {
   const auto failure = [](MemoryFiles& files, const std::string& path) {
     RecordingReporter reporter;
