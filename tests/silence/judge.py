@@ -106,6 +106,7 @@ KINDS = {
     "unknown-tag": near(NAME, GONE),
     "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN) | near(LINE, TEXT),
     "large-output": {},
+    "misread-key": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
 }
 

@@ -85,6 +85,7 @@ TEST(KeptEntries, HideThoseFromAPlaceOn) {
   EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 0U);
   entries.HideFrom(kAll);
+  EXPECT_EQ(entries.FirstEqual(DoublesRuleFor("COMMENT"), values), nullptr) << "of no group";
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
 }
