@@ -66,8 +66,7 @@ class LibraryScan {
   std::size_t SkipPiece(std::string_view line, std::size_t at);
   void CheckOutside(std::string_view line, std::size_t offset);
   void ReportSharedLine(std::size_t offset, std::string_view before);
-  bool IsReportedUnbraced(std::string_view line, std::size_t offset);
-  void ReportUnbraced(std::size_t offset, std::string_view how);
+  void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
@@ -325,9 +324,7 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
     } else if (line[at] == '}') {
       state_ = State::kOutside;
     } else if (line[at] == '#') {
-      if (IsReportedUnbraced(line, offset)) {
-        ReportUnbraced(offset, "goes on after a '#': only the part before it is read");
-      }
+      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
       at = SkipPiece(line, SkipBlanks(line, at + 1));
     } else {
       at = ReadTag(line, at, offset);
@@ -352,9 +349,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   ++counts_.values;
   if (value < line.size()) return StartValue(line, value, offset);
   ++counts_.unbraced;
-  if (IsReportedUnbraced(line, offset)) {
-    ReportUnbraced(offset, "does not begin on the line of its name and is read as empty");
-  }
+  ReportUnbraced(line, offset, "does not begin on the line of its name and is read as empty");
   return line.size();
 }
 
@@ -367,11 +362,10 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    if (IsReportedUnbraced(line, offset)) {
-      ReportUnbraced(offset, HasBraceFrom(line, at)
-                                 ? "has no braces around it and is read from the first brace on"
-                                 : "has no braces around it and is read as empty");
-    }
+    ReportUnbraced(line, offset,
+                   HasBraceFrom(line, at)
+                       ? "has no braces around it and is read from the first brace on"
+                       : "has no braces around it and is read as empty");
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -428,12 +422,9 @@ void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) 
   }
 }
 
-/// Whether a value without braces is to be reported; counts it where nobody will see the text.
-bool LibraryScan::IsReportedUnbraced(std::string_view line, std::size_t offset) {
-  return MentionsReadTag(line, offset) && !warnings_.ReportNumber(WarningKind::kUnbracedValue);
-}
-
-void LibraryScan::ReportUnbraced(std::size_t offset, std::string_view how) {
+/// Reports a value that is not read whole, if the line mentions a tag that is read.
+void LibraryScan::ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how) {
+  if (!MentionsReadTag(line, offset)) return;
   Report(WarningKind::kUnbracedValue, offset, {"the value of '", tag_, "' ", how});
 }
 
