@@ -338,6 +338,18 @@ TEST(CleanTags, NeverWritesOverAnInput) {
             testing::Printed("Function Clean_tags_4 => Could not create the log file?"));
 }
 
+TEST(CleanTags, ASecondRunReplacesBothFiles) {
+  testing::RecordingReporter reporter;
+  MemoryFiles files;
+  files.files["a.bib"] = "@misc{k,\n year = {1},\n note = {2}\n}\n@misc{l,\n year = {3}\n}\n";
+  ASSERT_EQ(RunCleanTags(MemoryRun(files, "a.bib")), 1);
+  files.files["a.bib"] = "@misc{l,\n year = {3}\n}\n";
+  ASSERT_EQ(RunCleanTags(MemoryRun(files, "a.bib")), 1);
+  EXPECT_EQ(files.files["a_tag.bib"],
+            std::string(testing::kBibHeader) + "@MISC{l,\n  year = {3}\n}\n\n");
+  EXPECT_EQ(files.files["a_tag.log"], std::string(testing::kLogHeader) + Summary(0, 0, 0));
+}
+
 TEST(CleanTags, FailsOnAFullDiskAtEveryByte) {
   MemoryFiles whole;
   whole.files["a.bib"] = "@misc{k,\n year = {1},\n note = {2}\n}\n";
