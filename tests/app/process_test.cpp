@@ -103,6 +103,7 @@ TEST(PrepareProcess, LeavesTheEndBySignalsAsTheShellExpectsIt) {
 TEST(PrepareProcess, RemovesTemporaryFilesWhenASignalEndsTheRun) {
   const testing::TemporaryDirectory directory;
   const int status = InChild([&] {
+    std::signal(SIGINT, SIG_DFL);  // it is ignored when the tests are a job in the background
     PrepareProcess();
     const testing::FailingCalls no_unnamed_files("access", ENOENT);
     const auto file = CreatePendingFile(directory / "lit_journals.bib", CreateMode::kWrite);
