@@ -53,7 +53,7 @@ TEST(RaiseStackLimit, LeavesAHigherOneAlone) {
   std::exit(RaiseStackLimit());
 }
 
-TEST(RaiseStackLimitDeathTest, TellsOfALimitThatCannotBeSetAndGoesOn) {
+TEST(RaiseStackLimitDeathTest, ReportsALimitThatCannotBeSetAndGoesOn) {
   EXPECT_EXIT(RaiseUnderALowHardLimit(), ::testing::ExitedWithCode(0),
               "^setrlimit returned result = -1\n$");
 }

@@ -52,7 +52,8 @@ TEST(CleanTags, KeepsSixTagsAndLogsTheOthersInTheirOwnSpelling) {
             "@ARTICLE{k,\n  author = {A},\n  title = {{T}}\n}\n\n@MISC{l,\n  year = {1}\n}\n\n");
   EXPECT_EQ(outcome.log,
             "The following tags have been removed from the entry 'k':\nnote\n\n" + Summary(1, 0, 0))
-      << "a line that spells its tag with dots does not pass the filter; unknown tags are not told";
+      << "a line that spells its tag with dots does not pass the filter; unknown tags are not "
+         "logged";
 }
 
 TEST(CleanTags, SqueezesTheNamesItLogs) {
@@ -196,7 +197,7 @@ TEST(CleanTags, RemovesStringLines) {
   EXPECT_EQ(outcome.library, "@MISC{k\n}\n\n");
 }
 
-TEST(CleanTags, LeavesAStringBehindAnEntryToTheEntry) {
+TEST(CleanTags, LeavesAStringAfterAnEntryToTheEntry) {
   const Outcome outcome = Clean("@misc{k,\n year = {1}\n}\n@STRING{a = {b}}\n@misc{l,\n}\n");
   EXPECT_EQ(outcome.log, "The following @STRING has been removed:\n    @STRING{a = {b}}\n\n\n" +
                              Summary(0, 0, 1))
@@ -293,7 +294,7 @@ TEST(CleanTags, TakesValuesOfAnySize) {
             "@MISC{k,\n  note = {" + joined + "}\n}\n\n");
 }
 
-TEST(CleanTags, TellsWhatItCannotOpen) {
+TEST(CleanTags, ReportsWhatItCannotOpen) {
   struct Case {
     std::string first;
     std::string broken;

@@ -293,7 +293,7 @@ class Run {
     kept_.push_back({from, until, key});
   }
 
-  /// Tells of every entry kept so far of which a byte was written over, in file order.
+  /// Reports every entry kept so far of which a byte was written over, in file order.
   void TellLost(std::size_t from, std::size_t until, const std::string& key) {
     std::map<std::size_t, std::string> lost;
     std::vector<Extent> left;

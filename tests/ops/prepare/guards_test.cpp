@@ -129,7 +129,7 @@ TEST(GuardWords, PutsGroupsIntoWords) {
   }
 }
 
-TEST(FindHarm, TellsWhatIsLeft) {
+TEST(FindHarm, ReportsWhatIsLeft) {
   EXPECT_FALSE(FindHarm("nothing here", AllWords()).Any());
   EXPECT_EQ(FindHarm("a year", AllWords()).words, WordBit(1));
   EXPECT_EQ(FindHarm("a year", AllWords() & ~WordBit(1)).words, 0U);
