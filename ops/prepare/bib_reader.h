@@ -32,7 +32,7 @@ struct BibItem {
   std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
 
   std::string fault;             // why it could not be read to its end; empty when it was
-  std::size_t fault_offset = 0;  // offset
+  std::size_t fault_offset = 0;  // of the byte at which reading failed
   std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
 };
 

@@ -115,9 +115,8 @@ WordSet FindWords(std::string_view text) {
 
 NameFacts FactsOf(std::string_view name) {
   static const NameMatcher matcher{kTagNames};
-  const bool has_sign = std::any_of(name.begin(), name.end(), [](char byte) {
-    return byte == '@' || byte == '.' || byte == ':' || byte == ';';
-  });
+  const bool has_sign =
+      std::any_of(name.begin(), name.end(), [](char byte) { return IsByteOf(byte, "@.:;"); });
   const bool has_none = !has_sign && !matcher.Any(name);
   return has_none ? NameFacts() : NameFacts{WordsInName(name), IsMisreadName(name)};
 }
