@@ -95,6 +95,9 @@ Delimited FindDelimiter(std::string_view bytes, ByteMarks& marks, std::size_t fr
   return {limit, false};
 }
 
+/// Whether a key ends before the byte, or is one with an "@".
+bool IsKeyEnd(char byte) { return IsWhite(byte) || byte == ',' || byte == '@'; }
+
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
 
 }  // namespace
@@ -350,6 +353,20 @@ bool BibReader::IsHeadLine(std::size_t at) const {
   const std::size_t end = NameEnd(bytes_, name);
   const std::size_t open = WhiteEnd(bytes_, end);
   return end > name && open < bytes_.size() && (bytes_[open] == '{' || bytes_[open] == '(');
+}
+
+std::size_t EndOfFrontTexts(std::string_view bytes) {
+  std::size_t last = 0;
+  for (std::size_t at = bytes.find('@'); at < bytes.size(); at = bytes.find('@', at + 1)) {
+    const std::size_t type = WhiteEnd(bytes, at + 1);
+    const std::size_t end = NameEnd(bytes, type);
+    const std::size_t key = WhiteEnd(bytes, std::min(WhiteEnd(bytes, end) + 1, bytes.size()));
+    std::size_t key_end = key;
+    while (key_end < bytes.size() && !IsKeyEnd(bytes[key_end])) ++key_end;
+    const bool has_at = key_end < bytes.size() && bytes[key_end] == '@';
+    if (has_at || EqualNoCase(bytes.substr(type, end - type), "preamble")) last = at;
+  }
+  return last;
 }
 
 }  // namespace tarvel

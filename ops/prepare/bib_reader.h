@@ -100,4 +100,8 @@ class BibReader {
   std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
 };
 
+/// An offset after which no preamble begins, and no entry with an "@" in its key. Reads no values,
+/// so it may be later than need be.
+std::size_t EndOfFrontTexts(std::string_view bytes);
+
 }  // namespace tarvel
