@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
+#include "ops/prepare/text_facts.h"
 #include "ops/prepare/text_pool.h"
 
 namespace tarvel {
@@ -18,6 +18,7 @@ struct BibTag {
   std::string_view name;   // as it stands in the library
   std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
   std::size_t offset = 0;  // offset of the name
+  TextFacts facts;         // of the value
 };
 
 /// A command of a library: an entry, a "@string" or a "@preamble".
@@ -62,7 +63,7 @@ class BibReader {
  private:
   struct Piece {
     std::string_view text;
-    bool is_plain;  // has no white space but single blanks
+    TextFacts facts;
   };
 
   bool StartCommand(BibItem& item);
@@ -87,7 +88,6 @@ class BibReader {
   bool IsHeadLine(std::size_t at) const;
 
   std::string_view bytes_;
-  ByteMarks marks_;
   BibStrings& strings_;
   std::size_t at_ = 0;
   char close_ = '}';           // what ends the command

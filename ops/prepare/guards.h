@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "ops/prepare/tag_words.h"
+#include "ops/prepare/text_facts.h"
 
 namespace tarvel {
 
@@ -33,8 +34,8 @@ struct Harm {
   bool is_at = false;      // text between an "@" and a "{" would be turned into capitals
   bool Any() const { return words != 0 || is_exempt || is_at; }
 };
-/// What of the harmful words stands in the value, and the signs. A "journal" with blanks within
-/// counts as that word.
-Harm FindHarm(std::string_view value, WordSet harmful);
+/// What of the harmful words stands in the value of these facts, and the signs. A "journal" with
+/// blanks within counts as that word.
+Harm FindHarm(std::string_view value, const TextFacts& facts, WordSet harmful);
 
 }  // namespace tarvel

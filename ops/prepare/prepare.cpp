@@ -155,7 +155,8 @@ void Preparer::TakePreamble() {
   if (item_.tags.empty()) return;
   const std::string_view text = item_.tags.front().value;
   const bool stands = text.find('@') == std::string_view::npos &&
-                      !FindHarm(text, kJournalBit).Any() && FitOf({}, text) != LineFit::kTooLong;
+                      !FindHarm(text, FactsOf(text), kJournalBit).Any() &&
+                      FitOf({}, text) != LineFit::kTooLong;
   if (stands) {
     AppendPreamble(preambles_, text);
     return;
@@ -191,7 +192,7 @@ void Preparer::ReportKey() {
   if (key.find('@') != std::string_view::npos) {
     text =
         "its key holds an \"@\": no operation sees the entry, which stands in front of the others";
-  } else if (FindHarm(key, kJournalBit).words != 0) {
+  } else if (FindHarm(key, FactsOf(key), kJournalBit).words != 0) {
     text = "its key holds 'journal': Journals joins the entry on one line and keeps its journal";
   } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
     text = "its key ends a tag's name: Clean characters leaves the entry's first line out";
@@ -209,7 +210,7 @@ void Preparer::WriteEntry() {
   library.append("@").append(former_.Type()).append("{").append(item_.key).append(",\n");
   const std::vector<FormedTag>& tags = former_.Tags();
   for (std::size_t i = 0; i < tags.size(); ++i) {
-    AppendTag(library, tags[i].name, tags[i].value);
+    AppendTag(library, tags[i].Name(), tags[i].value);
     library.append(i + 1 < tags.size() ? ",\n" : "\n");
   }
   library.append("}\n\n");
