@@ -205,23 +205,17 @@ bool BibReader::ReadTag(BibItem& item) {
 /// Reads pieces joined by "#" and the white space after them.
 bool BibReader::ReadValue(BibItem& item, BibTag& tag) {
   SkipWhite();
-  std::optional<Piece> piece = ReadPiece(item, tag);
-  if (!piece) return false;
+  if (!ReadPiece(item, tag)) return false;
   SkipWhite();
-  if (piece->facts.is_plain && !IsAt('#')) {
-    tag.value = piece->text;
-    tag.facts = piece->facts;
-    return true;
-  }
+  if (tag.facts.is_plain && !IsAt('#')) return true;
   const bool keeps = keeps_values_ || item.kind != BibItem::Kind::kEntry;
   std::string& text = texts_.Next();
-  if (keeps) AppendPiece(text, piece->text);
+  if (keeps) AppendPiece(text, tag.value);
   while (IsAt('#')) {
     ++at_;
     SkipWhite();
-    piece = ReadPiece(item, tag);
-    if (!piece) return false;
-    if (keeps) AppendPiece(text, piece->text);
+    if (!ReadPiece(item, tag)) return false;
+    if (keeps) AppendPiece(text, tag.value);
     SkipWhite();
   }
   tag.value = text;
@@ -229,15 +223,18 @@ bool BibReader::ReadValue(BibItem& item, BibTag& tag) {
   return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadPiece(BibItem& item, const BibTag& tag) {
+/// Reads a piece of a value as if it were all of it.
+bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
   if (IsAt('{') || IsAt('"')) return ReadDelimited(item, tag);
   if (IsAtEnd() || !IsDigit(bytes_[at_])) return ReadStringName(item, tag);
   const std::size_t from = at_;
   while (!IsAtEnd() && IsDigit(bytes_[at_])) ++at_;
-  return Piece{bytes_.substr(from, at_ - from), {}};
+  tag.value = bytes_.substr(from, at_ - from);
+  tag.facts = {};
+  return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const BibTag& tag) {
+bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
   const DelimitedText found = FindDelimiter(bytes_, from, limit, bytes_[at_] == '{' ? '}' : '"');
@@ -245,35 +242,37 @@ std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const Bi
     const bool broke_off = found.end < limit;
     FailValue(item, tag, broke_off ? found.end : from - 1,
               broke_off ? "a \"}\" too many stands in" : "nothing closes");
-    return std::nullopt;
+    return false;
   }
   at_ = found.end + 1;
-  const std::string_view text = bytes_.substr(from, found.end - from);
-  return Piece{text, found.facts};
+  tag.value = bytes_.substr(from, found.end - from);
+  tag.facts = found.facts;
+  return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadStringName(BibItem& item, const BibTag& tag) {
+bool BibReader::ReadStringName(BibItem& item, BibTag& tag) {
   const std::string_view name = TakeName();
   const bool ends = IsAtEnd() || IsWhite(bytes_[at_]) || IsAt(',') || IsAt('#') || IsAt(close_);
   if (name.empty() || !ends) {
     Fail(item, tag.name.empty() ? std::string("there is no text")
                                 : "there is no value after " + Quoted(tag.name));
-    return std::nullopt;
+    return false;
   }
-  return TakeString(item, name);
+  tag.value = TakeString(item, name);
+  tag.facts = FactsOf(tag.value);
+  return true;
 }
 
 /// The text of a string; its name where it is not defined, or where its text would be too much.
-BibReader::Piece BibReader::TakeString(BibItem& item, std::string_view name) {
+std::string_view BibReader::TakeString(BibItem& item, std::string_view name) {
   const bool is_own = EqualNoCase(name, defining_);
   const std::string* text = is_own ? nullptr : strings_.Find(name, item.begin);
   if (!text || text->size() > room_) {
     item.undefined.push_back(name);
-    const std::string_view shown = is_own ? std::string_view() : name;
-    return {shown, FactsOf(shown)};
+    return is_own ? std::string_view() : name;
   }
   room_ -= text->size();
-  return {*text, FactsOf(*text)};
+  return *text;
 }
 
 /// Ends the item for the reason, at the byte that was read last; always false.

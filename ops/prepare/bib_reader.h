@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,11 +60,6 @@ class BibReader {
   std::size_t StrictFrom() const { return strict_from_; }
 
  private:
-  struct Piece {
-    std::string_view text;
-    TextFacts facts;
-  };
-
   bool StartCommand(BibItem& item);
   void ReadString(BibItem& item);
   void ReadPreamble(BibItem& item);
@@ -73,10 +67,10 @@ class BibReader {
   bool ReadKey(BibItem& item);
   bool ReadTag(BibItem& item);
   bool ReadValue(BibItem& item, BibTag& tag);
-  std::optional<Piece> ReadPiece(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadDelimited(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadStringName(BibItem& item, const BibTag& tag);
-  Piece TakeString(BibItem& item, std::string_view name);
+  bool ReadPiece(BibItem& item, BibTag& tag);
+  bool ReadDelimited(BibItem& item, BibTag& tag);
+  bool ReadStringName(BibItem& item, BibTag& tag);
+  std::string_view TakeString(BibItem& item, std::string_view name);
 
   bool Fail(BibItem& item, std::string reason);
   void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);

@@ -43,7 +43,7 @@ void EntryFormer::Form(const BibItem& entry, std::size_t inherited) {
   texts_.Clear();
   misread_ = 0;
   namer_.Name(entry, inherited);
-  tags_ = namer_.Tags();
+  tags_.swap(namer_.Tags());
   printed_ = PrintedWords(Type());
   for (FormedTag& tag : tags_) GuardTag(tag);
   AddEmptyTags();
@@ -74,9 +74,10 @@ void EntryFormer::GuardTag(FormedTag& tag) {
   const WordSet harmful = HarmfulWords(name.words, printed_);
   Harm harm = FindHarm(tag.value, tag.facts, harmful);
   const bool is_misread = !tag.IsNeeded() && (name.is_misread || name.name.size() > kLongestName);
-  const bool may_go = !keeps_all_ && (harm.Any() || is_misread || !HasFewLines(tag));
-  if (!tag.IsNeeded() && (may_go || tag.known->holds_at)) return LeaveOut(tag, harm);
-  if (!harm.Any() && !is_misread && HasFewLines(tag)) return;
+  const bool is_fine = !harm.Any() && !is_misread && HasFewLines(tag);
+  const bool may_go = !keeps_all_ && !is_fine;
+  if (!tag.IsNeeded() && (may_go || name.holds_at)) return LeaveOut(tag, harm);
+  if (is_fine) return;
   GuardHarm(tag, harm, harmful);
   if (tag.known->is_title) GuardTitle(tag);  // it may end with a group now
   const bool is_head = harm.is_at && LooksLikeHead(tag.value);
@@ -193,6 +194,13 @@ void EntryFormer::AddEmptyTags() {
 
 void EntryFormer::Order() {
   using Rank = FormedTag::Rank;
+  bool is_ordered = true;
+  Rank last = Rank::kMisread;
+  for (const FormedTag& tag : tags_) {
+    is_ordered = is_ordered && !tag.is_left_out && tag.rank >= last;
+    last = tag.rank;
+  }
+  if (is_ordered) return;
   ordered_.clear();
   for (const Rank rank :
        {Rank::kMisread, Rank::kBooktitle, Rank::kMisreadOwn, Rank::kUsual, Rank::kBookkeeping}) {

@@ -22,7 +22,7 @@ class EntryNamer {
   /// tags are valid until the next call.
   void Name(const BibItem& entry, std::size_t inherited);
   std::string_view Type() const { return type_; }
-  const std::vector<FormedTag>& Tags() const { return tags_; }
+  std::vector<FormedTag>& Tags() { return tags_; }
   const TagName& NameOf(std::string_view name) { return names_.Get(name); }
 
  private:

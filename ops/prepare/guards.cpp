@@ -273,7 +273,7 @@ void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
   PutGroups(value, offsets, guarded);
 }
 
-Harm FindHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
+Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
   Harm harm;
   harm.words = facts.words & harmful;
   if (facts.may_journal && (harmful & kJournalBit) != 0 &&

@@ -38,6 +38,11 @@ class PairCodes {
     return number;
   }
   Code operator[](std::size_t number) const { return codes_[number]; }
+  /// Whether the pairs that begin with four bytes all mean nothing.
+  bool AreNothing(const char* bytes) const {
+    return (codes_[NumberOf(bytes)] | codes_[NumberOf(bytes + 1)] | codes_[NumberOf(bytes + 2)] |
+            codes_[NumberOf(bytes + 3)]) == 0;
+  }
 
  private:
   static std::size_t NumberOf(char first, char second) {
@@ -99,6 +104,7 @@ std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextF
   static const PairCodes codes;
   const std::size_t last = std::min(limit, text.size() - 1);  // its second byte is none
   for (;; ++at) {
+    while (at + 4 < last && codes.AreNothing(text.data() + at)) at += 4;
     while (at < last && codes[PairCodes::NumberOf(text.data() + at)] == 0) ++at;
     if (at >= limit) return limit;
     const Code code = codes[PairCodes::NumberAt(text, at)];
