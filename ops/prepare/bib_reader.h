@@ -2,13 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
+#include "ops/prepare/text_facts.h"
 #include "ops/prepare/text_pool.h"
 
 namespace tarvel {
@@ -18,6 +17,7 @@ struct BibTag {
   std::string_view name;   // as it stands in the library
   std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
   std::size_t offset = 0;  // offset of the name
+  TextFacts facts;         // of the value
 };
 
 /// A command of a library: an entry, a "@string" or a "@preamble".
@@ -32,7 +32,7 @@ struct BibItem {
   std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
 
   std::string fault;             // why it could not be read to its end; empty when it was
-  std::size_t fault_offset = 0;  // offset
+  std::size_t fault_offset = 0;  // of the byte at which reading failed
   std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
 };
 
@@ -60,11 +60,6 @@ class BibReader {
   std::size_t StrictFrom() const { return strict_from_; }
 
  private:
-  struct Piece {
-    std::string_view text;
-    bool is_plain;  // has no white space but single blanks
-  };
-
   bool StartCommand(BibItem& item);
   void ReadString(BibItem& item);
   void ReadPreamble(BibItem& item);
@@ -72,10 +67,10 @@ class BibReader {
   bool ReadKey(BibItem& item);
   bool ReadTag(BibItem& item);
   bool ReadValue(BibItem& item, BibTag& tag);
-  std::optional<Piece> ReadPiece(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadDelimited(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadStringName(BibItem& item, const BibTag& tag);
-  Piece TakeString(BibItem& item, std::string_view name);
+  bool ReadPiece(BibItem& item, BibTag& tag);
+  bool ReadDelimited(BibItem& item, BibTag& tag);
+  bool ReadStringName(BibItem& item, BibTag& tag);
+  std::string_view TakeString(BibItem& item, std::string_view name);
 
   bool Fail(BibItem& item, std::string reason);
   void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);
@@ -87,7 +82,6 @@ class BibReader {
   bool IsHeadLine(std::size_t at) const;
 
   std::string_view bytes_;
-  ByteMarks marks_;
   BibStrings& strings_;
   std::size_t at_ = 0;
   char close_ = '}';           // what ends the command
@@ -99,5 +93,9 @@ class BibReader {
   std::size_t strict_from_;
   std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
 };
+
+/// An offset after which no preamble begins, and no entry with an "@" in its key. Reads no values,
+/// so it may be later than need be.
+std::size_t EndOfFrontTexts(std::string_view bytes);
 
 }  // namespace tarvel

@@ -35,7 +35,7 @@ class EntryFormer {
   void GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful);
   void ReportHarm(const FormedTag& tag, const Harm& harm);
   void Warn(const FormedTag& tag, const std::string& text);
-  void LeaveOut(FormedTag& tag, const NameFacts& facts, const Harm& harm);
+  void LeaveOut(FormedTag& tag, const Harm& harm);
   void AddEmptyTags();
   void Order();
   void ReportTaken();

@@ -143,33 +143,6 @@ bool HoldsUpperCasedText(std::string_view text) {
   return false;
 }
 
-/// Which bytes stand in a value without which some harm cannot be.
-struct Signs {
-  bool has_j = false;  // of either case
-  bool has_brace = false;
-  bool has_at = false;
-  bool has_equals = false;
-};
-
-/// Its loop has no branches and adds up bytes, so that the compiler makes it look at many of them
-/// at a time.
-Signs FindSigns(std::string_view value) {
-  unsigned char j = 0;
-  unsigned char brace = 0;
-  unsigned char at = 0;
-  unsigned char equals = 0;
-  const auto add = [](unsigned char& sum, bool is_there) {
-    sum = static_cast<unsigned char>(sum | static_cast<unsigned char>(is_there));
-  };
-  for (const char byte : value) {
-    add(j, (byte == 'j') | (byte == 'J'));
-    add(brace, byte == '{');
-    add(at, byte == '@');
-    add(equals, byte == '=');
-  }
-  return {j != 0, brace != 0, at != 0, equals != 0};
-}
-
 /// The size of the character that may be moved out in front of a braced word: a letter or digit.
 std::size_t MovableSize(std::string_view text) {
   if (IsLetter(text[0]) || IsDigit(text[0])) return 1;
@@ -300,16 +273,15 @@ void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
   PutGroups(value, offsets, guarded);
 }
 
-Harm FindHarm(std::string_view value, WordSet harmful) {
+Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
   Harm harm;
-  harm.words = FindWords(value) & harmful;
-  const Signs signs = FindSigns(value);
-  if (signs.has_j && (harmful & kJournalBit) != 0 &&
+  harm.words = facts.words & harmful;
+  if (facts.may_journal && (harmful & kJournalBit) != 0 &&
       (FindSpacedJournal(value, 0, 'j').size > 0 || FindSpacedJournal(value, 0, 'J').size > 0)) {
     harm.words |= kJournalBit;
   }
-  harm.is_exempt = signs.has_equals && signs.has_brace && FindExemptTag(value, 0).size > 0;
-  harm.is_at = signs.has_at && signs.has_brace && HoldsUpperCasedText(value);
+  harm.is_exempt = facts.has_equals && facts.has_brace && FindExemptTag(value, 0).size > 0;
+  harm.is_at = facts.has_at && facts.has_brace && HoldsUpperCasedText(value);
   return harm;
 }
 

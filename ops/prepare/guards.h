@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "ops/prepare/tag_words.h"
+#include "ops/prepare/text_facts.h"
 
 namespace tarvel {
 
@@ -33,8 +34,14 @@ struct Harm {
   bool is_at = false;      // text between an "@" and a "{" would be turned into capitals
   bool Any() const { return words != 0 || is_exempt || is_at; }
 };
-/// What of the harmful words stands in the value, and the signs. A "journal" with blanks within
-/// counts as that word.
-Harm FindHarm(std::string_view value, WordSet harmful);
+/// The same as `FindHarm` where the facts do not rule it out.
+Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful);
+/// What of the harmful words stands in the value of these facts, and the signs. A "journal" with
+/// blanks within counts as that word.
+inline Harm FindHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
+  const bool has_sign = facts.has_brace && (facts.has_at || facts.has_equals);
+  const bool may_be = (facts.words & harmful) != 0 || facts.may_journal || has_sign;
+  return may_be ? LookForHarm(value, facts, harmful) : Harm();
+}
 
 }  // namespace tarvel

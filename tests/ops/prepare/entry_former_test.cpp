@@ -26,7 +26,7 @@ Formed Form(const std::string& entry, bool keeps_all = false) {
   EntryFormer former(log, crossrefs, keeps_all);
   former.Form(item, item.tags.size());
   for (const FormedTag& tag : former.Tags()) {
-    formed.tags.append(tag.name).append("=").append(tag.value).append(";");
+    formed.tags.append(tag.Name()).append("=").append(tag.value).append(";");
   }
   return formed;
 }

@@ -294,6 +294,27 @@ TEST(Prepare, PreamblesStandInFrontUnlessOperationsWouldChangeThem) {
   }
 }
 
+TEST(Prepare, PiecesOfALongLibraryAreTheWholeWithWhatStandsInFront) {
+  std::string entries;
+  while (entries.size() < 400'000) entries += "@misc{k, note={n}}";
+  const std::string preamble = "@preamble{{x}}";
+  const std::string hidden = "@ misc {b@c, note={n}}";
+  for (const std::string& library : {entries, preamble + entries, hidden + entries,
+                                     entries + preamble + entries, entries + hidden + entries}) {
+    std::vector<std::size_t> pieces;
+    std::string written;
+    const auto write = [&](std::string_view text) {
+      written += text;
+      pieces.push_back(text.size());
+    };
+    const auto warn = [](const PrepareWarning&) {};
+    const Prepared prepared = PrepareLibrary(library, {}, warn, {.library = write, .log = {}});
+    EXPECT_EQ(written + prepared.library, PrepareLibrary(library, {}, warn).library);
+    EXPECT_GT(pieces.size(), 1U);
+    EXPECT_LT(prepared.library.size(), 200'000U);
+  }
+}
+
 TEST(Prepare, TheNameOfAnUndefinedStringIsItsText) {
   const Result result = Prepare("@misc{k, journal = PRB}");
   EXPECT_EQ(result.library, "@MISC{k,\n  journal = {PRB}\n}\n\n");
