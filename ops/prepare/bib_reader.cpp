@@ -18,8 +18,9 @@ using namespace std::string_view_literals;
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
+/// The first comparison decides for nearly all bytes.
 constexpr bool IsWhite(char byte) {
-  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+  return static_cast<unsigned char>(byte) <= ' ' && IsByteOf(byte, " \t\r\n");
 }
 
 /// The bytes that names of types, tags and strings are made of.
@@ -43,6 +44,11 @@ std::size_t WhiteEnd(std::string_view bytes, std::size_t from) {
   return from;
 }
 
+std::size_t WordEnd(std::string_view bytes, std::size_t from) {
+  while (from < bytes.size() && !IsWhite(bytes[from])) ++from;
+  return from;
+}
+
 /// Whether white space in a text is more than a single blank between two words.
 bool IsOddWhite(std::string_view text, std::size_t at) {
   return text[at] != ' ' || at + 1 == text.size() || IsWhite(text[at + 1]);
@@ -57,8 +63,8 @@ void AppendPiece(std::string& text, std::string_view piece) {
       continue;
     }
     // Single blanks are copied with the words around them.
-    std::size_t end = at + 1;
-    while (end < piece.size() && !(IsWhite(piece[end]) && IsOddWhite(piece, end))) ++end;
+    std::size_t end = WordEnd(piece, at);
+    while (end < piece.size() && !IsOddWhite(piece, end)) end = WordEnd(piece, end + 1);
     text.append(piece.substr(at, end - at));
     at = end;
   }
@@ -73,6 +79,7 @@ std::string Quoted(std::string_view text) { return std::string("'").append(text)
 
 BibReader::BibReader(std::string_view bytes, BibStrings& strings)
     : bytes_(bytes),
+      marks_(bytes),
       strings_(strings),
       room_(bytes.size() * kMostGrowth + kLeastRoom),
       strict_from_(bytes.size()) {}
@@ -208,18 +215,18 @@ bool BibReader::ReadValue(BibItem& item, BibTag& tag) {
   if (!ReadPiece(item, tag)) return false;
   SkipWhite();
   if (tag.facts.is_plain && !IsAt('#')) return true;
-  const bool keeps = keeps_values_ || item.kind != BibItem::Kind::kEntry;
+  const bool is_joined = IsAt('#');
   std::string& text = texts_.Next();
-  if (keeps) AppendPiece(text, tag.value);
+  if (Keeps(item)) AppendPiece(text, tag.value);
   while (IsAt('#')) {
     ++at_;
     SkipWhite();
     if (!ReadPiece(item, tag)) return false;
-    if (keeps) AppendPiece(text, tag.value);
+    if (Keeps(item)) AppendPiece(text, tag.value);
     SkipWhite();
   }
   tag.value = text;
-  tag.facts = FactsOf(text);
+  if (is_joined) tag.facts = FactsOf(text);  // other white space makes no other facts
   return true;
 }
 
@@ -237,7 +244,9 @@ bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
 bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
-  const DelimitedText found = FindDelimiter(bytes_, from, limit, bytes_[at_] == '{' ? '}' : '"');
+  const char delimiter = bytes_[at_] == '{' ? '}' : '"';
+  const DelimitedText found = Keeps(item) ? FindDelimiter(bytes_, from, limit, delimiter)
+                                          : SkipDelimited(bytes_, marks_, from, limit, delimiter);
   if (!found.is_closed) {
     const bool broke_off = found.end < limit;
     FailValue(item, tag, broke_off ? found.end : from - 1,
@@ -258,7 +267,7 @@ bool BibReader::ReadStringName(BibItem& item, BibTag& tag) {
                                 : "there is no value after " + Quoted(tag.name));
     return false;
   }
-  tag.value = TakeString(item, name);
+  tag.value = Keeps(item) ? TakeString(item, name) : std::string_view();
   tag.facts = FactsOf(tag.value);
   return true;
 }

@@ -70,6 +70,7 @@ void EntryFormer::GuardTag(FormedTag& tag) {
     tag.rank = FormedTag::Rank::kBookkeeping;
   }
   if (tag.known->is_title) GuardTitle(tag);
+  if (tag.known->is_of_names && tag.facts.has_brace) GuardNamesOf(tag);
   const TagName& name = *tag.known;
   const WordSet harmful = HarmfulWords(name.words, printed_);
   Harm harm = FindHarm(tag.value, tag.facts, harmful);
@@ -105,6 +106,20 @@ void EntryFormer::GuardTitle(FormedTag& tag) {
   std::string& guarded = texts_.Next();
   GuardEnds(tag.value, guarded);
   tag.SetValue(guarded);
+}
+
+/// Where a comma would be misread as well, the names are more legible without a group.
+void EntryFormer::GuardNamesOf(FormedTag& tag) {
+  if (HasCommaInBraces(tag.value)) {
+    Warn(tag, "a name of '" + std::string(tag.Name()) +
+                  "' has a comma in braces: Extract and Text with style aps or wiley cut it there");
+    return;
+  }
+  std::string& guarded = texts_.Next();
+  GuardNames(tag.value, guarded);
+  if (guarded == tag.value) return;
+  tag.SetValue(guarded);
+  if (!tag.is_inherited) log_.Say({"In the tag '", tag.Name(), "' {} was put into 'and'."});
 }
 
 /// Puts groups into the words that do harm; `harm` is then what is left.

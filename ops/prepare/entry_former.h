@@ -32,6 +32,7 @@ class EntryFormer {
  private:
   void GuardTag(FormedTag& tag);
   void GuardTitle(FormedTag& tag);
+  void GuardNamesOf(FormedTag& tag);
   void GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful);
   void ReportHarm(const FormedTag& tag, const Harm& harm);
   void Warn(const FormedTag& tag, const std::string& text);

@@ -196,9 +196,10 @@ void GuardEnd(std::string& value) {
   value += mark;
 }
 
+constexpr std::string_view kAnd = " and ";
+
 /// Whether all names of a list, parted by " and ", have a comma, and there are two at least.
 bool IsListOfNames(std::string_view list) {
-  constexpr std::string_view kAnd = " and ";
   std::size_t names = 0;
   for (;;) {
     const std::size_t end = list.find(kAnd);
@@ -271,6 +272,32 @@ void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
   FindExemptOffsets(value, offsets);
   if (HoldsUpperCasedText(value) || !offsets.empty()) FindAtOffsets(value, offsets);
   PutGroups(value, offsets, guarded);
+}
+
+bool HasCommaInBraces(std::string_view names) {
+  std::size_t depth = 0;
+  bool has_comma = false;
+  for (std::size_t at = 0; at < names.size(); ++at) {
+    if (names[at] == '{') ++depth;
+    if (names[at] == '}' && depth > 0) --depth;
+    if (depth == 0 && names.substr(at).starts_with(kAnd)) has_comma = false;
+    if (names[at] != ',' || has_comma) continue;
+    if (depth > 0) return true;
+    has_comma = true;
+  }
+  return false;
+}
+
+void GuardNames(std::string_view names, std::string& guarded) {
+  constexpr std::string_view kMisread = " and";
+  Offsets offsets;
+  std::size_t depth = 0;
+  for (std::size_t at = 0; at < names.size(); ++at) {
+    if (names[at] == '{') ++depth;
+    if (names[at] == '}' && depth > 0) --depth;
+    if (depth > 0 && names.substr(at).starts_with(kMisread)) offsets.push_back(at + 2);
+  }
+  PutGroups(names, offsets, guarded);
 }
 
 Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {

@@ -27,6 +27,13 @@ void GuardEnds(std::string_view value, std::string& guarded);
 /// somewhere. Nothing is put into names of commands, or into what commands such as "\url" take.
 void GuardWords(std::string_view value, WordSet words, std::string& guarded);
 
+/// Whether the first comma of a name in the list stands in braces. The styles that put first names
+/// first cut the name there.
+bool HasCommaInBraces(std::string_view names);
+/// Writes the list with an empty group in each "and" in braces, where Extract and Text take it for
+/// what parts two names.
+void GuardNames(std::string_view names, std::string& guarded);
+
 /// What operations would misread in a line: words, or one of the signs that `GuardWords` knows.
 struct Harm {
   WordSet words = 0;

@@ -71,7 +71,7 @@ PairCodes::PairCodes() {
   Mark(kOddWhite, "\t\r\n");
   Mark(kOddWhite, " ", " ");
   Mark(kSign, "@=");
-  Mark(kSign, "jJ", "oO \t");
+  Mark(kSign, "jJ", "oO \t\r\n");
   for (std::size_t word = 0; word < kWords.size(); ++word) {
     const std::string_view letters = kWords[word].substr(kRareLetters[word], 2);
     const std::array first{letters[0], ToUpper(letters[0])};
@@ -95,6 +95,23 @@ void TakeSign(char sign, TextFacts& facts) {
     facts.may_journal = true;
   }
 }
+
+/// Counts the braces of a text.
+class Braces {
+ public:
+  explicit Braces(char delimiter) : delimiter_(delimiter) {}
+  /// Whether a delimited text ends with the byte, a brace or a quote.
+  bool End(char byte) {
+    if (depth_ == 0 && (byte == delimiter_ || byte == '}')) return true;
+    if (byte == '{') ++depth_;
+    if (byte == '}') --depth_;
+    return false;
+  }
+
+ private:
+  char delimiter_;
+  std::size_t depth_ = 0;
+};
 
 /// Collects the facts of the text from `at` to before `limit`, or to the brace or quote for which
 /// `ends(byte)` is true; gives the offset where it ended.
@@ -132,14 +149,20 @@ DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_
   DelimitedText found;
   found.end = limit;
   if (from >= limit) return found;
-  std::size_t depth = 0;
-  const auto ends = [&](char byte) {
-    if (depth == 0 && (byte == delimiter || byte == '}')) return true;
-    if (byte == '{') ++depth;
-    if (byte == '}') --depth;
-    return false;
-  };
-  found.end = Scan(bytes, from, limit, found.facts, ends);
+  Braces braces(delimiter);
+  found.end = Scan(bytes, from, limit, found.facts, [&](char byte) { return braces.End(byte); });
+  found.is_closed = found.end < limit && bytes[found.end] == delimiter;
+  return found;
+}
+
+DelimitedText SkipDelimited(std::string_view bytes, ByteMarks& marks, std::size_t from,
+                            std::size_t limit, char delimiter) {
+  DelimitedText found;
+  Braces braces(delimiter);
+  found.end = marks.FindBrace(from, limit);
+  while (found.end < limit && !braces.End(bytes[found.end])) {
+    found.end = marks.FindBrace(found.end + 1, limit);
+  }
   found.is_closed = found.end < limit && bytes[found.end] == delimiter;
   return found;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "core/byte_marks.h"
 #include "ops/prepare/tag_words.h"
 
 namespace tarvel {
@@ -32,5 +33,8 @@ struct DelimitedText {
 /// of any braces within. Ends at a brace that closes too much.
 DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
                             char delimiter);
+/// The same without the facts, faster. The marks are of `bytes`.
+DelimitedText SkipDelimited(std::string_view bytes, ByteMarks& marks, std::size_t from,
+                            std::size_t limit, char delimiter);
 
 }  // namespace tarvel

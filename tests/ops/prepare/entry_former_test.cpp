@@ -46,6 +46,16 @@ TEST(EntryFormer, PutsMisreadLinesFirstAndBookkeepingLast) {
             "url=http://x/author;title=T;author=A;owner=me;");
 }
 
+TEST(EntryFormer, GuardsNamesInBracesOrWarnsOfThem) {
+  EXPECT_EQ(Form("@misc{k, author={{Tides and Winds}}}").tags, "author={Tides a{}nd Winds};");
+  EXPECT_EQ(Form("@misc{k, author={{Tides and Winds}}}").warnings, "");
+  EXPECT_EQ(Form("@misc{k, note={{Tides and Winds} x}}").tags, "note={Tides and Winds} x;");
+  EXPECT_EQ(Form("@misc{k, editor={Paul {Harrow, Jr.} and {A and B}}}").tags,
+            "editor=Paul {Harrow, Jr.} and {A and B};");
+  EXPECT_NE(Form("@misc{k, editor={Paul {Harrow, Jr.}}}").warnings.find("comma in braces"),
+            std::string::npos);
+}
+
 TEST(EntryFormer, WarnsOfAValueThatNothingCures) {
   EXPECT_NE(Form("@online{k, url={http://journal}}").warnings.find("'journal'"), std::string::npos);
   EXPECT_EQ(Form("@online{k, url={http://x}}").warnings, "");

@@ -129,6 +129,33 @@ TEST(GuardWords, PutsGroupsIntoWords) {
   }
 }
 
+TEST(GuardNames, DividesAnAndInBraces) {
+  const Case cases[] = {{"{Tides and Winds}", "{Tides a{}nd Winds}"},
+                        {"{A {b and} c} and {D and E}", "{A {b a{}nd} c} and {D a{}nd E}"},
+                        {"Doe, J. and Roe, K.", "Doe, J. and Roe, K."},
+                        {"{Tides a{}nd Winds}", "{Tides a{}nd Winds}"},
+                        {"{Of android sand}", "{Of a{}ndroid sand}"},
+                        {"} and {", "} and {"},
+                        {"{A} and B", "{A} and B"},
+                        {"", ""}};
+  for (const Case& one : cases) {
+    std::string guarded;
+    GuardNames(one.value, guarded);
+    EXPECT_EQ(guarded, one.result) << one.value;
+  }
+}
+
+TEST(GuardNames, KnowsNamesThatAreCutInBraces) {
+  for (const char* names : {"Paul {Harrow, Jr.}", "{Harrow, Jr.}, Paul", "Doe, J. and {Roe, K.}",
+                            "{Tides, Winds and Ice}", "Doe, J. and {a, b}"}) {
+    EXPECT_TRUE(HasCommaInBraces(names)) << names;
+  }
+  for (const char* names : {"Harrow, {P., Jr.}", "Doe, J. and Roe, {K, L}", "{Harrow Jr.}, Paul",
+                            "{A} and {B}", "}, {", "", "\\'{E}douard, {a, b}"}) {
+    EXPECT_FALSE(HasCommaInBraces(names)) << names;
+  }
+}
+
 Harm HarmOf(std::string_view value, WordSet harmful) {
   return FindHarm(value, FactsOf(value), harmful);
 }

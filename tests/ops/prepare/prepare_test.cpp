@@ -125,7 +125,7 @@ TEST(Prepare, BracesAroundWholeValuesGoInEveryTag) {
       Tags("pages={{774-797}}, year=\"{2001}\", journal={{{J}}}, author={{Barnes and Noble}}, "
            "editor={{Doe, J. and Roe, K.}}"),
       "  pages = {774-797},\n  year = {2001},\n  journal = {J},\n"
-      "  author = {{Barnes and Noble}},\n  editor = {Doe, J. and Roe, K.}\n");
+      "  author = {{Barnes a{}nd Noble}},\n  editor = {Doe, J. and Roe, K.}\n");
 }
 
 TEST(Prepare, LeavesOutWhatWouldBeTakenForAnotherTag) {

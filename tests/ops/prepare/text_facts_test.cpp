@@ -30,7 +30,7 @@ TextFacts PlainFacts(std::string_view text) {
   facts.has_brace = Holds(text, "{");
   facts.has_at = Holds(text, "@");
   facts.has_equals = Holds(text, "=");
-  for (const std::string_view begin : {"jo", "j ", "j\t"}) {
+  for (const std::string_view begin : {"jo", "j ", "j\t", "j\r", "j\n"}) {
     if (ContainsNoCase(text, begin)) facts.may_journal = true;
   }
   return facts;
