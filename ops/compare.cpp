@@ -156,11 +156,16 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
   const bool copies = AreCopies(bytes.substr(start), known_bytes.substr(known.start));
   const std::vector<Misread> misread = MisreadValues(known.rule->group, second_.Entry(), bytes);
   const bool compared = &verdict != &known.rule->missing && (!same_key || misread.empty());
-  ReportVerdict({.key = second_.Entry().key,
-                 .other = known.key,
-                 .offset = start,
-                 .verdict = "is taken for the first library's entry"},
-                same_key ? std::vector<Misread>() : misread,
+  const EqualEntries equal{.key = second_.Entry().key,
+                           .other = known.key,
+                           .offset = start,
+                           .verdict = "is taken for the first library's entry"};
+  const std::size_t known_size = EntryTextAt(known_bytes, known.start).size() + 2;  // with "\n}"
+  ReportUnread(equal,
+               UnreadOf(known_bytes.substr(known.start, known_size),
+                        bytes.substr(start, second_stream_.Position() - start)),
+               second_warnings_);
+  ReportVerdict(equal, same_key ? std::vector<Misread>() : misread,
                 copies ? std::vector<std::string_view>()
                        : DifferingTags(EntryTextAt(bytes, start),
                                        EntryTextAt(known_bytes, known.start), compared),

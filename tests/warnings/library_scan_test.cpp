@@ -249,12 +249,42 @@ TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
                    "misread-key l:2 [l}] no comma follows the key, which is read as 'l}'"}));
 }
 
+TEST(ScanLibrary, TellsHeadsAfterOtherText) {
+  const std::string none = "starts no entry, as no \"{\" follows on the line";
+  EXPECT_EQ(Scan("\xEF\xBB\xBF@book(a,\n title = {T},\n)\n"),
+            Lines{"unknown-type l:1 [] '@book' " + none});
+  EXPECT_EQ(Scan("text @book(a,\n title = {T},\n)\n"),
+            Lines{"unknown-type l:1 [] '@book' " + none});
+  EXPECT_EQ(Scan("mail a@b.c (work), or d@e.f (home address)\n"), Lines()) << "no key follows";
+  EXPECT_EQ(Scan("@misc{k,\n title = {a @b{c, d} @b(c,d)},\n}\n").size(), 1U) << "in a value";
+  EXPECT_EQ(Scan("@misc{k,\n note = {open,\n}@preamble{\"p\"}\n@misc{l,\n}\n"),
+            Lines{"runs-on l:1 [k] the entry has no closing brace before the next entry"})
+      << "the brace closes the value, not the entry";
+  EXPECT_EQ(Scan("@misc{k,\n note = {{open,\n}@preamble{p}\n}},\n}\n"), Lines())
+      << "still in the value";
+}
+
+TEST(ScanLibrary, TellsTagsAfterTheEndOfAnEntry) {
+  ScanRules rules{1000, kTags};
+  rules.one_value_a_line = rules.takes_all_tags = true;
+  EXPECT_EQ(Scan("@misc{k,\n title = {T\n}}, year = {1}, note = {n}\n", rules),
+            (Lines{"shared-line l:3 [k] the tag 'year' stands after the end of its entry, on the "
+                   "same line, and is not read",
+                   "shared-line l:3 [k] the tag 'note' stands after the end of its entry, on the "
+                   "same line, and is not read"}));
+  EXPECT_EQ(Scan("@misc{k,\n title = {T}\n} % year = x\n", rules), Lines()) << "no tag";
+}
+
 TEST(ScanLibrary, SkipsWhatIsOfNoEntry) {
   EXPECT_EQ(Scan("@www(a,\n title = {T}\n)\n title = {U},\n").size(), 1U);
   EXPECT_EQ(Scan("@misc{k,\n note = {a\n@www{b}\n},\n}\n"), Lines());
 }
 
 TEST(ScanLibrary, FollowsThePiecesOfAValue) {
+  EXPECT_EQ(Scan("@misc{k,\n title = {a\nb} # {c},\n}\n"),
+            Lines{"unbraced-value l:3 [k] the value of 'title' goes on after a '#': only the part "
+                  "before it is read"});
+  EXPECT_EQ(Scan("@misc{k,\n note = {a\nb} # {c},\n}\n"), Lines()) << "not read";
   EXPECT_EQ(Scan("@misc{k,\n title = {a} # \"b\",\n year = {1}\n}\n").size(), 1U);
   EXPECT_EQ(Scan("@misc{k,\n title = {a} #\n {b},\n year = {1}\n}\n").size(), 1U);
 }
