@@ -99,7 +99,12 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
-  std::map<std::size_t, std::size_t> written_;  // begin and end of every entry still whole
+  /// An entry of the new library.
+  struct Written {
+    std::size_t end;   // offset in it
+    std::size_t head;  // offset of its first line in the input
+  };
+  std::map<std::size_t, Written> written_;  // every entry that is still whole, under its begin
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
@@ -245,7 +250,7 @@ void DoubleCleaner::AppendCopy() {
   } else {
     follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
   }
-  written_.emplace_hint(written_.end(), begin, begin + copy_.text.size());
+  written_.emplace_hint(written_.end(), begin, Written{begin + copy_.text.size(), head_});
 }
 
 /// Writes the copy after an entry. Where others follow, it replaces them byte by byte.
@@ -253,7 +258,7 @@ void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());
   follower_.Write(position, text);
-  written_.emplace(position, position + copy_.text.size());
+  written_.emplace(position, Written{position + copy_.text.size(), head_});
 }
 
 /// Reports what makes it doubtful that the dropped entry, which begins at `start`, is a double.
@@ -261,14 +266,15 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                                   std::size_t start) {
   if (!input_warnings_.Wanted()) return;
   const KeptEntry& kept = *decision.by;
-  ReportVerdict({.key = reader_.Entry().key,
-                 .other = kept.key,
-                 .offset = start,
-                 .verdict = "was dropped as a double of"},
-                MisreadValues(group, reader_.Entry(), input_.Bytes()),
-                DifferingTags(EntryTextAt(input_.Bytes(), start),
-                              library_.Bytes().substr(kept.head, kept.end - kept.head)),
-                input_warnings_);
+  const EqualEntries equal{.key = reader_.Entry().key,
+                           .other = kept.key,
+                           .offset = start,
+                           .verdict = "was dropped as a double of"};
+  const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
+  ReportVerdict(equal, MisreadValues(group, reader_.Entry(), input_.Bytes()),
+                DifferingTags(EntryTextAt(input_.Bytes(), start), kept_text), input_warnings_);
+  ReportUnread(equal, UnreadOf(kept_text, input_.Bytes().substr(start, input_.Position() - start)),
+               input_warnings_);
   ReportSwallowed(input_.Bytes(), {start, input_.Position()}, reader_.Entry().key, swallowed_,
                   input_warnings_);
   ReportAfterEntry();
@@ -313,13 +319,17 @@ void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
     return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
   };
   auto entry = written_.lower_bound(begin);
-  if (entry != written_.begin() && std::prev(entry)->second > begin) --entry;
+  if (entry != written_.begin() && std::prev(entry)->second.end > begin) --entry;
   while (entry != written_.end() && entry->first < end) {
     const std::string kept =
-        key_of(library_.Bytes().substr(entry->first, entry->second - entry->first));
-    input_warnings_.Report(WarningKind::kOverwritten, head_, kept,
-                           "the new entry '" + key_of(copy_.text) +
-                               "' was written over the kept entry '" + kept + "'");
+        key_of(library_.Bytes().substr(entry->first, entry->second.end - entry->first));
+    std::string what =
+        "the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" + kept + "'";
+    if (kept.empty()) {
+      // No key says which one it is.
+      what += " of line " + std::to_string(input_warnings_.LineOf(entry->second.head));
+    }
+    input_warnings_.Report(WarningKind::kOverwritten, head_, kept, what);
     entry = written_.erase(entry);
   }
 }

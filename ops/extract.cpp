@@ -13,8 +13,8 @@
 #include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 #include "ops/citations/cited_keys.h"
-#include "ops/entries/cited_entries.h"
 #include "ops/entries/entry_warnings.h"
+#include "ops/entries/passed_heads.h"
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
 #include "warnings/library_scan.h"
@@ -129,14 +129,15 @@ void AddMacros(std::string_view entry, std::set<std::string>& macros) {
 void ReportDefinitions(std::string_view library, const std::set<std::string>& macros,
                        FileWarnings& warnings) {
   constexpr std::string_view kString = "@string";
-  constexpr std::string_view kBeforeCommand = " \t\r\n\xEF\xBB\xBF";
   constexpr std::size_t kLongestName = 200;
   for (std::size_t at = 0; !macros.empty() && at < library.size();) {
     const std::string_view line = LineAt(library, at);
-    const std::string_view text = Trim(line, kBeforeCommand);
+    // BibTeX passes over what stands before the "@".
+    const std::size_t begin = std::min(line.find('@'), line.size());
+    const std::string_view text = Trim(line.substr(begin), kBlanks);
     if (EqualNoCase(text.substr(0, kString.size()), kString)) {
       // The name may stand on the next line.
-      const std::string_view command = library.substr(at, kLongestName);
+      const std::string_view command = library.substr(at + begin, kLongestName);
       const std::size_t opening = std::min(command.find_first_of("{("), command.size() - 1);
       const std::string_view definition = Trim(command.substr(opening + 1), kBlanks);
       if (macros.contains(InCapitals(TagNameOf(definition)))) {
@@ -147,6 +148,18 @@ void ReportDefinitions(std::string_view library, const std::set<std::string>& ma
     }
     at += line.size() + 1;
   }
+}
+
+/// Reports entries that BibTeX would take for cited keys.
+void ReportPassedHeads(std::string_view library, const std::vector<std::string>& keys,
+                       const CitedEntries& entries, FileWarnings& warnings) {
+  FindPassedHeads(library, keys, entries, [&](const PassedHead& passed) {
+    warnings.Report(
+        WarningKind::kBrokenHead, passed.head, passed.key,
+        {"the entry was passed over for the one of line ",
+         std::to_string(warnings.LineOf(passed.taken)),
+         ", as \"{\", its key and \",\" do not stand on one line; BibTeX takes this one"});
+  });
 }
 
 /// Writes the library of the cited entries; returns their number, 0 after a `PrintError`.
@@ -165,25 +178,35 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
                         .stray_tags = kReferenceTags};
   std::set<std::string> macros;
   KeysAnyCase copied;
+  std::vector<std::pair<std::string_view, LibraryRange>> children;  // parents and their entries
   SelectionObserver observer{.on_missing = on_missing};
   if (warnings.Wanted()) {
-    for (const std::string& key : keys) copied.Add(key);
+    observer.on_found = [&](const CitedEntries& entries) {
+      for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (entries.Head(i)) copied.Add(keys[i]);
+      }
+      ReportPassedHeads(library->Bytes(), keys, entries, warnings);
+    };
     observer.on_range = [&](const LibraryRange& range) {
       const std::size_t unbraced = counts.unbraced;
       ScanRange(library->Bytes(), range, rules, warnings);
       const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
-      const std::optional<std::string_view> parent = ParentOf(text);
-      if (parent && !copied.Has(*parent)) {
-        ReportMissingParent(text, range.begin, *parent, warnings);
-      }
+      if (const auto parent = ParentOf(text)) children.emplace_back(*parent, range);
       // The values of an entry of an unknown type are not counted.
       std::string head(LineAt(text, 0));
-      if (counts.unbraced != unbraced || !IsKnownEntry(head)) AddMacros(text, macros);
+      const bool has_others = text.find("\n@") != std::string_view::npos;
+      if (counts.unbraced != unbraced || has_others || !IsKnownEntry(head)) {
+        AddMacros(text, macros);
+      }
     };
   }
   const int found =
       SelectAndWriteBibTeXEntriesIntoNewFile(run.reporter, *output, *library, keys, observer);
   warnings.ReportValues(counts.values, counts.unbraced);
+  for (const auto& [parent, range] : children) {
+    if (copied.Has(parent)) continue;
+    ReportMissingParent(library->Bytes().substr(range.begin), range.begin, parent, warnings);
+  }
   ReportDefinitions(library->Bytes(), macros, warnings);
   if (found == 0) PrintError(run.reporter, kNothingFound);
   return CloseOutputs(run, {output.get()}) ? found : 0;
@@ -250,6 +273,7 @@ int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& outpu
                                            const SelectionObserver& observer) {
   CitedEntries entries(keys);
   entries.Find(library, observer.on_range);
+  if (observer.on_found) observer.on_found(entries);
   int found = 0;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::optional<std::size_t> head = entries.Head(i);

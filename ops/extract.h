@@ -9,6 +9,7 @@
 #include "core/line_stream.h"
 #include "core/output_file.h"
 #include "core/reports.h"
+#include "ops/entries/cited_entries.h"
 #include "warnings/library_scan.h"
 
 namespace tarvel {
@@ -25,6 +26,8 @@ int ScanCitations(LineStream& document, std::vector<std::string>& keys,
 struct SelectionObserver {
   /// Called with each range of the library that matters for the cited keys, in their order.
   std::function<void(const LibraryRange&)> on_range = {};
+  /// Then called with where the entries begin.
+  std::function<void(const CitedEntries&)> on_found = {};
   /// Then called with the number of each key that has no entry.
   std::function<void(std::size_t)> on_missing = {};
 };

@@ -25,8 +25,9 @@ constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
 constexpr ByteSet kBareEnds(",}");
 constexpr ByteSet kBetweenTags(" \t\r\n,");
-constexpr ByteSet kBeforeHead(" \t\r\n}");
+constexpr ByteSet kBeforeHead(" \t\r\n}\xEF\xBB\xBF");
 constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
+constexpr ByteSet kKeyEnds(" \t\r\n,{}()");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
 
 bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
@@ -34,6 +35,13 @@ bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
 bool HoldsOneOf(std::string_view name, std::span<const std::string_view> tags) {
   return std::any_of(tags.begin(), tags.end(),
                      [name](std::string_view tag) { return ContainsNoCase(name, tag); });
+}
+
+/// Whether the text is a brace or parenthesis, a key and a comma.
+bool HoldsKey(std::string_view text) {
+  const std::size_t begin = text.empty() ? 0 : SkipBlanks(text, 1);
+  const std::size_t end = kKeyEnds.Find(text, begin);
+  return begin < end && end < text.size() && text[end] == ',';
 }
 
 /// One pass over a library, or over a range of one, line by line.
@@ -66,8 +74,8 @@ class LibraryScan {
   std::size_t SkipPiece(std::string_view line, std::size_t at);
   void CheckOutside(std::string_view line, std::size_t offset);
   void ReportSharedLine(std::size_t offset, std::string_view before);
-  bool IsReportedUnbraced(std::string_view line, std::size_t offset);
-  void ReportUnbraced(std::size_t offset, std::string_view how);
+  void ReportAfterEntry(std::string_view rest, std::size_t offset);
+  void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
@@ -78,6 +86,7 @@ class LibraryScan {
   std::size_t OffsetOf(std::string_view part) const {
     return static_cast<std::size_t>(part.data() - bytes_.data());
   }
+  std::size_t Depth() const { return static_cast<std::size_t>(depth_); }
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
   bool HasBraceFrom(std::string_view line, std::size_t at);
   bool MentionsReadTag(std::string_view line, std::size_t offset);
@@ -228,14 +237,20 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   }
 }
 
-/// Takes "@word" at the start of a line that is no entry of a known type.
+/// Takes "@word" that is no entry of a known type, at the start of a line, or after a text outside
+/// entries.
 bool LibraryScan::TakeOtherHead(std::string_view line, std::size_t offset) {
-  const std::size_t at = kBeforeHead.FindOther(line, 0);
-  if (at == line.size() || line[at] != '@' || state_ == State::kInValue) return false;
+  std::size_t at = kBeforeHead.FindOther(line, 0);
+  const bool begins_line = at < line.size() && line[at] == '@';
+  if (!begins_line && state_ != State::kOutside) return false;
+  if (!begins_line) at = line.find('@');
+  // Braces that close the value before it make way for it.
+  if (state_ == State::kInValue && CountByte(line.substr(0, at), '}') < Depth()) return false;
   const std::size_t end = kTypeEnds.Find(line, at + 1);
   const std::size_t next = SkipBlanks(line, end);
   const bool opens = next == line.size() || line[next] == '{' || line[next] == '(';
   if (end == at + 1 || !opens) return false;
+  if (!begins_line && !HoldsKey(line.substr(next))) return false;  // an address of mail, say
   if (state_ != State::kOutside) ReadEntryLine(line.substr(0, at), offset);
   if (line.starts_with('}')) closing_line_ = true;
   // Its lines are no concern of the entry before, which may still be open.
@@ -324,14 +339,23 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
       at = StartValue(line, at, offset);
     } else if (line[at] == '}') {
       state_ = State::kOutside;
+      if (rules_.takes_all_tags) ReportAfterEntry(line.substr(at), offset);
     } else if (line[at] == '#') {
-      if (IsReportedUnbraced(line, offset)) {
-        ReportUnbraced(offset, "goes on after a '#': only the part before it is read");
-      }
+      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
       at = SkipPiece(line, SkipBlanks(line, at + 1));
     } else {
       at = ReadTag(line, at, offset);
     }
+  }
+}
+
+/// Reports tags on the line that ends their entry, after its end.
+void LibraryScan::ReportAfterEntry(std::string_view rest, std::size_t offset) {
+  if (TagNameOf(Trim(rest, "}, \t\r\n")).empty()) return;
+  for (const LineTag& tag : TagsOf(rest)) {
+    Report(WarningKind::kSharedLine, offset,
+           {"the tag ", Quoted(tag.name),
+            " stands after the end of its entry, on the same line, and is not read"});
   }
 }
 
@@ -352,9 +376,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   ++counts_.values;
   if (value < line.size()) return StartValue(line, value, offset);
   ++counts_.unbraced;
-  if (IsReportedUnbraced(line, offset)) {
-    ReportUnbraced(offset, "does not begin on the line of its name and is read as empty");
-  }
+  ReportUnbraced(line, offset, "does not begin on the line of its name and is read as empty");
   return line.size();
 }
 
@@ -367,11 +389,10 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    if (IsReportedUnbraced(line, offset)) {
-      ReportUnbraced(offset, HasBraceFrom(line, at)
-                                 ? "has no braces around it and is read from the first brace on"
-                                 : "has no braces around it and is read as empty");
-    }
+    ReportUnbraced(line, offset,
+                   HasBraceFrom(line, at)
+                       ? "has no braces around it and is read from the first brace on"
+                       : "has no braces around it and is read as empty");
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -428,12 +449,10 @@ void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) 
   }
 }
 
-/// Whether a value without braces is to be reported; counts it where nobody will see the text.
-bool LibraryScan::IsReportedUnbraced(std::string_view line, std::size_t offset) {
-  return MentionsReadTag(line, offset) && !warnings_.ReportNumber(WarningKind::kUnbracedValue);
-}
-
-void LibraryScan::ReportUnbraced(std::size_t offset, std::string_view how) {
+/// Reports a value that is not read whole, if the line mentions a tag that is read or goes on with
+/// one's value.
+void LibraryScan::ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how) {
+  if (!MentionsReadTag(line, offset) && !IsReadTag()) return;
   Report(WarningKind::kUnbracedValue, offset, {"the value of '", tag_, "' ", how});
 }
 

@@ -14,14 +14,15 @@ namespace {
 
 constexpr ByteSet kBetweenTags(" \t\r\n,}()#");
 constexpr ByteSet kNameEnds("=,{}\"\n");
-constexpr ByteSet kBareEnds(",}\n");
+constexpr ByteSet kBareEnds(",}\n#");
 constexpr ByteSet kStops("{}\"");
+constexpr ByteSet kWhite(" \t\r\n");
 
 constexpr ByteSet kNameBytes("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:.+-");
 constexpr ByteSet kBlanksInLine(" \t\r");
 constexpr ByteSet kBeforeName(" \t\r,");
 
-/// The size of the value that `text` begins with.
+/// The size of the value, or piece of one, that `text` begins with.
 std::size_t ValueSize(std::string_view text) {
   const char opens = text.empty() ? '\0' : text.front();
   if (opens != '{' && opens != '"') return kBareEnds.Find(text, 0);
@@ -33,6 +34,17 @@ std::size_t ValueSize(std::string_view text) {
     if (closes && depth <= 0) return at + 1;
   }
   return text.size();
+}
+
+/// The same with the pieces that "#" joins to it.
+std::size_t JoinedSize(std::string_view text) {
+  std::size_t size = ValueSize(text);
+  while (true) {
+    const std::size_t joint = kWhite.FindOther(text, size);
+    if (joint == text.size() || text[joint] != '#') return size;
+    const std::size_t piece = kWhite.FindOther(text, joint + 1);
+    size = piece + ValueSize(text.substr(piece));
+  }
 }
 
 }  // namespace
@@ -57,7 +69,7 @@ std::vector<LineTag> TagsOf(std::string_view text) {
       continue;
     }
     text.remove_prefix(SkipBlanks(text, 1));
-    const std::size_t size = ValueSize(text);
+    const std::size_t size = JoinedSize(text);
     tags.push_back({name, text.substr(0, size)});
     text.remove_prefix(size);
   }

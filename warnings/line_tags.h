@@ -10,7 +10,7 @@ namespace tarvel {
 /// A tag as BibTeX reads it. Both are parts of the text that it was read from.
 struct LineTag {
   std::string_view name;
-  std::string_view value;  // with its braces or quotes
+  std::string_view value;  // with its braces or quotes, and what a "#" joins to it
 };
 
 /// The tags of a line, or of the lines after an entry's first: names and "=" outside of values.

@@ -58,15 +58,25 @@ void TagWarnings::SkipEntry(std::string_view library, std::size_t offset) {
     if (dropped_end_ > offset && library.substr(dropped_end_).starts_with("\n@")) break;
     if (library[dropped_end_] == '{') ++depth;
     if (library[dropped_end_] == '}') --depth;
-    if (dropped_end_ > offset && depth <= 0) break;
+    if (library[dropped_end_] == '}' && depth <= 0) return EndDropped(library);
+    if (dropped_end_ >= offset && depth <= 0) break;
   }
   ++dropped_end_;
 }
 
+/// The dropped entry ends with the brace at `dropped_end_`: what follows it on its line is text.
+void TagWarnings::EndDropped(std::string_view library) {
+  const std::size_t line_end = std::min(library.find('\n', dropped_end_), library.size());
+  const std::string_view rest = library.substr(dropped_end_ + 1, line_end - dropped_end_ - 1);
+  if (!Trim(rest, ", \t\r").empty()) ReportText(rest, dropped_end_);
+  in_text_ = false;
+  dropped_end_ = line_end + 1;
+}
+
 void TagWarnings::NoteDroppedWithoutKey(std::string_view library, std::size_t offset) {
   if (!warnings_.Wanted()) return;
-  SkipEntry(library, offset);
   warnings_.Report(WarningKind::kEntryDropped, offset, {}, "an entry without a key was dropped");
+  SkipEntry(library, offset);
 }
 
 void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t offset,

@@ -45,6 +45,7 @@ class TagWarnings {
 
  private:
   void SkipEntry(std::string_view library, std::size_t offset);
+  void EndDropped(std::string_view library);
   void ReportRenamed(std::string_view name, std::string_view known, std::size_t offset);
   bool CountTag(std::string_view line, std::size_t offset);
   void ReportText(std::string_view line, std::size_t offset);

@@ -6,6 +6,7 @@
 
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
+#include "ops/prepare/bib_reader.h"
 #include "warnings/line_tags.h"
 
 namespace tarvel {
@@ -61,6 +62,13 @@ std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
     }
   }
   return values;
+}
+
+/// Reads the entry that the text begins with as BibTeX does, up to the next one; false when it sees
+/// none there.
+bool ReadEntry(std::string_view text, BibStrings& strings, BibItem& item) {
+  const std::string_view entry = text.substr(0, text.find("\n@"));
+  return BibReader(entry, strings).Next(item);
 }
 
 }  // namespace
@@ -120,6 +128,37 @@ std::vector<std::string_view> DifferingTags(std::string_view one, std::string_vi
     if (!all) differing.push_back(kIdentifyingTags[i]);
   }
   return differing;
+}
+
+UnreadTags UnreadOf(std::string_view kept, std::string_view dropped) {
+  const bool have_commas = LineAt(kept, 0).find(',') != std::string_view::npos &&
+                           LineAt(dropped, 0).find(',') != std::string_view::npos;
+  if (have_commas && AreCopies(dropped, kept)) return {};
+  BibStrings strings;
+  BibItem read_kept;
+  const bool is_seen = ReadEntry(kept, strings, read_kept);
+  const std::string_view after = is_seen ? kept.substr(read_kept.end) : kept;
+  if (read_kept.fault.empty() && Trim(after, "}, \t\r\n").empty()) return {};
+  const auto is_read = [&](std::string_view name) {
+    return std::any_of(read_kept.tags.begin(), read_kept.tags.end(),
+                       [name](const BibTag& tag) { return EqualNoCase(tag.name, name); });
+  };
+  UnreadTags unread;
+  std::vector<std::string_view> names;  // that stand in the kept entry, and are not read there
+  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(kept, 0)))) {
+    if (!is_seen || !is_read(tag.name)) names.push_back(tag.name);
+  }
+  if (names.empty()) return unread;
+  unread.why = read_kept.fault.empty() ? "the entry ends before them" : read_kept.fault;
+  BibItem read_dropped;
+  if (!ReadEntry(dropped, strings, read_dropped)) return unread;
+  for (const BibTag& tag : read_dropped.tags) {
+    const bool is_lost = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+      return EqualNoCase(name, tag.name);
+    });
+    if (is_lost) unread.tags.emplace_back(tag.name);
+  }
+  return unread;
 }
 
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
@@ -202,6 +241,17 @@ void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misr
   }
   warnings.Report(WarningKind::kDroppedDiffers, entries.offset, entries.key,
                   what + ", but they differ in " + tags + "; look whether it is another work");
+}
+
+void ReportUnread(const EqualEntries& entries, const UnreadTags& unread, FileWarnings& warnings) {
+  if (unread.tags.empty()) return;
+  std::string tags;
+  for (const std::string& tag : unread.tags) {
+    tags.append(tags.empty() ? "" : ", ").append(Quoted(tag));
+  }
+  warnings.Report(WarningKind::kDroppedDiffers, entries.offset, entries.key,
+                  "the entry " + std::string(entries.verdict) + " " + Quoted(entries.other) +
+                      ", of which BibTeX reads no " + tags + ": " + unread.why);
 }
 
 }  // namespace tarvel

@@ -49,6 +49,16 @@ bool AreCopies(std::string_view one, std::string_view two);
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
                                             bool compared = true);
 
+/// What BibTeX does not read of an entry that stays although it reads it of the one that goes.
+struct UnreadTags {
+  std::vector<std::string> tags;
+  std::string why;
+};
+
+/// Compares an entry that goes with the one that stays; each text begins with the entry's first
+/// line and may go on after it. Nothing for copies of each other.
+UnreadTags UnreadOf(std::string_view kept, std::string_view dropped);
+
 /// Reports the entries that begin in the lines from `begin` to `end`, after the first of them: they
 /// were read as parts of the entry `key`, and are in no file. Lines before the offset `reported`
 /// were looked at earlier; it becomes the end of these.
@@ -92,5 +102,8 @@ struct EqualEntries {
 /// Reports what makes the verdict doubtful: values of other tags, and tags that differ.
 void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,
                    const std::vector<std::string_view>& differing, FileWarnings& warnings);
+
+/// Reports that BibTeX does not read of the other entry what it reads of this one.
+void ReportUnread(const EqualEntries& entries, const UnreadTags& unread, FileWarnings& warnings);
 
 }  // namespace tarvel

@@ -65,8 +65,12 @@ void ReferenceWarnings::NoteRead(ReferenceValue value, std::string_view name, st
   source.offset = offset;
   source.tag = name;
   source.line = TagNameOf(line);
+  const bool is_own = EqualNoCase(source.line, name);
+  // Read again from the same line, it is the same value.
+  source.earlier = is_own && source.own != offset ? source.own : 0;
+  if (is_own) source.own = offset;
   source.is_its_own = false;
-  if (EqualNoCase(source.line, name)) return;
+  if (is_own) return;
   for (const LineTag& tag : TagsOf(line)) {
     source.is_its_own = source.is_its_own || EqualNoCase(tag.name, name);
   }
@@ -107,6 +111,7 @@ void ReferenceWarnings::ReportValues(std::span<const ReferenceValue> shown,
                            .append(Quoted(owner_[static_cast<std::size_t>(value)])));
     }
     if (was_read && !EqualNoCase(source.line, source.tag)) ReportOtherTag(source);
+    if (source.earlier != 0) ReportTwice(source, text);
   }
   if (!missing.empty()) ReportMissing(missing, text);
 }
@@ -121,6 +126,19 @@ void ReferenceWarnings::ReportOtherTag(const Source& source) {
   }
   if (source.is_its_own) text += ", which it shares";
   warnings_.Report(WarningKind::kOtherTag, source.offset, key_, text);
+}
+
+/// Reports that the entry, whose lines after the first are `text`, has a tag twice. Tags after its
+/// end have other warnings.
+void ReferenceWarnings::ReportTwice(const Source& source, std::string_view text) {
+  const std::size_t begin = std::min(source.earlier - offset_ - 1, text.size());
+  const std::string_view between = text.substr(begin, source.offset - source.earlier);
+  if (between.find("\n@") != std::string_view::npos) return;
+  if (between.find("\n}") != std::string_view::npos) return;
+  if (warnings_.ReportNumber(WarningKind::kTagTwice)) return;
+  warnings_.Report(WarningKind::kTagTwice, source.offset, key_,
+                   "the tag " + Quoted(source.tag) +
+                       " stands twice in the entry: the reference shows the last one");
 }
 
 /// Reports the values that the entry lacks. `text` is what it holds.

@@ -50,12 +50,15 @@ class ReferenceWarnings {
     std::string tag;          // as which it was read
     std::string line;         // the name of the tag that the line begins with
     bool is_its_own = false;  // the tag stands elsewhere on the line
+    std::size_t own = 0;      // where it was read last from a line of the tag's own; 0: nowhere
+    std::size_t earlier = 0;  // where another value of the tag was read before; 0: nowhere
     std::size_t offset = 0;
     std::string cut;  // a command that is replaced in part
   };
 
   Source& SourceOf(ReferenceValue value) { return sources_[static_cast<std::size_t>(value)]; }
   void ReportOtherTag(const Source& source);
+  void ReportTwice(const Source& source, std::string_view text);
   void ReportMissing(std::span<const ReferenceValue> missing, std::string_view text);
 
   FileWarnings& warnings_;

@@ -7,6 +7,7 @@ itself) nor a warning names it. `KINDS` says of every kind of warning how near i
 to name it, and which losses it can name at all.
 """
 import bisect
+import collections
 import dataclasses
 import re
 
@@ -42,6 +43,7 @@ TAG = "tag"          # it is of the entry and names the tag
 LINE = "line"        # it is of a line of the tag, or names the tag in the entry
 AFTER = "after"      # it is of a line of the entry that stands before the tag, or on its line
 OF_ENTRY = "entry"   # it is of the entry
+ITSELF = "itself"    # it stands at a line of the entry; another one of its key does not count
 NEAR = "near"        # it is of the entry, the one before or the one after
 NAME = "name"        # it names the tag, in whatever entry
 LIBRARY = "library"  # it is about the library
@@ -57,7 +59,7 @@ def near(scope, *whats):
 # is a note. A kind that is not here fails the test: it wants a row.
 KINDS = {
     "unbraced-value": near(TAG, GONE, CHANGED, RENAMED, TWICE, MISSING, PERSON, VERDICT, DIFFERS)
-                      | near(LINE, TEXT),
+                      | near(LINE, TEXT) | near(OF_ENTRY, FOREIGN),
     "unknown-type": near(NEAR, DIFFERS, VERDICT, PERSON, MISSING, *DAMAGE),
     "blank-in-type": near(NEAR, DIFFERS, VERDICT, PERSON, MISSING, *DAMAGE),
     "runs-on": near(NEAR, MISSING, DIFFERS, VERDICT, *DAMAGE),
@@ -85,7 +87,7 @@ KINDS = {
     "command-left": near(OF_ENTRY, COMMAND) | near(TAG, GONE),
     "no-group": {},
     "weak-verdict": near(OF_ENTRY, VERDICT),
-    "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT),
+    "dropped-differs": near(TAG, DIFFERS) | near(OF_ENTRY, VERDICT, ENTRY, BROKEN),
     "cut-entry": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, ENTRY, BROKEN),
     "overwritten": near(OF_ENTRY, ENTRY, BROKEN, GONE, CHANGED, TEXT, DIFFERS, VERDICT),
     "ended-early": near(LIBRARY, FAILED) | near(OF_ENTRY, ENTRY),
@@ -101,10 +103,12 @@ KINDS = {
     "line-left-out": near(NAME, GONE),
     "torn-value": near(OF_ENTRY, GONE, CHANGED) | near(NEAR, *FOLLOWING),
     "renamed-tag": near(LINE, RENAMED, TEXT, GONE) | near(OF_ENTRY, FOREIGN),
-    "tag-twice": near(TAG, TWICE),
-    "broken-head": near(OF_ENTRY, *DAMAGE),
+    "tag-twice": near(TAG, TWICE, GONE),
+    "broken-head": near(OF_ENTRY, MISSING, *DAMAGE),
     "unknown-tag": near(NAME, GONE),
-    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN) | near(LINE, TEXT),
+    # What befalls a dropped entry is one loss; another one of its key may stand in its place.
+    "entry-dropped": near(OF_ENTRY, ENTRY, GONE, BROKEN) | near(LINE, TEXT)
+                     | near(ITSELF, DIFFERS, VERDICT, FOREIGN, CHANGED),
     "large-output": {},
     "misread-key": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
@@ -128,8 +132,10 @@ class Loss:
     detail: str = ""
     lines: tuple = ()     # of the document: those that cite the entry
     after: object = None  # the entry that stands before it in the output and swallows it
+    keys: tuple = ()      # further keys under which the log names the entry
 
 
+OF_LINE = re.compile(r"was written over the kept entry '' of line (\d+)$")
 ESCAPES = {"n": "\n", "t": "\t", "r": "\r", "\\": "\\"}
 
 
@@ -161,7 +167,7 @@ class Neighbours:
     """The warnings of a run, to be found by line, by key and by kind."""
 
     def __init__(self, warnings, library, file):
-        self.entries = library.entries
+        self.entries, self.library = library.entries, library
         self.starts = [entry.line for entry in library.entries]
         self.lines = library.line(len(library.text))
         self.places = {id(entry): number for number, entry in enumerate(library.entries)}
@@ -176,6 +182,8 @@ class Neighbours:
                 self.wide.append(warning)
             if warning.file == file:
                 self.by_line.setdefault(warning.line, []).append(warning)
+            if of_line := OF_LINE.search(warning.text):  # of an entry without a key
+                self.by_line.setdefault(int(of_line.group(1)), []).append(warning)
             if warning.key:
                 self.by_key.setdefault(warning.key.strip(), []).append(warning)
 
@@ -193,8 +201,13 @@ class Neighbours:
             first = self.starts[at] if at >= 0 else first
         for warning in self.on(first, entry.last):
             yield warning, True
-        for warning in self.by_key.get(getattr(entry, "key", None) or "\0", ()):
-            yield warning, True
+        for key in (getattr(entry, "key", None) or "\0",) + loss.keys:
+            for warning in self.by_key.get(key, ()):
+                yield warning, True
+        if not getattr(entry, "key", "") and id(entry) in self.places:
+            # No key says whose the lines after it are: up to the next entry they are its own.
+            for warning in self.on(entry.last + 1, self.next_line(entry) - 1):
+                yield warning, True
         if id(entry) not in self.places:  # a text goes with the entry before it
             at = bisect.bisect_left(self.starts, entry.line) - 1
             key = self.entries[at].key if at >= 0 else ""
@@ -208,6 +221,15 @@ class Neighbours:
             for first, last in self.ranges_of(loss, entry):
                 for warning in self.on(first, last):
                     yield warning, False
+
+    def begins_line(self, entry):
+        start = self.library.line_start(entry.start)
+        return not self.library.text[start:entry.start].strip(WHITE + "}\xef\xbb\xbf")
+
+    def next_line(self, entry):
+        """The line of the next entry; of the last one the line after the library."""
+        at = self.places[id(entry)] + 1
+        return self.starts[at] if at < len(self.starts) else self.lines + 1
 
     def ranges_of(self, loss, entry):
         """The lines of the entry and of those beside it; of entries of one key nobody knows which
@@ -223,7 +245,12 @@ class Neighbours:
             yield self.range(place - 1, place + 1)
 
     def range(self, before, after):
-        """The lines from one entry to another; without one, from the first or to the last line."""
+        """The lines from one entry to another; without one, from the first or to the last line. What
+        BibTeX takes for an entry within a line, as a piece of a broken one, is passed over."""
+        while 0 <= before and not self.begins_line(self.entries[before]):
+            before -= 1
+        while after < len(self.entries) and not self.begins_line(self.entries[after]):
+            after += 1
         return (self.entries[before].line if before >= 0 else 1,
                 self.entries[after].last if after < len(self.entries) else self.lines)
 
@@ -248,6 +275,17 @@ def explains(warning, loss, own):
         return scope == LIBRARY or loss.tag is not None and names(warning.text, loss.tag.name)
     if own is None or scope is None:
         return False
+    if loss.what == GONE and warning.kind == "tag-twice" and "the last" not in warning.text:
+        return False  # both values stand in the output
+    if warning.kind == "dropped-differs" and loss.what in (ENTRY, BROKEN, DIFFERS):
+        if "BibTeX reads" in warning.text:  # it has nothing, or less, of the one that stays
+            return bool(own)
+        if loss.what != DIFFERS:
+            return False  # the entry itself should stand in the output
+    if scope == ITSELF:
+        return loss.entry.line <= warning.line <= loss.entry.last
+    if loss.what == FOREIGN and warning.kind == "unbraced-value":
+        return own and "from the first brace on" in warning.text  # else no piece of it is printed
     if scope == NEAR or not own or scope == OF_ENTRY:
         return scope == NEAR or own
     if loss.what == RENAMED and warning.kind == "renamed-tag":
@@ -310,10 +348,15 @@ class Entries:
 
     def __init__(self, output, library=None, key_of=lambda entry: entry.key):
         self.by_key, self.inputs, self.pairs, self.key_of = {}, {}, {}, key_of
+        self.text = output.text
         for entry in output.entries:
             self.by_key.setdefault(entry.key, []).append(entry)
-        for entry in library.entries if library else ():
-            self.inputs.setdefault(key_of(entry), []).append(entry)
+        self.expect(library.entries if library else ())
+
+    def expect(self, entries):
+        """These are the entries of the input that may stand there."""
+        for entry in entries:
+            self.inputs.setdefault(self.key_of(entry), []).append(entry)
 
     def take(self, entry, same=core):
         """The entry that is most like the given one, or none."""
@@ -327,24 +370,27 @@ class Entries:
             found.remove(best)
             return best
         if key not in self.pairs:
-            self.pairs[key] = pairs(inputs, found, same)
+            heads = len(re.findall(r"@\w+[ \t]*[{(]\s*" + re.escape(key) + r"\s*[,\n]", self.text))
+            self.pairs[key] = pairs(inputs, found, heads, same)
         return self.pairs[key].get(id(entry))
 
 
 def common(one, other, same):
     """How many tags two entries have in common."""
-    wanted = {(tag.low, same(tag.text)) for tag in one.tags}
-    return len(wanted & {(tag.low, same(tag.text)) for tag in other.tags})
+    wanted = collections.Counter((tag.low, same(tag.text)) for tag in one.tags)
+    return (wanted & collections.Counter((tag.low, same(tag.text)) for tag in other.tags)).total()
 
 
-def pairs(inputs, found, same):
-    """The entries of the output, each under the id of that of the input that is most like it. Where
-    some are missing, one that has less than half in common is another one."""
-    likeness = sorted((-common(one, other, same), abs(at - place), at, place)
+def pairs(inputs, found, heads, same):
+    """The entries of the output, each under the id of that of the input that is most like it, equal
+    ones in their order. Where some are missing, as there are fewer than inputs or than `heads` in
+    the output's text, one that has less than half in common is another one."""
+    likeness = sorted((-common(one, other, same), len(one.tags), at, place)
                       for at, one in enumerate(inputs) for place, other in enumerate(found))
     made, taken = {}, set()
+    some_missing = len(found) < max(len(inputs), heads)
     for count, _, at, place in likeness:
-        is_other = len(found) < len(inputs) and -2 * count < len(inputs[at].tags)
+        is_other = some_missing and -2 * count < len(inputs[at].tags)
         if id(inputs[at]) not in made and place not in taken and not is_other:
             made[id(inputs[at])] = found[place]
             taken.add(place)

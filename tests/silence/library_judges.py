@@ -2,22 +2,22 @@
 """Judges of the operations that write a library: each says what of the input does not stand in the
 outputs as the operation promises, and is not named in the log either."""
 import bisect
-import collections
 import dataclasses
 import re
 
 import people
-from bibtex import JOINED, WHITE, Library, Loose, Tag
+from causes import TYPES
+from bibtex import JOINED, PLAIN_BRACES, WHITE, Library, Loose, Tag
 from judge import (BROKEN, CHANGED, DIFFERS, ENCODING, ENTRY, FOREIGN, GONE, PARENT, PERSON,
                    STRING, TEXT,
-                   VERDICT, Entries, Loss, compare_tags, core)
+                   VERDICT, Entries, Loss, compare_tags, core, read_warnings)
 
 BAD = re.compile(r"[^\x20-\x7e\t\n\r]")
 OWN_HEADER = re.compile(r"#\n\nThis BibTeX file has been created by .*\n\n.*\n\n#\n")
 OWN_HEADER_LINES = 7
 ENCODING_NOTE = re.compile(r"^(?:\xef\xbb\xbf)?[ \t]*% Encoding: ", re.MULTILINE)
 HEAD = re.compile(r"\s*@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s]+)", re.IGNORECASE)
-HEADS = re.compile(r"@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s{}]+)\s*,", re.IGNORECASE)
+HEADS = re.compile(r"@(?!comment|string|preamble)\w+\s*[{(]\s*([^,\s{}]*)\s*,", re.IGNORECASE)
 # An entry, known to BibTeX or not, that Clean tags drops as empty.
 EMPTY_ENTRY = re.compile(r"\s*@\w+\{.*\n.*owner.*\n.*timestamp")
 # A line that begins as a tag does: its name and the rest.
@@ -162,6 +162,7 @@ def texts(run, output, named="", is_named=lambda tag: False):
         lost = []
         if head := HEAD.match(loose.text):
             loose.key = head.group(1)  # an entry whose head BibTeX cannot read
+        begin = begin_of_text(run.library, loose)
         for number, last, line in pieces(loose):
             if number in headers or not line.strip(WHITE + ",)}") or line.strip(WHITE).lower() in kept:
                 continue
@@ -171,9 +172,18 @@ def texts(run, output, named="", is_named=lambda tag: False):
             elif essence(line) not in forms and not is_named(tag):
                 yield Loss(GONE, loose, stray(tag, number, last))
         for number, line in lost[:1]:
-            piece = Loose(line, number, lost[-1][0], loose.line)
+            piece = Loose(line, number, lost[-1][0], begin)
             piece.key = loose.key
             yield Loss(TEXT, piece, None, repr(line[:60]))
+
+
+def begin_of_text(library, loose):
+    """The first line of a text: that of the entry before it if BibTeX stops reading the entry there,
+    so that both are one text for who copies neither."""
+    at = bisect.bisect_right(library.entries, loose.line, key=lambda entry: entry.line) - 1
+    if at < 0 or library.entries[at].whole or library.entries[at].last < loose.line - 1:
+        return loose.line
+    return library.entries[at].line
 
 
 def pieces(loose):
@@ -374,7 +384,14 @@ def journals(run):
     yield from definitions(run, output, breaks)
     log = log_of(run, "_journal.log")
     names = essence(log)
-    yield from texts(run, output, log, lambda tag: essence(tag.group(2)) in names)
+    # Of a line of several tags the log names the journal alone.
+    yield from texts(run, output, log, lambda tag: essence(first_value(tag.group(2))) in names)
+
+
+def first_value(text):
+    """The first value in braces of a text that begins with one, else all of it."""
+    match = PLAIN_BRACES.match(text)
+    return match.group(1) if match else text
 
 
 def own_tags(run, old, new, same=core):
@@ -389,8 +406,10 @@ def own_tags(run, old, new, same=core):
 
 def copied(run, entry, entries, key=None):
     """Whether an equal entry stands among the output's; if so it is taken."""
+    own = [(tag.low, tag.text) for tag in entry.tags]
     for other in entries.by_key.get(entry.key if key is None else key, ()):
-        if other.type == entry.type and not list(compare_tags(entry, other, as_is)):
+        tags = [(tag.low, tag.text) for tag in other.tags]
+        if other.type == entry.type and tags == own and other.whole >= entry.whole:
             entries.by_key[other.key].remove(other)
             return True
     return False
@@ -407,13 +426,6 @@ def is_cut(entry, entries):
     return any(0 < len(other.tags) < len(own)
                and own[:len(other.tags)] == [(tag.low, tag.text) for tag in other.tags]
                for other in entries.by_key.get(entry.key, ()))
-
-
-def unread_heads(library):
-    """How many entries of each key BibTeX cannot read in a library."""
-    heads = collections.Counter(head.group(1).upper() for head in HEADS.finditer(library.text))
-    heads.subtract(entry.key.upper() for entry in library.entries)
-    return heads
 
 
 def differences(entry, kept):
@@ -439,6 +451,31 @@ def closest(entry, stays):
         yield dataclasses.replace(loss, what=VERDICT) if len(stays) > 1 else loss
 
 
+def named_entries(*libraries):
+    """The entries under the keys by which a log names them: an entry of which the key does not stand
+    on its first line has none there."""
+    named = {}
+    for library in libraries:
+        for entry in library.entries:
+            named.setdefault(entry.key, []).append(entry)
+            if entry.key and not library.lines(entry.line, entry.line).count(entry.key):
+                named.setdefault("", []).append(entry)
+    return named
+
+
+def stands(entry, run, output, taken):
+    """Whether the entry's text stands in the output where BibTeX, for what is before it, does not
+    see it; each place counts once."""
+    text = run.library.text[entry.start:entry.end].replace("\r\n", "\n")
+    starts = {other.start for other in output.entries} | taken
+    at = output.text.find(text)
+    while at in starts:
+        at = output.text.find(text, at + 1)
+    if at >= 0:
+        taken.add(at)
+    return at >= 0
+
+
 def verdicts(log, starts):
     """Pairs of keys that the log calls the same: of the first the list of the second ones."""
     found = {}
@@ -457,9 +494,7 @@ def clean_doubles(run):
     entries, log = Entries(output), log_of(run, "_double.log")
     same = verdicts(log, (r"Exactly the same : ", r"Probably the same : ", r"Probably the same: "))
     renames = verdicts(log.replace(" to ", " and "), (r"New name for bibitem No\.1: from ",))
-    kept = {}
-    for entry in run.library.entries + output.entries:
-        kept.setdefault(entry.key, []).append(entry)
+    kept = named_entries(run.library, output)
     later, dropped = [], []
     for entry in run.library.entries:
         if copied(run, entry, entries) or any(copied(run, entry, entries, key)
@@ -470,10 +505,11 @@ def clean_doubles(run):
         if stays and not is_cut(entry, entries):
             yield from closest(entry, stays)
             following = run.library.following(entry).count("\n")
-            dropped.append(range(entry.line, entry.last + following + 1))
+            dropped.append((entry, range(entry.line, entry.last + following + 1)))
         else:
             later.append(entry)
     breaks = Breaks(run, output)
+    entries.expect(later)
     for entry in later:
         new = entries.take(entry)
         if new:
@@ -487,8 +523,28 @@ def clean_doubles(run):
         # cannot read the head: the log says so, or names its new key.
         if getattr(loss.entry, "key", "") in same | renames:
             continue
-        if loss.tag is None or not any(loss.tag.line in lines for lines in dropped):
-            yield loss
+        if not any(loss.tag.line in lines if loss.tag else is_inside(loss.entry, entry, run.library)
+                   for entry, lines in dropped):
+            keys = {entry.key: renames.get(entry.key, []) for entry in before(loss.entry, run.library)}
+            yield dataclasses.replace(loss, keys=tuple(keys) + tuple(sum(keys.values(), [])))
+
+
+def is_inside(text, entry, library):
+    """Whether the text stands in an entry of which BibTeX reads a part: before the line that ends it.
+    """
+    if entry.whole or text.line < entry.line:
+        return False
+    end = library.text.find("\n}", entry.end - 1)
+    return text.line <= library.line(end if end >= 0 else len(library.text))
+
+
+def before(text, library):
+    """The entry before a text, if there is one, and of those of unknown types, which are read as
+    parts of it, the one before them."""
+    at = end = bisect.bisect_right(library.entries, text.line, key=lambda entry: entry.line)
+    while at > 0 and library.entries[at - 1].type not in TYPES:
+        at -= 1
+    return library.entries[max(at - 1, 0):end]
 
 
 def compare(run):
@@ -498,24 +554,28 @@ def compare(run):
     log = log_of(run, "_comp.log")
     same = verdicts(log, (r" - Exactly the same : ", r" - Probably the same : ",
                           r" - One of the two entries \("))
-    found, unread = {}, unread_heads(run.other)
+    found = {}
     for first, seconds in same.items():
         for second in seconds:
             found.setdefault(second, []).append(first)
     kept = {}
-    for entry in run.other.entries:
-        kept.setdefault(entry.key.upper(), []).append(entry)
-    later = []
+    for key, known in named_entries(run.other).items():
+        kept.setdefault(key.upper(), []).extend(known)
+    later, taken = [], set()
     for entry in run.library.entries:
         if copied(run, entry, missing):
             continue
         stays = [other for key in found.get(entry.key.upper(), ()) for other in kept.get(key, ())]
-        if stays and not is_cut(entry, missing):
-            if unread[entry.key.upper()] <= 0:  # else it may have been compared with another one
-                yield from closest(entry, stays)
-        elif stays or entry.key.upper() not in found:  # else the log names one that BibTeX cannot read
+        if is_cut(entry, missing) or stands(entry, run, output, taken):
+            later.append(entry)
+        elif stays:
+            yield from closest(entry, stays)
+        elif entry.key.upper() in found:
+            yield Loss(ENTRY, entry, None, "BibTeX cannot read the one that stays")
+        else:
             later.append(entry)
     breaks = Breaks(run, output)
+    missing.expect(later)
     for entry in later:
         new = missing.take(entry)
         if new:
@@ -528,17 +588,13 @@ def extract(run):
     """The library of the cited entries; the references are judged in references.py."""
     output = read_output(run, "_extract.bib")
     entries, breaks = Entries(output), Breaks(run, output)
-    unread = unread_heads(run.library)
+    missing = {warning.key for warning in read_warnings(run.warnings)
+               if warning.kind == "missing-citation"}
+    keys = set(run.outputs["_extract.txt"].decode("latin-1").split("\n")) - missing
     for entry, lines in run.cited():
-        if unread[entry.key.upper()] > 0:
-            continue  # another one of its key, which BibTeX cannot read, may be the one that is taken
-        new = entries.take(entry)
+        # Where the key is not read, or said to have no entry, what stands there is a part of another.
+        new = entries.take(entry) if entry.key in keys else None
         if new:
-            # Of entries of one key any one may be taken.
-            same = [other for other in run.library.entries if other.key == entry.key]
-            if len(same) > 1:
-                entry = min(same, key=lambda one: len(list(compare_tags(one, new, as_is))))
-                run.taken[entry.key] = entry
             yield from compare_tags(entry, new, as_is)
         else:
             yield breaks.of(dataclasses.replace(entry_gone(entry, output), lines=lines))

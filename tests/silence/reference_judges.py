@@ -12,7 +12,8 @@ import os
 import re
 
 import people
-from judge import (COMMAND, ENTRY, FOREIGN, GONE, HALF, MISSING, UNBALANCED, Loss)
+from judge import (BROKEN, COMMAND, ENTRY, FOREIGN, GONE, HALF, MISSING, UNBALANCED, Loss,
+                   read_warnings)
 
 STYLES = {"aps": "APS", "acs": "ACS", "iop": "IOP", "nature": "NATURE", "wiley": "WILEY",
           "springer": "SPRINGER_C"}
@@ -45,7 +46,11 @@ ORDERS = {
 }
 FORMATS = ("article_title", "article", "book", "incol", "inpro", "phd")
 ALWAYS = ("author", "title", "journal", "year")
+HEAD = re.compile(r"@[ \t]*(\w+)[ \t]*\{([^,\n]*)")
 GAP = "\0"  # in a folded text: a LaTeX command that plain text may stand for
+
+
+LONG = 8  # letters of a value
 
 
 class Absent:
@@ -111,8 +116,11 @@ def find_value(value, text, at):
         if not piece:
             continue
         end = find(piece, text, at, number == 0, number == len(pieces) - 1)
-        if end < 0 and len(piece) > 1:
-            end = find(piece, text, at, False, False)
+        if len(piece) > 1:
+            glued = find(piece, text, at, False, False)
+            # A longer one rarely stands in other words by chance: then the first place counts.
+            if end < 0 or 0 <= glued < end and len(piece) >= LONG:
+                end = glued
             if end < 0 and find(piece.replace(" ", ""), text.replace(" ", ""), 0, False, False) >= 0:
                 end = at
         if end < 0:
@@ -155,6 +163,9 @@ class ReferenceJudge:
         if run.operation == "extract" and style == "SPRINGER_C":
             self.formats["incol"] = self.formats["inpro"]
         self.range = run.options.get("pages") == "range"
+        # The lines of entries that the program says to have printed nothing for.
+        self.not_printed = {warning.line for warning in read_warnings(run.warnings)
+                            if warning.kind == "nothing-printed" and warning.file == run.file}
         self.parents = {}
         for entry in run.library.entries:
             self.parents.setdefault(entry.key.lower(), entry)
@@ -166,23 +177,39 @@ class ReferenceJudge:
     def judge(self, entries, printed):
         entries = list(entries)
         same = collections.defaultdict(list)
-        for entry, _ in entries:
-            same[entry.key].append(entry)
-        blocks = {}
-        for key, ones in same.items():
-            for entry, block in self.pairs(ones, printed.of(key)):
-                blocks[id(entry)] = block
+        for entry, label in self.labels({entry.start: entry for entry, _ in entries}):
+            same[label].append(entry)
+        blocks, shown = {}, {}
+        for label, ones in same.items():
+            for entry, block in self.pairs(ones, printed.of(label)):
+                blocks[id(entry)], shown[id(entry)] = block, label
         for entry, lines in entries:
             if id(entry) in blocks:
                 yield from self.reference(entry, blocks[id(entry)])
+                if shown[id(entry)] != entry.key:
+                    yield Loss(BROKEN, entry, None, "its reference has no key")
             elif entry.key not in printed.unsupported:
                 yield Loss(ENTRY, entry, None, "no reference", lines)
+
+    def labels(self, entries):
+        """The heads of the library that may have a reference, with its label: what stands after the
+        brace on the first line. Of a head that BibTeX cannot read the entry is None; Extract takes
+        but one of a key."""
+        given = {entry.key for entry in entries.values()} if self.run.operation == "text" else ()
+        library = self.run.library
+        for head in HEAD.finditer(library.text):
+            entry = entries.get(head.start())
+            label = head.group(2).strip()
+            is_shown = (head.group(1).lower() in KINDS
+                        and library.line(head.start()) not in self.not_printed)
+            if is_shown and (entry or label in given):
+                yield entry, entry.key if label and entry else label
 
     def pairs(self, entries, blocks):
         """Which reference is of which of the entries of one key, in their order: where there are
         more of the ones than of the others, the pairs with the fewest losses."""
         if len(entries) == len(blocks):
-            return zip(entries, blocks)
+            return [pair for pair in zip(entries, blocks) if pair[0]]
         few, many = sorted((range(len(entries)), range(len(blocks))), key=len)
         is_swapped = len(entries) > len(blocks)
         # best[at] are the losses and the pairs of the first ones of `few`, all before `at`.
@@ -192,12 +219,12 @@ class ReferenceJudge:
             for other in many:
                 at, block = (other, one) if is_swapped else (one, other)
                 cost = best[other][0]
-                if cost < math.inf:
+                if cost < math.inf and entries[at]:
                     cost += len(list(self.reference(entries[at], blocks[block])))
                 better.append(min(better[-1], (cost, best[other][1] + ((at, block),)),
                                   key=lambda made: made[0]))
             best = better
-        return [(entries[at], blocks[block]) for at, block in best[-1][1]]
+        return [(entries[at], blocks[block]) for at, block in best[-1][1] if entries[at]]
 
     def reference(self, entry, block):
         shown = self.formats[KINDS[entry.type]].shown if entry.type in KINDS else []
@@ -210,11 +237,11 @@ class ReferenceJudge:
                 continue
             ends = [self.find(tag, folded, at) for tag in tags]
             gaps = gaps or any(GAP in fold(tag.text, self.latex) for tag in tags)
-            if max(ends) < 0:
-                missed = True
-                yield Loss(GONE, entry, tags[0], f"not in '{block.strip()[:90]}'")
-            else:
-                at = max(ends)
+            for tag, end in zip(tags, ends):
+                if end < 0 and not self.is_in_command(tag, block):
+                    missed = True
+                    yield Loss(GONE, entry, tag, f"not in '{block.strip()[:90]}'")
+            at = max(ends + [at])
         if shown and not gaps:
             yield from self.foreign(entry, shown, folded, missed)
         yield from self.marks(entry, shown, block, missed)
@@ -235,6 +262,13 @@ class ReferenceJudge:
             at = end
         return at
 
+    def is_in_command(self, tag, block):
+        """Whether the value stands right after a backslash that is left in the plain text: what
+        people read is there, though it would be a LaTeX command."""
+        shown = fold(block.replace("\\", " "), True)
+        value = fold(self.text(tag), True)
+        return not self.latex and len(value) >= LONG and find(value, shown, 0, False, False) >= 0
+
     def absent(self, entry, name):
         inherited = False
         for parent in entry.values("crossref"):
@@ -251,7 +285,10 @@ class ReferenceJudge:
         own = collections.Counter(self.formats[KINDS[entry.type]].literals.split())
         if not entry.whole:
             # BibTeX reports an error in it; what stands after that was meant for the entry.
-            own.update(fold(self.run.library.following(entry).replace("}", "} "), True).split())
+            following = self.run.library.following(entry).replace("}", "} ")
+            if GAP in fold(following, self.latex):
+                return  # a command stands there, for which anything may be printed
+            own.update(fold(following, True).split())
         for tag in entry.tags:
             if tag.low in shown:
                 own.update(fold(self.text(tag), True).split())

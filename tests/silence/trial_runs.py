@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Runs an operation of tarvel-batch on a case and has it judged."""
+import math
 import os
 import pathlib
 import subprocess
@@ -85,15 +86,19 @@ class Run:
                 if name.startswith(base):
                     self.outputs[name[len(base) - 1:]] = data
                     break
-        self.taken = {}  # of a key that several entries have, the one that was taken
         self.has_long_line = any(len(line) >= LONG_LINE for line in self.library.text.split("\n"))
 
     def cited(self):
-        """The entries that the document cites, of each key the first, with the lines that do."""
-        first = {}
+        """The entries that the document cites, of each key the first, with the lines that do. Where
+        BibTeX cannot read any tag of the first one, it has no other one either: it calls it repeated.
+        """
+        first, empty = {}, {}
+        for head in library_judges.HEADS.finditer(self.library.text):
+            empty.setdefault(head.group(1), head.start())
         for entry in self.library.entries:
             first.setdefault(entry.key, entry)
-        return [(self.taken.get(key, first[key]), lines) for key, lines in self.citations.items() if key in first]
+        return [(first[key], lines) for key, lines in self.citations.items()
+                if key in first and empty.get(key, math.inf) >= first[key].start]
 
 
 def random_options(operation, rng):

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/plain_clean_doubles.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <map>
@@ -185,6 +186,7 @@ class Run {
     std::size_t begin;
     std::size_t end;
     std::string key;
+    std::size_t line;  // of the head, in the input
   };
 
   bool Walk() {
@@ -271,6 +273,7 @@ class Run {
     std::size_t until = from;
     std::string key;  // as it stands in the new library
     std::string line;
+    const std::size_t number = LineAt(start);
     input_.Seek(start);
     while (input_.Gets(line, 5000)) {
       const bool starts = StartsEntry(line);
@@ -290,23 +293,30 @@ class Run {
       break;
     }
     TellLost(from, library_.position, key);
-    kept_.push_back({from, until, key});
+    kept_.push_back({from, until, key, number});
   }
 
-  /// Tells of every entry kept so far of which a byte was written over, in file order.
+  std::size_t LineAt(std::size_t offset) const {
+    const auto begin = input_.bytes.begin();
+    return 1 + static_cast<std::size_t>(
+                   std::count(begin, begin + static_cast<std::ptrdiff_t>(offset), '\n'));
+  }
+
+  /// Reports every entry kept so far of which a byte was written over, in file order.
   void TellLost(std::size_t from, std::size_t until, const std::string& key) {
-    std::map<std::size_t, std::string> lost;
+    std::map<std::size_t, Extent> lost;
     std::vector<Extent> left;
     for (const Extent& extent : kept_) {
       if (extent.begin < until && from < extent.end) {
-        lost[extent.begin] = extent.key;
+        lost[extent.begin] = extent;
       } else {
         left.push_back(extent);
       }
     }
-    for (const auto& [begin, name] : lost) {
+    for (const auto& [begin, entry] : lost) {
+      const std::string place = entry.key.empty() ? " of line " + std::to_string(entry.line) : "";
       out_.warnings.push_back("the new entry '" + key + "' was written over the kept entry '" +
-                              name + "'");
+                              entry.key + "'" + place);
     }
     kept_ = left;
   }

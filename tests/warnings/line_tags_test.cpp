@@ -24,6 +24,9 @@ TEST(TagsOf, AreNamesAndValuesOutsideOfValues) {
             (Lines{"title|{A {B} = c}", "year|2001 ", "note|\"x {\"} y\""}));
   EXPECT_EQ(Tags("a = {x\ny}\n, b.c-d = jan,\n"), (Lines{"a|{x\ny}", "b.c-d|jan"}));
   EXPECT_EQ(Tags("text, {a = b} x = y z = {1}"), (Lines{"x|y z = {1"}));
+  EXPECT_EQ(Tags("a = {x} # jan #\n \"y\", b = {z} # {"),
+            (Lines{"a|{x} # jan #\n \"y\"", "b|{z} # {"}))
+      << "with its pieces";
   EXPECT_EQ(Tags("a = {never closed"), Lines{"a|{never closed"});
   EXPECT_EQ(Tags(" , %% = {x}, = {y}"), Lines());
   EXPECT_EQ(Tags(""), Lines());

@@ -60,6 +60,20 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
                           "'note'"});
 }
 
+TEST_F(TagWarningsTest, WhatFollowsADroppedEntryIsText) {
+  const std::string told = "text-not-copied l:1 [] text that is of no tag was not copied: ";
+  std::string library = "@MISC{,\n} % end\ntext\n";
+  warnings_.NoteDroppedWithoutKey(library, 7);
+  EXPECT_EQ(Told(),
+            (Lines{"entry-dropped l:1 [] an entry without a key was dropped", told + "'% end'"}));
+  warnings_.NoteSkippedOutside("text\n", 16);
+  EXPECT_EQ(Told().size(), 1U) << "the next lines are a text of their own";
+  library = "@MISC{, a = {b}}\n@x\n";
+  warnings_.NoteDroppedWithoutKey(library, 16);
+  warnings_.NoteSkippedOutside("@x\n", 17);
+  EXPECT_EQ(Told().size(), 2U) << "an entry of one line ends with it";
+}
+
 TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
   warnings_.NoteSkippedOutside(BibFileHeader, 0);
   warnings_.NoteSkippedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);

@@ -50,6 +50,48 @@ TEST(DifferingTags, AreThoseThatBothHave) {
   EXPECT_EQ(DifferingTags("@misc", "@misc{b"), Names());
 }
 
+TEST(DifferingTags, HoldAllPiecesOfAValue) {
+  EXPECT_EQ(DifferingTags("@misc{a,\n doi = {1} # {2},\n}\n", "@misc{a,\n doi = {1},\n}\n"),
+            std::vector<std::string_view>{"doi"});
+}
+
+/// The tags that BibTeX does not read of the first entry, and why.
+std::string Unread(std::string_view kept, std::string_view dropped) {
+  const UnreadTags unread = UnreadOf(kept, dropped);
+  std::string text;
+  for (const std::string& tag : unread.tags) text += tag + " ";
+  return unread.tags.empty() ? "" : text + "| " + unread.why;
+}
+
+TEST(UnreadOf, IsWhatBibTeXReadsOfTheOtherOnly) {
+  const std::string whole = "@misc{a,\n title = {T},\n year = 2001,\n note = {n}\n}\n";
+  EXPECT_EQ(Unread(whole, "@misc{b,\n title = {T},\n doi = {1},\n}\n"), "")
+      << "what it does not hold it need not show";
+  EXPECT_EQ(Unread("@misc{a, % mine\n title = {T},\n}\n", whole),
+            "title | the name of a tag was expected");
+  EXPECT_EQ(Unread("@misc{a\n title = {T},\n}\n", "@misc{b\n title = {T},\n}\n"), "")
+      << "neither can be read";
+  EXPECT_EQ(Unread("@misc{a % mine\n , title = {T}\n}\n", "@misc{b\n , title = {T}\n}\n"),
+            "title | a comma, or the end of the entry, is missing after the key");
+  EXPECT_EQ(Unread("@misc{a,\n note = {n}},\n title = {T},\n}\n", whole),
+            "title | the entry ends before them");
+  EXPECT_EQ(Unread("@misc{a, % mine\n title = {T},\n}\n", "@misc{b, % mine\n title = {T},\n}\n"),
+            "")
+      << "copies";
+  EXPECT_EQ(Unread("no entry, a = {b}", whole), "");
+}
+
+TEST(ReportUnread, NamesTheTags) {
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", "one\ntwo\n");
+  const EqualEntries equal{"a", "b", 4, "was dropped as a double of"};
+  ReportUnread(equal, {}, warnings);
+  EXPECT_EQ(to.lines, Lines());
+  ReportUnread(equal, {{"title", "year"}, "why"}, warnings);
+  EXPECT_EQ(to.lines, Lines{"dropped-differs l:2 [a] the entry was dropped as a double of 'b', of "
+                            "which BibTeX reads no 'title', 'year': why"});
+}
+
 TEST(ParentOf, IsTheValueOfTheTagOnly) {
   EXPECT_EQ(ParentOf("@misc{a,\n CrossRef = {p},\n}"), "p");
   EXPECT_EQ(ParentOf("@misc{a,\n crossref = \"p\"\n}"), "p");

@@ -160,7 +160,7 @@ Harm HarmOf(std::string_view value, WordSet harmful) {
   return FindHarm(value, FactsOf(value), harmful);
 }
 
-TEST(FindHarm, TellsWhatIsLeft) {
+TEST(FindHarm, ReportsWhatIsLeft) {
   EXPECT_FALSE(HarmOf("nothing here", AllWords()).Any());
   EXPECT_EQ(HarmOf("a year", AllWords()).words, WordBit(1));
   EXPECT_EQ(HarmOf("a year", AllWords() & ~WordBit(1)).words, 0U);

@@ -203,7 +203,7 @@ TEST(Prepare, ATextThatWouldStartAnEntryIsLeftOutEvenIfItIsNeeded) {
   EXPECT_NE(result.log.find("{http://x/@book/{a}}"), std::string::npos);
 }
 
-TEST(Prepare, TellsOfKeysThatNoFormCures) {
+TEST(Prepare, ReportsKeysThatNoFormCures) {
   const std::pair<const char*, const char*> cases[] = {
       {"DBLP:journals/x",
        "its key holds 'journal': Journals joins the entry on one line and keeps "
@@ -408,7 +408,7 @@ TEST(RunPrepare, WritesALongLogInPieces) {
       files.files["lit_prepared.log"].substr(log.size()).starts_with("\n\n\n5000 BibTeX entries"));
 }
 
-TEST(RunPrepare, TellsWhyItFails) {
+TEST(RunPrepare, ReportsWhyItFails) {
   const auto failure = [](MemoryFiles& files, const std::string& path) {
     RecordingReporter reporter;
     EXPECT_EQ(RunPrepare(MemoryRun(files, path)), kFailed);

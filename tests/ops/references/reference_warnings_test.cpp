@@ -51,6 +51,31 @@ TEST_F(ReferenceWarningsTest, AValueThatWasNotReadIsAnEarlierEntrys) {
   EXPECT_EQ(Told().back(), "carried-over l:3 [c] shows the volume of the earlier entry 'b'");
 }
 
+TEST_F(ReferenceWarningsTest, ATagThatStandsTwiceIsReported) {
+  const ReferenceValue shown[] = {kBibitem, kYear};
+  values_[kYear] = "2";
+  const Lines twice{
+      "tag-twice l:3 [a] the tag 'year' stands twice in the entry: the reference shows the last "
+      "one"};
+  const auto read = [&](std::string_view first, std::string_view second, std::string_view text) {
+    warnings_.StartEntry("a", 3);
+    warnings_.NoteRead(kYear, "year", first, 4);
+    warnings_.NoteRead(kYear, "year", "title = {of the year}", 6);
+    warnings_.NoteRead(kYear, "year", second, 9);
+    warnings_.ReportValues(shown, values_, text);
+    return Told();
+  };
+  EXPECT_EQ(read("year = {1}", "Year = {2}", "two\nthree\n"), twice);
+  EXPECT_EQ(read("yearfiled = {1}", "year = {2}", "two\nthree\n"), Lines());
+  EXPECT_EQ(read("year = {1}", "year = {2}", "\n}\nree\n"), Lines()) << "after the entry's end";
+  EXPECT_EQ(read("year = {1}", "year = {2}", "\n@x\ne\n"), Lines()) << "of another entry";
+  warnings_.StartEntry("b", 8);
+  warnings_.NoteRead(kYear, "year", "year = {1}, year = {2}", 9);
+  warnings_.NoteRead(kYear, "year", "year = {1}, year = {2}", 9);
+  warnings_.ReportValues(shown, values_, "");
+  EXPECT_EQ(Told(), Lines()) << "read twice from one line";
+}
+
 TEST_F(ReferenceWarningsTest, ValuesThatAreMissingAreNamedAtOnce) {
   const ReferenceValue shown[] = {kBibitem, kAuthor, kYear, kPages};
   warnings_.StartEntry("a", 4);

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ops/entries/cited_entries.h"
+
+namespace tarvel {
+
+/// An entry that BibTeX takes for a cited key where another one was taken; offsets.
+struct PassedHead {
+  std::string_view key;
+  std::size_t head;   // of its "@"
+  std::size_t taken;  // of a byte of the first line of the one that was taken
+};
+
+/// Looks through a library for entries of the cited keys that were passed over: the key stands on
+/// another line than the "@", with blanks around it, in parentheses or before no comma. Of entries
+/// of one key BibTeX takes the first and calls the others repeated. Calls `on_passed` for each of
+/// them. Linear in the library.
+void FindPassedHeads(std::string_view library, const std::vector<std::string>& keys,
+                     const CitedEntries& taken,
+                     const std::function<void(const PassedHead&)>& on_passed);
+
+}  // namespace tarvel
