@@ -18,11 +18,6 @@ using namespace std::string_view_literals;
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
-/// The first comparison decides for nearly all bytes.
-constexpr bool IsWhite(char byte) {
-  return static_cast<unsigned char>(byte) <= ' ' && IsByteOf(byte, " \t\r\n");
-}
-
 /// The bytes that names of types, tags and strings are made of.
 constexpr auto kNameBytes = [] {
   std::array<bool, 256> bytes{};
@@ -39,27 +34,22 @@ std::size_t NameEnd(std::string_view bytes, std::size_t from) {
   return from;
 }
 
-std::size_t WhiteEnd(std::string_view bytes, std::size_t from) {
-  while (from < bytes.size() && IsWhite(bytes[from])) ++from;
-  return from;
-}
-
 std::size_t WordEnd(std::string_view bytes, std::size_t from) {
-  while (from < bytes.size() && !IsWhite(bytes[from])) ++from;
+  while (from < bytes.size() && !IsBlank(bytes[from])) ++from;
   return from;
 }
 
 /// Whether white space in a text is more than a single blank between two words.
 bool IsOddWhite(std::string_view text, std::size_t at) {
-  return text[at] != ' ' || at + 1 == text.size() || IsWhite(text[at + 1]);
+  return text[at] != ' ' || at + 1 == text.size() || IsBlank(text[at + 1]);
 }
 
 /// Appends a piece with each run of white space as one blank, also where it meets the text.
 void AppendPiece(std::string& text, std::string_view piece) {
   for (std::size_t at = 0; at < piece.size();) {
-    if (IsWhite(piece[at])) {
+    if (IsBlank(piece[at])) {
       if (text.empty() || text.back() != ' ') text += ' ';
-      at = WhiteEnd(piece, at);
+      at = SkipBlanks(piece, at);
       continue;
     }
     // Single blanks are copied with the words around them.
@@ -71,7 +61,7 @@ void AppendPiece(std::string& text, std::string_view piece) {
 }
 
 /// Whether a key ends before the byte, or is one with an "@".
-bool IsKeyEnd(char byte) { return IsWhite(byte) || byte == ',' || byte == '@'; }
+bool IsKeyEnd(char byte) { return IsBlank(byte) || byte == ',' || byte == '@'; }
 
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
 
@@ -183,7 +173,7 @@ void BibReader::ReadEntry(BibItem& item) {
 bool BibReader::ReadKey(BibItem& item) {
   SkipWhite();
   const std::size_t from = at_;
-  while (!IsAtEnd() && !IsWhite(bytes_[at_]) && bytes_[at_] != ',' &&
+  while (!IsAtEnd() && !IsBlank(bytes_[at_]) && bytes_[at_] != ',' &&
          !(close_ == '}' && bytes_[at_] == '}')) {
     ++at_;
   }
@@ -193,20 +183,24 @@ bool BibReader::ReadKey(BibItem& item) {
 }
 
 bool BibReader::ReadTag(BibItem& item) {
-  BibTag tag;
+  BibTag& tag = item.tags.emplace_back();
+  if (!ReadNameAndValue(item, tag)) {
+    item.tags.pop_back();
+    return false;
+  }
+  while (!tag.value.empty() && tag.value.front() == ' ') tag.value.remove_prefix(1);
+  while (!tag.value.empty() && tag.value.back() == ' ') tag.value.remove_suffix(1);
+  return !IsAtEnd() || Fail(item, "the library ends within the entry");
+}
+
+bool BibReader::ReadNameAndValue(BibItem& item, BibTag& tag) {
   tag.offset = at_;
   tag.name = TakeName();
   if (tag.name.empty()) return Fail(item, "the name of a tag was expected");
   SkipWhite();
   if (!IsAt('=')) return Fail(item, "there is no \"=\" after " + Quoted(tag.name));
   ++at_;
-  if (!ReadValue(item, tag)) return false;
-  if (item.kind == BibItem::Kind::kEntry) {
-    while (!tag.value.empty() && tag.value.front() == ' ') tag.value.remove_prefix(1);
-    while (!tag.value.empty() && tag.value.back() == ' ') tag.value.remove_suffix(1);
-  }
-  item.tags.push_back(tag);
-  return !IsAtEnd() || Fail(item, "the library ends within the entry");
+  return ReadValue(item, tag);
 }
 
 /// Reads pieces joined by "#" and the white space after them.
@@ -261,7 +255,7 @@ bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
 
 bool BibReader::ReadStringName(BibItem& item, BibTag& tag) {
   const std::string_view name = TakeName();
-  const bool ends = IsAtEnd() || IsWhite(bytes_[at_]) || IsAt(',') || IsAt('#') || IsAt(close_);
+  const bool ends = IsAtEnd() || IsBlank(bytes_[at_]) || IsAt(',') || IsAt('#') || IsAt(close_);
   if (name.empty() || !ends) {
     Fail(item, tag.name.empty() ? std::string("there is no text")
                                 : "there is no value after " + Quoted(tag.name));
@@ -311,8 +305,6 @@ std::string_view BibReader::TakeName() {
   return bytes_.substr(from, at_ - from);
 }
 
-void BibReader::SkipWhite() { at_ = WhiteEnd(bytes_, at_); }
-
 /// The first "@" from `from` on that begins a line like a command, or the end. Asked for in the
 /// order of the bytes.
 std::size_t BibReader::NextHeadLine(std::size_t from) {
@@ -330,18 +322,18 @@ bool BibReader::IsHeadLine(std::size_t at) const {
   if (before == std::string_view::npos || (bytes_[before] != '\n' && bytes_[before] != '\r')) {
     return false;
   }
-  const std::size_t name = WhiteEnd(bytes_, at + 1);
+  const std::size_t name = SkipBlanks(bytes_, at + 1);
   const std::size_t end = NameEnd(bytes_, name);
-  const std::size_t open = WhiteEnd(bytes_, end);
+  const std::size_t open = SkipBlanks(bytes_, end);
   return end > name && open < bytes_.size() && (bytes_[open] == '{' || bytes_[open] == '(');
 }
 
 std::size_t EndOfFrontTexts(std::string_view bytes) {
   std::size_t last = 0;
   for (std::size_t at = bytes.find('@'); at < bytes.size(); at = bytes.find('@', at + 1)) {
-    const std::size_t type = WhiteEnd(bytes, at + 1);
+    const std::size_t type = SkipBlanks(bytes, at + 1);
     const std::size_t end = NameEnd(bytes, type);
-    const std::size_t key = WhiteEnd(bytes, std::min(WhiteEnd(bytes, end) + 1, bytes.size()));
+    const std::size_t key = SkipBlanks(bytes, std::min(SkipBlanks(bytes, end) + 1, bytes.size()));
     std::size_t key_end = key;
     while (key_end < bytes.size() && !IsKeyEnd(bytes[key_end])) ++key_end;
     const bool has_at = key_end < bytes.size() && bytes[key_end] == '@';

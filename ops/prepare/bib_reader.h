@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/ascii.h"
 #include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
 #include "ops/prepare/text_facts.h"
@@ -67,6 +68,7 @@ class BibReader {
   void ReadEntry(BibItem& item);
   bool ReadKey(BibItem& item);
   bool ReadTag(BibItem& item);
+  bool ReadNameAndValue(BibItem& item, BibTag& tag);
   bool ReadValue(BibItem& item, BibTag& tag);
   bool ReadPiece(BibItem& item, BibTag& tag);
   bool Keeps(const BibItem& item) const {
@@ -79,7 +81,7 @@ class BibReader {
   bool Fail(BibItem& item, std::string reason);
   void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);
   std::string_view TakeName();
-  void SkipWhite();
+  void SkipWhite() { at_ = SkipBlanks(bytes_, at_); }
   bool IsAtEnd() const { return at_ >= bytes_.size(); }
   bool IsAt(char byte) const { return at_ < bytes_.size() && bytes_[at_] == byte; }
   std::size_t NextHeadLine(std::size_t from);

@@ -70,7 +70,7 @@ void EntryFormer::GuardTag(FormedTag& tag) {
     tag.rank = FormedTag::Rank::kBookkeeping;
   }
   if (tag.known->is_title) GuardTitle(tag);
-  if (tag.known->is_of_names && tag.facts.has_brace) GuardNamesOf(tag);
+  if (tag.known->is_of_names && HasPartsInBraces(tag.value)) GuardNamesOf(tag);
   const TagName& name = *tag.known;
   const WordSet harmful = HarmfulWords(name.words, printed_);
   Harm harm = FindHarm(tag.value, tag.facts, harmful);

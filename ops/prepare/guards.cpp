@@ -197,6 +197,7 @@ void GuardEnd(std::string& value) {
 }
 
 constexpr std::string_view kAnd = " and ";
+constexpr std::string_view kMisreadAnd = " and";  // by Extract and Text
 
 /// Whether all names of a list, parted by " and ", have a comma, and there are two at least.
 bool IsListOfNames(std::string_view list) {
@@ -274,6 +275,16 @@ void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
   PutGroups(value, offsets, guarded);
 }
 
+bool HasPartsInBraces(std::string_view names) {
+  for (std::size_t at = names.find('{'); at < names.size(); at = names.find('{', at)) {
+    const std::size_t end = GroupEnd(names, at);
+    const std::string_view group = names.substr(at, end - at);
+    if (group.find(',') < group.size() || group.find(kMisreadAnd) < group.size()) return true;
+    at = end;
+  }
+  return false;
+}
+
 bool HasCommaInBraces(std::string_view names) {
   std::size_t depth = 0;
   bool has_comma = false;
@@ -289,13 +300,12 @@ bool HasCommaInBraces(std::string_view names) {
 }
 
 void GuardNames(std::string_view names, std::string& guarded) {
-  constexpr std::string_view kMisread = " and";
   Offsets offsets;
   std::size_t depth = 0;
   for (std::size_t at = 0; at < names.size(); ++at) {
     if (names[at] == '{') ++depth;
     if (names[at] == '}' && depth > 0) --depth;
-    if (depth > 0 && names.substr(at).starts_with(kMisread)) offsets.push_back(at + 2);
+    if (depth > 0 && names.substr(at).starts_with(kMisreadAnd)) offsets.push_back(at + 2);
   }
   PutGroups(names, offsets, guarded);
 }

@@ -27,6 +27,8 @@ void GuardEnds(std::string_view value, std::string& guarded);
 /// somewhere. Nothing is put into names of commands, or into what commands such as "\url" take.
 void GuardWords(std::string_view value, WordSet words, std::string& guarded);
 
+/// Whether braces in the list hold a comma or an "and".
+bool HasPartsInBraces(std::string_view names);
 /// Whether the first comma of a name in the list stands in braces. The styles that put first names
 /// first cut the name there.
 bool HasCommaInBraces(std::string_view names);
