@@ -66,7 +66,7 @@ std::size_t FindExemptTag(std::string_view line) {
 
 /// What follows the key on the first line of an entry; another line as it is.
 std::string_view AfterHead(std::string_view line) {
-  if (!line.starts_with('@')) return line;
+  if (!Trim(line, " \t\xEF\xBB\xBF").starts_with('@')) return line;
   return line.substr(std::min(line.find(','), line.size()));
 }
 

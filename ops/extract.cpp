@@ -140,7 +140,9 @@ void ReportDefinitions(std::string_view library, const std::set<std::string>& ma
       const std::string_view command = library.substr(at + begin, kLongestName);
       const std::size_t opening = std::min(command.find_first_of("{("), command.size() - 1);
       const std::string_view definition = Trim(command.substr(opening + 1), kBlanks);
-      if (macros.contains(InCapitals(TagNameOf(definition)))) {
+      const std::size_t name_size =
+          std::min(definition.find_first_of(" \t\r\n="), definition.size());
+      if (macros.contains(InCapitals(definition.substr(0, name_size)))) {
         warnings.Report(
             WarningKind::kTextNotCopied, at, {},
             "entries of the new library use the definition, which is not copied: " + Quoted(text));

@@ -274,8 +274,10 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
   const std::string_view key = CopyUntilChar(rest, '{', ',');
   const bool is_known = !FindEntryType(type).empty();
   if (is_known && key.find('@') != std::string_view::npos) {
-    warnings_.Report(WarningKind::kAtInKey, offset, key,
-                     "the key holds an '@', so that no operation sees the entry; take it out");
+    warnings_.Report(
+        WarningKind::kAtInKey, offset, key,
+        "the key holds an '@', so that no operation sees the entry: its lines belong to "
+        "none, or to the entry before; take it out");
     return;
   }
   const bool blank = is_known && word.end() != rest.begin();

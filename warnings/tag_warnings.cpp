@@ -175,12 +175,13 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t offset) {
   return true;
 }
 
-/// Reports the first line of a text. After the brace that ends an entry another text begins.
+/// Reports the first line of a text. After the brace or parenthesis that ends an entry another text
+/// begins.
 void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
   const std::string_view text = Trim(line, kBlanks);
   const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);
-  const bool begins =
-      !says_nothing && (!in_text_ || text.starts_with('@') || text.starts_with('}'));
+  const bool begins = !says_nothing && (!in_text_ || text.starts_with('@') ||
+                                        text.starts_with('}') || text.starts_with(')'));
   if (begins && !warnings_.ReportNumber(WarningKind::kTextNotCopied)) {
     warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
                      "text that is of no tag was not copied: " + Quoted(text));

@@ -61,6 +61,7 @@ class JournalRenamer {
   void HandleJournalLine(Line& line);
   void ReportHead();
   void ReportBracing(std::string_view line);
+  void ReportCutValue(std::string_view value, std::size_t offset, std::string_view text);
   void ReportJoined(std::size_t begin, std::size_t end);
   void ReportNonAscii(std::string_view name, std::size_t offset);
   void CountUnknown(std::string_view line, std::size_t offset);
@@ -168,10 +169,28 @@ void JournalRenamer::ReportBracing(std::string_view line) {
   if (!is_tag) return;
   const std::string_view value = Trim(line.substr(equals + 1, comma - equals - 1), kBlanks);
   const bool quoted = value.starts_with('"');
+  if (!loses && comma < line.size()) ReportCutValue(value, offset, text);
   warnings_.Report(WarningKind::kBracedJournal, offset, bibitem_,
                    std::string(quoted ? "the quotes became a part of the value of "
                                       : "the macro's name became the value of ") +
                        Quoted(Trim(line.substr(0, equals), kBlanks)) + ": " + Quoted(value));
+}
+
+/// Reports a value without braces that goes on after the first comma, or after a '='.
+void JournalRenamer::ReportCutValue(std::string_view value, std::size_t offset,
+                                    std::string_view text) {
+  if (value.find('=') != std::string_view::npos) {
+    warnings_.Report(
+        WarningKind::kLineCut, offset, bibitem_,
+        {"the value of 'journal' holds a '=': it was cut there, and the next lines, up "
+         "to a '}', became a part of it: ",
+         text});
+  } else if (value.starts_with('"') && (value.size() == 1 || value.back() != '"')) {
+    warnings_.Report(WarningKind::kLineCut, offset, bibitem_,
+                     {"the value of 'journal' was cut at its first comma; BibTeX cannot read what "
+                      "follows: ",
+                      text});
+  }
 }
 
 /// Reports entries and other commands among the lines that a value took in, for want of a "}".

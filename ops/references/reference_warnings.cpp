@@ -35,6 +35,16 @@ bool IsMain(ReferenceValue value) {
   return std::find(kMainValues.begin(), kMainValues.end(), value) != kMainValues.end();
 }
 
+/// Whether the text, which follows the first line of an entry, holds the brace that ends it.
+bool EndsEntry(std::string_view text) {
+  int depth = 1;
+  for (const char byte : text) {
+    if (byte == '{') ++depth;
+    if (byte == '}' && --depth == 0) return true;
+  }
+  return false;
+}
+
 /// Whether every brace of the text has its other one.
 bool IsBalanced(std::string_view text) {
   int depth = 0;
@@ -131,10 +141,8 @@ void ReferenceWarnings::ReportOtherTag(const Source& source) {
 /// Reports that the entry, whose lines after the first are `text`, has a tag twice. Tags after its
 /// end have other warnings.
 void ReferenceWarnings::ReportTwice(const Source& source, std::string_view text) {
-  const std::size_t begin = std::min(source.earlier - offset_ - 1, text.size());
-  const std::string_view between = text.substr(begin, source.offset - source.earlier);
-  if (between.find("\n@") != std::string_view::npos) return;
-  if (between.find("\n}") != std::string_view::npos) return;
+  const std::string_view before = text.substr(0, source.offset - offset_ - 1);
+  if (before.find("\n@") != std::string_view::npos || EndsEntry(before)) return;
   if (warnings_.ReportNumber(WarningKind::kTagTwice)) return;
   warnings_.Report(WarningKind::kTagTwice, source.offset, key_,
                    "the tag " + Quoted(source.tag) +

@@ -191,7 +191,8 @@ const Case kCases[] = {
      "@book{b,\n  author = {A},\n  booktitle = {B},\n  year = {1},\n  doi = {2},\n}\n"
      "@misc{c,\n  url = {x%\n}},\n  note = {lost},\n}\n@misc{d,\n  note = {y}}\n",
      "",
-     {"at-in-key lit.bib:3 [a@b] the key holds an '@', so that no operation sees the entry; take "
+     {"at-in-key lit.bib:3 [a@b] the key holds an '@', so that no operation sees the entry: its "
+      "lines belong to none, or to the entry before; take "
       "it out",
       "runs-on lit.bib:23 [d] no line that begins with \"}\" ends the entry before the end of the "
       "library",
@@ -235,6 +236,20 @@ const Case kCases[] = {
       "unknown-journal lit.bib:5 [] the journal ' prl' is not in the list, times: 1",
       "unknown-journal lit.bib:8 [] the journal ' \"Soft Matter\" ' is not in the list, times: 1",
       "unknown-journal lit.bib:11 [] the journal 'jutf' is not in the list, times: 1"}},
+    {"journals",
+     "@article{a,\n  journal = \"Soft,\n   Matter\",\n}\n"
+     "@article{b,\n  journal-url = \"x?y=z\",\n}\n",
+     "",
+     {"line-cut lit.bib:2 [a] the value of 'journal' was cut at its first comma; BibTeX cannot "
+      "read "
+      "what follows: '  journal = \"Soft,'",
+      "braced-journal lit.bib:2 [a] the quotes became a part of the value of 'journal': '\"Soft'",
+      "line-cut lit.bib:6 [b] the value of 'journal' holds a '=': it was cut there, and the next "
+      "lines, up to a '}', became a part of it: '  journal-url = \"x?y=z\",'",
+      "braced-journal lit.bib:6 [b] the quotes became a part of the value of 'journal-url': "
+      "'\"x?y=z\"'",
+      "unknown-journal lit.bib:2 [] the journal ' \"Soft' is not in the list, times: 1",
+      "unknown-journal lit.bib:6 [] the journal ' \"x?y= {z\"}, ' is not in the list, times: 1"}},
     {"journals",
      "@article{a,\n  journal = {J. Z.},\n}\n",
      "START\n******* Journal-start *******\nJournal f\xC3\xBCr Z\nJ. Z.\n"

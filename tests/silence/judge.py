@@ -213,10 +213,6 @@ class Neighbours:
             key = self.entries[at].key if at >= 0 else ""
             for warning in self.by_key.get(key or "\0", ()):
                 yield warning, True
-        if loss.what in (ENTRY, BROKEN):  # of entries of one key nobody knows which one it is
-            for place in self.places_by_key.get(getattr(entry, "key", None), ()):
-                for warning in self.on(self.entries[place].line, self.entries[place].last):
-                    yield warning, True
         for entry in (loss.entry, loss.after) if loss.after else (loss.entry,):
             for first, last in self.ranges_of(loss, entry):
                 for warning in self.on(first, last):
@@ -415,7 +411,9 @@ def compare_tags(old, new, same=core):
     missed.sort(key=lambda one: not any(
         pair[0] in one[1][0] and pair[1] == one[1][1] for pair in left))
     for tag, (name, text) in missed:
-        elsewhere = [pair for pair in left if text and pair[1] == text]
+        # A value of the tag of that name that is another one now may equal it by chance.
+        elsewhere = [pair for pair in left if text and pair[1] == text
+                     and (pair[0] in name or not any(tag.low == pair[0] for tag, _ in missed))]
         elsewhere.sort(key=lambda pair: pair[0] not in name)
         here = [pair for pair in left if pair[0] == name]
         if elsewhere:

@@ -438,8 +438,7 @@ def differences(entry, kept):
             same = compared_text(tag.low, tag.text) in [compared_text(tag.low, text)
                                                         for text in values]
             what = DIFFERS if tag.low in IDENTITY else VERDICT
-            # Of a kept entry that is not whole BibTeX reads less than stands there.
-            if not same and (values or what == DIFFERS and kept.whole):
+            if not same and (values or what == DIFFERS):
                 yield Loss(what, entry, tag, f"'{kept.key}' stays with '{' | '.join(values)[:60]}'")
 
 
@@ -515,7 +514,10 @@ def clean_doubles(run):
         if new:
             yield from compare_tags(entry, new, as_is)
         else:
-            yield breaks.of(entry_gone(entry, output))
+            # The one that it was dropped for, or it under its new key, may have been overwritten.
+            loss = breaks.of(entry_gone(entry, output))
+            keys = same.get(entry.key, []) + renames.get(entry.key, [])
+            yield dataclasses.replace(loss, keys=tuple(keys))
     yield from used_definitions(run, output.entries)
     yield from orphans(run, output.entries)
     for loss in texts(run, output):

@@ -234,9 +234,11 @@ TEST(ScanLibrary, ReportsTagsAndEntriesThatShareALine) {
 }
 
 TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
-  EXPECT_EQ(Scan("@misc{a@b,\n title = {T},\n}\n"),
-            Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry; "
-                  "take it out"});
+  EXPECT_EQ(
+      Scan("@misc{a@b,\n title = {T},\n}\n"),
+      Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry: its "
+            "lines belong to none, or to the entry before; "
+            "take it out"});
   EXPECT_EQ(Scan("@www-page{a,\n}\n").size(), 1U);
   EXPECT_EQ(Scan("@misc{k,\n title = {T}\n}@www-page{a,\n}\n"),
             Lines{"unknown-type l:3 [a] '@www-page' starts no entry: its lines belong to none, or "
@@ -249,7 +251,7 @@ TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
                    "misread-key l:2 [l}] no comma follows the key, which is read as 'l}'"}));
 }
 
-TEST(ScanLibrary, TellsHeadsAfterOtherText) {
+TEST(ScanLibrary, ReportsHeadsAfterOtherText) {
   const std::string none = "starts no entry, as no \"{\" follows on the line";
   EXPECT_EQ(Scan("\xEF\xBB\xBF@book(a,\n title = {T},\n)\n"),
             Lines{"unknown-type l:1 [] '@book' " + none});

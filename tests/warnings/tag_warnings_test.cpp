@@ -102,6 +102,8 @@ TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
   warnings_.NoteSkipped("isbn = {1},\n", 10);
   warnings_.NoteSkipped("and again\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'and again'"}) << "an unknown tag ends the text before it, too";
+  warnings_.NoteSkipped(") after an entry\n", 10);
+  EXPECT_EQ(Told(), Lines{told + "') after an entry'"});
   warnings_.StartEntry("@MISC{a,\n", 0);
   warnings_.NoteSkipped("anew\n", 10);
   EXPECT_EQ(Told(), Lines{told + "'anew'"});

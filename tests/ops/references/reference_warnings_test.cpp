@@ -66,6 +66,7 @@ TEST_F(ReferenceWarningsTest, ATagThatStandsTwiceIsReported) {
     return Told();
   };
   EXPECT_EQ(read("year = {1}", "Year = {2}", "two\nthree\n"), twice);
+  EXPECT_EQ(read("year = {1}", "year = {2}", "a{\n}b"), twice) << "a brace of a value's";
   EXPECT_EQ(read("yearfiled = {1}", "year = {2}", "two\nthree\n"), Lines());
   EXPECT_EQ(read("year = {1}", "year = {2}", "\n}\nree\n"), Lines()) << "after the entry's end";
   EXPECT_EQ(read("year = {1}", "year = {2}", "\n@x\ne\n"), Lines()) << "of another entry";
