@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/keyed_hash.h"
+
 namespace tarvel {
 
 /// The strings of a library: what its "@string" commands define, and the twelve months that BibTeX
@@ -27,7 +29,8 @@ class BibStrings {
     std::string text;
   };
 
-  std::unordered_map<std::string, std::vector<Definition>> definitions_;  // by name in lower case
+  std::unordered_map<std::string, std::vector<Definition>, KeyedStringHash>
+      definitions_;  // by name in lower case
 };
 
 }  // namespace tarvel

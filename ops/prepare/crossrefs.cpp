@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <deque>
-#include <functional>
 #include <unordered_set>
 
+#include "core/keyed_hash.h"
 #include "ops/prepare/letters.h"
 #include "ops/prepare/name_tables.h"
 
@@ -38,7 +38,7 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   std::string_view key = ValueOf(entry.tags, "crossref");
   if (key.empty()) return Parent::kNone;
   std::deque<std::string> own;  // names in lower case
-  std::unordered_set<std::string_view> names;
+  std::unordered_set<std::string_view, KeyedStringHash> names;
   for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
   while (!key.empty() && parents_.size() < kMostParents) {
     const Tags* const tags = ParentTags(key, entry.begin);
@@ -75,7 +75,7 @@ std::optional<std::size_t> CrossReferences::FindKey(const std::string& key) {
 
 std::optional<std::size_t> CrossReferences::SearchKey(const std::string& key) {
   if (!has_read_keys_) ReadKeys();
-  const std::size_t hash = std::hash<std::string>()(key);
+  const std::size_t hash = KeyedHash(key);
   auto found = std::lower_bound(keys_.begin(), keys_.end(), KeyPlace{hash, 0});
   for (; found != keys_.end() && found->hash == hash; ++found) {
     Read(found->begin);
@@ -89,7 +89,7 @@ void CrossReferences::ReadKeys() {
   reader_.KeepValues(false);
   while (reader_.Next(item_)) {
     if (item_.kind != BibItem::Kind::kEntry) continue;
-    keys_.push_back({std::hash<std::string>()(Lower(item_.key)), item_.begin});
+    keys_.push_back({KeyedHash(Lower(item_.key)), item_.begin});
   }
   reader_.KeepValues(true);
   strict_from_ = reader_.StrictFrom();

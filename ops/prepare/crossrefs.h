@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/keyed_hash.h"
 #include "ops/prepare/bib_reader.h"
 
 namespace tarvel {
@@ -60,7 +61,8 @@ class CrossReferences {
   std::vector<KeyPlace> keys_;
   std::size_t strict_from_ = 0;
   std::size_t room_;  // how many bytes may still be added
-  std::unordered_map<std::string, std::optional<std::size_t>> offsets_;  // of keys asked for before
+  std::unordered_map<std::string, std::optional<std::size_t>, KeyedStringHash>
+      offsets_;                                // of keys asked for before
   std::unordered_map<std::size_t, Tags> own_;  // of parents, by the offsets of their entries
   std::vector<const Tags*> parents_;           // of the entry that was asked for last
 };

@@ -6,6 +6,7 @@
 #include <functional>
 #include <utility>
 
+#include "core/keyed_hash.h"
 #include "ops/prepare/letters.h"
 
 namespace tarvel {
@@ -42,7 +43,7 @@ TagName Make(std::string name) {
 }  // namespace
 
 TagName& TagNames::Get(std::string_view name) {
-  const std::size_t hash = std::hash<std::string_view>()(name);
+  const std::size_t hash = KeyedHash(name);
   const auto found = index_.Find(hash, [&](std::size_t i) { return spellings_[i].text == name; });
   return found ? *spellings_[*found].name : Add(name, hash);
 }

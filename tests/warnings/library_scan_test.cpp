@@ -266,7 +266,7 @@ TEST(ScanLibrary, ReportsHeadsAfterOtherText) {
       << "still in the value";
 }
 
-TEST(ScanLibrary, TellsTagsAfterTheEndOfAnEntry) {
+TEST(ScanLibrary, ReportsTagsAfterTheEndOfAnEntry) {
   ScanRules rules{1000, kTags};
   rules.one_value_a_line = rules.takes_all_tags = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T\n}}, year = {1}, note = {n}\n", rules),
