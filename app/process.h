@@ -23,7 +23,7 @@ int RaiseStackLimit();
 void PrepareProcess();
 
 /// Puts the path of the running executable into `executable` and its directory, without a final
-/// "/", into `directory`; both are empty when the system does not tell. An executable in the root
+/// "/", into `directory`; both are empty when the system does not say. An executable in the root
 /// directory has an empty one. Returns 1 always.
 int GetProgramDirectory(PathBuffer& directory, PathBuffer& executable);
 

@@ -20,7 +20,7 @@ constexpr std::string_view kFirst = "first.bib";
 constexpr std::string_view kSecond = "second.bib";
 constexpr std::string_view kDocument = "paper.tex";
 
-/// Keeps what an operation prints, so that a failure can be told.
+/// Keeps what an operation prints, so that a failure can be shown.
 class QuietReporter final : public Reporter {
  public:
   int Print(std::string_view text) override {

@@ -29,8 +29,7 @@ bool HoldsEntryMarker(std::string_view line) {
   for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
     const std::string_view word = line.substr(at + 1);
     for (const std::string_view type : kEntryTypes) {
-      // Comparing first letters here spares a call for nearly every type.
-      if (word.empty() || word.front() != type.front() || !word.starts_with(type)) continue;
+      if (!word.starts_with(type)) continue;
       if (type != "ELECTRONIC" || word.substr(type.size()).starts_with('{')) return true;
     }
   }

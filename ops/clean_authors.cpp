@@ -135,7 +135,7 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t offset, Aut
                      "the list of authors is of no known form: " + reason);
   }
   const bool is_plain = form == AuthorForm::kBraced || form == AuthorForm::kSingleWord;
-  // Of lists that are not rearranged a particle's letters may have changed.
+  // A list that is not rearranged can still have changed: particles are written in lower case.
   const std::string doubt =
       is_plain ? WhatChanged(old_list_, new_list_) : WhyDoubtful(old_list_, new_list_);
   if (!doubt.empty()) {

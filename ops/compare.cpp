@@ -42,8 +42,8 @@ constexpr std::array<std::string_view, 7> kFailures{
     "Function Compare()_6 => Could not open the BibTeX file !",
     "Function Compare()_7 => Could not open the BibTeX file !"};
 
-/// About the bytes of a verdict in the log.
-constexpr std::uint64_t kVerdictSize = 180;
+/// About the bytes of a verdict in the log, without keys and values.
+constexpr std::uint64_t kVerdictSize = 100;
 
 int FailAt(const RunContext& run, Failure failure) {
   return Fail(run, kFailures[static_cast<std::size_t>(failure)]);
@@ -227,12 +227,10 @@ void WriteSummary(OutputFile& log, const Counters& counters, const RunContext& r
              equal, "'."});
 }
 
-/// Reports what is odd about one of the libraries; returns the number of its entries without a key.
-std::uint64_t ReportLibrary(const RunContext& run, const std::string& path,
-                            const LineStream& library) {
+/// Reports what is odd about one of the libraries; returns the keys that occur again in it.
+KeyUses ReportLibrary(const RunContext& run, const std::string& path, const LineStream& library) {
   FileWarnings warnings = WarningsOf(run, path, library);
-  std::uint64_t keyless = 0;
-  if (!warnings.Wanted()) return keyless;
+  if (!warnings.Wanted()) return {};
   RepeatedKeys keys(library.Bytes(), warnings);
   ScanRules rules{.line_limit = limits::kPairLine,
                   .read_tags = kCompareTagNames,
@@ -245,11 +243,24 @@ std::uint64_t ReportLibrary(const RunContext& run, const std::string& path,
           WarningKind::kNoGroup, head.offset, head.key,
           std::string("the type '").append(head.type).append("' is compared with none"));
     }
-    keyless += head.key.empty() ? 1U : 0U;
     keys.Check(head);
   };
   ScanLibrary(library.Bytes(), rules, warnings);
-  return keyless;
+  return keys.Uses();
+}
+
+/// The most bytes that the verdicts about keys can take which are in both libraries more than once:
+/// each entry is compared with all that have its key.
+std::uint64_t BytesOfVerdicts(const KeyUses& first, const KeyUses& second) {
+  std::uint64_t bytes = 0;
+  for (const auto& [key, use] : first) {
+    const auto found = second.find(key);
+    if (found == second.end()) continue;
+    const KeyUse& other = found->second;
+    bytes += use.entries * other.entries * kVerdictSize + use.entries * other.bytes +
+             use.bytes * other.entries;
+  }
+  return bytes;
 }
 
 }  // namespace
@@ -272,10 +283,10 @@ int RunCompare(const RunContext& run) {
   missing->Write(HeaderOf(missing->Path()));
   equal->Write(HeaderOf(equal->Path()));
 
-  const std::uint64_t keyless = ReportLibrary(run, run.first_path, *first);
-  WarnOfLargeOutput(run, log->Path(),
-                    keyless * ReportLibrary(run, run.second_path, *second) * kVerdictSize,
-                    "entries without a key are compared with all others without one");
+  const KeyUses first_keys = ReportLibrary(run, run.first_path, *first);
+  const KeyUses second_keys = ReportLibrary(run, run.second_path, *second);
+  WarnOfLargeOutput(run, log->Path(), BytesOfVerdicts(first_keys, second_keys),
+                    "each entry is compared with all that have its key");
   const Counters counters = Comparison(run, *first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;

@@ -65,26 +65,37 @@ bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words
 
 bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
 
-/// Whether the blanks of a group of braces in the name are gone in the new list.
-bool LostBlanks(std::string_view name, std::string_view new_list) {
-  for (std::size_t at = name.find('{'); at != kNone; at = name.find('{', at + 1)) {
-    const std::string_view group = name.substr(at, name.find('}', at) - at);
-    std::string squeezed(group);
-    std::erase(squeezed, ' ');
-    if (squeezed.size() < group.size() && new_list.find(squeezed) != kNone) return true;
+/// What follows each "{" of a text, up to the next brace.
+std::vector<std::string_view> AfterBraces(std::string_view text) {
+  std::vector<std::string_view> pieces;
+  for (std::size_t at = text.find('{'); at != kNone; at = text.find('{', at)) {
+    const std::size_t end = text.find_first_of("{}", ++at);
+    pieces.push_back(text.substr(at, end - at));
   }
-  return false;
+  return pieces;
 }
 
-/// Why a name that was rearranged may have become wrong; empty when it has not. `commas`: the list
-/// has names with commas.
-std::string_view WhyDoubtfulName(std::string_view name, std::string_view new_list, bool commas) {
+/// Whether words in braces stand joined in the new list. `joined`: what follows its braces, sorted.
+bool LostBlanks(std::string_view name, const std::vector<std::string_view>& joined) {
+  const std::vector<std::string_view> pieces = AfterBraces(name);
+  return std::any_of(pieces.begin(), pieces.end(), [&joined](std::string_view piece) {
+    std::string squeezed(Trim(piece, " "));
+    if (std::erase(squeezed, ' ') == 0) return false;
+    const auto found = std::lower_bound(joined.begin(), joined.end(), squeezed);
+    return found != joined.end() && found->starts_with(squeezed);
+  });
+}
+
+/// Why a name that was rearranged may have become wrong; empty when it has not. `joined`: what
+/// follows the braces of the new list, sorted. `commas`: the list has names with commas.
+std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::string_view>& joined,
+                                 bool commas) {
   const std::vector<std::string_view> words = WordsOf(name);
   if (words.empty()) return {};
   if (words.size() == 1 && EqualNoCase(words[0], "others")) return "became a person";
   if (std::any_of(words.begin(), words.end(), IsSuffix))
     return "has a suffix, which may have moved";
-  if (LostBlanks(name, new_list)) return "lost the blanks in its braces";
+  if (LostBlanks(name, joined)) return "lost the blanks in its braces";
   if (commas) return {};
   if (words.size() == 1) return "has one word and was paired with another name";
   const bool has_particle = std::any_of(words.begin(), words.end() - 1, [](std::string_view word) {
@@ -129,10 +140,13 @@ std::string WhyNoKnownForm(std::string_view list) {
 
 std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
   if (old_list == new_list) return {};
+  std::vector<std::string_view> joined = AfterBraces(new_list);
+  std::sort(joined.begin(), joined.end());
+  const bool commas = HasComma(old_list);
   std::string reasons;
   NameParts names(old_list);
   while (const auto name = names.Next()) {
-    const std::string_view reason = WhyDoubtfulName(*name, new_list, HasComma(old_list));
+    const std::string_view reason = WhyDoubtfulName(*name, joined, commas);
     if (reason.empty()) continue;
     reasons.append(reasons.empty() ? "" : "; ").append(Quoted(*name)).append(" ").append(reason);
   }

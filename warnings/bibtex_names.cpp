@@ -42,7 +42,6 @@ std::size_t BlankSize(std::string_view text) { return IsBetweenWords(text[0]) ? 
 template <typename Size>
 Texts Split(std::string_view text, const Size& separator) {
   Texts parts;
-  parts.reserve(4);
   std::size_t begin = 0;
   int depth = 0;
   const auto add = [&](std::size_t end) {

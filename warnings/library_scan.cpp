@@ -75,8 +75,7 @@ class LibraryScan {
   void CheckOutside(std::string_view line, std::size_t offset);
   void ReportSharedLine(std::size_t offset, std::string_view before);
   void ReportAfterEntry(std::string_view rest, std::size_t offset);
-  bool IsReportedUnbraced(std::string_view line, std::size_t offset);
-  void ReportUnbraced(std::size_t offset, std::string_view how);
+  void ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how);
   void EndEntry(std::size_t next);
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
@@ -344,11 +343,7 @@ void LibraryScan::ReadEntryLine(std::string_view line, std::size_t offset) {
       state_ = State::kOutside;
       if (rules_.takes_all_tags) ReportAfterEntry(line.substr(at), offset);
     } else if (line[at] == '#') {
-      // The line may be one that the value goes on in, without the name of its tag.
-      const bool is_read = MentionsReadTag(line, offset) || IsReadTag();
-      if (is_read && !warnings_.ReportNumber(WarningKind::kUnbracedValue)) {
-        ReportUnbraced(offset, "goes on after a '#': only the part before it is read");
-      }
+      ReportUnbraced(line, offset, "goes on after a '#': only the part before it is read");
       at = SkipPiece(line, SkipBlanks(line, at + 1));
     } else {
       at = ReadTag(line, at, offset);
@@ -383,9 +378,7 @@ std::size_t LibraryScan::ReadTag(std::string_view line, std::size_t at, std::siz
   ++counts_.values;
   if (value < line.size()) return StartValue(line, value, offset);
   ++counts_.unbraced;
-  if (IsReportedUnbraced(line, offset)) {
-    ReportUnbraced(offset, "does not begin on the line of its name and is read as empty");
-  }
+  ReportUnbraced(line, offset, "does not begin on the line of its name and is read as empty");
   return line.size();
 }
 
@@ -398,11 +391,10 @@ std::size_t LibraryScan::StartValue(std::string_view line, std::size_t at, std::
   }
   if (offset == tag_offset_) {
     ++counts_.unbraced;
-    if (IsReportedUnbraced(line, offset)) {
-      ReportUnbraced(offset, HasBraceFrom(line, at)
-                                 ? "has no braces around it and is read from the first brace on"
-                                 : "has no braces around it and is read as empty");
-    }
+    ReportUnbraced(line, offset,
+                   HasBraceFrom(line, at)
+                       ? "has no braces around it and is read from the first brace on"
+                       : "has no braces around it and is read as empty");
   }
   if (line[at] == '"') {
     state_ = State::kInQuotes;
@@ -459,12 +451,10 @@ void LibraryScan::ReportSharedLine(std::size_t offset, std::string_view before) 
   }
 }
 
-/// Whether a value without braces is to be reported; counts it where nobody will see the text.
-bool LibraryScan::IsReportedUnbraced(std::string_view line, std::size_t offset) {
-  return MentionsReadTag(line, offset) && !warnings_.ReportNumber(WarningKind::kUnbracedValue);
-}
-
-void LibraryScan::ReportUnbraced(std::size_t offset, std::string_view how) {
+/// Reports a value that is not read whole, if the line mentions a tag that is read or goes on with
+/// one's value.
+void LibraryScan::ReportUnbraced(std::string_view line, std::size_t offset, std::string_view how) {
+  if (!MentionsReadTag(line, offset) && !IsReadTag()) return;
   Report(WarningKind::kUnbracedValue, offset, {"the value of '", tag_, "' ", how});
 }
 

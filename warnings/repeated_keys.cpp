@@ -1,22 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/repeated_keys.h"
 
-#include "core/keyed_hash.h"
+#include <utility>
+
 #include "core/text_primitives.h"
 
 namespace tarvel {
 
 void RepeatedKeys::Check(const EntryHead& head) {
+  EndEntry(head.offset);
   upper_ = head.key;
   StringToUpper(upper_);
   const std::size_t hash = KeyedHash(upper_);
   const auto offset = static_cast<std::size_t>(head.key.data() - library_.data());
   const auto earlier = offsets_.FindOrPut(
       hash, offset, [&](std::size_t other) { return EqualNoCase(KeyAt(other), head.key); });
-  if (!earlier || warnings_.ReportNumber(WarningKind::kKeyTwice)) return;
+  if (!earlier) return;
+  use_ = &uses_[upper_];
+  use_begin_ = head.offset;
+  ++use_->entries;
+  if (warnings_.ReportNumber(WarningKind::kKeyTwice)) return;
   warnings_.Report(
       WarningKind::kKeyTwice, head.offset, head.key,
       "the key stands in line " + std::to_string(warnings_.LineOf(*earlier)) + " already");
+}
+
+KeyUses RepeatedKeys::Uses() {
+  EndEntry(library_.size());
+  return std::move(uses_);
+}
+
+/// Counts the bytes of the last entry, which ends where the next begins.
+void RepeatedKeys::EndEntry(std::size_t next) {
+  if (use_) use_->bytes += next - use_begin_;
+  use_ = nullptr;
 }
 
 /// The key at `offset`, where one begins.

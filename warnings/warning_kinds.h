@@ -76,6 +76,7 @@ enum class Severity : std::uint8_t {
 enum class About : std::uint8_t {
   kReading,  // the library itself, which is read otherwise than its author meant
   kRun,      // what a run did with it
+  kComing,   // what a run is about to do; such a warning is sent at once and not in the summary
 };
 
 /// One kind of warning, as people see it.
@@ -142,7 +143,7 @@ inline constexpr auto kWarningKinds = [] {
       {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
       {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
       {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},
-      {"large-output", kNote, kRun, "new files that may become large"},
+      {"large-output", kNote, kComing, "new files that may become large"},
       {"unread-text", kLoss, kRun, "commands that could not be read to their end"},
       {"undefined-string", kLoss, kRun, "strings that are not defined"},
       {"missing-parent", kLoss, kRun, "cross-references to no entry"},

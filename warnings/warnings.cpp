@@ -125,8 +125,8 @@ void WarningReport::Report(const Warning& warning) {
                           EscapeField(Shorten(warning.key, kLongestQuote)), "\t",
                           EscapeField(warning.text), "\n"});
   }
-  const bool comes_first = warning.kind == WarningKind::kLargeOutput && !outputs_.quiet;
-  if (outputs_.all || comes_first) {
+  const bool is_coming = RowOf(warning.kind).about == About::kComing;
+  if (outputs_.all || (is_coming && !outputs_.quiet)) {
     reporter_.Warn(LineOf(warning));
   } else if (!outputs_.quiet && kind.examples.size() < kExamples) {
     kind.examples.push_back(LineOf(warning));
@@ -160,7 +160,7 @@ void WarningReport::MapKey(std::string_view old_key, std::string_view new_key) {
 std::vector<std::size_t> WarningReport::WorstFirst() const {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < kinds_.size(); ++i) {
-    const bool was_sent = i == static_cast<std::size_t>(WarningKind::kLargeOutput);
+    const bool was_sent = kWarningKinds[i].about == About::kComing;
     if (kinds_[i].count != 0 && !was_sent) order.push_back(i);
   }
   std::stable_sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {

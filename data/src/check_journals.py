@@ -218,7 +218,7 @@ def check_blocks(name, blocks):
 
 
 def is_acronym(name):
-    """Tell whether a spelling is one of capitals only, up to five of them."""
+    """Return whether a spelling is one of capitals only, up to five of them."""
     letters = re.sub("[^A-Za-z]", "", name)
     return letters.isupper() and len(letters) <= MAX_ACRONYM and len(name) <= 2 * MAX_ACRONYM
 

@@ -73,7 +73,7 @@ def own_texts(table, command):
 
 
 def has_row_with(table, text):
-    """Tell whether the text begins with a row of several bytes that ends in no letter."""
+    """Return whether the text begins with a row of several bytes that ends in no letter."""
     starts = (text[:end] for end in range(len(text), 1, -1))
     return any(start in table.places and not start[-1:].isalpha() for start in starts)
 

@@ -35,7 +35,7 @@ def title_words(title):
 
 
 def is_silent(word):
-    """Tell whether an abbreviation leaves a word out; the A of "Physica A" stays."""
+    """Return whether an abbreviation leaves a word out; the A of "Physica A" stays."""
     return word.casefold() in SILENT_WORDS and not (len(word) == 1 and word.isupper())
 
 

@@ -37,7 +37,6 @@ constexpr std::array<LetterCommand, 22> kLetterCommands{
 /// Particles that lose their capital. "Le" and "La" keep it.
 constexpr std::array<std::string_view, 7> kParticles{" Von ", " Van ", " Di ",   " De ",
                                                      " Da ",  " Del ", " Della "};
-constexpr std::string_view kParticleInitials = "VD";
 
 bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
@@ -220,7 +219,6 @@ void MakeInitials(std::string& word) {
 void NormaliseParticles(std::string& list) {
   // One pass for all, as a search for each took a quarter of Clean authors.
   for (std::size_t at = list.find(' '); at != kNone; at = list.find(' ', at + 1)) {
-    if (!IsByteOf(list[at + 1], kParticleInitials)) continue;
     const std::string_view rest = std::string_view(list).substr(at);
     const bool is_particle =
         std::any_of(kParticles.begin(), kParticles.end(),

@@ -150,7 +150,7 @@ const CiteRow* FindKnown(std::string_view name) {
 
 CiteCommands::CiteCommands(const std::vector<std::string>& names) : names_(names) {
   names_.emplace_back("cite");
-  all_ = std::find(names_.begin(), names_.end(), "all") != names_.end();
+  all_ = std::erase(names_, "all") != 0;  // it names no command: "\all" cites nothing
 }
 
 std::optional<CiteShape> CiteCommands::Find(std::string_view name) const {

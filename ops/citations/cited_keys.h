@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "core/keyed_hash.h"
 #include "ops/citations/cite_commands.h"
 #include "ops/citations/document_reader.h"
 #include "ops/run_context.h"
@@ -59,7 +60,7 @@ class CitedKeys {
   std::list<Document> documents_;
   std::vector<std::string> keys_;
   std::vector<Place> places_;
-  std::unordered_set<std::string> known_;
+  std::unordered_set<std::string, KeyedStringHash> known_;
   std::optional<Place> all_;  // where all entries are asked for
   CiteCommands commands_{run_.citations.commands};
   int depth_ = 0;

@@ -47,7 +47,7 @@ class DocumentReader {
   }
 
  private:
-  /// Skips text up to the next "%" or "\", and over what that begins.
+  /// Skips text up to the next "%" or "\", and what that begins.
   void Step() {
     at_ = std::min(text_.find_first_of("%\\", at_), text_.size());
     if (at_ < text_.size()) TakeSpecial();
@@ -63,7 +63,7 @@ class DocumentReader {
   void SkipLine() { at_ = std::min(text_.find_first_of(kLineBreaks, at_), text_.size()); }
   char Now() const { return at_ < text_.size() ? text_[at_] : '\0'; }
 
-  /// Skips blanks, a line break and comments; not over an empty line, which ends a paragraph.
+  /// Skips blanks, a line break and comments, but not an empty line, which ends a paragraph.
   void SkipSpace() {
     if (at_ == paragraph_end_) return;
     bool line_is_empty = false;  // since its start
@@ -219,7 +219,7 @@ class DocumentReader {
     return Now() == '{' && TakeKeys();
   }
 
-  /// Skips arguments in these brackets, and what blanks are around them.
+  /// Skips arguments in these brackets and the blanks around them.
   void SkipOptionals(char open, char close) {
     SkipSpace();
     while (Now() == open) {

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/keyed_hash.h"
 #include "ops/citations/cite_commands.h"
 
 namespace tarvel {
@@ -32,7 +33,7 @@ class KeyMap {
  private:
   bool TakeLine(std::string_view line);
 
-  std::unordered_map<std::string, std::string> keys_;
+  std::unordered_map<std::string, std::string, KeyedStringHash> keys_;
   std::vector<std::string> ambiguous_;
   std::vector<std::string> divided_;
 };

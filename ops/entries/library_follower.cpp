@@ -84,11 +84,12 @@ void LibraryFollower::ReturnTo(std::size_t offset) {
 }
 
 /// Goes on with a new reading, which has come to the end, and hides what others know of the entries
-/// from `from` on.
+/// from `from` on, be it that one may begin where the next text will be appended.
 void LibraryFollower::HideOld(Reading anew, std::size_t from) {
   Reading old = TakeReadingAt(from);
   const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;
-  if (knows_some && from < library_.Size()) hidden_.push_back({from, std::move(old)});
+  const bool is_open = anew.phase != Phase::kBetweenEntries;
+  if (knows_some && is_open) hidden_.push_back({from, std::move(old)});
   current_ = std::move(anew);
   entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
 }

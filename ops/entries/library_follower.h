@@ -26,7 +26,8 @@ class LibraryFollower {
   /// Follows `library`, which must outlive it; only its header may have been written.
   explicit LibraryFollower(GrowingLibrary& library);
 
-  /// Writes an entry's text at `position`: the end of the library or of one of its entries.
+  /// Writes an entry's text at `position`: the end of the library or of one of its entries. All
+  /// texts but the last end with a line feed.
   /// References into `Entries` may be gone afterwards.
   void Write(std::size_t position, std::string_view text);
 

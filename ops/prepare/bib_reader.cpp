@@ -18,8 +18,9 @@ using namespace std::string_view_literals;
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
+/// The first comparison decides for nearly all bytes.
 constexpr bool IsWhite(char byte) {
-  return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+  return static_cast<unsigned char>(byte) <= ' ' && IsByteOf(byte, " \t\r\n");
 }
 
 /// The bytes that names of types, tags and strings are made of.
@@ -43,17 +44,14 @@ std::size_t WhiteEnd(std::string_view bytes, std::size_t from) {
   return from;
 }
 
-/// Whether the text has no white space but single blanks. Its loop has no branches and adds up
-/// bytes, so that the compiler makes it look at many of them at a time.
-bool HasSingleBlanks(std::string_view text) {
-  unsigned char odd = !text.empty() && text[0] != ' ' && IsWhite(text[0]) ? 1 : 0;
-  for (std::size_t at = 1; at < text.size(); ++at) {
-    const char byte = text[at];
-    const bool is_odd =
-        (byte == '\n') | (byte == '\r') | (byte == '\t') | ((byte == ' ') & (text[at - 1] == ' '));
-    odd = static_cast<unsigned char>(odd | static_cast<unsigned char>(is_odd));
-  }
-  return odd == 0;
+std::size_t WordEnd(std::string_view bytes, std::size_t from) {
+  while (from < bytes.size() && !IsWhite(bytes[from])) ++from;
+  return from;
+}
+
+/// Whether white space in a text is more than a single blank between two words.
+bool IsOddWhite(std::string_view text, std::size_t at) {
+  return text[at] != ' ' || at + 1 == text.size() || IsWhite(text[at + 1]);
 }
 
 /// Appends a piece with each run of white space as one blank, also where it meets the text.
@@ -64,36 +62,16 @@ void AppendPiece(std::string& text, std::string_view piece) {
       at = WhiteEnd(piece, at);
       continue;
     }
-    const std::size_t line_end = std::min(piece.find('\n', at), piece.size());
-    std::size_t end = line_end;
-    if (!HasSingleBlanks(piece.substr(at, line_end - at))) {
-      for (end = at; end < line_end && !IsWhite(piece[end]);) ++end;
-    }
+    // Single blanks are copied with the words around them.
+    std::size_t end = WordEnd(piece, at);
+    while (end < piece.size() && !IsOddWhite(piece, end)) end = WordEnd(piece, end + 1);
     text.append(piece.substr(at, end - at));
     at = end;
   }
 }
 
-/// What a scan for the end of a delimited piece found.
-struct Delimited {
-  std::size_t end;  // of the closing delimiter, or where the scan broke off
-  bool is_closed;
-};
-
-/// Looks for the delimiter that closes the piece from `from` to before `limit`: '}' or '"', outside
-/// of any braces within. Ends at a brace that closes too much.
-Delimited FindDelimiter(std::string_view bytes, ByteMarks& marks, std::size_t from,
-                        std::size_t limit, char delimiter) {
-  std::size_t depth = 0;
-  for (std::size_t at = marks.FindBrace(from, limit); at < limit;
-       at = marks.FindBrace(at + 1, limit)) {
-    if (depth == 0 && bytes[at] == delimiter) return {at, true};
-    if (depth == 0 && bytes[at] == '}') return {at, false};
-    if (bytes[at] == '{') ++depth;
-    if (bytes[at] == '}') --depth;
-  }
-  return {limit, false};
-}
+/// Whether a key ends before the byte, or is one with an "@".
+bool IsKeyEnd(char byte) { return IsWhite(byte) || byte == ',' || byte == '@'; }
 
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
 
@@ -151,7 +129,8 @@ bool BibReader::StartCommand(BibItem& item) {
 void BibReader::ReadString(BibItem& item) {
   item.kind = BibItem::Kind::kString;
   SkipWhite();
-  BibTag tag{{}, {}, at_};
+  BibTag tag;
+  tag.offset = at_;
   tag.name = defining_ = TakeName();
   SkipWhite();
   if (tag.name.empty() || !IsAt('=')) {
@@ -171,7 +150,8 @@ void BibReader::ReadString(BibItem& item) {
 
 void BibReader::ReadPreamble(BibItem& item) {
   item.kind = BibItem::Kind::kPreamble;
-  BibTag tag{{}, {}, at_};
+  BibTag tag;
+  tag.offset = at_;
   if (!ReadValue(item, tag)) return;
   item.tags.push_back(tag);
   if (!IsAt(close_)) {
@@ -213,7 +193,8 @@ bool BibReader::ReadKey(BibItem& item) {
 }
 
 bool BibReader::ReadTag(BibItem& item) {
-  BibTag tag{{}, {}, at_};
+  BibTag tag;
+  tag.offset = at_;
   tag.name = TakeName();
   if (tag.name.empty()) return Fail(item, "the name of a tag was expected");
   SkipWhite();
@@ -231,73 +212,76 @@ bool BibReader::ReadTag(BibItem& item) {
 /// Reads pieces joined by "#" and the white space after them.
 bool BibReader::ReadValue(BibItem& item, BibTag& tag) {
   SkipWhite();
-  std::optional<Piece> piece = ReadPiece(item, tag);
-  if (!piece) return false;
+  if (!ReadPiece(item, tag)) return false;
   SkipWhite();
-  if (piece->is_plain && !IsAt('#')) {
-    tag.value = piece->text;
-    return true;
-  }
-  const bool keeps = keeps_values_ || item.kind != BibItem::Kind::kEntry;
+  if (tag.facts.is_plain && !IsAt('#')) return true;
+  const bool is_joined = IsAt('#');
   std::string& text = texts_.Next();
-  if (keeps) AppendPiece(text, piece->text);
+  if (Keeps(item)) AppendPiece(text, tag.value);
   while (IsAt('#')) {
     ++at_;
     SkipWhite();
-    piece = ReadPiece(item, tag);
-    if (!piece) return false;
-    if (keeps) AppendPiece(text, piece->text);
+    if (!ReadPiece(item, tag)) return false;
+    if (Keeps(item)) AppendPiece(text, tag.value);
     SkipWhite();
   }
   tag.value = text;
+  if (is_joined) tag.facts = FactsOf(text);  // other white space makes no other facts
   return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadPiece(BibItem& item, const BibTag& tag) {
+/// Reads a piece of a value as if it were all of it.
+bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
   if (IsAt('{') || IsAt('"')) return ReadDelimited(item, tag);
   if (IsAtEnd() || !IsDigit(bytes_[at_])) return ReadStringName(item, tag);
   const std::size_t from = at_;
   while (!IsAtEnd() && IsDigit(bytes_[at_])) ++at_;
-  return Piece{bytes_.substr(from, at_ - from), true};
+  tag.value = bytes_.substr(from, at_ - from);
+  tag.facts = {};
+  return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadDelimited(BibItem& item, const BibTag& tag) {
+bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
-  const Delimited found =
-      FindDelimiter(bytes_, marks_, from, limit, bytes_[at_] == '{' ? '}' : '"');
+  const char delimiter = bytes_[at_] == '{' ? '}' : '"';
+  const DelimitedText found = Keeps(item) ? FindDelimiter(bytes_, from, limit, delimiter)
+                                          : SkipDelimited(bytes_, marks_, from, limit, delimiter);
   if (!found.is_closed) {
     const bool broke_off = found.end < limit;
     FailValue(item, tag, broke_off ? found.end : from - 1,
               broke_off ? "a \"}\" too many stands in" : "nothing closes");
-    return std::nullopt;
+    return false;
   }
   at_ = found.end + 1;
-  const std::string_view text = bytes_.substr(from, found.end - from);
-  return Piece{text, HasSingleBlanks(text)};
+  tag.value = bytes_.substr(from, found.end - from);
+  tag.facts = found.facts;
+  return true;
 }
 
-std::optional<BibReader::Piece> BibReader::ReadStringName(BibItem& item, const BibTag& tag) {
+bool BibReader::ReadStringName(BibItem& item, BibTag& tag) {
   const std::string_view name = TakeName();
   const bool ends = IsAtEnd() || IsWhite(bytes_[at_]) || IsAt(',') || IsAt('#') || IsAt(close_);
   if (name.empty() || !ends) {
     Fail(item, tag.name.empty() ? std::string("there is no text")
                                 : "there is no value after " + Quoted(tag.name));
-    return std::nullopt;
+    return false;
   }
-  return TakeString(item, name);
+  tag.value = Keeps(item) ? TakeString(item, name) : std::string_view();
+  tag.facts = FactsOf(tag.value);
+  return true;
 }
 
 /// The text of a string; its name where it is not defined, or where its text would be too much.
-BibReader::Piece BibReader::TakeString(BibItem& item, std::string_view name) {
+std::string_view BibReader::TakeString(BibItem& item, std::string_view name) {
   const bool is_own = EqualNoCase(name, defining_);
   const std::string* text = is_own ? nullptr : strings_.Find(name, item.begin);
   if (!text || text->size() > room_) {
     item.undefined.push_back(name);
-    return {is_own ? std::string_view() : name, true};
+    return is_own ? std::string_view() : name;
   }
   room_ -= text->size();
-  return {*text, true};
+  return *text;
 }
 
 /// Ends the item for the reason, at the byte that was read last; always false.
@@ -350,6 +334,20 @@ bool BibReader::IsHeadLine(std::size_t at) const {
   const std::size_t end = NameEnd(bytes_, name);
   const std::size_t open = WhiteEnd(bytes_, end);
   return end > name && open < bytes_.size() && (bytes_[open] == '{' || bytes_[open] == '(');
+}
+
+std::size_t EndOfFrontTexts(std::string_view bytes) {
+  std::size_t last = 0;
+  for (std::size_t at = bytes.find('@'); at < bytes.size(); at = bytes.find('@', at + 1)) {
+    const std::size_t type = WhiteEnd(bytes, at + 1);
+    const std::size_t end = NameEnd(bytes, type);
+    const std::size_t key = WhiteEnd(bytes, std::min(WhiteEnd(bytes, end) + 1, bytes.size()));
+    std::size_t key_end = key;
+    while (key_end < bytes.size() && !IsKeyEnd(bytes[key_end])) ++key_end;
+    const bool has_at = key_end < bytes.size() && bytes[key_end] == '@';
+    if (has_at || EqualNoCase(bytes.substr(type, end - type), "preamble")) last = at;
+  }
+  return last;
 }
 
 }  // namespace tarvel

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
+#include "ops/prepare/text_facts.h"
 #include "ops/prepare/text_pool.h"
 
 namespace tarvel {
@@ -18,6 +18,7 @@ struct BibTag {
   std::string_view name;   // as it stands in the library
   std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
   std::size_t offset = 0;  // offset of the name
+  TextFacts facts;         // of the value
 };
 
 /// A command of a library: an entry, a "@string" or a "@preamble".
@@ -32,7 +33,7 @@ struct BibItem {
   std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
 
   std::string fault;             // why it could not be read to its end; empty when it was
-  std::size_t fault_offset = 0;  // offset
+  std::size_t fault_offset = 0;  // of the byte at which reading failed
   std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
 };
 
@@ -51,8 +52,8 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether the values of entries are wanted; those that do not stand in the library in one piece
-  /// are empty from now on if not.
+  /// Whether the values of entries are wanted. If not, they have no facts from now on, and those
+  /// that do not stand in the library in one piece are empty.
   void KeepValues(bool keeps) { keeps_values_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);
@@ -60,11 +61,6 @@ class BibReader {
   std::size_t StrictFrom() const { return strict_from_; }
 
  private:
-  struct Piece {
-    std::string_view text;
-    bool is_plain;  // has no white space but single blanks
-  };
-
   bool StartCommand(BibItem& item);
   void ReadString(BibItem& item);
   void ReadPreamble(BibItem& item);
@@ -72,10 +68,13 @@ class BibReader {
   bool ReadKey(BibItem& item);
   bool ReadTag(BibItem& item);
   bool ReadValue(BibItem& item, BibTag& tag);
-  std::optional<Piece> ReadPiece(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadDelimited(BibItem& item, const BibTag& tag);
-  std::optional<Piece> ReadStringName(BibItem& item, const BibTag& tag);
-  Piece TakeString(BibItem& item, std::string_view name);
+  bool ReadPiece(BibItem& item, BibTag& tag);
+  bool Keeps(const BibItem& item) const {
+    return keeps_values_ || item.kind != BibItem::Kind::kEntry;
+  }
+  bool ReadDelimited(BibItem& item, BibTag& tag);
+  bool ReadStringName(BibItem& item, BibTag& tag);
+  std::string_view TakeString(BibItem& item, std::string_view name);
 
   bool Fail(BibItem& item, std::string reason);
   void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);
@@ -99,5 +98,9 @@ class BibReader {
   std::size_t strict_from_;
   std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
 };
+
+/// An offset after which no preamble begins, and no entry with an "@" in its key. Reads no values,
+/// so it may be later than need be.
+std::size_t EndOfFrontTexts(std::string_view bytes);
 
 }  // namespace tarvel

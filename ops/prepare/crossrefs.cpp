@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <unordered_set>
 
 #include "ops/prepare/letters.h"
-#include "ops/prepare/name_set.h"
 #include "ops/prepare/name_tables.h"
 
 namespace tarvel {
@@ -38,15 +38,15 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   std::string_view key = ValueOf(entry.tags, "crossref");
   if (key.empty()) return Parent::kNone;
   std::deque<std::string> own;  // names in lower case
-  NameSet names;
-  for (const BibTag& tag : entry.tags) names.Insert(own.emplace_back(Lower(tag.name)));
+  std::unordered_set<std::string_view> names;
+  for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
   while (!key.empty() && parents_.size() < kMostParents) {
     const Tags* const tags = ParentTags(key, entry.begin);
     if (!tags) break;
     parents_.push_back(tags);
     for (const OwnTag& tag : *tags) {
-      if (!names.Insert(tag.name) || !TakeRoom(tag.name, tag.value)) continue;
-      entry.tags.push_back({tag.name, tag.value, entry.begin});
+      if (!names.insert(tag.name).second || !TakeRoom(tag.name, tag.value)) continue;
+      entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
     }
     key = ValueOf(*tags, "crossref");
   }

@@ -14,20 +14,6 @@ namespace {
 
 constexpr std::size_t kLongestName = 100;
 
-bool IsTitle(std::string_view name) { return name == "title" || name == "booktitle"; }
-
-/// Whether a tag that nothing is known of holds an address or a path, by its name.
-bool LooksVerbatim(std::string_view name) {
-  constexpr std::array<std::string_view, 7> kSigns{"url", "doi",    "file", "link",
-                                                   "uri", "eprint", "pdf"};
-  return std::any_of(kSigns.begin(), kSigns.end(), [name](std::string_view sign) {
-    return name.find(sign) != std::string_view::npos;
-  });
-}
-
-/// A line whose tag's name holds an "@" is like the first of an entry.
-bool HoldsAt(std::string_view name) { return name.find('@') != std::string_view::npos; }
-
 /// Whether an "@" stands in the value as in front of a known type. Where the value is broken into
 /// lines, what follows on the same line decides; so all of it is looked at.
 bool LooksLikeHead(std::string_view value) {
@@ -57,7 +43,7 @@ void EntryFormer::Form(const BibItem& entry, std::size_t inherited) {
   texts_.Clear();
   misread_ = 0;
   namer_.Name(entry, inherited);
-  tags_ = namer_.Tags();
+  tags_.swap(namer_.Tags());
   printed_ = PrintedWords(Type());
   for (FormedTag& tag : tags_) GuardTag(tag);
   AddEmptyTags();
@@ -69,7 +55,7 @@ void EntryFormer::Form(const BibItem& entry, std::size_t inherited) {
 void EntryFormer::SayInherited() {
   std::string names;
   for (const FormedTag& tag : tags_) {
-    if (tag.is_inherited) names.append(names.empty() ? "'" : ", '").append(tag.name).append("'");
+    if (tag.is_inherited) names.append(names.empty() ? "'" : ", '").append(tag.Name()).append("'");
   }
   if (!names.empty()) log_.Say({"These tags are those of its 'crossref': ", names, "."});
 }
@@ -80,31 +66,33 @@ void EntryFormer::GuardTag(FormedTag& tag) {
     tag.is_left_out = true;
     return;
   }
-  if (tag.row && tag.row->use == TagRow::Use::kBookkeeping) {
+  if (tag.known->row.use == TagRow::Use::kBookkeeping) {
     tag.rank = FormedTag::Rank::kBookkeeping;
   }
-  if (IsTitle(tag.name)) GuardTitle(tag);
-  const NameFacts facts = tag.Facts();
-  const WordSet harmful = HarmfulWords(facts.words, printed_);
-  Harm harm = FindHarm(tag.value, harmful);
-  const bool is_misread = !tag.IsNeeded() && (facts.is_misread || tag.name.size() > kLongestName);
-  const bool may_go = !keeps_all_ && (harm.Any() || is_misread || !HasFewLines(tag));
-  if (!tag.IsNeeded() && (may_go || HoldsAt(tag.name))) return LeaveOut(tag, facts, harm);
-  if (!harm.Any() && !is_misread && HasFewLines(tag)) return;
+  if (tag.known->is_title) GuardTitle(tag);
+  if (tag.known->is_of_names && tag.facts.has_brace) GuardNamesOf(tag);
+  const TagName& name = *tag.known;
+  const WordSet harmful = HarmfulWords(name.words, printed_);
+  Harm harm = FindHarm(tag.value, tag.facts, harmful);
+  const bool is_misread = !tag.IsNeeded() && (name.is_misread || name.name.size() > kLongestName);
+  const bool is_fine = !harm.Any() && !is_misread && HasFewLines(tag);
+  const bool may_go = !keeps_all_ && !is_fine;
+  if (!tag.IsNeeded() && (may_go || name.holds_at)) return LeaveOut(tag, harm);
+  if (is_fine) return;
   GuardHarm(tag, harm, harmful);
-  if (IsTitle(tag.name)) GuardTitle(tag);  // it may end with a group now
+  if (tag.known->is_title) GuardTitle(tag);  // it may end with a group now
   const bool is_head = harm.is_at && LooksLikeHead(tag.value);
-  const bool swallows = harm.words != 0 && FitOf(tag.name, tag.value) >= LineFit::kTangledLines;
+  const bool swallows = harm.words != 0 && FitOf(tag.Name(), tag.value) >= LineFit::kTangledLines;
   if (is_head || swallows) {
-    Warn(tag, "the tag '" + std::string(tag.name) +
+    Warn(tag, "the tag '" + std::string(tag.Name()) +
                   "' was left out: operations would read other lines wrongly by it");
-    LeaveOut(tag, facts, harm);
+    LeaveOut(tag, harm);
     if (tag.is_left_out) return;
     harm = {};
   }
-  if (is_misread) harm.words |= facts.words;
+  if (is_misread) harm.words |= name.words;
   if (harm.words != 0) {
-    const bool is_own = tag.IsNeeded() && facts.words != 0;
+    const bool is_own = tag.IsNeeded() && name.words != 0;
     tag.rank = is_own ? FormedTag::Rank::kMisreadOwn : FormedTag::Rank::kMisread;
   }
   tag.harm = harm.words;
@@ -113,45 +101,59 @@ void EntryFormer::GuardTag(FormedTag& tag) {
 }
 
 void EntryFormer::GuardTitle(FormedTag& tag) {
-  if (tag.name == "booktitle") tag.rank = FormedTag::Rank::kBooktitle;
+  if (tag.Name() == "booktitle") tag.rank = FormedTag::Rank::kBooktitle;
   if (!NeedsEnds(tag.value)) return;
   std::string& guarded = texts_.Next();
   GuardEnds(tag.value, guarded);
-  tag.value = guarded;
+  tag.SetValue(guarded);
+}
+
+/// Where a comma would be misread as well, the names are more legible without a group.
+void EntryFormer::GuardNamesOf(FormedTag& tag) {
+  if (HasCommaInBraces(tag.value)) {
+    Warn(tag, "a name of '" + std::string(tag.Name()) +
+                  "' has a comma in braces: Extract and Text with style aps or wiley cut it there");
+    return;
+  }
+  std::string& guarded = texts_.Next();
+  GuardNames(tag.value, guarded);
+  if (guarded == tag.value) return;
+  tag.SetValue(guarded);
+  if (!tag.is_inherited) log_.Say({"In the tag '", tag.Name(), "' {} was put into 'and'."});
 }
 
 /// Puts groups into the words that do harm; `harm` is then what is left.
 void EntryFormer::GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful) {
-  if (!harm.Any() || (tag.row ? tag.row->is_verbatim : LooksVerbatim(tag.name))) return;
+  if (!harm.Any() || tag.known->row.is_verbatim) return;
   std::string& guarded = texts_.Next();
   GuardWords(tag.value, harm.words, guarded);
-  tag.value = guarded;
-  const Harm left = FindHarm(tag.value, harmful);
+  tag.SetValue(guarded);
+  const Harm left = FindHarm(tag.value, tag.facts, harmful);
   const WordSet cured = harm.words & ~left.words;
   if (cured != 0 && !tag.is_inherited) {
-    log_.Say({"In the tag '", tag.name, "' {} was put into ", NamesOf(cured), "."});
+    log_.Say({"In the tag '", tag.Name(), "' {} was put into ", NamesOf(cured), "."});
   }
   harm = left;
 }
 
 void EntryFormer::ReportHarm(const FormedTag& tag, const Harm& harm) {
-  const WordSet own = tag.Facts().words;
+  const WordSet own = tag.known->words;
   const bool is_compared = (own & ComparedWords(Type())) != 0;
   for (std::size_t word = 0; is_compared && word < kComparedWords; ++word) {
     if ((harm.words & WordBit(word)) == 0 || !WinsOver(word, own)) continue;
-    Warn(tag, "Compare and Clean doubles read the line of '" + std::string(tag.name) +
+    Warn(tag, "Compare and Clean doubles read the line of '" + std::string(tag.Name()) +
                   "' as that of '" + std::string(kWords[word]) + "', which it mentions");
     break;
   }
   if (harm.is_at) {
-    Warn(tag, "the text of '" + std::string(tag.name) +
+    Warn(tag, "the text of '" + std::string(tag.Name()) +
                   "' between an \"@\" and the next \"{\" will be turned into capitals");
   }
   if (harm.is_exempt) {
-    Warn(tag, "Clean characters leaves the line of '" + std::string(tag.name) + "' out");
+    Warn(tag, "Clean characters leaves the line of '" + std::string(tag.Name()) + "' out");
   }
   if (!HasFewLines(tag)) {
-    Warn(tag, "the value of '" + std::string(tag.name) +
+    Warn(tag, "the value of '" + std::string(tag.Name()) +
                   "' is too long for one line, and operations misread its further lines");
   }
 }
@@ -163,32 +165,33 @@ void EntryFormer::Warn(const FormedTag& tag, const std::string& text) {
 /// Whether the lines of a tag do no harm by their length or number: Clean tags skips a tag
 /// that it does not know, but looks at the further lines of its value.
 bool EntryFormer::HasFewLines(const FormedTag& tag) const {
-  const LineFit fit = FitOf(tag.name, tag.value);
+  const LineFit fit = FitOf(tag.Name(), tag.value);
   if (fit == LineFit::kOneLine || fit == LineFit::kTooLong) return fit == LineFit::kOneLine;
-  return IsInLineFilter(tag.name) || !HoldsFilterWord(tag.value);
+  return IsInLineFilter(tag.Name()) || !HoldsFilterWord(tag.value);
 }
 
 /// Leaves a tag out. Where a further preparation, or BibTeX by a parent, could put another in its
 /// place, it is written without its value.
-void EntryFormer::LeaveOut(FormedTag& tag, const NameFacts& facts, const Harm& harm) {
+void EntryFormer::LeaveOut(FormedTag& tag, const Harm& harm) {
   tag.is_left_out = true;
   if (tag.is_inherited) return;
-  const WordSet words = harm.words | (facts.is_misread ? facts.words : WordSet{0});
+  const WordSet words = harm.words | (tag.known->is_misread ? tag.known->words : WordSet{0});
   const std::string why = words == 0
                               ? std::string()
                               : ", whose line would be taken for that of " + NamesOf(words) + ",";
-  log_.Say({"The tag '", tag.name, "'", why, " was left out: {", tag.value, "}"});
+  log_.Say({"The tag '", tag.Name(), "'", why, " was left out: {", tag.value, "}"});
   log_.CountLeftOut();
-  const bool leaves_name = tag.IsNeeded() || (crossrefs_.HasParent() && !facts.is_misread);
-  if ((!leaves_name && !keeps_all_) || HoldsAt(tag.name)) return;
+  const bool leaves_name = tag.IsNeeded() || (crossrefs_.HasParent() && !tag.known->is_misread);
+  if ((!leaves_name && !keeps_all_) || tag.known->holds_at) return;
   tag.is_left_out = false;
   tag.value = {};
 }
 
 /// Whether a tag of this name will be written.
 bool EntryFormer::Holds(std::string_view name) const {
-  return std::any_of(tags_.begin(), tags_.end(),
-                     [name](const FormedTag& tag) { return tag.name == name && !tag.is_left_out; });
+  return std::any_of(tags_.begin(), tags_.end(), [name](const FormedTag& tag) {
+    return tag.Name() == name && !tag.is_left_out;
+  });
 }
 
 /// Where a line holds a word of a tag that the entry does not have, that tag is added, empty, so
@@ -198,14 +201,21 @@ void EntryFormer::AddEmptyTags() {
   for (std::size_t word = 0; wanted != 0 && word < kWords.size(); ++word) {
     if ((wanted & WordBit(word)) == 0 || Holds(kWords[word])) continue;
     log_.Say({"An empty tag '", kWords[word], "' was added: a line of another mentions it."});
-    FormedTag tag{kWords[word], {}, 0, FindTag(kWords[word])};
-    if (tag.name == "booktitle") tag.rank = FormedTag::Rank::kBooktitle;
+    FormedTag tag{&namer_.NameOf(kWords[word]), {}};
+    if (tag.Name() == "booktitle") tag.rank = FormedTag::Rank::kBooktitle;
     tags_.push_back(tag);
   }
 }
 
 void EntryFormer::Order() {
   using Rank = FormedTag::Rank;
+  bool is_ordered = true;
+  Rank last = Rank::kMisread;
+  for (const FormedTag& tag : tags_) {
+    is_ordered = is_ordered && !tag.is_left_out && tag.rank >= last;
+    last = tag.rank;
+  }
+  if (is_ordered) return;
   ordered_.clear();
   for (const Rank rank :
        {Rank::kMisread, Rank::kBooktitle, Rank::kMisreadOwn, Rank::kUsual, Rank::kBookkeeping}) {
@@ -223,10 +233,10 @@ void EntryFormer::ReportTaken() {
   for (auto tag = tags_.rbegin(); tag != tags_.rend(); ++tag) {
     const WordSet taken = tag->harm & ~later & (printed_ | ComparedWords(Type()));
     if (taken != 0) {
-      Warn(*tag, "operations read the line of '" + std::string(tag->name) + "' as that of " +
+      Warn(*tag, "operations read the line of '" + std::string(tag->Name()) + "' as that of " +
                      NamesOf(taken));
     }
-    if (tag->row) later |= tag->row->words;
+    if (tag->known->IsKnown()) later |= tag->known->words;
   }
 }
 

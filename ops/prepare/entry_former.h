@@ -32,10 +32,11 @@ class EntryFormer {
  private:
   void GuardTag(FormedTag& tag);
   void GuardTitle(FormedTag& tag);
+  void GuardNamesOf(FormedTag& tag);
   void GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful);
   void ReportHarm(const FormedTag& tag, const Harm& harm);
   void Warn(const FormedTag& tag, const std::string& text);
-  void LeaveOut(FormedTag& tag, const NameFacts& facts, const Harm& harm);
+  void LeaveOut(FormedTag& tag, const Harm& harm);
   void AddEmptyTags();
   void Order();
   void ReportTaken();

@@ -7,7 +7,6 @@
 
 #include "ops/prepare/guards.h"
 #include "ops/prepare/letters.h"
-#include "ops/prepare/name_set.h"
 
 namespace tarvel {
 
@@ -17,11 +16,6 @@ constexpr std::array<std::string_view, 12> kMonths{"January",   "February", "Mar
                                                    "May",       "June",     "July",     "August",
                                                    "September", "October",  "November", "December"};
 
-bool HasUpper(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](char byte) { return ToLower(byte) != byte; });
-}
-
-bool IsNames(std::string_view name) { return name == "author" || name == "editor"; }
 bool AreDigits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit);
 }
@@ -49,6 +43,8 @@ DateParts PartsOf(std::string_view date) {
 
 void EntryNamer::Name(const BibItem& entry, std::size_t inherited) {
   texts_.Clear();
+  names_.ForgetMany();
+  ++entry_;
   TakeTags(entry, inherited);
   TakeType(entry);
   ChangeNames();
@@ -62,23 +58,25 @@ std::string_view EntryNamer::Make(std::string_view text) {
 
 FormedTag* EntryNamer::Find(std::string_view name) {
   const auto found = std::find_if(tags_.begin(), tags_.end(),
-                                  [name](const FormedTag& tag) { return tag.name == name; });
+                                  [name](const FormedTag& tag) { return tag.Name() == name; });
   return found == tags_.end() ? nullptr : &*found;
 }
 
 /// Of several tags of one name BibTeX reads the first.
 void EntryNamer::TakeTags(const BibItem& entry, std::size_t inherited) {
   tags_.clear();
-  NameSet names;
   for (std::size_t i = 0; i < entry.tags.size(); ++i) {
     const BibTag& tag = entry.tags[i];
-    const std::string_view name = HasUpper(tag.name) ? Make(Lower(tag.name)) : tag.name;
-    if (!names.Insert(name)) {
-      log_.Say({"The tag '", name, "' stands there again and was left out: {", tag.value, "}"});
+    TagName& name = names_.Get(tag.name);
+    if (name.last_entry == entry_) {
+      log_.Say(
+          {"The tag '", name.name, "' stands there again and was left out: {", tag.value, "}"});
       log_.CountLeftOut();
       continue;
     }
-    tags_.push_back({name, StripOuterBraces(tag.value, IsNames(name)), tag.offset, FindTag(name)});
+    name.last_entry = entry_;
+    const std::string_view value = StripOuterBraces(tag.value, name.is_of_names);
+    tags_.push_back({&name, value, tag.offset, tag.facts});
     tags_.back().is_inherited = i >= inherited;
   }
 }
@@ -97,7 +95,7 @@ void EntryNamer::TakeType(const BibItem& entry) {
 
 void EntryNamer::ChangeNames() {
   const bool any = std::any_of(tags_.begin(), tags_.end(),
-                               [](const FormedTag& tag) { return tag.row && tag.row->is_renamed; });
+                               [](const FormedTag& tag) { return tag.known->row.is_renamed; });
   if (!any) return;
   for (const TagChange& change : TagChanges()) {
     if (FormedTag* const tag = Find(change.from)) Change(change, *tag);
@@ -115,9 +113,8 @@ void EntryNamer::Change(const TagChange& change, FormedTag& tag) {
   // With a parent it could be the parent's, for which it is no school.
   if (change.how == How::kRenameInThesis && (!IsThesis(type_) || Find("crossref"))) return;
   if (other) return;
-  if (!tag.is_inherited) log_.Say({"The tag '", tag.name, "' became '", change.to, "'."});
-  tag.name = change.to;
-  tag.row = FindTag(change.to);
+  if (!tag.is_inherited) log_.Say({"The tag '", tag.Name(), "' became '", change.to, "'."});
+  tag.known = &names_.Get(change.to);
 }
 
 /// Appends a subtitle to its title. One from a parent is of the parent's title, where it stands.
@@ -127,11 +124,11 @@ void EntryNamer::AppendTo(FormedTag& tag, FormedTag& whole) {
   const bool has_mark = whole.value.find_last_of(":?!.") + 1 == whole.value.size();
   const bool has_both = !whole.value.empty() && !tag.value.empty();
   const std::string_view seam = !has_both ? "" : has_mark ? " " : ": ";
-  whole.value = Make(std::string(whole.value).append(seam).append(tag.value));
+  whole.SetValue(Make(std::string(whole.value).append(seam).append(tag.value)));
   if (tag.is_inherited) return;
   whole.is_inherited = false;
   log_.Say(
-      {"The tag '", tag.name, "' was put at the end of '", whole.name, "': {", tag.value, "}"});
+      {"The tag '", tag.Name(), "' was put at the end of '", whole.Name(), "': {", tag.value, "}"});
 }
 
 /// Makes a year of a date, and a month, where the entry has none. A parent's month, which comes
@@ -144,14 +141,11 @@ void EntryNamer::ChangeDate(FormedTag& tag, bool has_year) {
     log_.Say(
         {"The tag 'date' became 'year'", adds_month ? " and 'month': {" : ": {", tag.value, "}"});
   }
-  FormedTag month{"month", adds_month ? kMonths[parts.month - 1] : "", tag.offset,
-                  FindTag("month")};
-  if (has_year) {
-    month.value = {};
-  } else {
-    tag.name = "year";
-    tag.row = FindTag(tag.name);
-    tag.value = parts.year;
+  FormedTag month{&names_.Get("month"), {}, tag.offset};
+  if (!has_year) {
+    if (adds_month) month.SetValue(kMonths[parts.month - 1]);
+    tag.known = &names_.Get("year");
+    tag.SetValue(parts.year);
     month.is_inherited = tag.is_inherited;
   }
   if (adds_month) tags_.push_back(month);

@@ -22,7 +22,8 @@ class EntryNamer {
   /// tags are valid until the next call.
   void Name(const BibItem& entry, std::size_t inherited);
   std::string_view Type() const { return type_; }
-  const std::vector<FormedTag>& Tags() const { return tags_; }
+  std::vector<FormedTag>& Tags() { return tags_; }
+  const TagName& NameOf(std::string_view name) { return names_.Get(name); }
 
  private:
   void TakeTags(const BibItem& entry, std::size_t inherited);
@@ -35,6 +36,8 @@ class EntryNamer {
   std::string_view Make(std::string_view text);
 
   PrepareLog& log_;
+  TagNames names_;
+  std::size_t entry_ = 0;  // its number
   TextPool texts_;
   std::string_view type_;
   std::vector<FormedTag> tags_;

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
-#include "ops/prepare/name_tables.h"
-#include "ops/prepare/tag_words.h"
+#include "ops/prepare/tag_names.h"
+#include "ops/prepare/text_facts.h"
 
 namespace tarvel {
 
@@ -16,17 +16,21 @@ struct FormedTag {
   /// last: an entry that begins with it counts as empty.
   enum class Rank { kMisread, kBooktitle, kMisreadOwn, kUsual, kBookkeeping };
 
-  std::string_view name;  // in lower case
+  const TagName* known;
   std::string_view value;
   std::size_t offset = 0;
-  const TagRow* row = nullptr;  // null when nothing is known of it
+  TextFacts facts = {};  // of the value, outer braces or not
   Rank rank = Rank::kUsual;
   WordSet harm = 0;  // words in its line by which it is misread
   bool is_inherited = false;
   bool is_left_out = false;
 
-  bool IsNeeded() const { return row && row->use == TagRow::Use::kNeeded; }
-  NameFacts Facts() const { return row ? NameFacts{row->words, row->is_misread} : FactsOf(name); }
+  std::string_view Name() const { return known->name; }
+  bool IsNeeded() const { return known->row.use == TagRow::Use::kNeeded; }
+  void SetValue(std::string_view text) {
+    value = text;
+    facts = FactsOf(text);
+  }
 };
 
 }  // namespace tarvel

@@ -143,33 +143,6 @@ bool HoldsUpperCasedText(std::string_view text) {
   return false;
 }
 
-/// Which bytes stand in a value without which some harm cannot be.
-struct Signs {
-  bool has_j = false;  // of either case
-  bool has_brace = false;
-  bool has_at = false;
-  bool has_equals = false;
-};
-
-/// Its loop has no branches and adds up bytes, so that the compiler makes it look at many of them
-/// at a time.
-Signs FindSigns(std::string_view value) {
-  unsigned char j = 0;
-  unsigned char brace = 0;
-  unsigned char at = 0;
-  unsigned char equals = 0;
-  const auto add = [](unsigned char& sum, bool is_there) {
-    sum = static_cast<unsigned char>(sum | static_cast<unsigned char>(is_there));
-  };
-  for (const char byte : value) {
-    add(j, (byte == 'j') | (byte == 'J'));
-    add(brace, byte == '{');
-    add(at, byte == '@');
-    add(equals, byte == '=');
-  }
-  return {j != 0, brace != 0, at != 0, equals != 0};
-}
-
 /// The size of the character that may be moved out in front of a braced word: a letter or digit.
 std::size_t MovableSize(std::string_view text) {
   if (IsLetter(text[0]) || IsDigit(text[0])) return 1;
@@ -223,9 +196,10 @@ void GuardEnd(std::string& value) {
   value += mark;
 }
 
+constexpr std::string_view kAnd = " and ";
+
 /// Whether all names of a list, parted by " and ", have a comma, and there are two at least.
 bool IsListOfNames(std::string_view list) {
-  constexpr std::string_view kAnd = " and ";
   std::size_t names = 0;
   for (;;) {
     const std::size_t end = list.find(kAnd);
@@ -300,16 +274,41 @@ void GuardWords(std::string_view value, WordSet words, std::string& guarded) {
   PutGroups(value, offsets, guarded);
 }
 
-Harm FindHarm(std::string_view value, WordSet harmful) {
+bool HasCommaInBraces(std::string_view names) {
+  std::size_t depth = 0;
+  bool has_comma = false;
+  for (std::size_t at = 0; at < names.size(); ++at) {
+    if (names[at] == '{') ++depth;
+    if (names[at] == '}' && depth > 0) --depth;
+    if (depth == 0 && names.substr(at).starts_with(kAnd)) has_comma = false;
+    if (names[at] != ',' || has_comma) continue;
+    if (depth > 0) return true;
+    has_comma = true;
+  }
+  return false;
+}
+
+void GuardNames(std::string_view names, std::string& guarded) {
+  constexpr std::string_view kMisread = " and";
+  Offsets offsets;
+  std::size_t depth = 0;
+  for (std::size_t at = 0; at < names.size(); ++at) {
+    if (names[at] == '{') ++depth;
+    if (names[at] == '}' && depth > 0) --depth;
+    if (depth > 0 && names.substr(at).starts_with(kMisread)) offsets.push_back(at + 2);
+  }
+  PutGroups(names, offsets, guarded);
+}
+
+Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
   Harm harm;
-  harm.words = FindWords(value) & harmful;
-  const Signs signs = FindSigns(value);
-  if (signs.has_j && (harmful & kJournalBit) != 0 &&
+  harm.words = facts.words & harmful;
+  if (facts.may_journal && (harmful & kJournalBit) != 0 &&
       (FindSpacedJournal(value, 0, 'j').size > 0 || FindSpacedJournal(value, 0, 'J').size > 0)) {
     harm.words |= kJournalBit;
   }
-  harm.is_exempt = signs.has_equals && signs.has_brace && FindExemptTag(value, 0).size > 0;
-  harm.is_at = signs.has_at && signs.has_brace && HoldsUpperCasedText(value);
+  harm.is_exempt = facts.has_equals && facts.has_brace && FindExemptTag(value, 0).size > 0;
+  harm.is_at = facts.has_at && facts.has_brace && HoldsUpperCasedText(value);
   return harm;
 }
 

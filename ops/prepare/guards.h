@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "ops/prepare/tag_words.h"
+#include "ops/prepare/text_facts.h"
 
 namespace tarvel {
 
@@ -26,6 +27,13 @@ void GuardEnds(std::string_view value, std::string& guarded);
 /// somewhere. Nothing is put into names of commands, or into what commands such as "\url" take.
 void GuardWords(std::string_view value, WordSet words, std::string& guarded);
 
+/// Whether the first comma of a name in the list stands in braces. The styles that put first names
+/// first cut the name there.
+bool HasCommaInBraces(std::string_view names);
+/// Writes the list with an empty group in each "and" in braces, where Extract and Text take it for
+/// what parts two names.
+void GuardNames(std::string_view names, std::string& guarded);
+
 /// What operations would misread in a line: words, or one of the signs that `GuardWords` knows.
 struct Harm {
   WordSet words = 0;
@@ -33,8 +41,14 @@ struct Harm {
   bool is_at = false;      // text between an "@" and a "{" would be turned into capitals
   bool Any() const { return words != 0 || is_exempt || is_at; }
 };
-/// What of the harmful words stands in the value, and the signs. A "journal" with blanks within
-/// counts as that word.
-Harm FindHarm(std::string_view value, WordSet harmful);
+/// The same as `FindHarm` where the facts do not rule it out.
+Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful);
+/// What of the harmful words stands in the value of these facts, and the signs. A "journal" with
+/// blanks within counts as that word.
+inline Harm FindHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
+  const bool has_sign = facts.has_brace && (facts.has_at || facts.has_equals);
+  const bool may_be = (facts.words & harmful) != 0 || facts.may_journal || has_sign;
+  return may_be ? LookForHarm(value, facts, harmful) : Harm();
+}
 
 }  // namespace tarvel

@@ -19,7 +19,7 @@ constexpr bool kVerbatim = true;
 constexpr bool kRenamed = true;
 
 // Needed are the tags that operations print or compare, and those that BibTeX's own styles print.
-constexpr std::array kTagNames{
+constexpr std::array kTags{
     TagRow{"address", Use::kNeeded},
     TagRow{"annote", Use::kOther, !kVerbatim, kRenamed},
     TagRow{"author", Use::kNeeded},
@@ -68,48 +68,6 @@ constexpr std::array kTagNames{
     TagRow{"volume", Use::kNeeded},
     TagRow{"year", Use::kNeeded},
 };
-
-constexpr auto kTags = [] {
-  auto tags = kTagNames;
-  for (TagRow& row : tags) {
-    row.words = WordsInName(row.name);
-    row.is_misread = IsMisreadName(row.name);
-  }
-  return tags;
-}();
-
-/// The rows by sizes and letters of their names, a place each, so that one comparison decides.
-class TagPlaces {
- public:
-  constexpr TagPlaces() {
-    for (std::size_t i = 0; i < kTags.size(); ++i) {
-      unsigned char& place = places_[PlaceOf(kTags[i].name)];
-      collides_ |= place != 0;
-      place = static_cast<unsigned char>(i + 1);
-    }
-  }
-  constexpr bool Collides() const { return collides_; }
-  constexpr const TagRow* Find(std::string_view name) const {
-    if (name.size() < 3) return nullptr;
-    const unsigned char place = places_[PlaceOf(name)];
-    if (place == 0) return nullptr;
-    const TagRow& row = kTags[place - 1U];
-    return row.name == name ? &row : nullptr;
-  }
-
- private:
-  static constexpr std::size_t PlaceOf(std::string_view name) {
-    const auto letter = [&](std::size_t i) -> std::size_t {
-      return static_cast<unsigned char>(name[i]);
-    };
-    return (name.size() + letter(0) * 2 + letter(2) * 7 + letter(name.size() - 1) * 13) % 256;
-  }
-
-  std::array<unsigned char, 256> places_{};
-  bool collides_ = false;
-};
-constexpr TagPlaces kPlaces;
-static_assert(!kPlaces.Collides());
 
 // The names of biblatex, as BibTeX's styles know them; and plurals that people write.
 constexpr std::array kTagChanges{
@@ -205,7 +163,11 @@ constexpr std::array kMasterWords{"MASTER"sv,   "MATHESIS"sv, "DIPLOM"sv, "MAGIS
 
 }  // namespace
 
-const TagRow* FindTag(std::string_view name) { return kPlaces.Find(name); }
+const TagRow* FindTag(std::string_view name) {
+  const auto found = std::find_if(kTags.begin(), kTags.end(),
+                                  [name](const TagRow& row) { return row.name == name; });
+  return found == kTags.end() ? nullptr : &*found;
+}
 
 std::span<const TagChange> TagChanges() { return kTagChanges; }
 

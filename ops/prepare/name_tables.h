@@ -20,8 +20,6 @@ struct TagRow {
   Use use = Use::kOther;
   bool is_verbatim = false;  // an address, a path, a key: nothing may be put into its value
   bool is_renamed = false;   // a row of `TagChanges` is of it
-  WordSet words = 0;         // that stand in its name
-  bool is_misread = false;   // `IsMisreadName`
 };
 
 /// The row of a tag, its name in lower case; null when nothing is known of it.

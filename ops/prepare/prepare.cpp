@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "app/texts.h"
@@ -31,6 +32,8 @@ constexpr std::string_view kLibraryNotCreated =
 constexpr std::string_view kWhite = " \t\r\n";
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::size_t kLongestKey = 900;
+/// The size of the pieces in which a library is written: they stay in the processor's cache.
+constexpr std::size_t kPiece = std::size_t{1} << 17;
 
 std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
 
@@ -50,13 +53,14 @@ std::string_view WithoutHeaders(std::string_view text) {
 class Preparer {
  public:
   Preparer(std::string_view bytes, const PrepareOptions& options,
-           const std::function<void(const PrepareWarning&)>& warn,
-           const std::function<void(std::string_view)>& write_log)
+           const std::function<void(const PrepareWarning&)>& warn, const PreparedWriters& writers)
       : bytes_(bytes),
         reader_(bytes, strings_),
         crossrefs_(bytes),
-        log_(bytes, warn, write_log),
-        former_(log_, crossrefs_, options.keep_all) {}
+        log_(bytes, warn, writers.log),
+        former_(log_, crossrefs_, options.keep_all),
+        write_library_(writers.library),
+        front_end_(EndOfFrontTexts(bytes)) {}
 
   Prepared Run();
 
@@ -69,6 +73,8 @@ class Preparer {
   void ReportFault();
   void ReportKey();
   void WriteEntry();
+  std::string TakeFront();
+  void WritePiece();
 
   std::string_view bytes_;
   BibStrings strings_;
@@ -81,20 +87,21 @@ class Preparer {
   std::optional<std::size_t> unread_from_;  // where an item begins that could not be read
   std::string preambles_;
   std::string unseen_;  // entries that no operation sees
+  std::function<void(std::string_view)> write_library_;
+  std::size_t front_end_;  // after this offset nothing begins that stands in front
   Prepared prepared_;
 };
 
 Prepared Preparer::Run() {
   std::string& library = prepared_.library;
-  library.reserve(bytes_.size() + bytes_.size() / 8);
+  library.reserve(std::min(front_end_ + 2 * kPiece, bytes_.size()));
   while (reader_.Next(item_)) {
     PassText(item_.begin);
     TakeItem();
     passed_ = item_.end;
   }
   PassText(bytes_.size());
-  if (!preambles_.empty()) preambles_ += "\n";
-  library.insert(0, preambles_ + unseen_);
+  library.insert(0, TakeFront());
   prepared_.log = std::move(log_.Text());
   prepared_.left_out = log_.LeftOut();
   return std::move(prepared_);
@@ -148,7 +155,8 @@ void Preparer::TakePreamble() {
   if (item_.tags.empty()) return;
   const std::string_view text = item_.tags.front().value;
   const bool stands = text.find('@') == std::string_view::npos &&
-                      !FindHarm(text, kJournalBit).Any() && FitOf({}, text) != LineFit::kTooLong;
+                      !FindHarm(text, FactsOf(text), kJournalBit).Any() &&
+                      FitOf({}, text) != LineFit::kTooLong;
   if (stands) {
     AppendPreamble(preambles_, text);
     return;
@@ -184,7 +192,7 @@ void Preparer::ReportKey() {
   if (key.find('@') != std::string_view::npos) {
     text =
         "its key holds an \"@\": no operation sees the entry, which stands in front of the others";
-  } else if (FindHarm(key, kJournalBit).words != 0) {
+  } else if (FindHarm(key, FactsOf(key), kJournalBit).words != 0) {
     text = "its key holds 'journal': Journals joins the entry on one line and keeps its journal";
   } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
     text = "its key ends a tag's name: Clean characters leaves the entry's first line out";
@@ -200,19 +208,31 @@ void Preparer::WriteEntry() {
   const bool is_seen = item_.key.find('@') == std::string_view::npos;
   std::string& library = is_seen ? prepared_.library : unseen_;
   library.append("@").append(former_.Type()).append("{").append(item_.key).append(",\n");
-  const std::vector<FormedTag>& tags = former_.Tags();
-  for (std::size_t i = 0; i < tags.size(); ++i) {
-    AppendTag(library, tags[i].name, tags[i].value);
-    library.append(i + 1 < tags.size() ? ",\n" : "\n");
-  }
+  for (const FormedTag& tag : former_.Tags()) AppendTag(library, tag.Name(), tag.value);
+  if (!former_.Tags().empty()) library.erase(library.size() - 2, 1);  // the comma after the last
   library.append("}\n\n");
   ++prepared_.entries;
+  WritePiece();
 }
 
-/// The log's file, created when there is something to write: a library without an entry gets none.
-class LogFile {
+/// What stands before all entries that operations see; once.
+std::string Preparer::TakeFront() {
+  if (!preambles_.empty()) preambles_ += "\n";
+  return std::exchange(preambles_, {}).append(std::exchange(unseen_, {}));
+}
+
+void Preparer::WritePiece() {
+  std::string& library = prepared_.library;
+  if (library.size() < kPiece || !write_library_ || item_.begin <= front_end_) return;
+  write_library_(TakeFront());
+  write_library_(library);
+  library.clear();
+}
+
+/// A new file, created when there is something to write: a library without an entry gets none.
+class NewFile {
  public:
-  explicit LogFile(const RunContext& run) : run_(run) {}
+  NewFile(const RunContext& run, std::string path) : run_(run), path_(std::move(path)) {}
 
   void Write(std::string_view text) {
     if (!is_created_) Create();
@@ -224,12 +244,12 @@ class LogFile {
  private:
   void Create() {
     is_created_ = true;
-    const std::string path = PreparedLogPath(run_.first_path, run_.output_directory);
-    file_ = CreateOutput(run_, path, CreateMode::kWrite);
+    file_ = CreateOutput(run_, path_, CreateMode::kWrite);
     if (file_) file_->Write(HeaderOf(file_->Path()));
   }
 
   const RunContext& run_;
+  std::string path_;
   std::unique_ptr<OutputFile> file_;
   bool is_created_ = false;
 };
@@ -248,8 +268,8 @@ void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& 
 
 Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
                         const std::function<void(const PrepareWarning&)>& warn,
-                        const std::function<void(std::string_view)>& write_log) {
-  return Preparer(bytes, options, warn, write_log).Run();
+                        const PreparedWriters& writers) {
+  return Preparer(bytes, options, warn, writers).Run();
 }
 
 std::string PreparedPath(const std::string& library, const std::string& directory) {
@@ -269,19 +289,20 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
     if (warnings.ReportNumber(warning.kind)) return;
     warnings.Report(warning.kind, warning.offset, warning.key, warning.text);
   };
-  LogFile log(run);
-  const Prepared prepared = PrepareLibrary(input->Bytes(), options, warn,
-                                           [&log](std::string_view text) { log.Write(text); });
+  NewFile log(run, PreparedLogPath(run.first_path, run.output_directory));
+  NewFile library(run, PreparedPath(run.first_path, run.output_directory));
+  const Prepared prepared =
+      PrepareLibrary(input->Bytes(), options, warn,
+                     {.library = [&library](std::string_view text) { library.Write(text); },
+                      .log = [&log](std::string_view text) { log.Write(text); }});
   if (prepared.entries == 0 && prepared.unread == 0) return Fail(run, kNoEntry);
 
   log.Write(prepared.log);
   if (!log.File()) return Fail(run, kLogNotCreated);
-  const auto library =
-      CreateOutput(run, PreparedPath(run.first_path, run.output_directory), CreateMode::kWrite);
-  if (!library) return Fail(run, kLibraryNotCreated);
-  library->Write({HeaderOf(library->Path()), prepared.library});
-  WriteSummary(*log.File(), prepared, run.first_path, library->Path());
-  return CloseOutputs(run, {library.get(), log.File()}) ? kSucceeded : kFailed;
+  library.Write(prepared.library);
+  if (!library.File()) return Fail(run, kLibraryNotCreated);
+  WriteSummary(*log.File(), prepared, run.first_path, library.File()->Path());
+  return CloseOutputs(run, {library.File(), log.File()}) ? kSucceeded : kFailed;
 }
 
 }  // namespace tarvel

@@ -15,10 +15,17 @@ struct PrepareOptions {
   bool keep_all = false;  // no tag is left out because its line would be taken for another's
 };
 
+/// What takes the beginnings of long results, so that they need no memory. Without them all is in
+/// the result.
+struct PreparedWriters {
+  std::function<void(std::string_view)> library;
+  std::function<void(std::string_view)> log;
+};
+
 /// A prepared library and what was done, both without the headers of files.
 struct Prepared {
-  std::string library;
-  std::string log;           // but for what was written before
+  std::string library;       // but for what was written before
+  std::string log;           // likewise
   std::size_t entries = 0;   // written
   std::size_t left_out = 0;  // tags that stand in the log only
   std::size_t unread = 0;    // places that BibTeX's grammar does not fit
@@ -27,11 +34,10 @@ struct Prepared {
 /// Brings a library that BibTeX reads into the form that all operations read right: known types, a
 /// tag a line in braces, "}" on a line of its own, an empty line. Whatever cannot stand in the new
 /// library stands in the log. `warn` is called for what the user has to mend; its views last as
-/// long as the call. `write_log` gets the beginning of a long log, so that it needs no memory;
-/// without it all of the log is in the result. Linear in the bytes that it reads and gives.
+/// long as the call. Linear in the bytes that it reads and gives.
 Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
                         const std::function<void(const PrepareWarning&)>& warn,
-                        const std::function<void(std::string_view)>& write_log = {});
+                        const PreparedWriters& writers = {});
 
 /// Prepares the library of the run's first path: writes "_prepared.bib" and "_prepared.log" beside
 /// it. Returns 1 on success, 0 after a failure that it reported with `PrintError`.

@@ -14,7 +14,7 @@ namespace tarvel {
 /// Something about a library that its reader should know.
 struct PrepareWarning {
   WarningKind kind;
-  std::size_t offset;    // offset
+  std::size_t offset;
   std::string_view key;  // of the entry; empty when it is of none
   std::string_view text;
 };

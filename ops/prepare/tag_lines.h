@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/line_stream.h"
+
 namespace tarvel {
 
 /// How a tag's lines fit into what operations read at once.
@@ -14,12 +16,22 @@ enum class LineFit {
   kTooLong,       // a word is longer than a line that every operation reads whole
 };
 
-/// `name` in lower case.
-LineFit FitOf(std::string_view name, std::string_view value);
+/// No line is longer, its break included, so that the shortest limit is kept.
+inline constexpr std::size_t kMostLine = limits::kShortLine - 1;
+/// What stands around the name and the value of a tag on one line.
+inline constexpr std::size_t kAround = std::string_view("   = {},\n").size();
 
-/// Appends "  name = {value}" to the library, in as many lines as need be, without a comma or a
-/// line break at its end. A value is broken only where the reader of a further line loses nothing:
-/// in front of a printable ASCII character, and not in front of what looks like a line of authors.
+/// The same as `FitOf` for a tag that does not fit into the shortest limit.
+LineFit FitOfLong(std::string_view name, std::string_view value);
+/// `name` in lower case.
+inline LineFit FitOf(std::string_view name, std::string_view value) {
+  const bool is_short = name.size() + value.size() + kAround <= kMostLine;
+  return is_short ? LineFit::kOneLine : FitOfLong(name, value);
+}
+
+/// Appends "  name = {value}," to the library, in as many lines as need be, and a line break. A
+/// value is broken only where the reader of a further line loses nothing: in front of a printable
+/// ASCII character, and not in front of what looks like a line of authors.
 void AppendTag(std::string& library, std::string_view name, std::string_view value);
 
 /// Appends "@PREAMBLE{{text}}" and a line break, broken like a value.

@@ -79,12 +79,6 @@ std::size_t FirstCompared(WordSet words) {
   return std::min<std::size_t>(static_cast<std::size_t>(std::countr_zero(words)), kComparedWords);
 }
 
-constexpr std::array<std::string_view, kTagCount> kTagNames = [] {
-  std::array<std::string_view, kTagCount> names{};
-  for (std::size_t i = 0; i < kTagCount; ++i) names[i] = kTagRules[i].name;
-  return names;
-}();
-
 NameMatcher FilterMatcher() {
   std::vector<std::string_view> names;
   for (const TagRule& rule : kTagRules) {
@@ -107,20 +101,6 @@ std::size_t BeginOfSpaced(std::string_view text, std::size_t end, std::string_vi
 }
 
 }  // namespace
-
-WordSet FindWords(std::string_view text) {
-  static const NameMatcher matcher{kWords};
-  return static_cast<WordSet>(matcher.Find(text));
-}
-
-NameFacts FactsOf(std::string_view name) {
-  static const NameMatcher matcher{kTagNames};
-  const bool has_sign = std::any_of(name.begin(), name.end(), [](char byte) {
-    return byte == '@' || byte == '.' || byte == ':' || byte == ';';
-  });
-  const bool has_none = !has_sign && !matcher.Any(name);
-  return has_none ? NameFacts() : NameFacts{WordsInName(name), IsMisreadName(name)};
-}
 
 WordSet PrintedWords(std::string_view type) { return WordsOf(kPrinted, type); }
 

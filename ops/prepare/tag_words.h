@@ -27,9 +27,6 @@ inline constexpr std::size_t kComparedWords = 11;
 constexpr WordSet WordBit(std::size_t word) { return WordSet{1} << word; }
 inline constexpr WordSet kJournalBit = WordBit(0);
 
-/// The words that stand in a text, letter case ignored.
-WordSet FindWords(std::string_view text);
-
 /// The words that stand in the name of a tag, which is in lower case.
 constexpr WordSet WordsInName(std::string_view name) {
   WordSet words = 0;
@@ -47,13 +44,6 @@ constexpr bool IsMisreadName(std::string_view name) {
   }
   return name.find_first_of("@.:;") != std::string_view::npos;  // the last three are passed over
 }
-
-/// The same as `WordsInName` and `IsMisreadName`, faster where names come at run time.
-struct NameFacts {
-  WordSet words = 0;
-  bool is_misread = false;
-};
-NameFacts FactsOf(std::string_view name);
 
 /// The words of the tags that Extract and Text look for in an entry of this type, as it is written.
 WordSet PrintedWords(std::string_view type);

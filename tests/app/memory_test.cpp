@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Each request for memory fails in turn, in every operation and when files are picked: the user is
-// told, the inputs and the files of the run before stay, and the program goes on.
+// reported, the inputs and the files of the run before stay, and the program goes on.
 #include <gtest/gtest.h>
 
 #include <filesystem>

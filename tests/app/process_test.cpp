@@ -53,7 +53,7 @@ TEST(RaiseStackLimit, LeavesAHigherOneAlone) {
   std::exit(RaiseStackLimit());
 }
 
-TEST(RaiseStackLimitDeathTest, TellsOfALimitThatCannotBeSetAndGoesOn) {
+TEST(RaiseStackLimitDeathTest, ReportsALimitThatCannotBeSetAndGoesOn) {
   EXPECT_EXIT(RaiseUnderALowHardLimit(), ::testing::ExitedWithCode(0),
               "^setrlimit returned result = -1\n$");
 }
@@ -103,6 +103,7 @@ TEST(PrepareProcess, LeavesTheEndBySignalsAsTheShellExpectsIt) {
 TEST(PrepareProcess, RemovesTemporaryFilesWhenASignalEndsTheRun) {
   const testing::TemporaryDirectory directory;
   const int status = InChild([&] {
+    std::signal(SIGINT, SIG_DFL);  // it is ignored when the tests are a job in the background
     PrepareProcess();
     const testing::FailingCalls no_unnamed_files("access", ENOENT);
     const auto file = CreatePendingFile(directory / "lit_journals.bib", CreateMode::kWrite);

@@ -88,13 +88,13 @@ TEST(RealFileSystem, KnowsAFileFromItsChangedSelfAndFromOthers) {
   EXPECT_FALSE(RealFileSystem().StateAt(directory / "none"));
 }
 
-TEST(RealFileSystem, ReadsFilesThatDoNotTellTheirSize) {
+TEST(RealFileSystem, ReadsFilesThatDoNotReportTheirSize) {
   const auto lines = RealFileSystem().OpenLines("/proc/self/status", ReadMode::kRead);
   ASSERT_TRUE(lines);
   EXPECT_NE(lines->Bytes().find("Name:"), std::string_view::npos);
 }
 
-TEST(FileState, TellsApartWhatDiffersInAnything) {
+TEST(FileState, DistinguishesWhatDiffersInAnything) {
   const FileState state{1, 2, 3, 4, 5, 6, 7};
   EXPECT_TRUE(state == FileState(state));
   for (const FileState& other : {FileState{0, 2, 3, 4, 5, 6, 7}, FileState{1, 0, 3, 4, 5, 6, 7},

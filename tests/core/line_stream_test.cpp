@@ -26,7 +26,7 @@ std::vector<Read> ReadAll(std::string_view bytes, std::size_t limit) {
   return reads;
 }
 
-/// The same through stdio itself. Only for bytes without a zero: fgets does not tell a line's size.
+/// The same through stdio itself. Only for bytes without a zero: fgets does not give a line's size.
 std::vector<Read> ReadAllWithStdio(const std::string& bytes, std::size_t limit) {
   std::vector<Read> reads;
   std::FILE* file = std::tmpfile();
@@ -175,7 +175,7 @@ TEST(LineStream, TakesAFileThatShrankOrGrewMeanwhile) {
   EXPECT_EQ(grown.Bytes(), "abcde");
 }
 
-TEST(LineStream, TellsOfAReadError) {
+TEST(LineStream, ReportsAReadError) {
   LineStream stream(std::make_unique<DrippingSource>("abcdefghi", 9, 3));
   EXPECT_FALSE(stream.LoadAll());
   EXPECT_TRUE(stream.ReadFailed());

@@ -49,7 +49,7 @@ TEST(NameMatcher, AgreesWithContainsNoCaseForEachName) {
   }
 }
 
-TEST(NameMatcher, FindsTagsAtEveryPlaceOfALine) {
+TEST(NameMatcher, FindsTagsAtEveryOffsetOfALine) {
   constexpr std::array<std::string_view, 12> kNames{"journal", "year",  "pages",       "volume",
                                                     "author",  "title", "note",        "url",
                                                     "number",  "doi",   "nationality", "comment"};

@@ -36,7 +36,7 @@ TEST(OutputFile, WritesEveryByteInOrder) {
   EXPECT_EQ(testing::ReadDiskFile(path), expected);
 }
 
-TEST(OutputFile, TellsOfAFullDevice) {
+TEST(OutputFile, ReportsAFullDevice) {
   auto sink = RealFileSystem().CreateSink("/dev/full", CreateMode::kWrite);
   ASSERT_TRUE(sink);
   OutputFile file(std::move(sink), "/dev/full");
@@ -55,7 +55,7 @@ TEST(OutputFile, KeepsTheFirstFailureAndWritesNothingAfterIt) {
   EXPECT_EQ(files.files["a.log"], std::string(10, 'x'));
 }
 
-TEST(OutputFile, TellsOfAFailingClose) {
+TEST(OutputFile, ReportsAFailingClose) {
   MemoryFiles files;
   files.close_fails.insert("a.log");
   OutputFile file(files.CreateSink("a.log", CreateMode::kWrite), "a.log");

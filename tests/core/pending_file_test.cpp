@@ -171,7 +171,7 @@ TEST_F(PendingFileTest, GivesUpWhenAllTemporaryNamesAreTaken) {
   EXPECT_EQ(file->MakeReady(), "File exists");
 }
 
-TEST_F(PendingFileTest, LeavesWhatItCannotTellForStale) {
+TEST_F(PendingFileTest, LeavesWhatMayNotBeStale) {
   struct Row {
     std::string_view call;
     int error;

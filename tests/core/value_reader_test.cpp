@@ -110,7 +110,7 @@ TEST(ReadFieldValue, AgreesWithItsPlainTwin) {
   }
 }
 
-TEST(ReadFieldValue, SeesABraceOrALineFeedAtEveryPlaceOfALongStretch) {
+TEST(ReadFieldValue, SeesABraceOrALineFeedAtEveryOffsetOfALongStretch) {
   // Bytes that differ from a brace or a line feed in one bit, or by one, must not end anything.
   const std::string stretch =
       "z|~\x0b\x09\xfb\xfd\x8a"

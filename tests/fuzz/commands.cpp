@@ -201,7 +201,7 @@ void FuzzRekey(const FuzzInput& input) {
   Promise(done.out.empty(), "nothing is printed");
   auto expected = before;
   if (keys) expected["paper_rekeyed.tex"] = testing::PlainRekey(document, *keys).text;
-  Promise(done.status == (keys ? 0 : kWrongUsage), "the status tells whether the map is one");
+  Promise(done.status == (keys ? 0 : kWrongUsage), "the status says whether the map is one");
   Promise(files.files == expected, "every byte is the plain version's");
 }
 

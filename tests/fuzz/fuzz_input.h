@@ -24,7 +24,7 @@ inline constexpr char kRepeat = '\xfd';
 /// go there.)
 inline constexpr std::size_t kMostRepeated = 120000;
 
-/// A log may tell of every byte of a line together with the line's key, and so be the square of the
+/// A log may name every byte of a line together with the line's key, and so be the square of the
 /// line. No more than this of an output is kept; then the disk is full.
 inline constexpr std::size_t kMostOutput = std::size_t{1} << 20;
 

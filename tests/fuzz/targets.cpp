@@ -196,7 +196,7 @@ void FuzzLineEndings(const FuzzInput& input) {
   path.Set("lit.bib");
   const int result = ConvertLineEndings(path, files);
   Promise(result == (bytes.empty() ? 0 : 1), "every file but an empty one can be used");
-  Promise(reports.boxes == (converts ? 1 : 0), "a box tells of a conversion");
+  Promise(reports.boxes == (converts ? 1 : 0), "a box reports a conversion");
   Promise(path.Get() == (converts ? "lit_linux.bib" : "lit.bib"), "the path is the copy's");
   Promise(files.files["lit.bib"] == bytes, "no input changes");
   Promise(files.files.contains("lit_linux.bib") == converts, "a copy only where one is needed");

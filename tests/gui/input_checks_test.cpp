@@ -50,13 +50,13 @@ class InputChecks : public ::testing::Test {
 
 constexpr int kOneLibrary[] = {9000, 9001, 9002, 9003, 9006};
 
-TEST_F(InputChecks, TellOfAFirstLibraryThatIsNotPicked) {
+TEST_F(InputChecks, ReportAFirstLibraryThatIsNotPicked) {
   for (const int code : {9000, 9001, 9002, 9003, 9004, 9006, 9007}) {
     Expect(code, 0, {{"Please, load a BibTeX file (first file)", "Load BibTeX file"}});
   }
 }
 
-TEST_F(InputChecks, TellOfAFirstLibraryThatIsNoLibrary) {
+TEST_F(InputChecks, ReportAFirstLibraryThatIsNoLibrary) {
   for (const int code : {9000, 9001, 9002, 9003, 9004, 9006, 9007}) {
     for (const std::string& path : {missing_, directory_ / ""}) {
       FirstFilePath.Set(path);

@@ -273,7 +273,7 @@ TEST_F(Conversion, TakesTheCopyThatIsPickedAlready) {
   EXPECT_EQ(Convert(path), 1);
   FirstFilePath.Set("");
   EXPECT_EQ(buffer_.Get(), copy);
-  EXPECT_EQ(reporter_.boxes.size(), 2U) << "the box tells of each conversion";
+  EXPECT_EQ(reporter_.boxes.size(), 2U) << "the box reports each conversion";
   EXPECT_EQ(std::filesystem::last_write_time(copy), time) << "but nothing is written again";
   for (const std::string longer : {"@misc{a,\n}\nx", "@misc{a,\n}", ""}) {
     WriteDiskFile(copy, longer);
@@ -284,7 +284,7 @@ TEST_F(Conversion, TakesTheCopyThatIsPickedAlready) {
   }
 }
 
-TEST_F(Conversion, TellsOfAFullDisk) {
+TEST_F(Conversion, ReportsAFullDisk) {
   const std::string path = File("lit.bib", "a\r\n");
   std::filesystem::create_symlink("/dev/full", directory_ / "lit_linux.bib");
   EXPECT_EQ(Convert(path), 0);

@@ -188,7 +188,7 @@ TEST_F(PreferencesTest, EachDialogStandsFromTopToBottom) {
   }
 }
 
-TEST_F(PreferencesTest, NamesTellWhatAControlDoes) {
+TEST_F(PreferencesTest, NamesSayWhatAControlDoes) {
   EXPECT_EQ(Utf8(Find(CleanTags(), "check URL").GetToolTipText()), "Remove tag: URL");
   EXPECT_EQ(Utf8(Find(Journals(), "button Help").GetToolTipText()),
             "Help for the journal-name list");
@@ -473,7 +473,7 @@ TEST_F(PreferencesTest, TheJabRefOptionChangesNothingEitherWay) {
 
 // --- Buttons
 
-TEST_F(PreferencesTest, TheHelpOfTheJournalsTellsOfTheirFile) {
+TEST_F(PreferencesTest, TheHelpOfTheJournalsNamesTheirFile) {
   PressButton(Journals(), "Help");
   EXPECT_EQ(recorder.boxes, (Boxes{{"Tarvel v3.81 - Veldo Marsk", std::string(JournalFileNote)}}));
 }

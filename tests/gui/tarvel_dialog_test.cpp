@@ -212,7 +212,7 @@ TEST_F(MainDialogTest, HelpButtonsShowTheTextOfTheirRow) {
   EXPECT_EQ(recorder.styles, std::vector<long>(8, wxOK | wxCENTRE));
 }
 
-TEST_F(MainDialogTest, AboutTellsTheVersion) {
+TEST_F(MainDialogTest, AboutShowsTheVersion) {
   PressButton(*dialog, "&About");
   ASSERT_EQ(recorder.boxes.size(), 1u);
   EXPECT_EQ(recorder.boxes[0].caption, kTitle);
@@ -423,7 +423,7 @@ TEST_F(MainDialogTest, AFailedOperationShowsTheErrorBoxOfItsRow) {
     ::testing::internal::CaptureStdout();
     PressButton(*dialog, row.button);
     const std::string printed = ::testing::internal::GetCapturedStdout();
-    if (std::string_view(row.button) == "Clean characters") {  // tells its failures in boxes
+    if (std::string_view(row.button) == "Clean characters") {  // reports its failures in boxes
       EXPECT_EQ(printed, "");
       EXPECT_EQ(recorder.boxes,
                 (std::vector<BoxRecorder::ShownBox>{{"Log file?", "Could not open the log file!"},

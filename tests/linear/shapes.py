@@ -51,6 +51,11 @@ def authors_on_a_line(n):
     return "@misc{k,\n  author = {" + "John Smith and " * n + "Bob Jones},\n}\n"
 
 
+def authors_in_nested_braces(n):
+    names = "Jan " + "{" * n + " and Bob " + "}" * n + " Kim"
+    return f"@misc{{k,\n  author = {{{names}}},\n}}\n" * 10
+
+
 def words_on_a_line(n):
     return "@article{k,\n  journal = {" + "J. of " * n + "},\n title = {" + "a {B} " * n + "},\n}\n"
 
@@ -112,6 +117,7 @@ SHAPES = (
     (entries_on_a_line, 20000, ALL),
     (at_signs_on_a_line, 200000, ALL),
     (authors_on_a_line, 20000, ALL),
+    (authors_in_nested_braces, 5000, ("clean-authors", "extract", "text")),
     (words_on_a_line, 20000, ALL),
     (keys_of_two_letters, 20000, ALL),
     (long_values_of_other_middles, 500, ALL),

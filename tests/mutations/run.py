@@ -8,7 +8,7 @@
 Copies the sources to a directory of their own, builds them, and then makes the edits of
 tests/mutations/edits.txt one at a time: an edit is made, tarvel-tests and tarvel-batch are built,
 the tests of the labels unit and case run up to the first that fails, and the edit is taken back.
-Tells of every edit which test noticed it. An edit that no test notices survives: a test is missing.
+Reports for every edit which test noticed it. An edit that no test notices survives: a test is missing.
 An edit that does not compile does not count as noticed either: it needs another text.
 
 Ends with 1 when an edit survived, does not apply or does not compile. Takes some minutes per ten

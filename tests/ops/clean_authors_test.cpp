@@ -30,7 +30,7 @@ struct Cleaned {
   int result = -1;
   std::string library;  // after its header
   std::string log;      // after its header and before the summary
-  int changed = -1;     // as the summary tells
+  int changed = -1;     // as the summary says
 };
 
 Cleaned Clean(std::string_view library) {

@@ -57,7 +57,7 @@ std::string Record(std::string_view bibitem, int line, int column, const std::st
 constexpr std::string_view kNegative = " <- negative value (!)";
 constexpr std::string_view kCommand = " <- command (!)";
 
-TEST(CleanCharacters, TellsTheThreeKindsApartForEveryByte) {
+TEST(CleanCharacters, DistinguishesTheThreeKindsForEveryByte) {
   for (int code = 0; code < 256; ++code) {
     const std::string byte(1, static_cast<char>(code));
     if (byte == "\n") continue;  // it would end the line
@@ -148,7 +148,7 @@ TEST(CleanCharacters, LeavesOutTheLinesOfExemptTags) {
       {"", false},
   };
   for (const ExemptCase& c : cases) {
-    // A bad byte on the line tells whether the line was looked at.
+    // A bad byte on the line shows whether the line was looked at.
     const Outcome outcome = Clean(c.line + "\x01\nz\x02\n");
     EXPECT_EQ(outcome.library, (c.left_out ? "" : c.line + "?\n") + "z?\n") << c.line;
     const int column = static_cast<int>(c.line.size()) + 1;
@@ -248,7 +248,7 @@ TEST(CleanCharacters, FailsWithoutAWordWhenNoLibraryIsPicked) {
   EXPECT_TRUE(files.files.empty());
 }
 
-TEST(CleanCharacters, TellsInABoxWhatItCouldNotOpen) {
+TEST(CleanCharacters, ReportsInABoxWhatItCouldNotOpen) {
   struct Case {
     std::string path;
     std::string fault;  // the file that is not readable or not creatable

@@ -164,7 +164,7 @@ TEST(CleanDoubles, RenamesAnEntryWithTheSameKeyAndAnyDifferentTag) {
       other[name] = "else";
       const Cleaned out = Clean(Entry(type, "k", AllTags()) + Entry(type, "k", other));
       EXPECT_EQ(out.result, 1);
-      // Behind the first entry, over its empty line.
+      // After the first entry, over its empty line.
       EXPECT_EQ(out.library, Entry(type, "k", AllTags()) + Entry(type, "k_a", other) + "\n");
       EXPECT_EQ(out.log, "Two identical bibitems (k and k) were found with different content:\n" +
                              Details(row, other, AllTags()) +
@@ -397,14 +397,14 @@ TEST(CleanDoubles, AnEntryIsCopiedUpToTheFirstBraceLineEvenIfItGoesOn) {
   EXPECT_EQ(out.log, Summary(0)) << "the first entry of the new library reads on into the second";
 }
 
-TEST(CleanDoubles, BehindADroppedEntryTheInputIsReadOnWhereItsTagsEnded) {
+TEST(CleanDoubles, AfterADroppedEntryTheInputIsReadOnWhereItsTagsEnded) {
   const std::string misc = Entry("misc", "k", {{"note", "n"}});
   const Cleaned out =
       Clean(misc + "@misc{k,\n  note = {n},\n@letter{inside,\n}\n" + Entry("LETTER", "l", {}));
   EXPECT_EQ(out.library, "@MISC{k,\n  note = {n},\n}\n\n" + Entry("LETTER", "l", {}) + "\n");
 }
 
-TEST(CleanDoubles, AConflictInTheMiddleIsWrittenOverWhatFollowsAndTellsWhatIsLost) {
+TEST(CleanDoubles, AConflictInTheMiddleIsWrittenOverWhatFollowsAndReportsWhatIsLost) {
   const auto misc = [](const std::string& key, const std::string& note) {
     return Entry("MISC", key, {{"note", note}});
   };

@@ -52,7 +52,8 @@ TEST(CleanTags, KeepsSixTagsAndLogsTheOthersInTheirOwnSpelling) {
             "@ARTICLE{k,\n  author = {A},\n  title = {{T}}\n}\n\n@MISC{l,\n  year = {1}\n}\n\n");
   EXPECT_EQ(outcome.log,
             "The following tags have been removed from the entry 'k':\nnote\n\n" + Summary(1, 0, 0))
-      << "a line that spells its tag with dots does not pass the filter; unknown tags are not told";
+      << "a line that spells its tag with dots does not pass the filter; unknown tags are not "
+         "logged";
 }
 
 TEST(CleanTags, SqueezesTheNamesItLogs) {
@@ -196,7 +197,7 @@ TEST(CleanTags, RemovesStringLines) {
   EXPECT_EQ(outcome.library, "@MISC{k\n}\n\n");
 }
 
-TEST(CleanTags, LeavesAStringBehindAnEntryToTheEntry) {
+TEST(CleanTags, LeavesAStringAfterAnEntryToTheEntry) {
   const Outcome outcome = Clean("@misc{k,\n year = {1}\n}\n@STRING{a = {b}}\n@misc{l,\n}\n");
   EXPECT_EQ(outcome.log, "The following @STRING has been removed:\n    @STRING{a = {b}}\n\n\n" +
                              Summary(0, 0, 1))
@@ -293,7 +294,7 @@ TEST(CleanTags, TakesValuesOfAnySize) {
             "@MISC{k,\n  note = {" + joined + "}\n}\n\n");
 }
 
-TEST(CleanTags, TellsWhatItCannotOpen) {
+TEST(CleanTags, ReportsWhatItCannotOpen) {
   struct Case {
     std::string first;
     std::string broken;
@@ -336,6 +337,18 @@ TEST(CleanTags, NeverWritesOverAnInput) {
   EXPECT_EQ(files.files["a_tag.log"], "the other picked file");
   EXPECT_EQ(reporter.printed,
             testing::Printed("Function Clean_tags_4 => Could not create the log file?"));
+}
+
+TEST(CleanTags, ASecondRunReplacesBothFiles) {
+  testing::RecordingReporter reporter;
+  MemoryFiles files;
+  files.files["a.bib"] = "@misc{k,\n year = {1},\n note = {2}\n}\n@misc{l,\n year = {3}\n}\n";
+  ASSERT_EQ(RunCleanTags(MemoryRun(files, "a.bib")), 1);
+  files.files["a.bib"] = "@misc{l,\n year = {3}\n}\n";
+  ASSERT_EQ(RunCleanTags(MemoryRun(files, "a.bib")), 1);
+  EXPECT_EQ(files.files["a_tag.bib"],
+            std::string(testing::kBibHeader) + "@MISC{l,\n  year = {3}\n}\n\n");
+  EXPECT_EQ(files.files["a_tag.log"], std::string(testing::kLogHeader) + Summary(0, 0, 0));
 }
 
 TEST(CleanTags, FailsOnAFullDiskAtEveryByte) {

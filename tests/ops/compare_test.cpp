@@ -515,7 +515,7 @@ TEST(CompareLibraries, TheHeadLineHoldsNoTag) {
   EXPECT_NE(got.log.find("     1.: Note: \n"), std::string::npos) << got.log;
 }
 
-TEST(CompareLibraries, AfterAStopReadingGoesOnBehindTheEntry) {
+TEST(CompareLibraries, AfterAStopReadingGoesOnAfterTheEntry) {
   // The value's last line begins with "}", and a head stands after it inside the same entry.
   const std::string two_heads = "@misc{k,\nnote = {n\n}\n@misc{inner,\n}\n";
   const Result stopped = Compared(Entry("misc", "k", {}), two_heads);
@@ -523,7 +523,7 @@ TEST(CompareLibraries, AfterAStopReadingGoesOnBehindTheEntry) {
   EXPECT_EQ(stopped.missing, "");
 }
 
-TEST(CompareLibraries, AfterACopyReadingGoesOnBehindTheCopy) {
+TEST(CompareLibraries, AfterACopyReadingGoesOnAfterTheCopy) {
   const std::string two_heads = "@misc{k,\nnote = {n\n}\n@misc{inner,\n}\n";
   const Result copied = Compared("", two_heads);
   EXPECT_EQ(copied.log,
@@ -764,7 +764,7 @@ TEST(CompareFailures, EarlierOutputsAreReplaced) {
   EXPECT_EQ(files.files[std::string(kLog)], std::string(kLogHeader) + Summary(0, 0, 0));
 }
 
-TEST(CompareWarnings, TellOfEachKeyThatComesAgainAmongVeryManyShortEntries) {
+TEST(CompareWarnings, ReportEachKeyThatComesAgainAmongVeryManyShortEntries) {
   std::string library;
   for (int i = 0; i < 1000; ++i) library += "@misc{k" + std::to_string(i % 900) + ",\n";
   MemoryFiles files = Libraries("", library + "@misc{K0,\n");

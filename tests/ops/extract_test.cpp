@@ -278,7 +278,7 @@ TEST(Extract, WritesKeysLibraryAndReferencesInTheOrderOfCitation) {
   EXPECT_TRUE(outcome.boxes.empty());
 }
 
-TEST(Extract, TellsOfKeysWithoutAnEntry) {
+TEST(Extract, ReportsKeysWithoutAnEntry) {
   PlainOutcome outcome = RunOver(World("\\cite{a,x,b}\n", std::string(kLibrary)));
   EXPECT_EQ(outcome.result, 1);
   ASSERT_EQ(outcome.boxes.size(), 1U);
@@ -295,7 +295,7 @@ TEST(Extract, TellsOfKeysWithoutAnEntry) {
                 std::string(kReferenceA).append(kReferenceB));
 }
 
-TEST(Extract, CopiesUnsupportedEntriesAndTellsOfThem) {
+TEST(Extract, CopiesUnsupportedEntriesAndReportsThem) {
   PlainOutcome one = RunOver(World("\\cite{m}\n", std::string(kLibrary)));
   EXPECT_EQ(one.result, 1);
   EXPECT_EQ(one.files["_extract.bib"], std::string(kBibHeader) + "@MISC{m,\n  title = {M},\n}\n");
@@ -451,7 +451,7 @@ std::string SpringerReferences(const std::string& library) {
   return References(world);
 }
 
-TEST(Extract, TellsTitlesAndBooktitlesApart) {
+TEST(Extract, DistinguishesTitlesAndBooktitles) {
   constexpr ReferenceCase cases[] = {
       {"@incollection{a,\n title = {{T}},\n Booktitle = {{B}},\n}\n@article{b,\n}\n",
        "<SPRINGER_C_inpro_latex>\\bibitem{a}|||T|{B}||||\n"
@@ -550,7 +550,7 @@ std::string NotWritten(const std::string& suffix) {
   return Printed("Could not write the file '/lib/lit" + suffix + "': No space left on device");
 }
 
-TEST(Extract, TellsEachFailureByItsNumber) {
+TEST(Extract, ReportsEachFailureByItsNumber) {
   const std::string document(kDocumentPath);
   const std::string library(kLibraryPath);
   const std::string keys = "_extract.txt";

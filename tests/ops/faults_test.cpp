@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every call to the disk fails in turn, in every operation: the user is told, nothing is called
+// Every call to the disk fails in turn, in every operation: it is reported, nothing is called
 // done, the inputs stay, and the next run is as good as new.
 #include <gtest/gtest.h>
 
@@ -93,8 +93,8 @@ class FaultyOperation : public ::testing::TestWithParam<OperationRun> {
 
   void ResetDisk() { disk_.files = inputs_; }
 
-  /// After a fault: it was told, nothing was called done, the inputs are as they were, and a second
-  /// run gives what a first one should have given.
+  /// After a fault: it was reported, nothing was called done, the inputs are as they were, and a
+  /// second run gives what a first one should have given.
   void ExpectAFailureThatHarmsNothing(int result, const testing::RecordingReporter& reporter) {
     EXPECT_NE(result, 1);
     const Operation& row = GetParam().row;
@@ -121,7 +121,7 @@ class FaultyOperation : public ::testing::TestWithParam<OperationRun> {
   std::vector<FaultyFiles::Call> calls_;
 };
 
-TEST_P(FaultyOperation, TellsOfEveryCallThatFails) {
+TEST_P(FaultyOperation, ReportsEveryCallThatFails) {
   RunWell();
   for (const FaultyFiles::Call kind :
        {FaultyFiles::Call::kOpen, FaultyFiles::Call::kRead, FaultyFiles::Call::kCreate,
@@ -138,7 +138,7 @@ TEST_P(FaultyOperation, TellsOfEveryCallThatFails) {
   }
 }
 
-TEST_P(FaultyOperation, TellsOfADiskThatFillsUpAtAnyByte) {
+TEST_P(FaultyOperation, ReportsADiskThatFillsUpAtAnyByte) {
   RunWell();
   std::size_t size = 0;
   for (const auto& [path, bytes] : good_) size += inputs_.contains(path) ? 0 : bytes.size();
@@ -149,7 +149,7 @@ TEST_P(FaultyOperation, TellsOfADiskThatFillsUpAtAnyByte) {
     files.room = room;
     ExpectAFailureThatHarmsNothing(Run(files, reporter), reporter);
     EXPECT_NE(reporter.printed.find("No space left on device"), std::string::npos)
-        << "the reason is told";
+        << "the reason is reported";
     if (HasFailure()) return;
   }
   testing::RecordingReporter reporter;
@@ -158,7 +158,7 @@ TEST_P(FaultyOperation, TellsOfADiskThatFillsUpAtAnyByte) {
   EXPECT_EQ(Run(files, reporter), 1) << "with room for the last byte nothing fails";
 }
 
-TEST_P(FaultyOperation, TellsOfEveryWriteOfALargeRun) {
+TEST_P(FaultyOperation, ReportsEveryWriteOfALargeRun) {
   // Outputs of more than one buffer: writes fail in the middle of the walk, not only at its end.
   std::string library;
   while (library.size() < 700000) {
@@ -205,7 +205,7 @@ TEST(FaultyConversion, LeavesThePickedPathWhateverFails) {
     EXPECT_EQ(path.Get(), all_worked ? "lit_linux.bib" : "lit.bib");
     EXPECT_EQ(disk.files["lit.bib"], bytes);
     if (!all_worked && files.calls.back() == FaultyFiles::Call::kClose) {
-      EXPECT_NE(reporter.printed, "") << "a copy that broke off is told";
+      EXPECT_NE(reporter.printed, "") << "a copy that broke off is reported";
     }
     for (const auto& box : reporter.boxes) EXPECT_EQ(box.caption == "File conversion", all_worked);
   }

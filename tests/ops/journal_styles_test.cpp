@@ -49,11 +49,11 @@ std::string FirstFormat(const std::string& line) {
   return styles.Format(kACS, StyleKey::kArticleTitle);
 }
 
-std::string CountText(int told) {
+std::string CountText(int count) {
   return Printed(
       "ReadJournalStyles()_4 => We need 60 entries in the config file "
       "'Journal_styles_....tvl', but we have " +
-      std::to_string(told) + " entries\n");
+      std::to_string(count) + " entries\n");
 }
 
 constexpr std::string_view kKeys[] = {
@@ -82,7 +82,7 @@ TEST(ReadJournalStyles, AcceptsExactly71DefinitionsAndAnyComments) {
   EXPECT_EQ(Read("# x = \"y\"; // z\n/ x = \"y\"; // z\n\nx = y\n; //\n" + file, styles).result, 1);
 
   const std::string extra = "APS_book = \"again\"; // once more\n";
-  EXPECT_EQ(Read(file + extra, styles).printed, CountText(73)) << "the count is told plus one";
+  EXPECT_EQ(Read(file + extra, styles).printed, CountText(73)) << "the count is given plus one";
   EXPECT_EQ(Read(file + extra, styles).result, 0);
   EXPECT_EQ(styles.Format(kAPS, StyleKey::kBook), "again") << "a later line overwrites";
 
@@ -158,7 +158,7 @@ TEST(ReadJournalStyles, KeepsWhatAnEarlierReadingLeft) {
   EXPECT_EQ(styles.Format(kAPS, StyleKey::kIncol), "newer") << "a failed reading leaves its values";
 }
 
-TEST(ReadJournalStyles, TellsWhatIsWrong) {
+TEST(ReadJournalStyles, ReportsWhatIsWrong) {
   JournalStyles styles;
   const std::string file = StylesFile(OwnName);
   EXPECT_EQ(Read("APS_book \"x\"; // no sign\n" + file, styles).printed,

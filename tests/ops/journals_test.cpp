@@ -74,7 +74,7 @@ std::string Record(std::string_view bibitem, std::string_view full_name, std::st
          "' in the BibTeX library,\nhas been renamed to: '" + std::string(name) + "'\n\n";
 }
 
-/// Where the log tells how many records it holds.
+/// Where the log says how many records it holds.
 std::string Total(int changes) {
   return std::string("\n\n").append(std::to_string(changes)).append(" changes have been made");
 }
@@ -266,7 +266,7 @@ TEST(Journals, MatchesAnEmptyValueWithARowThatSqueezesToNothing) {
   EXPECT_EQ(outcome.log.substr(0, kRenamed.size() + 300)
                 .find(Record("k", "Full", "", "Full") + Record("k", "Full", "", "Full")),
             kRenamed.size())
-      << "but it is told";
+      << "but it is reported";
 }
 
 TEST(Journals, ListsWhatItRead) {
@@ -340,7 +340,7 @@ TEST(Journals, Reads20000JournalsOfALongerList) {
 
 // How it fails.
 
-TEST(Journals, TellsWhichFileItCouldNotOpen) {
+TEST(Journals, ReportsWhichFileItCouldNotOpen) {
   struct Case {
     std::string fault;  // the file that is not readable or not creatable
     int result;
@@ -354,7 +354,7 @@ TEST(Journals, TellsWhichFileItCouldNotOpen) {
       {"a_journal.log", 0, "Function JournalStrings()_3: Could not open the log file!", 2},
       {"a_journal.bib", 0, "Function JournalStrings()_4: Could not create the BibTeX file!", 3},
   };
-  // Every file from a fault on fails as well: the first one is told.
+  // Every file from a fault on fails as well: the first one is reported.
   for (auto c = std::begin(cases); c != std::end(cases); ++c) {
     testing::RecordingReporter reporter;
     MemoryFiles files;
@@ -371,7 +371,7 @@ TEST(Journals, TellsWhichFileItCouldNotOpen) {
   }
 }
 
-TEST(Journals, TellsWhereTheListEndsTooEarly) {
+TEST(Journals, ReportsWhereTheListEndsTooEarly) {
   const struct {
     std::string list;
     std::string_view text;

@@ -50,6 +50,24 @@ TEST(LargeOutputs, AreWarnedOfBeforeEntriesWithoutAKeyFillALog) {
             std::string::npos);
 }
 
+TEST(LargeOutputs, AreWarnedOfBeforeEntriesThatShareAKeyFillALog) {
+  const auto entries = [](int count, const std::string& title) {
+    std::string library;
+    for (int i = 0; i < count; ++i) {
+      const std::string number = std::to_string(i);
+      library +=
+          "@book{" + std::string(i % 2 == 0 ? "k" : "K") + ",\n title = {" + title + "}\n}\n";
+      library += "@book{other" + number + ",\n title = {" + number + "}\n}\n";
+    }
+    return library;
+  };
+  EXPECT_EQ(WarnedOf(RunCompare, entries(100, "t")), "");
+  EXPECT_NE(WarnedOf(RunCompare, entries(300, "t")).find("up to about 13 MB: each entry"),
+            std::string::npos);
+  const std::string with_long_values = WarnedOf(RunCompare, entries(100, std::string(1000, 't')));
+  EXPECT_NE(with_long_values.find("up to about 21 MB"), std::string::npos) << with_long_values;
+}
+
 TEST(LargeOutputs, AreWarnedOfBeforeKeptStringsAreCopied) {
   std::string strings;
   for (int i = 0; i < 1000; ++i) strings += "@STRING{s" + std::to_string(i) + " = {Journal}}\n";

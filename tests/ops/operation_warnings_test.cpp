@@ -451,7 +451,7 @@ TEST(OperationWarnings, KnowWhetherALineIsLeftOutWithItsComma) {
   EXPECT_EQ(torn("  year = {1}\n  , url = {u},\n)\n"), 0);
 }
 
-TEST(OperationWarnings, TellWhatWasPassedOver) {
+TEST(OperationWarnings, ReportWhatWasPassedOver) {
   for (const Case& c : kCases) EXPECT_EQ(Told(c), c.told) << c.operation << "\n" << c.library;
 }
 

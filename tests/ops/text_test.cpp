@@ -181,7 +181,7 @@ std::string Note(const std::string& key, const std::string& type) {
          type + "', which is not supported, so far.\nYou have to type the entry yourself. \n\n\n\n";
 }
 
-TEST(Text, TellsOfUnsupportedEntries) {
+TEST(Text, ReportsUnsupportedEntries) {
   PlainOutcome one = RunOver(World("@misc{m, x\n title = {T},\n}\n@article{a,\n}\n", "", {}));
   EXPECT_EQ(one.result, 1);
   EXPECT_EQ(one.files["_text.txt"],
@@ -227,7 +227,7 @@ struct Failure {
   const char* says;
 };
 
-TEST(Text, TellsEachFailureByItsNumber) {
+TEST(Text, ReportsEachFailureByItsNumber) {
   const std::string library(kLibraryPath);
   const std::string text = "/lib/lit_text.txt";
   const Failure failures[] = {

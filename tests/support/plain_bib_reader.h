@@ -29,7 +29,7 @@ struct PlainBibLibrary {
   bool is_whole = true;              // false: it breaks the grammar after the last of these
 };
 
-/// Reads a library as the grammar of BibTeX is told in its manual: byte after byte, every text a
+/// Reads a library by the grammar of BibTeX's manual: byte after byte, every text a
 /// copy, up to the first command that breaks the grammar. The judge of the reader that is fast. The
 /// name of an undefined string is its text.
 PlainBibLibrary ReadPlainBib(std::string_view bytes);

@@ -302,7 +302,7 @@ class Run {
                    std::count(begin, begin + static_cast<std::ptrdiff_t>(offset), '\n'));
   }
 
-  /// Tells of every entry kept so far of which a byte was written over, in file order.
+  /// Reports every entry kept so far of which a byte was written over, in file order.
   void TellLost(std::size_t from, std::size_t until, const std::string& key) {
     std::map<std::size_t, Extent> lost;
     std::vector<Extent> left;

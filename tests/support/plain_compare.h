@@ -13,9 +13,9 @@ struct ComparedFiles {
   bool operator==(const ComparedFiles&) const = default;
 };
 
-/// Compare told plainly: every entry of the second library is held against the first library, which
-/// is read again from its first entry each time; entries are copied by reading them again from
-/// saved positions. Shares no code with the program but the header texts.
+/// Compare in its plainest form: every entry of the second library is held against the first
+/// library, which is read again from its first entry each time; entries are copied by reading them
+/// again from saved positions. Shares no code with the program but the header texts.
 ///
 /// `first` and `second` are the libraries' bytes; the paths are what the log shows. `first_path`
 /// must hold a ".".

@@ -57,7 +57,7 @@ def every_operation_on_every_seed():
             failures.check(result.returncode in (0, 1),
                            f"seed {number}: {operation} ended with {result.returncode}")
             failures.check((trial.DONE in result.stderr) == (result.returncode == 0),
-                           f"seed {number}: {operation} tells how it ended")
+                           f"seed {number}: {operation} says how it ended")
     return len(seeds)
 
 
@@ -136,7 +136,7 @@ def converted_files():
     library = put(directory + b"/lit.bib", windows)
     result = hold("a converted file, picked twice", "compare", [library, library])
     failures.check(result.returncode == 0, "compare of a converted file with itself")
-    failures.check(result.stderr.count(b"[File conversion]") == 2, "each conversion is told")
+    failures.check(result.stderr.count(b"[File conversion]") == 2, "each conversion is reported")
 
 
 def unwritable_places():

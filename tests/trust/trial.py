@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the scripts of this directory share: running tarvel-batch, and telling whether files stayed
+"""What the scripts of this directory share: running tarvel-batch, and checking whether files stayed
 as they were."""
 import hashlib
 import os

@@ -47,7 +47,7 @@ TEST(ScanLibrary, HasNothingToSayOfGoodLibraries) {
   for (const std::string_view library : good) EXPECT_EQ(Scan(library), Lines()) << library;
 }
 
-TEST(ScanLibrary, TellsWhatWillBeReadOtherwise) {
+TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
   const std::string e = "@misc{k,\n";
   const std::string unbraced =
       "unbraced-value l:2 [k] the value of 'Title' has no braces around it ";
@@ -134,7 +134,7 @@ TEST(ScanLibrary, AsksForAClosingLineOnlyWhereOneIsNeeded) {
   EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n}\n@misc{l,\n}\n", {1000, kTags, true}), Lines());
 }
 
-TEST(ScanLibrary, TellsLinesOverTheLimit) {
+TEST(ScanLibrary, ReportsLinesOverTheLimit) {
   const auto line = [](std::size_t size) { return std::string(size - 1, 'x') + "\n"; };
   EXPECT_EQ(Scan(line(9) + line(3) + line(9), {10}), Lines());
   EXPECT_EQ(Scan(line(3) + line(10) + line(3), {10}),
@@ -163,7 +163,7 @@ TEST(ScanLibrary, DoesNothingForNobody) {
 }
 
 /// What the ranges from one head to the next have to tell is what the whole library has.
-TEST(ScanRange, TellsOfTheRangesWhatIsToldOfTheLibrary) {
+TEST(ScanRange, ReportsOfRangesWhatIsReportedOfTheLibrary) {
   HostileLibraries libraries(41);
   std::size_t told = 0;
   const int runs = RandomRuns(3000);
@@ -214,7 +214,7 @@ TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
             Lines{"runs-on l:1 [k] the entry has no closing brace before the next entry"});
 }
 
-TEST(ScanLibrary, TellsTagsAndEntriesThatShareALine) {
+TEST(ScanLibrary, ReportsTagsAndEntriesThatShareALine) {
   ScanRules rules{1000, kTags};
   rules.one_value_a_line = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T}, year = {1}, note = {n}\n}\n", rules),
@@ -233,7 +233,7 @@ TEST(ScanLibrary, TellsTagsAndEntriesThatShareALine) {
                   "stands before it becomes a part of it"});
 }
 
-TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
+TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
   EXPECT_EQ(
       Scan("@misc{a@b,\n title = {T},\n}\n"),
       Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry: its "
@@ -251,7 +251,7 @@ TEST(ScanLibrary, TellsEntriesThatAnAtHides) {
                    "misread-key l:2 [l}] no comma follows the key, which is read as 'l}'"}));
 }
 
-TEST(ScanLibrary, TellsHeadsAfterOtherText) {
+TEST(ScanLibrary, ReportsHeadsAfterOtherText) {
   const std::string none = "starts no entry, as no \"{\" follows on the line";
   EXPECT_EQ(Scan("\xEF\xBB\xBF@book(a,\n title = {T},\n)\n"),
             Lines{"unknown-type l:1 [] '@book' " + none});
@@ -266,7 +266,7 @@ TEST(ScanLibrary, TellsHeadsAfterOtherText) {
       << "still in the value";
 }
 
-TEST(ScanLibrary, TellsTagsAfterTheEndOfAnEntry) {
+TEST(ScanLibrary, ReportsTagsAfterTheEndOfAnEntry) {
   ScanRules rules{1000, kTags};
   rules.one_value_a_line = rules.takes_all_tags = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T\n}}, year = {1}, note = {n}\n", rules),
@@ -291,7 +291,7 @@ TEST(ScanLibrary, FollowsThePiecesOfAValue) {
   EXPECT_EQ(Scan("@misc{k,\n title = {a} #\n {b},\n year = {1}\n}\n").size(), 1U);
 }
 
-TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
+TEST(ScanLibrary, ReportsTextThatBecomesCapitals) {
   const std::string library = "@misc{k,\n note = {Mail a@b.org, see {Jones}},\n}\n";
   EXPECT_EQ(Scan(library), Lines{"upper-cased l:2 [k] the text '@b.org, see ' in 'note' becomes "
                                  "capitals, as it stands between an '@' and a brace"});
@@ -305,7 +305,7 @@ TEST(ScanLibrary, TellsTextThatBecomesCapitals) {
   }
 }
 
-TEST(ScanLibrary, TellsValuesOfSeveralParts) {
+TEST(ScanLibrary, ReportsValuesOfSeveralParts) {
   EXPECT_EQ(Scan("@misc{k,\n title = {A} # { B},\n note = {A} # x,\n year = {1}\n}\n"),
             Lines{"unbraced-value l:2 [k] the value of 'title' goes on after a '#': only the part "
                   "before it is read"});

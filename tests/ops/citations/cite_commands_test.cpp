@@ -24,6 +24,7 @@ TEST(CiteCommands, HaveShapes) {
   EXPECT_EQ(all.Find("pvolcite"), CiteShape::kVolume);
   EXPECT_EQ(all.Find("volcites"), CiteShape::kVolumeLists);
   EXPECT_EQ(all.Find("see"), CiteShape::kList) << "an own command";
+  EXPECT_EQ(all.Find("all"), std::nullopt) << "no command, but the word for all";
   EXPECT_EQ(all.Find("citet*"), std::nullopt) << "the star is no part of the name";
   EXPECT_EQ(CiteCommands({"cites"}).Find("cites"), CiteShape::kLists);
   EXPECT_EQ(CiteCommands({"cites"}).Find("citep"), std::nullopt);

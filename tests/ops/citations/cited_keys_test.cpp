@@ -66,5 +66,21 @@ TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
                   "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
 }
 
+TEST_F(CitedKeysOfADocument, AreNotReportedAsUncitedHoweverTheyWereRead) {
+  testing::RecordingWarnings warnings;
+  run_.warnings = &warnings;
+  CitedKeys cited(run_);
+  cited.ReadPlainly(
+      LineStream(std::string_view("\\cite{b}")),
+      [](LineStream&, std::vector<std::string>& keys, std::vector<std::size_t>* offsets) {
+        keys = {"b"};
+        offsets->push_back(0);
+        return 1;
+      });
+  cited.ReadLibrary(LineStream(std::string_view(library_)));
+  EXPECT_EQ(warnings.Of(WarningKind::kUncitedEntry),
+            Keys{"uncited-entry lit.bib:1 [a] the document does not cite the entry"});
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -62,7 +62,7 @@ TEST(CitedEntries, RangesBeginWithTheLineHoweverLongItIs) {
   EXPECT_EQ(Ranges(kA + two + "}\n" + kB, {"a", "k", "b"}), (Texts{kA, two + "}\n", kB}));
 }
 
-TEST(CitedEntries, HeadsAreFoundWithoutAnyoneToTell) {
+TEST(CitedEntries, HeadsAreFoundWithoutAnObserver) {
   const std::string library = kA + kB + kC;
   const Texts keys{"c", "a"};
   CitedEntries entries(keys);

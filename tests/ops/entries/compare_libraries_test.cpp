@@ -44,7 +44,7 @@ TEST(FirstLibrary, FindsByKeyOrByContentInTheOrderOfTheFile) {
   EXPECT_EQ(Found(changed, other), Texts());
 }
 
-TEST(FirstLibrary, TellsTypesAndLackingTagsApart) {
+TEST(FirstLibrary, DistinguishesTypesAndLackingTags) {
   const std::string same = "{L,\n  author = {A},\n  title = {T}\n}\n";
   EXPECT_EQ(Found("@inbook" + same, kBook), Texts()) << "another type of the same group";
   EXPECT_EQ(Found("@Book" + same, kBook), Texts{"0"}) << "types are in capitals";

@@ -99,7 +99,7 @@ TEST(TagReader, EveryFieldHasOneName) {
   EXPECT_EQ(doubles.size(), kFieldCount - 1);
 }
 
-TEST(TagReader, TellsWhatEndedTheEntry) {
+TEST(TagReader, ReportsWhatEndedTheEntry) {
   struct Case {
     std::string_view lines;
     EntryLineEnd end;
@@ -142,7 +142,7 @@ TEST(TagReader, KeepsTheFirstPage) {
   EXPECT_EQ(ReadTags(title).record[Field::kTitle].Text(), "a-b") << "only pages are cut";
 }
 
-TEST(TagReader, AValueMayBeginOnThePieceBehindItsBrace) {
+TEST(TagReader, AValueMayBeginOnThePieceAfterItsBrace) {
   const std::string start = "note = {";
   const std::string pad(4999 - start.size(), ' ');
   LineStream stream(pad + start + "  abc},\n}\n");
@@ -155,7 +155,7 @@ TEST(TagReader, AValueMayBeginOnThePieceBehindItsBrace) {
   EXPECT_EQ(ReadTags(piece).record[Field::kNote].Text(), "");
 }
 
-TEST(TagReader, TellsWhereAValueWasRead) {
+TEST(TagReader, ReportsWhereAValueWasRead) {
   LineStream stream("x\nnote = {a}\nurl = {b}\nnote = {c}\n}\n");
   const Read read = ReadTags(stream);
   EXPECT_EQ(read.record[Field::kNote].Offset(), 23u);
@@ -212,7 +212,7 @@ TEST(TextStore, KeepsTextsOfAnySize) {
   for (const auto& [view, text] : kept) EXPECT_EQ(view, text);
 }
 
-TEST(TextStore, KeepsSeveralTextsBehindEachOther) {
+TEST(TextStore, KeepsSeveralTextsOneAfterAnother) {
   TextStore store;
   const std::string large(70000, 'x');
   const std::array<std::string_view, 4> few{"ab", "", "c", "de"};

@@ -176,7 +176,7 @@ TEST(GroupRules, KeptValuesOutliveTheEntry) {
   EXPECT_EQ(ContentHash("BOOK", kept), hash);
 }
 
-TEST(GroupRules, FormatsKnowNothingButPlaces) {
+TEST(GroupRules, FormatsHoldNothingButPlaceholders) {
   struct Case {
     std::string_view format, written;
   };

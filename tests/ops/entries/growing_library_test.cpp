@@ -18,7 +18,7 @@ TEST(GrowingLibrary, WritingInTheMiddleReplacesAndCutsNothingOff) {
   EXPECT_EQ(library.Size(), 22U);
 }
 
-TEST(GrowingLibrary, LinesAreReadFromAnyPlaceWithALimit) {
+TEST(GrowingLibrary, LinesAreReadFromAnyOffsetWithALimit) {
   GrowingLibrary library("ab\ncdef", 100);
   EXPECT_EQ(library.ReadLine(0, 100), "ab\n");
   EXPECT_EQ(library.ReadLine(1, 100), "b\n");

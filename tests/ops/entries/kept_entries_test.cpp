@@ -71,7 +71,7 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
   EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
 }
 
-TEST(KeptEntries, HideThoseFromAPlaceOn) {
+TEST(KeptEntries, HideThoseFromAnOffsetOn) {
   KeptEntries entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");

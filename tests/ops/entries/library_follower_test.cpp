@@ -129,6 +129,22 @@ TEST(LibraryFollower, ForgetsWhatAWriteReplaces) {
   followed.Check();
 }
 
+TEST(LibraryFollower, KnowsThatAnEntryMayBeginAfterAnOpenValueThatReachesTheEnd) {
+  Followed followed;
+  followed.follower.Write(followed.library.Size(), kMisc);
+  const std::size_t end = followed.library.Size();
+  followed.follower.Write(end, "@MISC{other,\n  note = {a longer value},\n}\n");
+  std::string opens = "@MISC{x,\n  note = {{\n}\n";
+  opens.resize(followed.library.Size() - end, '\n');
+  followed.follower.Write(end, opens);
+  followed.Check();
+  followed.follower.Write(followed.library.Size(), "@MISC{y,\n}\n");
+  followed.Check();
+  followed.follower.Write(end, "@MISC{x,\n  note = {n}\n}\n");
+  EXPECT_NE(followed.follower.Entries().FirstWithKey("y"), nullptr);
+  followed.Check();
+}
+
 /// Libraries of many short lines, whose values are passed by blocks.
 std::string ManyEntries(std::mt19937& random, std::size_t number) {
   std::string text;
@@ -182,11 +198,19 @@ TEST(LibraryFollower, KnowsWhatReadingAgainWouldFind) {
   for (int i = runs; i > 0; --i) {
     Followed followed;
     for (int writes = 0; writes < 6; ++writes) {
-      const std::string text = libraries.Next() + "\n";
+      std::string text = libraries.Next() + "\n";
       const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
       const std::vector<PlainEntry> alone = ReadAgain(text);
       if (random() % 3 == 0 && !entries.empty()) {
-        followed.follower.Write(entries[random() % entries.size()].end, text);
+        const std::size_t offset = entries[random() % entries.size()].end;
+        const std::size_t rest = followed.library.Size() - offset;
+        // Now and then what is written reaches the end of the library and no further.
+        if (random() % 4 == 0) text.resize(std::max(rest, text.size()), '\n');
+        if (random() % 4 == 0 && text.size() > rest && rest > 0) {
+          text.resize(rest);
+          text.back() = '\n';
+        }
+        followed.follower.Write(offset, text);
         ++replaced;
       } else if (random() % 2 == 0 && !alone.empty() && alone[0].head == 0) {
         followed.follower.Append(text.substr(0, alone[0].end), alone[0].record);

@@ -122,7 +122,7 @@ TEST(JournalTable, FindsMarkersInPiecesOf4999Bytes) {
             JournalListFault::kNoStart);
 }
 
-TEST(JournalTable, TellsWhereTheListEndsTooEarly) {
+TEST(JournalTable, ReportsWhereTheListEndsTooEarly) {
   const struct {
     std::string list;
     JournalListFault fault;
@@ -149,7 +149,7 @@ TEST(JournalTable, Reads20000Journals) {
   std::string list = "START\n";
   for (int i = 0; i < 20000; ++i) list += Block(Numbered('F', i), Numbered('A', i));
   const std::string last = Block("last", "l", {"v"});
-  // Behind the last journal nothing is looked at: not even a block that breaks off.
+  // After the last journal nothing is looked at: not even a block that breaks off.
   const JournalTable table = TableOf(list + last + kStart + "broken");
   ASSERT_EQ(table.Journals().size(), 20000U);
   EXPECT_EQ(Find(table, "F19999"), "19999: F19999");

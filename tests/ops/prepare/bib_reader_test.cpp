@@ -111,7 +111,7 @@ TEST(BibReader, ReadsPreambles) {
   EXPECT_EQ(Read("@preamble({x})@misc{k}"), (Lines{"preamble : ={x}", "misc k:"}));
 }
 
-TEST(BibReader, TellsWhatBreaksTheGrammarAndGoesOn) {
+TEST(BibReader, ReportsWhatBreaksTheGrammarAndGoesOn) {
   const std::string next = "\n@misc{l, t={b}}\n";
   const ReadCase cases[] = {
       {"@misc{k, t={a} u={b}}",

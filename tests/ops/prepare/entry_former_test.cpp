@@ -26,7 +26,7 @@ Formed Form(const std::string& entry, bool keeps_all = false) {
   EntryFormer former(log, crossrefs, keeps_all);
   former.Form(item, item.tags.size());
   for (const FormedTag& tag : former.Tags()) {
-    formed.tags.append(tag.name).append("=").append(tag.value).append(";");
+    formed.tags.append(tag.Name()).append("=").append(tag.value).append(";");
   }
   return formed;
 }
@@ -44,6 +44,16 @@ TEST(EntryFormer, GuardsWhatIsNeeded) {
 TEST(EntryFormer, PutsMisreadLinesFirstAndBookkeepingLast) {
   EXPECT_EQ(Form("@article{k, owner={me}, title={T}, url={http://x/author}, author={A}}").tags,
             "url=http://x/author;title=T;author=A;owner=me;");
+}
+
+TEST(EntryFormer, GuardsNamesInBracesOrWarnsOfThem) {
+  EXPECT_EQ(Form("@misc{k, author={{Tides and Winds}}}").tags, "author={Tides a{}nd Winds};");
+  EXPECT_EQ(Form("@misc{k, author={{Tides and Winds}}}").warnings, "");
+  EXPECT_EQ(Form("@misc{k, note={{Tides and Winds} x}}").tags, "note={Tides and Winds} x;");
+  EXPECT_EQ(Form("@misc{k, editor={Paul {Harrow, Jr.} and {A and B}}}").tags,
+            "editor=Paul {Harrow, Jr.} and {A and B};");
+  EXPECT_NE(Form("@misc{k, editor={Paul {Harrow, Jr.}}}").warnings.find("comma in braces"),
+            std::string::npos);
 }
 
 TEST(EntryFormer, WarnsOfAValueThatNothingCures) {

@@ -26,7 +26,7 @@ Named NameEntry(const std::string& entry, std::size_t inherited = 99) {
   namer.Name(item, inherited);
   named.tags = namer.Type();
   for (const FormedTag& tag : namer.Tags()) {
-    named.tags.append(" ").append(tag.name).append("=").append(tag.value).append(";");
+    named.tags.append(" ").append(tag.Name()).append("=").append(tag.value).append(";");
   }
   named.log = log.Text();
   return named;

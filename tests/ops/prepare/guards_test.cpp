@@ -129,16 +129,47 @@ TEST(GuardWords, PutsGroupsIntoWords) {
   }
 }
 
-TEST(FindHarm, TellsWhatIsLeft) {
-  EXPECT_FALSE(FindHarm("nothing here", AllWords()).Any());
-  EXPECT_EQ(FindHarm("a year", AllWords()).words, WordBit(1));
-  EXPECT_EQ(FindHarm("a year", AllWords() & ~WordBit(1)).words, 0U);
-  EXPECT_EQ(FindHarm("jour nal", AllWords()).words, kJournalBit);
-  EXPECT_TRUE(FindHarm("doi = {x}", 0).is_exempt);
-  EXPECT_FALSE(FindHarm("doi = x", 0).is_exempt);
-  EXPECT_TRUE(FindHarm("a@b {x}", 0).is_at);
-  EXPECT_FALSE(FindHarm("a@b", 0).is_at);
-  EXPECT_FALSE(FindHarm("@{} @{}b {x}", 0).is_at);
+TEST(GuardNames, DividesAnAndInBraces) {
+  const Case cases[] = {{"{Tides and Winds}", "{Tides a{}nd Winds}"},
+                        {"{A {b and} c} and {D and E}", "{A {b a{}nd} c} and {D a{}nd E}"},
+                        {"Doe, J. and Roe, K.", "Doe, J. and Roe, K."},
+                        {"{Tides a{}nd Winds}", "{Tides a{}nd Winds}"},
+                        {"{Of android sand}", "{Of a{}ndroid sand}"},
+                        {"} and {", "} and {"},
+                        {"{A} and B", "{A} and B"},
+                        {"", ""}};
+  for (const Case& one : cases) {
+    std::string guarded;
+    GuardNames(one.value, guarded);
+    EXPECT_EQ(guarded, one.result) << one.value;
+  }
+}
+
+TEST(GuardNames, KnowsNamesThatAreCutInBraces) {
+  for (const char* names : {"Paul {Harrow, Jr.}", "{Harrow, Jr.}, Paul", "Doe, J. and {Roe, K.}",
+                            "{Tides, Winds and Ice}", "Doe, J. and {a, b}"}) {
+    EXPECT_TRUE(HasCommaInBraces(names)) << names;
+  }
+  for (const char* names : {"Harrow, {P., Jr.}", "Doe, J. and Roe, {K, L}", "{Harrow Jr.}, Paul",
+                            "{A} and {B}", "}, {", "", "\\'{E}douard, {a, b}"}) {
+    EXPECT_FALSE(HasCommaInBraces(names)) << names;
+  }
+}
+
+Harm HarmOf(std::string_view value, WordSet harmful) {
+  return FindHarm(value, FactsOf(value), harmful);
+}
+
+TEST(FindHarm, ReportsWhatIsLeft) {
+  EXPECT_FALSE(HarmOf("nothing here", AllWords()).Any());
+  EXPECT_EQ(HarmOf("a year", AllWords()).words, WordBit(1));
+  EXPECT_EQ(HarmOf("a year", AllWords() & ~WordBit(1)).words, 0U);
+  EXPECT_EQ(HarmOf("jour nal", AllWords()).words, kJournalBit);
+  EXPECT_TRUE(HarmOf("doi = {x}", 0).is_exempt);
+  EXPECT_FALSE(HarmOf("doi = x", 0).is_exempt);
+  EXPECT_TRUE(HarmOf("a@b {x}", 0).is_at);
+  EXPECT_FALSE(HarmOf("a@b", 0).is_at);
+  EXPECT_FALSE(HarmOf("@{} @{}b {x}", 0).is_at);
 }
 
 /// One of the tables that the program brings.
@@ -215,7 +246,7 @@ TEST(Guards, KeepEveryShortValue) {
         ASSERT_EQ(Plain(guarded), Plain(value)) << value << " became " << guarded;
         ++guarded_ends;
       }
-      const Harm harm = FindHarm(value, 0);
+      const Harm harm = HarmOf(value, 0);
       if (!harm.Any()) continue;
       GuardWords(value, 0, guarded);
       ASSERT_EQ(Plain(guarded), Plain(value)) << value << " became " << guarded;

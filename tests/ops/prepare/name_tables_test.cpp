@@ -34,7 +34,7 @@ TEST(NameTables, KnownTypesStayAndOthersBecomeThem) {
   EXPECT_FALSE(FindKnownType("articles", "").is_in_table);
 }
 
-TEST(NameTables, TheTypeOfAThesisTellsWhatItIs) {
+TEST(NameTables, TheTypeOfAThesisSaysWhatItIs) {
   EXPECT_EQ(FindKnownType("thesis", "mathesis").type, "MASTERTHESIS");
   EXPECT_EQ(FindKnownType("thesis", "Diplomarbeit").type, "MASTERTHESIS");
   EXPECT_EQ(FindKnownType("thesis", "phdthesis").type, "PHDTHESIS");

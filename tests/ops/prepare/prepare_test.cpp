@@ -125,7 +125,7 @@ TEST(Prepare, BracesAroundWholeValuesGoInEveryTag) {
       Tags("pages={{774-797}}, year=\"{2001}\", journal={{{J}}}, author={{Barnes and Noble}}, "
            "editor={{Doe, J. and Roe, K.}}"),
       "  pages = {774-797},\n  year = {2001},\n  journal = {J},\n"
-      "  author = {{Barnes and Noble}},\n  editor = {Doe, J. and Roe, K.}\n");
+      "  author = {{Barnes a{}nd Noble}},\n  editor = {Doe, J. and Roe, K.}\n");
 }
 
 TEST(Prepare, LeavesOutWhatWouldBeTakenForAnotherTag) {
@@ -203,7 +203,7 @@ TEST(Prepare, ATextThatWouldStartAnEntryIsLeftOutEvenIfItIsNeeded) {
   EXPECT_NE(result.log.find("{http://x/@book/{a}}"), std::string::npos);
 }
 
-TEST(Prepare, TellsOfKeysThatNoFormCures) {
+TEST(Prepare, ReportsKeysThatNoFormCures) {
   const std::pair<const char*, const char*> cases[] = {
       {"DBLP:journals/x",
        "its key holds 'journal': Journals joins the entry on one line and keeps "
@@ -291,6 +291,27 @@ TEST(Prepare, PreamblesStandInFrontUnlessOperationsWouldChangeThem) {
     EXPECT_EQ(result.library, "@MISC{k,\n}\n\n");
     EXPECT_NE(result.log.find("Line 1: the preamble was left out:\n" + text), std::string::npos);
     EXPECT_EQ(result.warnings.size(), 1U);
+  }
+}
+
+TEST(Prepare, PiecesOfALongLibraryAreTheWholeWithWhatStandsInFront) {
+  std::string entries;
+  while (entries.size() < 400'000) entries += "@misc{k, note={n}}";
+  const std::string preamble = "@preamble{{x}}";
+  const std::string hidden = "@ misc {b@c, note={n}}";
+  for (const std::string& library : {entries, preamble + entries, hidden + entries,
+                                     entries + preamble + entries, entries + hidden + entries}) {
+    std::vector<std::size_t> pieces;
+    std::string written;
+    const auto write = [&](std::string_view text) {
+      written += text;
+      pieces.push_back(text.size());
+    };
+    const auto warn = [](const PrepareWarning&) {};
+    const Prepared prepared = PrepareLibrary(library, {}, warn, {.library = write, .log = {}});
+    EXPECT_EQ(written + prepared.library, PrepareLibrary(library, {}, warn).library);
+    EXPECT_GT(pieces.size(), 1U);
+    EXPECT_LT(prepared.library.size(), 200'000U);
   }
 }
 
@@ -387,7 +408,7 @@ TEST(RunPrepare, WritesALongLogInPieces) {
       files.files["lit_prepared.log"].substr(log.size()).starts_with("\n\n\n5000 BibTeX entries"));
 }
 
-TEST(RunPrepare, TellsWhyItFails) {
+TEST(RunPrepare, ReportsWhyItFails) {
   const auto failure = [](MemoryFiles& files, const std::string& path) {
     RecordingReporter reporter;
     EXPECT_EQ(RunPrepare(MemoryRun(files, path)), kFailed);

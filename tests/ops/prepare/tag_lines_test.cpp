@@ -15,7 +15,8 @@ namespace {
 std::string Lines(const std::string& name, const std::string& value) {
   std::string library;
   AppendTag(library, name, value);
-  return library;
+  EXPECT_TRUE(library.ends_with(",\n"));
+  return library.substr(0, library.size() - 2);
 }
 
 /// What an operation reads of the lines.

@@ -85,19 +85,14 @@ TEST(TagWords, NamesThatAreTakenForOthers) {
                            "annote", "yearfiled", "citeseerurl", "eprinttype", "mrreviewer",
                            "bdsk-file-1", "jour.nal", "e@mail", "title:x"}) {
     EXPECT_TRUE(IsMisreadName(name)) << name;
-    EXPECT_TRUE(FactsOf(name).is_misread) << name;
   }
   for (const char* name : {"booktitle", "title", "date", "isbn", "keywords", "doi", "annotation",
                            "lastchecked", "archiveprefix", "howpublished", "organization"}) {
     EXPECT_FALSE(IsMisreadName(name)) << name;
-    EXPECT_FALSE(FactsOf(name).is_misread) << name;
   }
-  EXPECT_EQ(FactsOf("shortjournalyear").words, Set({"journal", "year"}));
 }
 
-TEST(TagWords, FindsWordsInAnyCase) {
-  EXPECT_EQ(FindWords("A JOURNAL of Notes"), Set({"journal", "note"}));
-  EXPECT_EQ(FindWords("jour nal"), 0U);
+TEST(TagWords, FindsWordsWithBlanksWithin) {
   EXPECT_EQ(FindSpacedJournal("a j o\tur nal", 0, 'j').begin, 2U);
   EXPECT_EQ(FindSpacedJournal("a j o\tur nal", 0, 'j').size, 10U);
   EXPECT_EQ(FindSpacedJournal("a j o\tur nal", 0, 'J').size, 0U);
@@ -113,8 +108,7 @@ TEST(NameTables, EveryChangedTagIsMarked) {
     const TagRow* const row = FindTag(change.from);
     ASSERT_TRUE(row) << change.from;
     EXPECT_TRUE(row->is_renamed) << change.from;
-    const TagRow* const target = FindTag(change.to);
-    EXPECT_FALSE(target ? target->is_misread : IsMisreadName(change.to)) << change.to;
+    EXPECT_FALSE(IsMisreadName(change.to)) << change.to;
   }
   EXPECT_FALSE(FindTag("x"));
   EXPECT_FALSE(FindTag(""));

@@ -76,7 +76,7 @@ TEST(CreateTextLaTeXArray, TakesMoreRowsThanAnyoneWrites) {
   EXPECT_EQ(Read("START\n" + std::string(10'000'000, '\\')).Rows().size(), 10011U);
 }
 
-TEST(CreateTextLaTeXArray, TellsWhenTheFileCannotBeOpened) {
+TEST(CreateTextLaTeXArray, ReportsWhenTheFileCannotBeOpened) {
   MemoryFiles files;
   LaTeXCommands commands;
   RecordingReporter reporter;

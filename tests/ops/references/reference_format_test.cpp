@@ -94,7 +94,7 @@ TEST(FormatReference, AgreesWithPrintfOnRandomPlaceholders) {
   }
 }
 
-TEST(FormatReference, TellsWhichValuesItShows) {
+TEST(FormatReference, ReportsWhichValuesItShows) {
   const std::array<std::string_view, 4> values{"a", "", "c", "d"};
   std::uint64_t shown = 0;
   EXPECT_EQ(FormatReference("%s%s%.0s %.1s %s %%", values, &shown), "a d  %");

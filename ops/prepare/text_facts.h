@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "core/byte_marks.h"
+#include "ops/prepare/tag_words.h"
+
+namespace tarvel {
+
+/// What of a text decides how it is written and whether an operation misreads it. Found in one
+/// pass, as most texts need no other.
+struct TextFacts {
+  WordSet words = 0;         // that stand in it, letter case ignored
+  bool is_plain = true;      // no white space but single blanks
+  bool has_brace = false;    // a "{"
+  bool has_at = false;       // an "@"
+  bool has_equals = false;   // a "="
+  bool may_journal = false;  // a "j" that may begin "journal" with blanks within
+};
+
+TextFacts FactsOf(std::string_view text);
+
+/// What a scan for the end of a delimited text found.
+struct DelimitedText {
+  std::size_t end = 0;  // of the closing delimiter, or where the scan broke off
+  bool is_closed = false;
+  TextFacts facts;
+};
+
+/// Looks for the delimiter that closes the text from `from` to before `limit`: '}' or '"', outside
+/// of any braces within. Ends at a brace that closes too much.
+DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                            char delimiter);
+/// The same without the facts, faster. The marks are of `bytes`.
+DelimitedText SkipDelimited(std::string_view bytes, ByteMarks& marks, std::size_t from,
+                            std::size_t limit, char delimiter);
+
+}  // namespace tarvel
