@@ -332,7 +332,9 @@ std::size_t EndOfFrontTexts(std::string_view bytes) {
   std::size_t last = 0;
   for (std::size_t at = bytes.find('@'); at < bytes.size(); at = bytes.find('@', at + 1)) {
     const std::size_t type = SkipBlanks(bytes, at + 1);
-    const std::size_t end = NameEnd(bytes, type);
+    std::size_t end = type;
+    // Not past the next "@", which is looked at itself, so that the time stays linear.
+    while (end < bytes.size() && IsNameByte(bytes[end]) && bytes[end] != '@') ++end;
     const std::size_t key = SkipBlanks(bytes, std::min(SkipBlanks(bytes, end) + 1, bytes.size()));
     std::size_t key_end = key;
     while (key_end < bytes.size() && !IsKeyEnd(bytes[key_end])) ++key_end;

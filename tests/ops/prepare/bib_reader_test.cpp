@@ -189,5 +189,23 @@ TEST(BibReader, StringsOfStringsDoNotGrowWithoutMeasure) {
   EXPECT_LT(size, std::size_t{3} << 20);
 }
 
+TEST(EndOfFrontTexts, IsTheLastPreambleOrKeyWithAnAt) {
+  EXPECT_EQ(EndOfFrontTexts("@misc{k, note={n}} @string{a={b}}"), 0U);
+  EXPECT_EQ(EndOfFrontTexts(" @ Preamble (\"x\") @misc{k}"), 1U);
+  EXPECT_EQ(EndOfFrontTexts("@misc{k} @misc { b@c,}"), 9U);
+  EXPECT_EQ(EndOfFrontTexts("@x@misc{b@c,}"), 2U) << "after the beginning of its type";
+  EXPECT_EQ(EndOfFrontTexts("@misc{k, note={a@b}}"), 0U);
+  EXPECT_EQ(EndOfFrontTexts("@"), 0U);
+  EXPECT_EQ(EndOfFrontTexts(""), 0U);
+}
+
+TEST(EndOfFrontTexts, TakesLinearTime) {
+  for (const std::string part : {"@", "@x", "@ ", "@a{", "@a{b "}) {
+    std::string text;
+    while (text.size() < 4'000'000) text += part;
+    EXPECT_LE(EndOfFrontTexts(text), text.size());  // else the test takes hours
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -37,6 +37,10 @@ TEST(EntryFormer, LeavesOutWhatNobodyNeedsAndWouldBeMisread) {
             "abstract=a ye{}ar;pages=1;");
 }
 
+TEST(EntryFormer, FindsAWordThatPiecesOfAValueMake) {
+  EXPECT_EQ(Form("@article{k, abstract={a ye} # \"ar\", pages={1}}").tags, "pages=1;");
+}
+
 TEST(EntryFormer, GuardsWhatIsNeeded) {
   EXPECT_EQ(Form("@article{k, title={The {Authors}}}").tags, "title=The {Auth{}ors}\\/;");
 }
