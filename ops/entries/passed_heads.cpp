@@ -15,7 +15,7 @@ namespace {
 
 constexpr ByteSet kWhite(" \t\r\n");
 constexpr ByteSet kNameEnds(" \t\r\n\"#%'(),={}");
-constexpr ByteSet kKeyEnds(" \t\r\n,}");
+constexpr ByteSet kKeyEnds(" \t\r\n,}@");
 
 /// More bytes of a name, and of white space, are not looked at: text that holds many an "@" takes
 /// no more than so many times as long.
@@ -42,7 +42,8 @@ class Pieces {
   std::size_t at_ = 0;
 };
 
-/// The key of the entry after an "@", up to `longest` bytes; nothing where no entry begins.
+/// The key of the entry after an "@", up to `longest` bytes; nothing where no entry begins. No
+/// entry is taken for a key with an "@", and so no two searches look at the same bytes.
 std::optional<std::string_view> ReadKey(std::string_view text, std::size_t longest) {
   Pieces pieces(text);
   pieces.SkipWhite();
@@ -54,7 +55,8 @@ std::optional<std::string_view> ReadKey(std::string_view text, std::size_t longe
     if (EqualNoCase(type, other)) return std::nullopt;
   }
   pieces.SkipWhite();
-  return pieces.UpTo(kKeyEnds, longest);
+  const std::string_view key = pieces.UpTo(kKeyEnds, longest);
+  return pieces.Next() == '@' ? std::nullopt : std::optional(key);
 }
 
 }  // namespace
