@@ -12,7 +12,7 @@
 
 namespace tarvel {
 
-/// Tells what Clean tags leaves out without a line in its log. Places are offsets into the library.
+/// Reports what Clean tags leaves out without a line in its log. Offsets are into the library.
 class TagWarnings {
  public:
   explicit TagWarnings(FileWarnings& warnings) : warnings_(warnings) {}
@@ -40,7 +40,7 @@ class TagWarnings {
   /// The value was read from this line, to which those that it goes on in are joined; its last line
   /// in the library ends at `offset`.
   void NoteAfterValue(std::string_view line, std::string_view value, std::size_t offset);
-  /// Tells of each unknown tag how often it was dropped.
+  /// Reports for each unknown tag how often it was dropped.
   void ReportTags();
 
  private:

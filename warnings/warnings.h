@@ -42,8 +42,8 @@ class Warnings {
   virtual void MapKey(std::string_view /*old_key*/, std::string_view /*new_key*/) {}
 };
 
-/// Tells in which line a byte stands. Asking in the order of the bytes counts each line break once;
-/// going back costs a count from a mark that is at most 4 KiB away.
+/// Gives the line in which a byte stands. Asking in the order of the bytes counts each line break
+/// once; going back costs a count from a mark that is at most 4 KiB away.
 class LineNumbers {
  public:
   /// The lines of `bytes`, which must outlive this.

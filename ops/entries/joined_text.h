@@ -27,7 +27,7 @@ class JoinedText {
     std::size_t limit;      // with which that line is read
   };
   /// The value after the brace at `brace`, whose line goes on to a line feed and so does not end
-  /// it. Nothing where only reading can tell: it comes to a line whose first piece is blank.
+  /// it. Nothing where only reading can show it: it comes to a line whose first piece is blank.
   std::optional<FoundValue> ValueAfter(std::size_t brace) const;
 
  private:

@@ -129,8 +129,8 @@ constexpr std::size_t kNever = static_cast<std::size_t>(-1);
 
 TEST(LineStream, ReadsASourceAsItsLinesAreAskedFor) {
   const std::string bytes = "first line\nsecond line\nthird";
-  for (const std::size_t told : {bytes.size(), std::size_t{0}}) {
-    LineStream stream(std::make_unique<DrippingSource>(bytes, told, kNever));
+  for (const std::size_t size : {bytes.size(), std::size_t{0}}) {
+    LineStream stream(std::make_unique<DrippingSource>(bytes, size, kNever));
     EXPECT_EQ(stream.ReadLine(8), "first l");
     EXPECT_EQ(stream.ReadLine(100), "ine\n");
     EXPECT_EQ(stream.ReadLine(100), "second line\n");

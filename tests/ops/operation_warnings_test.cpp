@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What whole operations tell besides their files, and that telling it changes nothing.
+// What whole operations report besides their files, and that reporting it changes nothing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -43,10 +43,10 @@ struct Case {
   std::string_view operation;
   std::string library;
   std::string beside;
-  Lines told;
+  Lines reported;
 };
 
-// One of each kind; where two operations tell the same kind in their own words, both.
+// One of each kind; where two operations report the same kind in their own words, both.
 const Case kCases[] = {
     {"extract",
      "@book{a,\n  author = \"A\",\n  year = {1},\n@online{b,\n}\n@book {c,\n  title = {U},\n}\n",
@@ -421,7 +421,7 @@ const Case kCases[] = {
       "text-not-copied lit.bib:5 [] text that is of no tag was not copied: 'text'"}},
 };
 
-Lines Told(const Case& c) {
+Lines Reported(const Case& c) {
   RecordingReporter reporter;
   RecordingWarnings warnings;
   MemoryFiles files;
@@ -440,7 +440,7 @@ std::ptrdiff_t CountKind(const Lines& lines, std::string_view kind) {
 /// Where a line is left out, commas must still stand between the tags, and one at most at the end.
 TEST(OperationWarnings, KnowWhetherALineIsLeftOutWithItsComma) {
   const auto torn = [](const std::string& lines) {
-    return CountKind(Told({"clean-characters", "@misc{a,\n" + lines, "", {}}), "torn-value");
+    return CountKind(Reported({"clean-characters", "@misc{a,\n" + lines, "", {}}), "torn-value");
   };
   EXPECT_EQ(torn("  url = {u},\n  year = {1}\n}\n"), 0);
   EXPECT_EQ(torn("  year = {1},\n  url = {u}\n}\n"), 0);
@@ -452,7 +452,8 @@ TEST(OperationWarnings, KnowWhetherALineIsLeftOutWithItsComma) {
 }
 
 TEST(OperationWarnings, ReportWhatWasPassedOver) {
-  for (const Case& c : kCases) EXPECT_EQ(Told(c), c.told) << c.operation << "\n" << c.library;
+  for (const Case& c : kCases)
+    EXPECT_EQ(Reported(c), c.reported) << c.operation << "\n" << c.library;
 }
 
 /// A library of entries as JabRef writes them, without the tags that an operation leaves out.
@@ -473,7 +474,7 @@ TEST(OperationWarnings, AreNoneWhereNothingIsWrong) {
   const std::string document = "\\begin{document}\n\\cite{doe1,doe77}\n\\cite{doe1999}\n";
   for (const OperationRun& operation : OperationRuns()) {
     const bool has_document = operation.row.needs == Needs::kDocumentAndLibrary;
-    EXPECT_EQ(Told({operation.name, library, has_document ? document : library, {}}), Lines())
+    EXPECT_EQ(Reported({operation.name, library, has_document ? document : library, {}}), Lines())
         << operation.name;
   }
 }
@@ -481,14 +482,15 @@ TEST(OperationWarnings, AreNoneWhereNothingIsWrong) {
 TEST(OperationWarnings, AreOfEveryKind) {
   // Preparing a library has tests of its own for these, and uncited entries are reported on request
   // only (CitedKeysOfADocument), large files in LargeOutputs.
-  std::set<std::string_view> told{"unread-text", "undefined-string", "misread-key",
-                                  "misread-tag", "uncited-entry",    "large-output"};
+  std::set<std::string_view> reported{"unread-text", "undefined-string", "misread-key",
+                                      "misread-tag", "uncited-entry",    "large-output"};
   for (const Case& c : kCases) {
-    for (const std::string& line : c.told) {
-      told.insert(std::string_view(line).substr(0, line.find(' ')));
+    for (const std::string& line : c.reported) {
+      reported.insert(std::string_view(line).substr(0, line.find(' ')));
     }
   }
-  for (const WarningRow& kind : kWarningKinds) EXPECT_TRUE(told.contains(kind.name)) << kind.name;
+  for (const WarningRow& kind : kWarningKinds)
+    EXPECT_TRUE(reported.contains(kind.name)) << kind.name;
 }
 
 /// What a run leaves after and says.
@@ -511,7 +513,7 @@ Outcome OutcomeOf(const OperationRun& operation, const std::string& library,
   outcome.files = files.files;
   outcome.printed = reporter.printed;
   outcome.boxes = reporter.boxes;
-  EXPECT_EQ(reporter.warnings, Lines()) << "nothing is told but through the warnings";
+  EXPECT_EQ(reporter.warnings, Lines()) << "nothing is reported but through the warnings";
   return outcome;
 }
 
@@ -520,7 +522,7 @@ TEST(OperationWarnings, ChangeNoFileAndNoMessage) {
   WorldMaker worlds(7);
   for (const OperationRun& operation : OperationRuns()) {
     const bool has_document = operation.row.needs == Needs::kDocumentAndLibrary;
-    std::size_t told = 0;
+    std::size_t reported = 0;
     const int runs = RandomRuns(400);
     for (int i = 0; i < runs; ++i) {
       const std::string library = i % 2 == 0 ? libraries.Next() : worlds.Library();
@@ -528,9 +530,9 @@ TEST(OperationWarnings, ChangeNoFileAndNoMessage) {
       RecordingWarnings warnings;
       const Outcome with = OutcomeOf(operation, library, beside, &warnings);
       ASSERT_EQ(with, OutcomeOf(operation, library, beside, nullptr)) << operation.name << library;
-      told += warnings.lines.size();
+      reported += warnings.lines.size();
     }
-    EXPECT_GT(told, static_cast<std::size_t>(runs) / 2) << operation.name;
+    EXPECT_GT(reported, static_cast<std::size_t>(runs) / 2) << operation.name;
   }
 }
 

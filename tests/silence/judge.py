@@ -252,7 +252,7 @@ class Neighbours:
 
 
 def explains(warning, loss, own):
-    """Whether the warning names the loss; `own` tells that it is of the loss's entry, None that it is
+    """Whether the warning names the loss; `own` says that it is of the loss's entry, None that it is
     of the run."""
     scope = KINDS[warning.kind].get(loss.what)
     if scope == CITED:
@@ -395,7 +395,7 @@ def pairs(inputs, found, heads, same):
 
 def compare_tags(old, new, same=core):
     """What happened to the tags of an entry on its way from `old` to `new`. An empty value is none;
-    but one that hides a value of the same name is told."""
+    but one that hides a value of the same name is reported."""
     left = [(tag.low, same(tag.text)) for tag in new.tags]
     pairs = [(tag.low, same(tag.text)) for tag in old.tags]
     if left == pairs and new.whole:

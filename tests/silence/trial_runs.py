@@ -108,7 +108,7 @@ def random_options(operation, rng):
         options = {"style": rng.choice(("aps", "acs", "iop", "nature", "wiley", "springer")),
                    "pages": rng.choice(("first", "range")), "title": rng.random() < 0.8}
     if operation == "text":
-        options["bibitem"] = True  # tells whose reference it is
+        options["bibitem"] = True  # says whose reference it is
         options["latex"] = rng.random() < 0.3
     if operation == "journals":
         options["journal-names"] = rng.choice(("full", "abbreviated"))

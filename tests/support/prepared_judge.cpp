@@ -19,8 +19,8 @@ namespace {
 
 using Values = std::map<std::string, std::string>;
 
-/// What is told of an entry, by its key.
-using Told = std::map<std::string, std::set<WarningKind>>;
+/// What is reported of an entry, by its key.
+using Reported = std::map<std::string, std::set<WarningKind>>;
 
 std::string Replace(std::string text, std::string_view what, std::string_view by) {
   for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at)) {
@@ -279,8 +279,8 @@ std::vector<std::pair<std::string, Values>> ReadAsText(std::string_view library)
 /// Whether the values that an operation read are those of the tags; white space and braces aside
 /// where the library is as its author wrote it.
 std::string CompareRead(const PlainBibLibrary& library,
-                        const std::vector<std::pair<std::string, Values>>& read, const Told& told,
-                        const std::string& reader, bool is_raw = false) {
+                        const std::vector<std::pair<std::string, Values>>& read,
+                        const Reported& reported, const std::string& reader, bool is_raw = false) {
   // Of a long key each piece of its line may look like the first line of an entry.
   const bool tears_key =
       std::any_of(library.entries.begin(), library.entries.end(), [](const PlainBibEntry& entry) {
@@ -289,11 +289,11 @@ std::string CompareRead(const PlainBibLibrary& library,
   if (tears_key) return {};
   std::size_t next = 0;
   for (const PlainBibEntry& entry : library.entries) {
-    const auto warned = told.find(entry.key);
+    const auto warned = reported.find(entry.key);
     const auto is_told = [&](WarningKind kind) {
-      return warned != told.end() && warned->second.contains(kind);
+      return warned != reported.end() && warned->second.contains(kind);
     };
-    // Such are seen or not, whole or in part: that is told.
+    // Such are seen or not, whole or in part: that is reported.
     const auto is_odd = [](const std::string& key) {
       return key.find('@') != std::string::npos || key.size() > kLongKey;
     };
@@ -318,8 +318,8 @@ std::string CompareRead(const PlainBibLibrary& library,
   return {};
 }
 
-std::string FindLongLine(std::string_view library, const Told& told) {
-  if (!told.empty()) return {};
+std::string FindLongLine(std::string_view library, const Reported& reported) {
+  if (!reported.empty()) return {};
   std::size_t from = 0;
   for (std::size_t end = library.find('\n'); end != std::string_view::npos;
        from = end + 1, end = library.find('\n', from)) {
@@ -387,9 +387,9 @@ std::string FindLostWord(std::string_view library, const Prepared& prepared) {
 }  // namespace
 
 std::string JudgePrepared(std::string_view library, const PrepareOptions& options) {
-  Told told;
+  Reported reported;
   const Prepared prepared = PrepareLibrary(library, options, [&](const PrepareWarning& warning) {
-    told[std::string(warning.key)].insert(warning.kind);
+    reported[std::string(warning.key)].insert(warning.kind);
   });
   const PlainBibLibrary before = ReadPlainBib(library);
   const PlainBibLibrary after = ReadPlainBib(prepared.library);
@@ -397,12 +397,13 @@ std::string JudgePrepared(std::string_view library, const PrepareOptions& option
     const bool braces = std::any_of(
         before.entries.begin(), before.entries.end(),
         [](const PlainBibEntry& entry) { return entry.key.find('}') != std::string::npos; });
-    if (!braces) return "something is told to be unread";
+    if (!braces) return "something is reported to be unread";
   }
   std::string broken = Judge(before, after, prepared).Run();
-  if (broken.empty()) broken = CompareRead(after, ReadAsCompare(prepared.library), told, "Compare");
-  if (broken.empty()) broken = CompareRead(after, ReadAsText(prepared.library), told, "Text");
-  if (broken.empty()) broken = FindLongLine(prepared.library, told);
+  if (broken.empty())
+    broken = CompareRead(after, ReadAsCompare(prepared.library), reported, "Compare");
+  if (broken.empty()) broken = CompareRead(after, ReadAsText(prepared.library), reported, "Text");
+  if (broken.empty()) broken = FindLongLine(prepared.library, reported);
   if (broken.empty()) broken = FindLostWord(library, prepared);
   if (!broken.empty()) return broken;
   const Prepared again = PrepareLibrary(prepared.library, options, [](const PrepareWarning&) {});

@@ -57,7 +57,7 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
       "of it";
   struct Case {
     std::string library;
-    Lines told;
+    Lines reported;
   };
   const Case cases[] = {
       {e + " Title = \"T\",\n}\n", {unbraced + "and is read as empty"}},
@@ -119,7 +119,7 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
         "empty",
         shared + "l:2 [m] " + follows}},
   };
-  for (const Case& c : cases) EXPECT_EQ(Scan(c.library), c.told) << c.library;
+  for (const Case& c : cases) EXPECT_EQ(Scan(c.library), c.reported) << c.library;
 }
 
 TEST(ScanLibrary, AsksForAClosingLineOnlyWhereOneIsNeeded) {
@@ -162,10 +162,10 @@ TEST(ScanLibrary, DoesNothingForNobody) {
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
 }
 
-/// What the ranges from one head to the next have to tell is what the whole library has.
+/// The ranges from one head to the next give the warnings that the whole library gives.
 TEST(ScanRange, ReportsOfRangesWhatIsReportedOfTheLibrary) {
   HostileLibraries libraries(41);
-  std::size_t told = 0;
+  std::size_t reported = 0;
   const int runs = RandomRuns(3000);
   for (int i = 0; i < runs; ++i) {
     const std::string library = libraries.Next();
@@ -189,13 +189,13 @@ TEST(ScanRange, ReportsOfRangesWhatIsReportedOfTheLibrary) {
       ScanRange(library, {bounds[part], bounds[part + 1]}, rules, warnings);
     }
     Lines whole = Scan(library, rules);
-    // Long lines are told first of what is looked through at once.
+    // Long lines are reported first of what is looked through at once.
     std::sort(whole.begin(), whole.end());
     std::sort(to.lines.begin(), to.lines.end());
     ASSERT_EQ(to.lines, whole) << library;
-    told += whole.size();
+    reported += whole.size();
   }
-  EXPECT_GT(told, static_cast<std::size_t>(runs) / 4);
+  EXPECT_GT(reported, static_cast<std::size_t>(runs) / 4);
 }
 
 TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {

@@ -20,7 +20,7 @@ const std::string kTenLines = [] {
 
 class TagWarningsTest : public ::testing::Test {
  protected:
-  Lines Told() { return std::exchange(to_.lines, {}); }
+  Lines Reported() { return std::exchange(to_.lines, {}); }
 
   RecordingWarnings to_;
   FileWarnings file_{&to_, "l", kTenLines};
@@ -29,17 +29,17 @@ class TagWarningsTest : public ::testing::Test {
 
 TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
   warnings_.StartEntry("@MISC{a,\n", 0);
-  EXPECT_EQ(Told(), Lines()) << "a comma and a line break";
+  EXPECT_EQ(Reported(), Lines()) << "a comma and a line break";
   const Lines lost{
       "text-lost l:3 [b] the first line does not end with a comma and a line break: its last two "
       "bytes were cut"};
   for (const std::string_view head : {"@MISC{b,", "@MISC{b\n"}) {
     warnings_.StartEntry(head, 20);
-    EXPECT_EQ(Told(), lost) << head;
+    EXPECT_EQ(Reported(), lost) << head;
   }
   for (const std::string_view head : {"@MISC{b, \n", "@MISC{b, x = {1},"}) {
     warnings_.StartEntry(head, 20);
-    EXPECT_EQ(Told(),
+    EXPECT_EQ(Reported(),
               Lines{"broken-head l:3 [b] the first line does not end with the comma after the key: "
                     "without its last two bytes BibTeX cannot read the entry; delete what follows "
                     "the comma"})
@@ -50,63 +50,65 @@ TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
 TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
   const std::string library(41, 'x');
   warnings_.NoteDroppedWithoutKey(library, 30);
-  EXPECT_EQ(Told(), Lines{"entry-dropped l:4 [] an entry without a key was dropped"});
+  EXPECT_EQ(Reported(), Lines{"entry-dropped l:4 [] an entry without a key was dropped"});
   warnings_.NoteDroppedAsEmpty("k", 40, library + "}\n", library.size());
   warnings_.NoteDroppedAsEmpty("k", 40, library + "\n  note = {x}", library.size());
   warnings_.NoteDroppedAsEmpty("k", 40, library + "", library.size());
-  EXPECT_EQ(Told(), Lines()) << "only the next line counts";
+  EXPECT_EQ(Reported(), Lines()) << "only the next line counts";
   warnings_.NoteDroppedAsEmpty("k", 40, library + "  note = {x}\n}\n", library.size());
-  EXPECT_EQ(Told(), Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
-                          "'note'"});
+  EXPECT_EQ(Reported(),
+            Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
+                  "'note'"});
 }
 
 TEST_F(TagWarningsTest, WhatFollowsADroppedEntryIsText) {
-  const std::string told = "text-not-copied l:1 [] text that is of no tag was not copied: ";
+  const std::string reported = "text-not-copied l:1 [] text that is of no tag was not copied: ";
   std::string library = "@MISC{,\n} % end\ntext\n";
   warnings_.NoteDroppedWithoutKey(library, 7);
-  EXPECT_EQ(Told(),
-            (Lines{"entry-dropped l:1 [] an entry without a key was dropped", told + "'% end'"}));
+  EXPECT_EQ(Reported(), (Lines{"entry-dropped l:1 [] an entry without a key was dropped",
+                               reported + "'% end'"}));
   warnings_.NoteSkippedOutside("text\n", 16);
-  EXPECT_EQ(Told().size(), 1U) << "the next lines are a text of their own";
+  EXPECT_EQ(Reported().size(), 1U) << "the next lines are a text of their own";
   library = "@MISC{, a = {b}}\n@x\n";
   warnings_.NoteDroppedWithoutKey(library, 16);
   warnings_.NoteSkippedOutside("@x\n", 17);
-  EXPECT_EQ(Told().size(), 2U) << "an entry of one line ends with it";
+  EXPECT_EQ(Reported().size(), 2U) << "an entry of one line ends with it";
 }
 
 TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
   warnings_.NoteSkippedOutside(BibFileHeader, 0);
   warnings_.NoteSkippedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);
-  EXPECT_EQ(Told(), Lines()) << "the header, also of an earlier run, and the encoding";
+  EXPECT_EQ(Reported(), Lines()) << "the header, also of an earlier run, and the encoding";
   warnings_.NoteSkippedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
-  EXPECT_EQ(Told(),
+  EXPECT_EQ(Reported(),
             (Lines{"text-not-copied l:3 [] text that is of no tag was not copied: 'text'",
                    "text-not-copied l:4 [] text that is of no tag was not copied: 'again'"}))
       << "a text of several lines once, and no definition of a string";
   warnings_.StartEntry("@MISC{a,\n", 50);
   warnings_.NoteSkippedOutside("text\n", 60);
-  EXPECT_EQ(Told(), Lines()) << "what follows the first head is passed line by line";
+  EXPECT_EQ(Reported(), Lines()) << "what follows the first head is passed line by line";
 }
 
 TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
-  const std::string told = "text-not-copied l:2 [a] text that is of no tag was not copied: ";
+  const std::string reported = "text-not-copied l:2 [a] text that is of no tag was not copied: ";
   warnings_.StartEntry("@MISC{a,\n", 0);
   for (const std::string_view line : {"\n", "}\n", " },\n", "}"}) warnings_.NoteSkipped(line, 10);
-  EXPECT_EQ(Told(), Lines()) << "lines that say nothing";
+  EXPECT_EQ(Reported(), Lines()) << "lines that say nothing";
   warnings_.NoteSkipped(" stray \n", 10);
   warnings_.NoteSkipped("more\n", 20);
-  EXPECT_EQ(Told(), Lines{told + "'stray'"});
+  EXPECT_EQ(Reported(), Lines{reported + "'stray'"});
   warnings_.NoteTag("year = {1},\n", "year", true, 10);
   warnings_.NoteSkipped("again\n", 10);
-  EXPECT_EQ(Told(), Lines{told + "'again'"});
+  EXPECT_EQ(Reported(), Lines{reported + "'again'"});
   warnings_.NoteSkipped("isbn = {1},\n", 10);
   warnings_.NoteSkipped("and again\n", 10);
-  EXPECT_EQ(Told(), Lines{told + "'and again'"}) << "an unknown tag ends the text before it, too";
+  EXPECT_EQ(Reported(), Lines{reported + "'and again'"})
+      << "an unknown tag ends the text before it, too";
   warnings_.NoteSkipped(") after an entry\n", 10);
-  EXPECT_EQ(Told(), Lines{told + "') after an entry'"});
+  EXPECT_EQ(Reported(), Lines{reported + "') after an entry'"});
   warnings_.StartEntry("@MISC{a,\n", 0);
   warnings_.NoteSkipped("anew\n", 10);
-  EXPECT_EQ(Told(), Lines{told + "'anew'"});
+  EXPECT_EQ(Reported(), Lines{reported + "'anew'"});
 }
 
 TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
@@ -118,7 +120,7 @@ TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
   warnings_.NoteSkipped("}\n", 50);
   warnings_.NoteSkipped("stray\n", 60);
   warnings_.ReportTags();
-  EXPECT_EQ(Told(),
+  EXPECT_EQ(Reported(),
             (Lines{"text-not-copied l:7 [a] text that is of no tag was not copied: 'stray'",
                    "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1"}));
 }
@@ -131,7 +133,7 @@ TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
   warnings_.NoteSkipped("KEYWORDS = {1},\n", 40);
   warnings_.NoteSkippedTag("no tag\n", 50);
   warnings_.ReportTags();
-  EXPECT_EQ(Told(),
+  EXPECT_EQ(Reported(),
             (Lines{"text-not-copied l:6 [a] text that is of no tag was not copied: 'no tag'",
                    "unknown-tag l:3 [] the tag 'keywords' is unknown and was dropped, times: 2",
                    "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1",
@@ -153,26 +155,27 @@ TEST_F(TagWarningsTest, TagsUnderOtherNamesAndTwiceAreReported) {
   warnings_.StartEntry("@MISC{a,\n", 0);
   warnings_.NoteTag(" Pages = {1},\n", "pages", true, 10);
   warnings_.NoteTag(" urldate = {1},\n", "url", false, 10);
-  EXPECT_EQ(Told(), Lines()) << "its own name, and a tag that is not written";
+  EXPECT_EQ(Reported(), Lines()) << "its own name, and a tag that is not written";
   warnings_.NoteTag(" numpages = {1},\n", "pages", true, 20);
-  EXPECT_EQ(Told(), (Lines{"renamed-tag l:3 [a] the tag 'numpages' was written as the tag 'pages'",
-                           "tag-twice l:3 [a] the entry has the tag 'pages' twice now, from "
-                           "'Pages' and from 'numpages'"}));
+  EXPECT_EQ(Reported(),
+            (Lines{"renamed-tag l:3 [a] the tag 'numpages' was written as the tag 'pages'",
+                   "tag-twice l:3 [a] the entry has the tag 'pages' twice now, from "
+                   "'Pages' and from 'numpages'"}));
   warnings_.NoteTag("say the year of = x\n", "year", true, 30);
-  EXPECT_EQ(Told(), Lines{"renamed-tag l:4 [a] a line of text was written as the tag 'year'"});
+  EXPECT_EQ(Reported(), Lines{"renamed-tag l:4 [a] a line of text was written as the tag 'year'"});
   warnings_.StartEntry("@MISC{b,\n", 40);
   warnings_.NoteTag("pages = {1},\n", "pages", true, 50);
-  EXPECT_EQ(Told(), Lines()) << "of another entry";
+  EXPECT_EQ(Reported(), Lines()) << "of another entry";
 }
 
 TEST_F(TagWarningsTest, DefinitionsAreLostWhereNoEntryFollows) {
   warnings_.StartEntry("@MISC{a,\n", 0);
   warnings_.NoteSkipped("@STRING{x = {y}}\n", 10);
   warnings_.EndEntry(true);
-  EXPECT_EQ(Told(), Lines()) << "it is read again";
+  EXPECT_EQ(Reported(), Lines()) << "it is read again";
   warnings_.NoteSkipped("@STRING{x = {y}}\n", 10);
   warnings_.EndEntry(false);
-  EXPECT_EQ(Told().back(),
+  EXPECT_EQ(Reported().back(),
             "text-not-copied l:2 [] no entry follows the definition, and it was not copied: "
             "'@STRING{x = {y}}'");
 }

@@ -87,15 +87,15 @@ TEST(EscapeControls, LeavesTextAsItIs) {
             "a\\tb\\nc\\rd\\x1b\\x7f\\x00\\x \xC3\xBC");
 }
 
-struct Told {
+struct Reported {
   std::vector<std::string> lines;
   std::string file;
   std::string key_map;
 };
 
 /// A report of the warnings, into files too where they are wanted.
-Told Tell(const std::vector<Warning>& warnings, WarningOutputs outputs = {},
-          bool into_files = true) {
+Reported ReportAll(const std::vector<Warning>& warnings, WarningOutputs outputs = {},
+                   bool into_files = true) {
   RecordingReporter reporter;
   MemoryFiles files;
   OutputFile file(files.CreateSink("w", CreateMode::kWrite), "w");
@@ -115,12 +115,12 @@ Told Tell(const std::vector<Warning>& warnings, WarningOutputs outputs = {},
 }
 
 TEST(WarningReport, SumsUpLossesBeforeNotesAndTheMostFrequentFirst) {
-  const Told told = Tell({{WarningKind::kNoGroup, "a.bib", 3, "", "no group"},
-                          {WarningKind::kNoGroup, "a.bib", 4, "", "no group"},
-                          {WarningKind::kLongLine, "", 0, "k", "none"},
-                          {WarningKind::kRunsOn, "b.bib", 4, "l", "again"},
-                          {WarningKind::kRunsOn, "b.bib", 5, "m", "and again"}});
-  EXPECT_EQ(told.lines,
+  const Reported reported = ReportAll({{WarningKind::kNoGroup, "a.bib", 3, "", "no group"},
+                                       {WarningKind::kNoGroup, "a.bib", 4, "", "no group"},
+                                       {WarningKind::kLongLine, "", 0, "k", "none"},
+                                       {WarningKind::kRunsOn, "b.bib", 4, "l", "again"},
+                                       {WarningKind::kRunsOn, "b.bib", 5, "m", "and again"}});
+  EXPECT_EQ(reported.lines,
             (std::vector<std::string>{
                 "warning: loss: entries that run on for want of a closing brace: 2 [runs-on]",
                 "b.bib:4: warning: entry 'l': again [runs-on]",
@@ -132,24 +132,25 @@ TEST(WarningReport, SumsUpLossesBeforeNotesAndTheMostFrequentFirst) {
 }
 
 TEST(WarningReport, WritesALineOfTabsForEach) {
-  const Told told = Tell({{WarningKind::kLongLine, "a\\.bib", 3, "k\t", "x\ny\r\x01"}});
-  EXPECT_EQ(told.file, "long-line\ta\\\\.bib\t3\tk\\t\tx\\ny\\r\\x01\n");
-  EXPECT_EQ(told.key_map, "old\\t1\tnew\n");
+  const Reported reported =
+      ReportAll({{WarningKind::kLongLine, "a\\.bib", 3, "k\t", "x\ny\r\x01"}});
+  EXPECT_EQ(reported.file, "long-line\ta\\\\.bib\t3\tk\\t\tx\\ny\\r\\x01\n");
+  EXPECT_EQ(reported.key_map, "old\\t1\tnew\n");
 }
 
 TEST(WarningReport, GivesThreeExamplesAndSaysHowToGetAll) {
   const std::vector<Warning> three(3, {WarningKind::kLongLine, "a", 1, "", "x"});
-  EXPECT_EQ(Tell(three, {}, false).lines.size(), 1U + 3);
+  EXPECT_EQ(ReportAll(three, {}, false).lines.size(), 1U + 3);
   std::vector<Warning> four = three;
   four.push_back({WarningKind::kLongLine, "a", 2, "", "the last"});
-  const Told told = Tell(four, {}, false);
-  ASSERT_EQ(told.lines.size(), 1U + 3 + 1);
-  EXPECT_EQ(told.lines[0],
+  const Reported reported = ReportAll(four, {}, false);
+  ASSERT_EQ(reported.lines.size(), 1U + 3 + 1);
+  EXPECT_EQ(reported.lines[0],
             "warning: loss: lines that are too long to be read at once: 4 [long-line]");
-  EXPECT_EQ(told.lines[3], "a:1: warning: x [long-line]");
-  EXPECT_EQ(told.lines.back(),
+  EXPECT_EQ(reported.lines[3], "a:1: warning: x [long-line]");
+  EXPECT_EQ(reported.lines.back(),
             "warning: there are more; tarvel-batch writes all with --warnings FILE");
-  const Told in_file = Tell(four);
+  const Reported in_file = ReportAll(four);
   EXPECT_EQ(in_file.lines.size(), 1U + 3) << "all are in the file";
   EXPECT_EQ(std::count(in_file.file.begin(), in_file.file.end(), '\n'), 4);
 }
@@ -157,20 +158,20 @@ TEST(WarningReport, GivesThreeExamplesAndSaysHowToGetAll) {
 TEST(WarningReport, PrintsAllAtOnceWhereThatIsAskedFor) {
   const std::vector<Warning> four(4, {WarningKind::kLongLine, "a", 1, "", "x"});
   const std::vector<std::string> lines(4, "a:1: warning: x [long-line]");
-  EXPECT_EQ(Tell(four, {.all = true}).lines, lines);
-  EXPECT_EQ(Tell(four, {.quiet = true, .all = true}).lines, lines);
+  EXPECT_EQ(ReportAll(four, {.all = true}).lines, lines);
+  EXPECT_EQ(ReportAll(four, {.quiet = true, .all = true}).lines, lines);
 }
 
 TEST(WarningReport, SendsThatOfALargeFileAtOnceAndOnlyOnce) {
   const std::vector<Warning> warnings{{WarningKind::kLongLine, "a", 1, "", "x"},
                                       {WarningKind::kLargeOutput, "l.log", 0, "", "may"}};
   const std::string line = "l.log: warning: may [large-output]";
-  const Told told = Tell(warnings);
-  ASSERT_EQ(told.lines.size(), 1U + 2);
-  EXPECT_EQ(told.lines[0], line);
-  EXPECT_EQ(told.file, "long-line\ta\t1\t\tx\nlarge-output\tl.log\t0\t\tmay\n");
-  EXPECT_TRUE(Tell(warnings, {.quiet = true}).lines.empty());
-  EXPECT_EQ(Tell({warnings[1]}, {.quiet = true, .all = true}).lines,
+  const Reported reported = ReportAll(warnings);
+  ASSERT_EQ(reported.lines.size(), 1U + 2);
+  EXPECT_EQ(reported.lines[0], line);
+  EXPECT_EQ(reported.file, "long-line\ta\t1\t\tx\nlarge-output\tl.log\t0\t\tmay\n");
+  EXPECT_TRUE(ReportAll(warnings, {.quiet = true}).lines.empty());
+  EXPECT_EQ(ReportAll({warnings[1]}, {.quiet = true, .all = true}).lines,
             std::vector<std::string>{line});
 }
 
@@ -224,30 +225,30 @@ TEST(WarningReport, KeepsATerminalsLineShortAndHarmless) {
   const std::string text = "\x1b[2J" + std::string(294, 'x') +
                            "\xC3\xBC"
                            "yz";
-  const Told told = Tell({{WarningKind::kLongLine, "a", 1, "", text}});
-  EXPECT_EQ(told.lines[1],
+  const Reported reported = ReportAll({{WarningKind::kLongLine, "a", 1, "", text}});
+  EXPECT_EQ(reported.lines[1],
             "a:1: warning: \\x1b[2J" + std::string(294, 'x') + "\xC3\xBC... [long-line]");
-  const Told cut = Tell({{WarningKind::kLongLine, "a", 1, "", "x" + text}});
+  const Reported cut = ReportAll({{WarningKind::kLongLine, "a", 1, "", "x" + text}});
   EXPECT_EQ(cut.lines[1], "a:1: warning: x\\x1b[2J" + std::string(294, 'x') + "... [long-line]")
       << "not within a character";
-  EXPECT_NE(told.file.find("yz"), std::string::npos);
+  EXPECT_NE(reported.file.find("yz"), std::string::npos);
 }
 
 TEST(WarningReport, CutsKeysInTheFileToo) {
   const std::string key(101, 'k');
-  const Told told = Tell({{WarningKind::kLongLine, "a", 1, key, "x"}});
-  EXPECT_EQ(told.file, "long-line\ta\t1\t" + std::string(100, 'k') + "...\tx\n");
+  const Reported reported = ReportAll({{WarningKind::kLongLine, "a", 1, key, "x"}});
+  EXPECT_EQ(reported.file, "long-line\ta\t1\t" + std::string(100, 'k') + "...\tx\n");
 }
 
 TEST(WarningReport, IsQuietOnRequestButWritesItsFiles) {
-  const Told told = Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, {.quiet = true});
-  EXPECT_TRUE(told.lines.empty());
-  EXPECT_EQ(told.file, "long-line\ta\t1\t\tx\n");
-  EXPECT_EQ(told.key_map, "old\\t1\tnew\n");
+  const Reported reported = ReportAll({{WarningKind::kLongLine, "a", 1, "", "x"}}, {.quiet = true});
+  EXPECT_TRUE(reported.lines.empty());
+  EXPECT_EQ(reported.file, "long-line\ta\t1\t\tx\n");
+  EXPECT_EQ(reported.key_map, "old\\t1\tnew\n");
 }
 
 TEST(WarningReport, NeedsNoFiles) {
-  EXPECT_EQ(Tell({{WarningKind::kLongLine, "a", 1, "", "x"}}, {}, false).lines.size(), 2U);
+  EXPECT_EQ(ReportAll({{WarningKind::kLongLine, "a", 1, "", "x"}}, {}, false).lines.size(), 2U);
 }
 
 TEST(Warnings, NeedNotCareAboutNumbersValuesAndKeys) {

@@ -21,9 +21,9 @@ TEST(PrepareLog, GathersTheLinesOfAnEntryUnderItsKeyAndLine) {
 }
 
 TEST(PrepareLog, WarnsOfTheEntryThatWasStarted) {
-  std::string told;
+  std::string reported;
   PrepareLog log("bytes", [&](const PrepareWarning& warning) {
-    told.append(warning.key).append("|").append(warning.text).append("\n");
+    reported.append(warning.key).append("|").append(warning.text).append("\n");
     EXPECT_EQ(warning.kind, WarningKind::kMisreadKey);
     EXPECT_EQ(warning.offset, 3U);
   });
@@ -31,7 +31,7 @@ TEST(PrepareLog, WarnsOfTheEntryThatWasStarted) {
   log.Warn(WarningKind::kMisreadKey, 3, "of the entry");
   log.EndEntry();
   log.Warn(WarningKind::kMisreadKey, 3, "of none");
-  EXPECT_EQ(told, "k|of the entry\n|of none\n");
+  EXPECT_EQ(reported, "k|of the entry\n|of none\n");
 }
 
 TEST(PrepareLog, CountsWhatIsLeftOut) {

@@ -13,7 +13,7 @@ using enum ReferenceValue;
 
 class ReferenceWarningsTest : public ::testing::Test {
  protected:
-  Lines Told() { return std::exchange(to_.lines, {}); }
+  Lines Reported() { return std::exchange(to_.lines, {}); }
 
   RecordingWarnings to_;
   FileWarnings file_{&to_, "l", "one\ntwo\nthree\n"};
@@ -24,7 +24,7 @@ class ReferenceWarningsTest : public ::testing::Test {
 TEST_F(ReferenceWarningsTest, NothingPrintedIsReportedOfTheEntry) {
   warnings_.StartEntry("a", 4);
   warnings_.ReportNothingPrinted("of the weather");
-  EXPECT_EQ(Told(), Lines{"nothing-printed l:2 [a] no reference was printed: of the weather"});
+  EXPECT_EQ(Reported(), Lines{"nothing-printed l:2 [a] no reference was printed: of the weather"});
 }
 
 TEST_F(ReferenceWarningsTest, AValueThatWasNotReadIsAnEarlierEntrys) {
@@ -36,19 +36,19 @@ TEST_F(ReferenceWarningsTest, AValueThatWasNotReadIsAnEarlierEntrys) {
   warnings_.NoteRead(kAuthor, "author", "author = {A},\n", 4);
   warnings_.NoteRead(kVolume, "volume", " Volume={1}\n", 4);
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told(), Lines()) << "values of its own, and a name";
+  EXPECT_EQ(Reported(), Lines()) << "values of its own, and a name";
 
   warnings_.StartEntry("b", 4);
   warnings_.NoteRead(kVolume, "volume", "volume = {1},\n", 4);
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told(), Lines{"carried-over l:2 [b] shows the author of the earlier entry 'a'"});
+  EXPECT_EQ(Reported(), Lines{"carried-over l:2 [b] shows the author of the earlier entry 'a'"});
 
   warnings_.StartEntry("c", 8);
   warnings_.ReportValues(std::span(shown).first(2), values_, "");
-  EXPECT_EQ(Told(), Lines{"carried-over l:3 [c] shows the author of the earlier entry 'a'"})
+  EXPECT_EQ(Reported(), Lines{"carried-over l:3 [c] shows the author of the earlier entry 'a'"})
       << "a value that is not shown is no matter";
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told().back(), "carried-over l:3 [c] shows the volume of the earlier entry 'b'");
+  EXPECT_EQ(Reported().back(), "carried-over l:3 [c] shows the volume of the earlier entry 'b'");
 }
 
 TEST_F(ReferenceWarningsTest, ATagThatStandsTwiceIsReported) {
@@ -63,7 +63,7 @@ TEST_F(ReferenceWarningsTest, ATagThatStandsTwiceIsReported) {
     warnings_.NoteRead(kYear, "year", "title = {of the year}", 6);
     warnings_.NoteRead(kYear, "year", second, 9);
     warnings_.ReportValues(shown, values_, text);
-    return Told();
+    return Reported();
   };
   EXPECT_EQ(read("year = {1}", "Year = {2}", "two\nthree\n"), twice);
   EXPECT_EQ(read("year = {1}", "year = {2}", "a{\n}b"), twice) << "a brace of a value's";
@@ -74,7 +74,7 @@ TEST_F(ReferenceWarningsTest, ATagThatStandsTwiceIsReported) {
   warnings_.NoteRead(kYear, "year", "year = {1}, year = {2}", 9);
   warnings_.NoteRead(kYear, "year", "year = {1}, year = {2}", 9);
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told(), Lines()) << "read twice from one line";
+  EXPECT_EQ(Reported(), Lines()) << "read twice from one line";
 }
 
 TEST_F(ReferenceWarningsTest, ValuesThatAreMissingAreNamedAtOnce) {
@@ -83,12 +83,13 @@ TEST_F(ReferenceWarningsTest, ValuesThatAreMissingAreNamedAtOnce) {
   values_[kAuthor] = "A";
   warnings_.NoteRead(kAuthor, "author", "author = {A},\n", 4);
   warnings_.ReportValues(shown, values_, " Crossref = {x},\n");
-  EXPECT_EQ(Told(), Lines{"value-missing l:2 [a] the reference shows nothing for 'year', 'pages'; "
-                          "'crossref' is not followed"});
+  EXPECT_EQ(Reported(),
+            Lines{"value-missing l:2 [a] the reference shows nothing for 'year', 'pages'; "
+                  "'crossref' is not followed"});
   values_[kYear] = "1";
   warnings_.NoteRead(kYear, "year", "year = {1},\n", 4);
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told(), Lines{"detail-missing l:2 [a] the reference shows nothing for 'pages'"});
+  EXPECT_EQ(Reported(), Lines{"detail-missing l:2 [a] the reference shows nothing for 'pages'"});
 }
 
 TEST_F(ReferenceWarningsTest, ValuesOfOtherTagsAreReportedWhereTheyAreShown) {
@@ -101,7 +102,7 @@ TEST_F(ReferenceWarningsTest, ValuesOfOtherTagsAreReportedWhereTheyAreShown) {
   warnings_.NoteRead(kAuthor, "author", " title = {5}, author = {6}\n", 4);
   warnings_.NoteRead(kTitle, "title", " booktitle = {5}\n", 4);
   warnings_.ReportValues(shown, values_, "");
-  EXPECT_EQ(Told(),
+  EXPECT_EQ(Reported(),
             (Lines{"other-tag l:3 [a] the value of 'pages' is read from the line of 'numpages'",
                    "other-tag l:3 [a] the value of 'year' is read from a line of text that "
                    "mentions it",
@@ -109,7 +110,7 @@ TEST_F(ReferenceWarningsTest, ValuesOfOtherTagsAreReportedWhereTheyAreShown) {
                    "which it shares"}));
   warnings_.NoteRead(kPages, "pages", "pages = {1},\n", 4);
   warnings_.ReportValues(std::span(shown).first(1), values_, "");
-  EXPECT_EQ(Told(), Lines()) << "the later line has it";
+  EXPECT_EQ(Reported(), Lines()) << "the later line has it";
 }
 
 TEST_F(ReferenceWarningsTest, BracesThatDoNotMatchAndRawEditorsAreReported) {
@@ -117,22 +118,23 @@ TEST_F(ReferenceWarningsTest, BracesThatDoNotMatchAndRawEditorsAreReported) {
   for (const std::string_view good : {"", "x", "{A} b {\\'e}", "a \\{ b", "{a {b}}"}) {
     values_[kTitle] = good;
     warnings_.ReportUnbalanced(std::array{kTitle}, values_);
-    EXPECT_EQ(Told(), Lines()) << good;
+    EXPECT_EQ(Reported(), Lines()) << good;
   }
   for (const std::string_view bad : {"of {DNA", "DNA} and {RNA}", "a}{b"}) {
     values_[kTitle] = bad;
     warnings_.ReportUnbalanced(std::array{kTitle}, values_);
-    EXPECT_EQ(Told(), Lines{"unbalanced l:1 [a] the braces of the 'title' do not match, which "
-                            "stops LaTeX: '" +
-                            std::string(bad) + "'"});
+    EXPECT_EQ(Reported(), Lines{"unbalanced l:1 [a] the braces of the 'title' do not match, which "
+                                "stops LaTeX: '" +
+                                std::string(bad) + "'"});
   }
   values_[kEditor] = "A. Moe";
   warnings_.ReportRawEditors(values_);
-  EXPECT_EQ(Told(), Lines()) << "no list";
+  EXPECT_EQ(Reported(), Lines()) << "no list";
   values_[kEditor] = "Moe, A. and Zoe, B.";
   warnings_.ReportRawEditors(values_);
-  EXPECT_EQ(Told(), Lines{"raw-editors l:1 [a] the 'editor' is printed as it stands, not in the "
-                          "form of the style: 'Moe, A. and Zoe, B.'"});
+  EXPECT_EQ(Reported(),
+            Lines{"raw-editors l:1 [a] the 'editor' is printed as it stands, not in the "
+                  "form of the style: 'Moe, A. and Zoe, B.'"});
 }
 
 TEST_F(ReferenceWarningsTest, ACommandThatWasCutIsNamed) {
@@ -140,8 +142,9 @@ TEST_F(ReferenceWarningsTest, ACommandThatWasCutIsNamed) {
   warnings_.NoteCut(kTitle, "\\slash");
   values_[kTitle] = "ash";
   warnings_.ReportCommands(std::array{kTitle, kAuthor}, values_);
-  EXPECT_EQ(Told(), Lines{"command-cut l:1 [a] only the beginning of '\\slash' was replaced in the "
-                          "'title'"});
+  EXPECT_EQ(Reported(),
+            Lines{"command-cut l:1 [a] only the beginning of '\\slash' was replaced in the "
+                  "'title'"});
 }
 
 TEST_F(ReferenceWarningsTest, TheFirstCommandOfAValueIsNamed) {
@@ -154,12 +157,12 @@ TEST_F(ReferenceWarningsTest, TheFirstCommandOfAValueIsNamed) {
     values_[kBibitem] = "\\bibitem{a}";
     warnings_.StartEntry("a", 0);
     warnings_.ReportCommands(std::array{kBibitem, kTitle}, values_);
-    EXPECT_EQ(Told(),
+    EXPECT_EQ(Reported(),
               Lines{"command-left l:1 [a] '" + std::string(c.command) + "' is left in the title"});
   }
   values_[kTitle] = "plain";
   warnings_.ReportCommands(std::array{kBibitem, kTitle}, values_);
-  EXPECT_EQ(Told(), Lines());
+  EXPECT_EQ(Reported(), Lines());
 }
 
 }  // namespace
