@@ -92,6 +92,16 @@ TEST_F(RunFilesTest, KeepWhatStandsWhenAWriteFailed) {
   EXPECT_FALSE(run.WriteFailed()) << "a new run begins";
 }
 
+TEST_F(RunFilesTest, KeepAllThatStandsWhenOneOfSeveralWritesFailed) {
+  WriteDiskFile(library_, "old");
+  Create(library_, "new");
+  OutputFile full(run_.CreateSink("/dev/full", CreateMode::kWrite), "/dev/full");
+  full.Write("log");
+  EXPECT_FALSE(full.Close());
+  EXPECT_EQ(run_.Publish(), "") << "the run reports it";
+  EXPECT_EQ(ReadDiskFile(library_), "old");
+}
+
 TEST_F(RunFilesTest, RefuseTwoOutputsThatAreOneFile) {
   ASSERT_EQ(symlink("lit_tag.bib", log_.c_str()), 0);
   Create(library_, "new");
