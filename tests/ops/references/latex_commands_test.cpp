@@ -167,6 +167,15 @@ TEST(ApplyLaTeXCommands, StopsBeforeAValueGrowsWithoutBound) {
   EXPECT_EQ(most.size(), kLongestTreated);
 }
 
+TEST(FindCut, GivesACommandOfWhichOnlyTheBeginningHasARow) {
+  const LaTeXCommands commands = Read("START\n\\a x\n\\alpha y\n");
+  for (const std::string whole : {"\\a", "\\alpha", "\\b", "\\ba", "alphabet", "\\"}) {
+    EXPECT_EQ(commands.FindCut(whole), "") << whole;
+  }
+  EXPECT_EQ(commands.FindCut("\\ab"), "\\ab") << "two letters";
+  EXPECT_EQ(commands.FindCut("a \\alpha \\b and \\alphabet soup"), "\\alphabet");
+}
+
 TEST(FindRow, GivesTheFirstRowThatOccurs) {
   const LaTeXCommands commands = Read("START\nb x\n#a x\na x\nab x\nb x\n\nabc x\n");
   EXPECT_EQ(commands.FindRow("abc", 0), 0U);
