@@ -392,20 +392,23 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
   EXPECT_EQ(reporter.printed, "");
 }
 
-TEST(RunPrepare, WritesALongLogInPieces) {
+TEST(RunPrepare, WritesALongLibraryAndItsLogInPieces) {
   MemoryFiles files;
   RecordingReporter reporter;
   std::string log(std::string(LogFileHeader) + "\n");
-  for (int i = 0; i < 5000; ++i) {
+  std::string library(std::string(BibFileHeader) + "\n");
+  for (int i = 0; i < 20000; ++i) {
     const std::string text = "text " + std::to_string(i);
+    library += "@MISC{k,\n}\n\n";
     files.files["lit.bib"] += text + "\n@misc{k}\n";
     log += "Line " + std::to_string(2 * i + 1) + ": text outside entries was left out:\n" + text +
            "\n\n";
   }
   EXPECT_EQ(RunPrepare(MemoryRun(files, "lit.bib")), kSucceeded);
+  EXPECT_TRUE(files.files["lit_prepared.bib"] == library);
   EXPECT_EQ(files.files["lit_prepared.log"].substr(0, log.size()), log);
   EXPECT_TRUE(
-      files.files["lit_prepared.log"].substr(log.size()).starts_with("\n\n\n5000 BibTeX entries"));
+      files.files["lit_prepared.log"].substr(log.size()).starts_with("\n\n\n20000 BibTeX entries"));
 }
 
 TEST(RunPrepare, ReportsWhyItFails) {
