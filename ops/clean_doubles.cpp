@@ -101,10 +101,10 @@ class DoubleCleaner {
   EntryCopy copy_;
   /// An entry of the new library.
   struct Written {
-    std::size_t end;   // offset in it
-    std::size_t head;  // offset of its first line in the input
+    std::size_t end;   // its end in the new library
+    std::size_t head;  // its first line in the input
   };
-  std::map<std::size_t, Written> written_;  // every entry that is still whole, under its begin
+  std::map<std::size_t, Written> written_;  // by offset: the entries that are still whole
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported

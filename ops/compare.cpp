@@ -249,8 +249,8 @@ KeyUses ReportLibrary(const RunContext& run, const std::string& path, const Line
   return keys.Uses();
 }
 
-/// The most bytes that the verdicts about keys can take which are in both libraries more than once:
-/// each entry is compared with all that have its key.
+/// An upper limit for the bytes of the verdicts about keys that occur more than once in both
+/// libraries: each entry is compared with all that have its key.
 std::uint64_t BytesOfVerdicts(const KeyUses& first, const KeyUses& second) {
   std::uint64_t bytes = 0;
   for (const auto& [key, use] : first) {

@@ -152,15 +152,15 @@ void ReportDefinitions(std::string_view library, const std::set<std::string>& ma
   }
 }
 
-/// Reports entries that BibTeX would take for cited keys.
+/// Reports entries that BibTeX takes for cited keys, and Extract does not.
 void ReportPassedHeads(std::string_view library, const std::vector<std::string>& keys,
                        const CitedEntries& entries, FileWarnings& warnings) {
   FindPassedHeads(library, keys, entries, [&](const PassedHead& passed) {
     warnings.Report(
         WarningKind::kBrokenHead, passed.head, passed.key,
-        {"the entry was passed over for the one of line ",
-         std::to_string(warnings.LineOf(passed.taken)),
-         ", as \"{\", its key and \",\" do not stand on one line; BibTeX takes this one"});
+        {"Extract took the entry in line ", std::to_string(warnings.LineOf(passed.taken)),
+         " for the key, but BibTeX takes this one: its first line must have a known type and then "
+         "\"{\", the key and a comma, without blanks"});
   });
 }
 

@@ -26,7 +26,7 @@ int ScanCitations(LineStream& document, std::vector<std::string>& keys,
 struct SelectionObserver {
   /// Called with each range of the library that matters for the cited keys, in their order.
   std::function<void(const LibraryRange&)> on_range = {};
-  /// Then called with where the entries begin.
+  /// Called next, with the offsets of the entries.
   std::function<void(const CitedEntries&)> on_found = {};
   /// Then called with the number of each key that has no entry.
   std::function<void(std::size_t)> on_missing = {};

@@ -33,7 +33,7 @@ class RepeatedKeys {
   /// Reports the entry if an earlier one has its key. Takes the entries of `library` in their
   /// order.
   void Check(const EntryHead& head);
-  /// What was found; call it after the last entry.
+  /// The keys that occur more than once. Call it once, after the last entry.
   KeyUses Uses();
 
  private:

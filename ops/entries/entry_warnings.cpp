@@ -64,8 +64,8 @@ std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
   return values;
 }
 
-/// Reads the entry that the text begins with as BibTeX does, up to the next one; false when it sees
-/// none there.
+/// Reads the entry at the start of the text as BibTeX does, up to the next line that begins with
+/// "@"; false when BibTeX finds none.
 bool ReadEntry(std::string_view text, BibStrings& strings, BibItem& item) {
   const std::string_view entry = text.substr(0, text.find("\n@"));
   return BibReader(entry, strings).Next(item);
@@ -144,7 +144,7 @@ UnreadTags UnreadOf(std::string_view kept, std::string_view dropped) {
                        [name](const BibTag& tag) { return EqualNoCase(tag.name, name); });
   };
   UnreadTags unread;
-  std::vector<std::string_view> names;  // that stand in the kept entry, and are not read there
+  std::vector<std::string_view> names;  // of tags that stand in the kept entry and are not read
   for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(kept, 0)))) {
     if (!is_seen || !is_read(tag.name)) names.push_back(tag.name);
   }

@@ -49,14 +49,14 @@ bool AreCopies(std::string_view one, std::string_view two);
 std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
                                             bool compared = true);
 
-/// What BibTeX does not read of an entry that stays although it reads it of the one that goes.
+/// The tags that BibTeX reads in a dropped entry, but not in the one that is kept.
 struct UnreadTags {
   std::vector<std::string> tags;
   std::string why;
 };
 
-/// Compares an entry that goes with the one that stays; each text begins with the entry's first
-/// line and may go on after it. Nothing for copies of each other.
+/// Compares a dropped entry with the kept one. Each text begins with the first line of its entry
+/// and may go on after the entry. Gives nothing for copies.
 UnreadTags UnreadOf(std::string_view kept, std::string_view dropped);
 
 /// Reports the entries that begin in the lines from `begin` to `end`, after the first of them: they
@@ -103,7 +103,7 @@ struct EqualEntries {
 void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,
                    const std::vector<std::string_view>& differing, FileWarnings& warnings);
 
-/// Reports that BibTeX does not read of the other entry what it reads of this one.
+/// Reports the tags that BibTeX reads in the dropped entry only, and why.
 void ReportUnread(const EqualEntries& entries, const UnreadTags& unread, FileWarnings& warnings);
 
 }  // namespace tarvel

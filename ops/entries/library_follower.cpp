@@ -84,7 +84,7 @@ void LibraryFollower::ReturnTo(std::size_t offset) {
 }
 
 /// Goes on with a new reading, which has come to the end, and hides what others know of the entries
-/// from `from` on, be it that one may begin where the next text will be appended.
+/// from `from` on. At the end of the library they know that the next text may begin an entry.
 void LibraryFollower::HideOld(Reading anew, std::size_t from) {
   Reading old = TakeReadingAt(from);
   const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;

@@ -27,8 +27,7 @@ class LibraryFollower {
   explicit LibraryFollower(GrowingLibrary& library);
 
   /// Writes an entry's text at `position`: the end of the library or of one of its entries. All
-  /// texts but the last end with a line feed.
-  /// References into `Entries` may be gone afterwards.
+  /// texts but the last end with a line feed. References into `Entries` may be gone afterwards.
   void Write(std::size_t position, std::string_view text);
 
   /// Appends an entry's text and an empty line, where `record` is what reading the text gives.

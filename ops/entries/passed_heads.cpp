@@ -17,8 +17,8 @@ constexpr ByteSet kWhite(" \t\r\n");
 constexpr ByteSet kNameEnds(" \t\r\n\"#%'(),={}");
 constexpr ByteSet kKeyEnds(" \t\r\n,}@");
 
-/// More bytes of a name, and of white space, are not looked at: text that holds many an "@" takes
-/// no more than so many times as long.
+/// More bytes of a name, or of white space, are not looked at, so that a text full of "@" stays
+/// cheap.
 constexpr std::size_t kLongestName = 64;
 
 /// Reads a text piece by piece.

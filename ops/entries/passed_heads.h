@@ -11,7 +11,7 @@
 
 namespace tarvel {
 
-/// An entry that BibTeX takes for a cited key where another one was taken; offsets.
+/// An entry that BibTeX takes for a cited key, where another one was taken. All are offsets.
 struct PassedHead {
   std::string_view key;
   std::size_t head;   // of its "@"
@@ -19,9 +19,9 @@ struct PassedHead {
 };
 
 /// Looks through a library for entries of the cited keys that were passed over: the key stands on
-/// another line than the "@", with blanks around it, in parentheses or before no comma. Of entries
-/// of one key BibTeX takes the first and calls the others repeated. Calls `on_passed` for each of
-/// them. Linear in the library.
+/// a different line from the "@", has blanks around it, stands in parentheses or has no comma after
+/// it, or the type is unknown. Of entries with one key BibTeX takes the first and calls the others
+/// repeated. Calls `on_passed` for each entry found. Linear in the library.
 void FindPassedHeads(std::string_view library, const std::vector<std::string>& keys,
                      const CitedEntries& taken,
                      const std::function<void(const PassedHead&)>& on_passed);

@@ -69,7 +69,6 @@ std::string Quoted(std::string_view text) { return std::string("'").append(text)
 
 BibReader::BibReader(std::string_view bytes, BibStrings& strings)
     : bytes_(bytes),
-      marks_(bytes),
       strings_(strings),
       room_(bytes.size() * kMostGrowth + kLeastRoom),
       strict_from_(bytes.size()) {}
@@ -239,8 +238,7 @@ bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
   const char delimiter = bytes_[at_] == '{' ? '}' : '"';
-  const DelimitedText found = Keeps(item) ? FindDelimiter(bytes_, from, limit, delimiter)
-                                          : SkipDelimited(bytes_, marks_, from, limit, delimiter);
+  const DelimitedText found = FindDelimiter(bytes_, from, limit, delimiter);
   if (!found.is_closed) {
     const bool broke_off = found.end < limit;
     FailValue(item, tag, broke_off ? found.end : from - 1,

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "core/ascii.h"
-#include "core/byte_marks.h"
 #include "ops/prepare/bib_strings.h"
 #include "ops/prepare/text_facts.h"
 #include "ops/prepare/text_pool.h"
@@ -53,8 +52,8 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether the values of entries are wanted. If not, they have no facts from now on, and those
-  /// that do not stand in the library in one piece are empty.
+  /// Whether the values of entries are wanted; those that do not stand in the library in one piece
+  /// are empty from now on if not.
   void KeepValues(bool keeps) { keeps_values_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);
@@ -88,7 +87,6 @@ class BibReader {
   bool IsHeadLine(std::size_t at) const;
 
   std::string_view bytes_;
-  ByteMarks marks_;
   BibStrings& strings_;
   std::size_t at_ = 0;
   char close_ = '}';           // what ends the command

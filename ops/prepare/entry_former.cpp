@@ -108,7 +108,7 @@ void EntryFormer::GuardTitle(FormedTag& tag) {
   tag.SetValue(guarded);
 }
 
-/// Where a comma would be misread as well, the names are more legible without a group.
+/// A list in which a comma is misread as well stays legible: groups would not cure it.
 void EntryFormer::GuardNamesOf(FormedTag& tag) {
   if (HasCommaInBraces(tag.value)) {
     Warn(tag, "a name of '" + std::string(tag.Name()) +
@@ -209,13 +209,6 @@ void EntryFormer::AddEmptyTags() {
 
 void EntryFormer::Order() {
   using Rank = FormedTag::Rank;
-  bool is_ordered = true;
-  Rank last = Rank::kMisread;
-  for (const FormedTag& tag : tags_) {
-    is_ordered = is_ordered && !tag.is_left_out && tag.rank >= last;
-    last = tag.rank;
-  }
-  if (is_ordered) return;
   ordered_.clear();
   for (const Rank rank :
        {Rank::kMisread, Rank::kBooktitle, Rank::kMisreadOwn, Rank::kUsual, Rank::kBookkeeping}) {

@@ -32,8 +32,8 @@ bool HasPartsInBraces(std::string_view names);
 /// Whether the first comma of a name in the list stands in braces. The styles that put first names
 /// first cut the name there.
 bool HasCommaInBraces(std::string_view names);
-/// Writes the list with an empty group in each "and" in braces, where Extract and Text take it for
-/// what parts two names.
+/// Writes the list with an empty group in each "and" in braces, which Extract and Text would take
+/// for the end of a name.
 void GuardNames(std::string_view names, std::string& guarded);
 
 /// What operations would misread in a line: words, or one of the signs that `GuardWords` knows.

@@ -15,8 +15,8 @@ struct PrepareOptions {
   bool keep_all = false;  // no tag is left out because its line would be taken for another's
 };
 
-/// What takes the beginnings of long results, so that they need no memory. Without them all is in
-/// the result.
+/// Where the first parts of a long library and of a long log are written, so that they take no
+/// memory. Without a writer everything is in the result.
 struct PreparedWriters {
   std::function<void(std::string_view)> library;
   std::function<void(std::string_view)> log;
@@ -24,7 +24,7 @@ struct PreparedWriters {
 
 /// A prepared library and what was done, both without the headers of files.
 struct Prepared {
-  std::string library;       // but for what was written before
+  std::string library;       // what was not written before
   std::string log;           // likewise
   std::size_t entries = 0;   // written
   std::size_t left_out = 0;  // tags that stand in the log only

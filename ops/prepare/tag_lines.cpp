@@ -2,7 +2,6 @@
 #include "ops/prepare/tag_lines.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <optional>
 
 #include "core/line_stream.h"
@@ -13,6 +12,10 @@ namespace tarvel {
 
 namespace {
 
+/// No line is longer, its break included, so that the shortest limit is kept.
+constexpr std::size_t kMostLine = limits::kShortLine - 1;
+/// What stands around the name and the value of a tag on one line.
+constexpr std::size_t kAround = std::string_view("   = {},\n").size();
 /// A tag whose line Clean characters leaves out must stay on one line. No operation reads its value
 /// with the shortest limit, so it may be as long as the next.
 constexpr std::size_t kMostExemptLine = limits::kPairLine - 1;
@@ -97,8 +100,9 @@ void AppendLines(std::string& library, std::string_view value, std::size_t befor
 
 }  // namespace
 
-LineFit FitOfLong(std::string_view name, std::string_view value) {
+LineFit FitOf(std::string_view name, std::string_view value) {
   const std::size_t size = name.size() + value.size() + kAround;
+  if (size <= kMostLine) return LineFit::kOneLine;
   if (IsExemptTag(name)) return size <= kMostExemptLine ? LineFit::kOneLine : LineFit::kTooLong;
   ValueLines lines(value, name.size() + kAround);
   while (lines.Next()) {
@@ -107,23 +111,14 @@ LineFit FitOfLong(std::string_view name, std::string_view value) {
 }
 
 void AppendTag(std::string& library, std::string_view name, std::string_view value) {
-  constexpr std::string_view kBegin = "  ";
-  constexpr std::string_view kOpen = " = {";
-  constexpr std::string_view kEnd = "},\n";
-  const std::size_t size = name.size() + value.size() + kAround;
-  if (size > kMostLine && !IsExemptTag(name)) {
-    library.append(kBegin).append(name).append(kOpen);
-    AppendLines(library, value, name.size() + kAround);
-    library.append(kEnd);
-    return;
+  library.append("  ").append(name).append(" = {");
+  const std::size_t before = name.size() + kAround;
+  if (before + value.size() <= kMostLine || IsExemptTag(name)) {
+    library.append(value);
+  } else {
+    AppendLines(library, value, before);
   }
-  // All at once, as this is most of what is written.
-  const std::size_t begin = library.size();
-  library.resize(begin + size);
-  char* at = library.data() + begin;
-  for (const std::string_view part : {kBegin, name, kOpen, value, kEnd}) {
-    at = std::copy_n(part.data(), part.size(), at);
-  }
+  library.append("},\n");
 }
 
 void AppendPreamble(std::string& library, std::string_view text) {

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/line_stream.h"
-
 namespace tarvel {
 
 /// How a tag's lines fit into what operations read at once.
@@ -16,18 +14,8 @@ enum class LineFit {
   kTooLong,       // a word is longer than a line that every operation reads whole
 };
 
-/// No line is longer, its break included, so that the shortest limit is kept.
-inline constexpr std::size_t kMostLine = limits::kShortLine - 1;
-/// What stands around the name and the value of a tag on one line.
-inline constexpr std::size_t kAround = std::string_view("   = {},\n").size();
-
-/// The same as `FitOf` for a tag that does not fit into the shortest limit.
-LineFit FitOfLong(std::string_view name, std::string_view value);
 /// `name` in lower case.
-inline LineFit FitOf(std::string_view name, std::string_view value) {
-  const bool is_short = name.size() + value.size() + kAround <= kMostLine;
-  return is_short ? LineFit::kOneLine : FitOfLong(name, value);
-}
+LineFit FitOf(std::string_view name, std::string_view value);
 
 /// Appends "  name = {value}," to the library, in as many lines as need be, and a line break. A
 /// value is broken only where the reader of a further line loses nothing: in front of a printable

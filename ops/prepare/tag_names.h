@@ -26,7 +26,7 @@ struct TagName {
   bool IsKnown() const { return !row.name.empty(); }
 };
 
-/// The names of a library's tags, so that each is looked at once only.
+/// The names of a library's tags. Each is looked up in the tables only once.
 class TagNames {
  public:
   /// The name in any letter case. Valid until `ForgetMany`.

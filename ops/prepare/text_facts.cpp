@@ -38,11 +38,6 @@ class PairCodes {
     return number;
   }
   Code operator[](std::size_t number) const { return codes_[number]; }
-  /// Whether the pairs that begin with four bytes all mean nothing.
-  bool AreNothing(const char* bytes) const {
-    return (codes_[NumberOf(bytes)] | codes_[NumberOf(bytes + 1)] | codes_[NumberOf(bytes + 2)] |
-            codes_[NumberOf(bytes + 3)]) == 0;
-  }
 
  private:
   static std::size_t NumberOf(char first, char second) {
@@ -121,7 +116,6 @@ std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextF
   static const PairCodes codes;
   const std::size_t last = std::min(limit, text.size() - 1);  // its second byte is none
   for (;; ++at) {
-    while (at + 4 < last && codes.AreNothing(text.data() + at)) at += 4;
     while (at < last && codes[PairCodes::NumberOf(text.data() + at)] == 0) ++at;
     if (at >= limit) return limit;
     const Code code = codes[PairCodes::NumberAt(text, at)];
@@ -151,18 +145,6 @@ DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_
   if (from >= limit) return found;
   Braces braces(delimiter);
   found.end = Scan(bytes, from, limit, found.facts, [&](char byte) { return braces.End(byte); });
-  found.is_closed = found.end < limit && bytes[found.end] == delimiter;
-  return found;
-}
-
-DelimitedText SkipDelimited(std::string_view bytes, ByteMarks& marks, std::size_t from,
-                            std::size_t limit, char delimiter) {
-  DelimitedText found;
-  Braces braces(delimiter);
-  found.end = marks.FindBrace(from, limit);
-  while (found.end < limit && !braces.End(bytes[found.end])) {
-    found.end = marks.FindBrace(found.end + 1, limit);
-  }
   found.is_closed = found.end < limit && bytes[found.end] == delimiter;
   return found;
 }

@@ -4,13 +4,12 @@
 #include <cstddef>
 #include <string_view>
 
-#include "core/byte_marks.h"
 #include "ops/prepare/tag_words.h"
 
 namespace tarvel {
 
-/// What of a text decides how it is written and whether an operation misreads it. Found in one
-/// pass, as most texts need no other.
+/// The properties of a text that decide how it is written and whether an operation misreads it.
+/// Found in one pass, as most texts need no other.
 struct TextFacts {
   WordSet words = 0;         // that stand in it, letter case ignored
   bool is_plain = true;      // no white space but single blanks
@@ -33,8 +32,5 @@ struct DelimitedText {
 /// of any braces within. Ends at a brace that closes too much.
 DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
                             char delimiter);
-/// The same without the facts, faster. The marks are of `bytes`.
-DelimitedText SkipDelimited(std::string_view bytes, ByteMarks& marks, std::size_t from,
-                            std::size_t limit, char delimiter);
 
 }  // namespace tarvel

@@ -67,6 +67,12 @@ const Case kCases[] = {
       "nothing-printed lit_extract.bib:15 [c] no reference was printed: its type is read as 'BOOK "
       "', which has no reference"}},
     {"extract",
+     "@misc{ a,\n  note = {1},\n}\n@misc{a,\n  note = {2},\n}\n",
+     "\\cite{a}\n",
+     {"broken-head lit.bib:1 [a] Extract took the entry in line 4 for the key, but BibTeX takes "
+      "this one: its first line must have a known type and then \"{\", the key and a comma, "
+      "without blanks"}},
+    {"extract",
      "@book{d,\n  title = {V,\n@book{e,\n  title = {\xFC},\n  year = {1},\n}\n",
      "\\cite{e,d}\n",
      {"open-value lit.bib:2 [d] the value of 'title' does not close before the next entry",
@@ -241,8 +247,7 @@ const Case kCases[] = {
      "@article{b,\n  journal-url = \"x?y=z\",\n}\n",
      "",
      {"line-cut lit.bib:2 [a] the value of 'journal' was cut at its first comma; BibTeX cannot "
-      "read "
-      "what follows: '  journal = \"Soft,'",
+      "read what follows: '  journal = \"Soft,'",
       "braced-journal lit.bib:2 [a] the quotes became a part of the value of 'journal': '\"Soft'",
       "line-cut lit.bib:6 [b] the value of 'journal' holds a '=': it was cut there, and the next "
       "lines, up to a '}', became a part of it: '  journal-url = \"x?y=z\",'",
