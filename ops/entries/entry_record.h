@@ -33,14 +33,14 @@ enum class Field : std::uint8_t {
 inline constexpr std::size_t kFieldCount = 11;
 
 /// A tag name that is searched for in an entry's lines, and the field that its value goes to.
-struct TagName {
+struct FieldTag {
   std::string_view name;
   Field field;
 };
 
 // ORDER: the first name of a list that stands anywhere in a line decides whose value it is. So a
 // booktitle line fills the title, and a title that mentions a journal fills the journal.
-inline constexpr std::array<TagName, 11> kCompareTags{{
+inline constexpr std::array<FieldTag, 11> kCompareTags{{
     {"journal", Field::kJournal},
     {"year", Field::kYear},
     {"pages", Field::kPages},
@@ -53,7 +53,7 @@ inline constexpr std::array<TagName, 11> kCompareTags{{
     {"nationality", Field::kNationality},
     {"comment", Field::kComment},
 }};
-inline constexpr std::array<TagName, 10> kDoublesTags{{
+inline constexpr std::array<FieldTag, 10> kDoublesTags{{
     {"journal", Field::kJournal},
     {"year", Field::kYear},
     {"pages", Field::kPages},
@@ -68,7 +68,7 @@ inline constexpr std::array<TagName, 10> kDoublesTags{{
 
 /// The names of a list of tags.
 template <std::size_t N>
-constexpr std::array<std::string_view, N> NamesOf(const std::array<TagName, N>& tags) {
+constexpr std::array<std::string_view, N> NamesOf(const std::array<FieldTag, N>& tags) {
   std::array<std::string_view, N> names{};
   for (std::size_t i = 0; i < N; ++i) names[i] = tags[i].name;
   return names;
@@ -169,7 +169,7 @@ class TagReader {
  public:
   /// At most 64 names; `tags` must outlive the reader.
   template <std::size_t N>
-  explicit TagReader(const std::array<TagName, N>& tags) : tags_(tags), matcher_(NamesOf(tags)) {}
+  explicit TagReader(const std::array<FieldTag, N>& tags) : tags_(tags), matcher_(NamesOf(tags)) {}
 
   /// Reads one line (at most 4,999 bytes) and, when it names a tag, the tag's value. Views in
   /// `record` point into the stream's bytes, or into `long_values`, which a stream needs that is
@@ -180,7 +180,7 @@ class TagReader {
   EntryLineEnd ReadEntry(LineStream& stream, EntryRecord& record) const;
 
  private:
-  std::span<const TagName> tags_;
+  std::span<const FieldTag> tags_;
   NameMatcher matcher_;
 };
 

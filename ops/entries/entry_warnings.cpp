@@ -22,7 +22,7 @@ constexpr std::size_t kAlwaysIdentifying = 5;
 
 std::string_view NameOf(Field field) {
   return std::find_if(kCompareTags.begin(), kCompareTags.end(),
-                      [field](const TagName& tag) { return tag.field == field; })
+                      [field](const FieldTag& tag) { return tag.field == field; })
       ->name;
 }
 

@@ -93,8 +93,8 @@ TEST(TagReader, OnlyCompareKnowsComments) {
 
 TEST(TagReader, EveryFieldHasOneName) {
   std::set<Field> compare, doubles;
-  for (const TagName& tag : kCompareTags) compare.insert(tag.field);
-  for (const TagName& tag : kDoublesTags) doubles.insert(tag.field);
+  for (const FieldTag& tag : kCompareTags) compare.insert(tag.field);
+  for (const FieldTag& tag : kDoublesTags) doubles.insert(tag.field);
   EXPECT_EQ(compare.size(), kFieldCount);
   EXPECT_EQ(doubles.size(), kFieldCount - 1);
 }
@@ -176,7 +176,7 @@ TEST(TagReader, AValueOfOneLineIsAViewIntoTheFile) {
 
 TEST(TagReader, ReadsValuesAsReadFieldValueDoes) {
   HostileLibraries libraries(7);
-  constexpr std::array<TagName, 1> kTitleOnly{{{"title", Field::kTitle}}};
+  constexpr std::array<FieldTag, 1> kTitleOnly{{{"title", Field::kTitle}}};
   const TagReader reader(kTitleOnly);
   int joined = 0;
   for (int run = 0; run < 1000; ++run) {
