@@ -64,6 +64,19 @@ std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
   return values;
 }
 
+/// The offset of the first line from that at `from` on that begins with "@" or that operations take
+/// for the first of an entry; npos when there is none.
+std::size_t FindHeadLine(std::string_view text, std::size_t from) {
+  for (std::size_t at = text.find('@', from); at < text.size(); at = text.find('@', from)) {
+    const std::size_t begin = text.substr(0, at).rfind('\n') + 1;
+    const std::string_view line = LineAt(text, begin);
+    std::string upper(line);
+    if (at == begin || IsKnownEntry(upper)) return begin;
+    from = begin + line.size();
+  }
+  return std::string_view::npos;
+}
+
 /// Reads the entry at the start of the text as BibTeX does, up to the next line that begins with
 /// "@"; false when BibTeX finds none.
 bool ReadEntry(std::string_view text, BibStrings& strings, BibItem& item) {
@@ -97,9 +110,9 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start) {
   const std::string_view text = library.substr(start);
   std::size_t end = std::min(text.find("\n}"), text.size());
   std::ptrdiff_t depth = OpenBraces(text.substr(0, end));
-  if (depth <= 1) return text.substr(0, end);
+  if (depth <= 1 || text.substr(0, end).find("\n@") < end) return text.substr(0, end);
   // The line is one of a value's: the entry goes on, at most to the next one.
-  const std::size_t next = std::min(text.find("\n@"), text.size());
+  const std::size_t next = std::min(FindHeadLine(text, end + 1), text.size());
   while (end < next && depth > 1) {
     const std::size_t more = std::min(text.find("\n}", end + 1), next);
     depth += OpenBraces(text.substr(end, more - end));
@@ -213,7 +226,8 @@ void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWar
   const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
   if (OpenBraces(copy) <= 1) return;
   std::string tags;
-  for (const LineTag& tag : TagsOf(EntryTextAt(library, copied.end))) {
+  const std::string_view rest = library.substr(copied.end);
+  for (const LineTag& tag : TagsOf(EntryTextAt(rest.substr(0, FindHeadLine(rest, 0)), 0))) {
     tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
   }
   warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),

@@ -83,6 +83,10 @@ def entries_that_never_close(n):
     return "".join(f"@misc{{k{i},\n note = {{n{i}}}}} title\n" for i in range(n))
 
 
+def entries_within_lines_of_open_values(n):
+    return "".join(f"x @misc{{k{i}, note = {{{{{i}}},\n}}\n" for i in range(n))
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -124,6 +128,7 @@ SHAPES = (
     (values_that_close_late, 5000, ALL),
     (values_that_never_close, 5000, ALL),
     (entries_that_never_close, 10000, ALL),
+    (entries_within_lines_of_open_values, 5000, ALL),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),

@@ -118,8 +118,28 @@ TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
   EXPECT_EQ(to.lines.size(), 1U);
 }
 
+TEST(ReportCutEntry, NamesNoTagsOfTheNextEntry) {
+  const std::string library =
+      "@misc{a,\n note = {x%\n}},\n title = {T}}\nand @misc{b,\n year = {1},\n}\n";
+  const std::size_t end = library.find(" title");
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", library);
+  ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
+  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
+                            "begins with '}'; the rest is not in the new library: 'title'"});
+}
+
 TEST(EntryTextAt, EndsBeforeTheClosingLine) {
   EXPECT_EQ(EntryTextAt("x\n@misc{a,\n y = {z}\n}\nmore\n", 2), "@misc{a,\n y = {z}");
+}
+
+TEST(EntryTextAt, GoesOnInAValueToTheNextEntryAtMost) {
+  const std::string open = "@misc{a,\n y = {z\n}\n w\n";
+  EXPECT_EQ(EntryTextAt(open + "}\nmore\n", 0), open.substr(0, open.size() - 1));
+  EXPECT_EQ(EntryTextAt(open + "@comment{c}\n}\n", 0), open);
+  EXPECT_EQ(EntryTextAt(open + " @misc{b,\n}\n", 0), open);
+  EXPECT_EQ(EntryTextAt(open + " me@home\n}\n", 0), open + " me@home");
+  EXPECT_EQ(EntryTextAt(open + "v", 0), open + "v");
 }
 
 TEST(ReportVerdict, NamesWhatMakesItDoubtful) {
