@@ -87,6 +87,12 @@ def entries_within_lines_of_open_values(n):
     return "".join(f"x @misc{{k{i}, note = {{{{{i}}},\n}}\n" for i in range(n))
 
 
+def doubles_of_a_long_entry(n):
+    double = "@misc{%s,\n note = {n},\n title = {%d},\n}\n"
+    tags = "".join(f" title = {{{i}}},\n" for i in range(n))
+    return f"@misc{{k,\n note = {{n}},\n{tags}}}\n" + "".join(double % ("k", i) for i in range(n))
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -129,6 +135,7 @@ SHAPES = (
     (values_that_never_close, 5000, ALL),
     (entries_that_never_close, 10000, ALL),
     (entries_within_lines_of_open_values, 5000, ALL),
+    (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),

@@ -77,6 +77,19 @@ TEST(LargeOutputs, AreWarnedOfBeforeKeptStringsAreCopied) {
             std::string::npos);
 }
 
+TEST(LargeOutputs, AreWarnedOfBeforeALongEntryIsCopiedOften) {
+  const auto entries = [](int count) {
+    std::string library =
+        "@misc{k,\n note = {n},\n abstract = {" + std::string(100000, 'a') + "},\n}\n";
+    for (int i = 0; i < count; ++i)
+      library += "@misc{k" + std::to_string(i) + ",\n note = {n},\n}\n";
+    return library;
+  };
+  EXPECT_EQ(WarnedOf(RunCompare, entries(90)), "");
+  EXPECT_NE(WarnedOf(RunCompare, entries(1000)).find("lit_comp_equal.bib:0 [] may become large"),
+            std::string::npos);
+}
+
 TEST(LargeOutputs, AreWarnedOfBeforeALongKeyFillsALog) {
   const auto entry = [](int key_size, int lines) {
     std::string library = "@misc{" + std::string(static_cast<std::size_t>(key_size), 'k') + ",\n";

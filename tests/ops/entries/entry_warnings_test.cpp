@@ -40,6 +40,10 @@ TEST(MisreadValues, AreOfTheComparedTagsOnly) {
                    "mentions it"}));
 }
 
+std::vector<std::string_view> DifferingTags(std::string_view dropped, std::string_view kept) {
+  return KeptEntryFacts(kept).DifferingTags(dropped);
+}
+
 TEST(DifferingTags, AreThoseThatBothHave) {
   const std::string one = "@misc{a,\n title = {A {B}: c},\n year = 2001,\n doi = {1},\n}\n";
   using Names = std::vector<std::string_view>;
@@ -57,7 +61,7 @@ TEST(DifferingTags, HoldAllPiecesOfAValue) {
 
 /// The tags that BibTeX does not read of the first entry, and why.
 std::string Unread(std::string_view kept, std::string_view dropped) {
-  const UnreadTags unread = UnreadOf(kept, dropped);
+  const UnreadTags unread = KeptEntryFacts(kept).UnreadOf(dropped);
   std::string text;
   for (const std::string& tag : unread.tags) text += tag + " ";
   return unread.tags.empty() ? "" : text + "| " + unread.why;
