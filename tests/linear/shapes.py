@@ -27,6 +27,7 @@ OPERATIONS = {
     "journals": ["journals", "lit.bib"],
     "text": ["text", "lit.bib"],
     "extract": ["extract", "paper.tex", "lit.bib"],
+    "prepare": ["prepare", "lit.bib"],
 }
 ALL = tuple(OPERATIONS)
 
@@ -93,6 +94,11 @@ def doubles_of_a_long_entry(n):
     return f"@misc{{k,\n note = {{n}},\n{tags}}}\n" + "".join(double % ("k", i) for i in range(n))
 
 
+def children_of_a_long_parent(n):
+    children = "".join(f"@misc{{c{i},\n crossref = {{p}},\n}}\n" for i in range(n))
+    return children + "@misc{p,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -136,6 +142,7 @@ SHAPES = (
     (entries_that_never_close, 10000, ALL),
     (entries_within_lines_of_open_values, 5000, ALL),
     (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
+    (children_of_a_long_parent, 10000, ("prepare", "extract")),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
