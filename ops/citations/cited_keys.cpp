@@ -121,6 +121,15 @@ void CitedKeys::ReadLibrary(LineStream lines) {
   }
 }
 
+void CitedKeys::ReportNone() {
+  if (!run_.warnings) return;
+  run_.warnings->Report({.kind = WarningKind::kOtherCitation,
+                         .file = run_.first_path,
+                         .key = {},
+                         .text = "no citation was read from the document: there is nothing to "
+                                 "extract"});
+}
+
 void CitedKeys::Report(WarningKind kind, std::size_t i, std::string_view text) {
   places_[i].document->warnings.Report(kind, places_[i].offset, keys_[i], text);
 }

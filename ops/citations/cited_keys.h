@@ -36,6 +36,8 @@ class CitedKeys {
   void ReadLibrary(LineStream library);
 
   const std::vector<std::string>& Keys() const { return keys_; }
+  /// Reports that the document cites nothing, for a run that fails because of that.
+  void ReportNone();
   /// Reports something about key number `i` where it is cited first.
   void Report(WarningKind kind, std::size_t i, std::string_view text);
 
