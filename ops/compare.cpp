@@ -46,6 +46,11 @@ constexpr std::array<std::string_view, 7> kFailures{
 /// About the bytes of a verdict in the log, without keys and values.
 constexpr std::uint64_t kVerdictSize = 100;
 
+/// The key of the entry that begins at `start`, as it stands in the library.
+std::string_view KeyAt(const LineStream& library, std::size_t start) {
+  return CopyUntilChar(library.Bytes().substr(start, limits::kPairLine - 1), '{', ',');
+}
+
 int FailAt(const RunContext& run, Failure failure) {
   return Fail(run, kFailures[static_cast<std::size_t>(failure)]);
 }
@@ -142,8 +147,9 @@ const KnownEntry* Comparison::FindCounterpart() {
 /// What reports values of the first library that are those of other tags.
 FirstLibrary::OnEntry Comparison::ReportFirst() {
   if (!first_warnings_.Wanted()) return {};
-  return [this](const TypeGroup& group, const EntryRecord& entry) {
-    ReportMisread(MisreadValues(group, entry, first_stream_.Bytes()), entry.key, first_warnings_);
+  return [this](const TypeGroup& group, const EntryRecord& entry, std::size_t start) {
+    ReportMisread(MisreadValues(group, entry, first_stream_.Bytes()), KeyAt(first_stream_, start),
+                  first_warnings_);
   };
 }
 
@@ -152,7 +158,7 @@ void Comparison::ReportSecond() {
   const TypeRule<CompareRule> type = CompareRuleFor(second_.Entry().type);
   if (!second_warnings_.Wanted() || !type.rule) return;
   ReportMisread(MisreadValues(type.rule->group, second_.Entry(), second_stream_.Bytes()),
-                second_.Entry().key, second_warnings_);
+                KeyAt(second_stream_, second_.Start()), second_warnings_);
 }
 
 const KeptEntryFacts& Comparison::FactsOf(const KnownEntry& known) {
@@ -172,8 +178,8 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
   const std::string_view known_bytes = first_stream_.Bytes();
   const std::vector<Misread> misread = MisreadValues(known.rule->group, second_.Entry(), bytes);
   const bool compared = &verdict != &known.rule->missing && (!same_key || misread.empty());
-  const EqualEntries equal{.key = second_.Entry().key,
-                           .other = known.key,
+  const EqualEntries equal{.key = KeyAt(second_stream_, start),
+                           .other = KeyAt(first_stream_, known.start),
                            .offset = start,
                            .verdict = "is taken for the first library's entry"};
   std::vector<std::string_view> differing;
@@ -184,7 +190,7 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
     differing = facts.DifferingTags(EntryTextAt(bytes, start), compared);
   }
   ReportVerdict(equal, same_key ? std::vector<Misread>() : misread, differing, second_warnings_);
-  ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, swallowed_,
+  ReportSwallowed(bytes, {start, second_stream_.Position()}, equal.key, swallowed_,
                   second_warnings_);
 }
 

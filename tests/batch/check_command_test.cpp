@@ -53,5 +53,23 @@ TEST(Check, SortsByLineAndWritesNothing) {
             "tarvel-batch: " + (directory / "gone.bib") + " could not be read\n");
 }
 
+TEST(Check, ReadsALibraryWhoseNameHasNoExtension) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit"};
+  testing::WriteDiskFile(request.files[0], "@misc{a,\n  year = 1,\n}\n");
+  EXPECT_EQ(Check(request).status, 1);
+}
+
+TEST(Check, ReportsAValueOnceThoughSeveralOperationsReadIt) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit.bib"};
+  testing::WriteDiskFile(request.files[0], "@article{a,\n  numpages = {1},\n}\n");
+  EXPECT_EQ(Check(request).out, request.files[0] +
+                                    ":2: warning: entry 'a': the value of 'pages' is read from "
+                                    "the line of 'numpages' [other-tag]\n");
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -30,6 +30,7 @@ OPERATIONS = {
     "prepare": ["prepare", "lit.bib"],
 }
 ALL = tuple(OPERATIONS)
+OPERATIONS["extract --follow"] = ["extract", "--follow", "paper.tex", "lit.bib"]
 
 
 def values_on_a_line(n):
@@ -149,6 +150,7 @@ SHAPES = (
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),
+    (keys_of_two_letters, 1500, ("extract --follow",)),
 )
 
 
@@ -157,6 +159,16 @@ def document(library):
     keys = [part.split(",", 1)[0] for part in library.split("{")[1:] if "," in part[:40]]
     cites = "".join(f"\\cite{{{key}}}\n" for key in keys[:100000])
     return "\\begin{document}\n" + cites + "\\end{document}\n"
+
+
+def chapters(library, directory):
+    """A document of the same citations, each in a file of its own."""
+    cites = document(library).splitlines()
+    for number, cite in enumerate(cites):
+        with open(os.path.join(directory, f"{number}.tex"), "w", encoding="ascii") as file:
+            file.write(cite)
+    inputs = "".join(f"\\input{{{number}}}\n" for number in range(len(cites)))
+    return "\\begin{document}\n" + inputs + "\\end{document}\n"
 
 
 def cpu(program, arguments, directory):
@@ -184,7 +196,8 @@ def measure(program, make, size, operation):
             with open(os.path.join(directory, "lit.bib"), "w", encoding="ascii") as file:
                 file.write(library)
             with open(os.path.join(directory, "paper.tex"), "w", encoding="ascii") as file:
-                file.write(document(library))
+                follows = operation == "extract --follow"
+                file.write(chapters(library, directory) if follows else document(library))
             times.append(cpu(program, OPERATIONS[operation], directory))
     return times
 
