@@ -17,6 +17,9 @@ namespace {
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
+/// About what a tag takes in the library and in the log, beside its value and twice its name.
+constexpr std::size_t kAroundTag = 16;
+
 /// How far parents of parents are followed, so that a circle has an end.
 constexpr std::size_t kMostParents = 8;
 
@@ -46,7 +49,7 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
     ++parents_;
     for (const OwnTag& tag : parent->tags) {
       if (!names.insert(tag.name).second) continue;
-      if (!TakeRoom(tag.name.size() + tag.value.size())) break;
+      if (!TakeRoom(2 * tag.name.size() + tag.value.size() + kAroundTag)) break;
       entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
     }
     key = parent->crossref;
