@@ -21,7 +21,7 @@ constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 constexpr std::size_t kAroundTag = 16;
 
 /// How far parents of parents are followed, so that a circle has an end.
-constexpr std::size_t kMostParents = 8;
+constexpr std::size_t kMostParents = 32;
 
 template <typename Tags>
 std::string_view ValueOf(const Tags& tags, std::string_view name) {
@@ -43,18 +43,22 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   std::deque<std::string> own;  // names in lower case
   std::unordered_set<std::string_view, KeyedStringHash> names;
   for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
-  while (!key.empty() && parents_ < kMostParents) {
+  for (; !key.empty(); ++parents_) {
+    if (parents_ == kMostParents) return Parent::kTooMany;
     const OwnEntry* const parent = ParentOf(key, entry.begin);
     if (!parent) break;
-    ++parents_;
     for (const OwnTag& tag : parent->tags) {
       if (!names.insert(tag.name).second) continue;
-      if (!TakeRoom(2 * tag.name.size() + tag.value.size() + kAroundTag)) break;
+      if (!TakeRoom(2 * tag.name.size() + tag.value.size() + kAroundTag)) {
+        ++parents_;
+        return Parent::kTooLong;
+      }
       entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
     }
     key = parent->crossref;
   }
-  return parents_ == 0 ? Parent::kMissing : Parent::kFound;
+  if (parents_ > 0) return Parent::kFound;
+  return EqualNoCase(key, entry.key) ? Parent::kItself : Parent::kMissing;
 }
 
 /// False when so many bytes may not be added any more, and from then on always: nobody looks at all

@@ -21,7 +21,9 @@ class CrossReferences {
   /// `bytes` must outlive this. The first question reads the library once for its keys.
   explicit CrossReferences(std::string_view bytes);
 
-  enum class Parent { kNone, kFound, kMissing };
+  /// kMissing: no entry has the key. kItself: it is that of the entry. kTooMany, kTooLong: the tags
+  /// of some parents were not added.
+  enum class Parent { kNone, kFound, kMissing, kItself, kTooMany, kTooLong };
   /// Adds the tags that the entry gets from its parent, after its own and with its offset as
   /// theirs. They are valid as long as this lives. Where the tags of parents would make the library
   /// grow out of measure, no more are added.
