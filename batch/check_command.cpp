@@ -102,7 +102,11 @@ class SilentReporter final : public Reporter {
   void Warn(std::string_view /*line*/) override {}
 };
 
-/// What is wrong at one place.
+/// How much of a key is kept, in bytes: more than is printed. A key that is no key can be as long
+/// as the library, and stand in each of its findings.
+constexpr std::size_t kMostKey = 1000;
+
+/// What is wrong in one line.
 struct Finding {
   std::size_t line;
   WarningKind kind;
@@ -118,8 +122,8 @@ class Findings final : public Warnings {
 
   void Report(const Warning& warning) override {
     if (RowOf(warning.kind).about != About::kReading || !IsWanted(RowOf(warning.kind).name)) return;
-    found_.insert(
-        {warning.line, warning.kind, std::string(warning.key), std::string(warning.text)});
+    found_.insert({warning.line, warning.kind, std::string(warning.key.substr(0, kMostKey)),
+                   std::string(warning.text)});
   }
   /// Prints them; true when there are any.
   bool Print(const std::string& path) const {
