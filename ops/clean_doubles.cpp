@@ -3,9 +3,6 @@
 // those already written, and the log explains each that is left out or gets a new key.
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
-#include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +10,7 @@
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/entry_warnings.h"
 #include "ops/entries/group_rules.h"
@@ -53,6 +51,13 @@ struct EntryCopy {
   bool unchanged = false;  // all but its first line stands in the input as it does here
 };
 
+/// An entry of the new library, and where it begins in the input; offsets.
+struct WrittenEntry {
+  std::size_t head = 0;
+  std::size_t end = 0;
+  std::size_t source = 0;
+};
+
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
@@ -74,6 +79,9 @@ class DoubleCleaner {
 
  private:
   Decision Decide(const TypeRule<DoublesRule>& rule, const ComparedValues& values) const;
+  ComparedValues EarlierValues(const Decision& decision, const TypeGroup& group) const {
+    return follower_.Entries().ValuesOf(*decision.by).ComparedValuesOf(group);
+  }
   void LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last);
   void LogDouble(const DoublesRule& rule, const ComparedValues& values, const Decision& decision);
   void TakeEntry(std::size_t start);
@@ -99,12 +107,7 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
-  /// An entry of the new library.
-  struct Written {
-    std::size_t end;   // its end in the new library
-    std::size_t head;  // its first line in the input
-  };
-  std::map<std::size_t, Written> written_;  // by offset: the entries that are still whole
+  EntriesByOffset<WrittenEntry> written_;  // those that are still whole
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
@@ -150,15 +153,15 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
     return;
   }
   const TypeGroup& group = rule.rule->group;
-  const ComparedValues earlier = decision.by->ComparedValuesOf(group);
+  const ComparedValues earlier = EarlierValues(decision, group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
     ReportDropped(decision, group, start);
-    MapKey(reader_.Entry().key, decision.by->key);
+    MapKey(reader_.Entry().key, decision.by->Key());
     ++not_written_;
     return;
   }
-  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->key});
+  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->Key()});
   WriteDetails(log_, group, values, earlier);
   CopyEntry(start, true);
   InsertCopy(append_renamed_ ? library_.Size() : decision.by->end);
@@ -192,9 +195,9 @@ void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEnt
 void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,
                               const Decision& decision) {
   const std::string& key = reader_.Entry().key;
-  const std::string_view earlier = decision.by->key;
+  const std::string_view earlier = decision.by->Key();
   WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
-  WriteDetails(log_, rule.group, values, decision.by->ComparedValuesOf(rule.group));
+  WriteDetails(log_, rule.group, values, EarlierValues(decision, rule.group));
   if (decision.same_key || rule.closing_keys == ClosingKeys::kNone) {
     log_.Write(kDoublesExactClosing);
   } else if (rule.closing_keys == ClosingKeys::kLaterThenEarlier) {
@@ -250,7 +253,7 @@ void DoubleCleaner::AppendCopy() {
   } else {
     follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
   }
-  written_.emplace_hint(written_.end(), begin, Written{begin + copy_.text.size(), head_});
+  written_.Add({begin, begin + copy_.text.size(), head_});
 }
 
 /// Writes the copy after an entry. Where others follow, it replaces them byte by byte.
@@ -258,7 +261,7 @@ void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());
   follower_.Write(position, text);
-  written_.emplace(position, Written{position + copy_.text.size(), head_});
+  written_.Add({position, position + copy_.text.size(), head_});
 }
 
 /// Reports what makes it doubtful that the dropped entry, which begins at `start`, is a double.
@@ -267,7 +270,7 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
   if (!input_warnings_.Wanted()) return;
   const KeptEntry& kept = *decision.by;
   const EqualEntries equal{.key = reader_.Entry().key,
-                           .other = kept.key,
+                           .other = kept.Key(),
                            .offset = start,
                            .verdict = "was dropped as a double of"};
   const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
@@ -318,19 +321,20 @@ void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
   const auto key_of = [](std::string_view text) {
     return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
   };
-  auto entry = written_.lower_bound(begin);
-  if (entry != written_.begin() && std::prev(entry)->second.end > begin) --entry;
-  while (entry != written_.end() && entry->first < end) {
-    const std::string kept =
-        key_of(library_.Bytes().substr(entry->first, entry->second.end - entry->first));
+  std::vector<WrittenEntry> replaced;
+  written_.Remove(written_.HeadOfEntryAt(begin), end,
+                  [&](const WrittenEntry& entry) { replaced.push_back(entry); });
+  std::sort(replaced.begin(), replaced.end(),
+            [](const auto& one, const auto& other) { return one.head < other.head; });
+  for (const WrittenEntry& entry : replaced) {
+    const std::string kept = key_of(library_.Bytes().substr(entry.head, entry.end - entry.head));
     std::string what =
         "the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" + kept + "'";
     if (kept.empty()) {
       // No key says which one it is.
-      what += " of line " + std::to_string(input_warnings_.LineOf(entry->second.head));
+      what += " of line " + std::to_string(input_warnings_.LineOf(entry.source));
     }
     input_warnings_.Report(WarningKind::kOverwritten, head_, kept, what);
-    entry = written_.erase(entry);
   }
 }
 
