@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "ops/entries/doubles_log_size.h"
 #include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/entry_warnings.h"
@@ -360,6 +361,28 @@ void DoubleCleaner::MapKey(std::string_view old_key, std::string_view new_key) {
   if (warnings_ && old_key != new_key) warnings_->MapKey(old_key, new_key);
 }
 
+/// Reports what is odd about the library, and when the log may become large.
+void ReportLibrary(const RunContext& run, const std::string& log, std::string_view library,
+                   FileWarnings& warnings) {
+  std::uint64_t keyless = 0;
+  DoublesLogSize size;
+  ScanLibrary(library,
+              {.line_limit = limits::kPairLine,
+               .read_tags = kDoublesTagNames,
+               .needs_closing_line = true,
+               .one_value_a_line = true,
+               .on_entry =
+                   [&](const EntryHead& head) {
+                     keyless += head.key.empty() ? 1U : 0U;
+                     size.Take(head);
+                   }},
+              warnings);
+  WarnOfLargeOutput(run, log, keyless * keyless / 2 * kEmptyKeys.size(),
+                    std::to_string(keyless) + " entries without a key");
+  WarnOfLargeOutput(run, log, size.Bytes(library.size()),
+                    "each entry is compared with all that have its key");
+}
+
 void WriteSummary(OutputFile& log, int not_written, const std::string& input,
                   const std::string& library) {
   log.Write({"\n\n\n", std::to_string(not_written), " BibTeX entries from the BibTeX file\n    '",
@@ -384,16 +407,7 @@ int RunCleanDoubles(const RunContext& run) {
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  std::uint64_t keyless = 0;
-  ScanLibrary(input->Bytes(),
-              {.line_limit = limits::kPairLine,
-               .read_tags = kDoublesTagNames,
-               .needs_closing_line = true,
-               .one_value_a_line = true,
-               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; }},
-              warnings);
-  WarnOfLargeOutput(run, log->Path(), keyless * keyless / 2 * kEmptyKeys.size(),
-                    std::to_string(keyless) + " entries without a key");
+  ReportLibrary(run, log->Path(), input->Bytes(), warnings);
   DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
                         run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();
