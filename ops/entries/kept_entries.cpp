@@ -19,14 +19,14 @@ bool ComparesTags(const DoublesRule* rule) { return rule && !rule->group.compare
 
 }  // namespace
 
-EntryValues::EntryValues(const EntryRecord& record) : type_(DoublesRuleFor(record.type).type) {
+KeptValues::KeptValues(const EntryRecord& record) : type_(DoublesRuleFor(record.type).type) {
   for (std::size_t i = 0; i < kFieldCount; ++i) {
     text_ += record.fields[i].Text();
     bounds_[i + 1] = text_.size();
   }
 }
 
-ComparedValues EntryValues::ComparedValuesOf(const TypeGroup& group) const {
+ComparedValues KeptValues::ComparedValuesOf(const TypeGroup& group) const {
   ComparedValues compared;
   for (const Field field : group.compared) {
     const auto index = static_cast<std::size_t>(field);
@@ -100,8 +100,8 @@ void KeptEntries::Remove(std::size_t begin, std::size_t end) {
   entries_.Remove(begin, end, RemoveFromIndexes);
 }
 
-const EntryValues& KeptEntries::ValuesOf(const KeptEntry& entry) const {
-  if (!entry.values) entry.values = std::make_unique<const EntryValues>(read_(entry));
+const KeptValues& KeptEntries::ValuesOf(const KeptEntry& entry) const {
+  if (!entry.values) entry.values = std::make_unique<const KeptValues>(read_(entry));
   return *entry.values;
 }
 
@@ -145,7 +145,7 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   if (!found) return nullptr;
   return Visible(found->all.First([&](const KeptEntry& entry) {
-    const EntryValues& kept = ValuesOf(entry);
+    const KeptValues& kept = ValuesOf(entry);
     return kept.Type() == rule.type && kept.ComparedValuesOf(rule.rule->group) == values;
   }));
 }

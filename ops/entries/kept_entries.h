@@ -22,9 +22,9 @@
 namespace tarvel {
 
 /// The values of an entry.
-class EntryValues {
+class KeptValues {
  public:
-  explicit EntryValues(const EntryRecord& record);
+  explicit KeptValues(const EntryRecord& record);
 
   /// The type word as its rule holds it; empty for a type of no rule.
   std::string_view Type() const { return type_; }
@@ -48,7 +48,7 @@ struct KeptEntry {
   std::uint16_t present = 0;  // bit i: the tag of field i is present
   SameKey* same_key = nullptr;
   SameContent* same_content = nullptr;  // null if one of its compared tags is missing
-  mutable std::unique_ptr<const EntryValues> values = {};
+  mutable std::unique_ptr<const KeptValues> values = {};
 
   /// The key; lives as long as the `KeptEntries`.
   std::string_view Key() const;
@@ -166,7 +166,7 @@ class KeptEntries {
   std::size_t CountWithKey(std::string_view key, std::size_t offset) const;
   /// The values of an entry, which is read again when it is asked for the first time. They live as
   /// long as the entry.
-  const EntryValues& ValuesOf(const KeptEntry& entry) const;
+  const KeptValues& ValuesOf(const KeptEntry& entry) const;
 
  private:
   const KeptEntry* Visible(const KeptEntry* entry) const {

@@ -43,7 +43,7 @@ std::vector<PlainEntry> ReadAgain(std::string_view library) {
 std::size_t HeadOf(const KeptEntry* entry) { return entry ? entry->head : std::string::npos; }
 
 /// Expects that the values of an entry are those that a reading from the beginning gave.
-void ExpectSameValues(const EntryValues& kept, const EntryRecord& plain) {
+void ExpectSameValues(const KeptValues& kept, const EntryRecord& plain) {
   ASSERT_EQ(kept.Type(), DoublesRuleFor(plain.type).type);
   for (const DoublesRule& rule : kDoublesRules) {
     ASSERT_EQ(kept.ComparedValuesOf(rule.group), ComparedValuesOf(rule.group, plain));
