@@ -109,7 +109,7 @@ const std::string kMisc = "@MISC{k,\n  note = {n},\n}\n";
 TEST(LastOffsets, KeepTheLastOfEachBlock) {
   LastOffsets offsets;
   EXPECT_FALSE(offsets.Has(0));
-  for (const std::size_t offset : {0U, 5U, 3U, 127U, 128U, 1000U}) offsets.Add(offset);
+  for (const std::size_t offset : {0U, 5U, 127U, 3U, 128U, 1000U}) offsets.Add(offset);
   for (const std::size_t offset : {127U, 128U, 1000U}) EXPECT_TRUE(offsets.Has(offset));
   for (const std::size_t offset : {0U, 5U, 126U, 129U, 255U, 999U, 2000U}) {
     EXPECT_FALSE(offsets.Has(offset)) << offset;
