@@ -3,7 +3,6 @@
 // those already written, and the log explains each that is left out or gets a new key.
 #include <algorithm>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -109,8 +108,7 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
-  std::map<std::size_t, KeptTags> kept_tags_;  // of long entries, by their heads
-  EntriesByOffset<WrittenEntry> written_;      // those that are still whole
+  EntriesByOffset<WrittenEntry> written_;  // those that are still whole
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
@@ -263,8 +261,6 @@ void DoubleCleaner::AppendCopy() {
 void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());
-  kept_tags_.erase(kept_tags_.lower_bound(position),
-                   kept_tags_.lower_bound(position + text.size()));
   follower_.Write(position, text);
   written_.Add({position, position + copy_.text.size(), head_});
 }
@@ -279,12 +275,9 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                            .offset = start,
                            .verdict = "was dropped as a double of"};
   const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
-  KeptTags own;
-  KeptTags& tags = kept_text.size() < KeptTags::kLongEntry ? own : kept_tags_[kept.head];
   ReportVerdict(equal, MisreadValues(group, reader_.Entry(), input_.Bytes()),
-                tags.LackedOf(kept_text, EntryTextAt(input_.Bytes(), start)), input_warnings_);
-  ReportUnread(equal,
-               tags.UnreadOf(kept_text, input_.Bytes().substr(start, input_.Position() - start)),
+                DifferingTags(EntryTextAt(input_.Bytes(), start), kept_text), input_warnings_);
+  ReportUnread(equal, UnreadOf(kept_text, input_.Bytes().substr(start, input_.Position() - start)),
                input_warnings_);
   ReportSwallowed(input_.Bytes(), {start, input_.Position()}, reader_.Entry().key, swallowed_,
                   input_warnings_);

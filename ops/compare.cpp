@@ -160,15 +160,15 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
                            .other = known.key,
                            .offset = start,
                            .verdict = "is taken for the first library's entry"};
-  const std::string_view known_text = EntryTextAt(known_bytes, known.start);
-  KeptTags tags;
+  const std::size_t known_size = EntryTextAt(known_bytes, known.start).size() + 2;  // with "\n}"
   ReportUnread(equal,
-               tags.UnreadOf(known_bytes.substr(known.start, known_text.size() + 2),  // with "\n}"
-                             bytes.substr(start, second_stream_.Position() - start)),
+               UnreadOf(known_bytes.substr(known.start, known_size),
+                        bytes.substr(start, second_stream_.Position() - start)),
                second_warnings_);
   ReportVerdict(equal, same_key ? std::vector<Misread>() : misread,
                 copies ? std::vector<std::string_view>()
-                       : tags.LackedOf(known_text, EntryTextAt(bytes, start), compared),
+                       : DifferingTags(EntryTextAt(bytes, start),
+                                       EntryTextAt(known_bytes, known.start), compared),
                 second_warnings_);
   ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, swallowed_,
                   second_warnings_);

@@ -115,63 +115,50 @@ bool AreCopies(std::string_view one, std::string_view two) {
   return AfterKey(two).starts_with(AfterKey(one.substr(0, end + kEnd.size())));
 }
 
-IdentifyingTags::IdentifyingTags(std::string_view entry) : values_(IdentifyingValues(entry)) {
-  for (std::vector<std::string>& values : values_) std::sort(values.begin(), values.end());
-}
-
-std::vector<std::string_view> IdentifyingTags::LackedOf(std::string_view other,
-                                                        bool compared) const {
-  const auto others = IdentifyingValues(other);
-  std::vector<std::string_view> lacked;
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
+                                            bool compared) {
+  const auto first = IdentifyingValues(one);
+  const auto second = IdentifyingValues(two);
+  std::vector<std::string_view> differing;
   for (std::size_t i = 0; i < (compared ? kAlwaysIdentifying : kIdentifyingTags.size()); ++i) {
-    const auto has = [&](const std::string& value) {
-      return std::binary_search(values_[i].begin(), values_[i].end(), value);
+    const auto is_kept = [&](const std::string& value) {
+      return std::find(second[i].begin(), second[i].end(), value) != second[i].end();
     };
-    const bool all = std::all_of(others[i].begin(), others[i].end(), has);
-    if (!all) lacked.push_back(kIdentifyingTags[i]);
+    const bool all = std::all_of(first[i].begin(), first[i].end(), is_kept);
+    if (!all) differing.push_back(kIdentifyingTags[i]);
   }
-  return lacked;
+  return differing;
 }
 
-HiddenTags::HiddenTags(std::string_view kept) {
-  BibStrings strings;
-  BibItem read;
-  const bool is_seen = ReadEntry(kept, strings, read);
-  const std::string_view after = is_seen ? kept.substr(read.end) : kept;
-  if (read.fault.empty() && Trim(after, "}, \t\r\n").empty()) return;
-  KeysAnyCase seen;
-  for (const BibTag& tag : read.tags) seen.Add(tag.name);
-  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(kept, 0)))) {
-    if (!is_seen || !seen.Has(tag.name)) names_.Add(tag.name);
-  }
-  why_ = read.fault.empty() ? "the entry ends before them" : read.fault;
-}
-
-UnreadTags HiddenTags::ReadIn(std::string_view dropped) const {
-  UnreadTags unread;
-  if (names_.IsEmpty()) return unread;
-  unread.why = why_;
-  BibStrings strings;
-  BibItem read;
-  if (!ReadEntry(dropped, strings, read)) return unread;
-  for (const BibTag& tag : read.tags) {
-    if (names_.Has(tag.name)) unread.tags.emplace_back(tag.name);
-  }
-  return unread;
-}
-
-std::vector<std::string_view> KeptTags::LackedOf(std::string_view kept, std::string_view other,
-                                                 bool compared) {
-  if (!identifying_) identifying_.emplace(kept);
-  return identifying_->LackedOf(other, compared);
-}
-
-UnreadTags KeptTags::UnreadOf(std::string_view kept, std::string_view dropped) {
+UnreadTags UnreadOf(std::string_view kept, std::string_view dropped) {
   const bool have_commas = LineAt(kept, 0).find(',') != std::string_view::npos &&
                            LineAt(dropped, 0).find(',') != std::string_view::npos;
   if (have_commas && AreCopies(dropped, kept)) return {};
-  if (!hidden_) hidden_.emplace(kept);
-  return hidden_->ReadIn(dropped);
+  BibStrings strings;
+  BibItem read_kept;
+  const bool is_seen = ReadEntry(kept, strings, read_kept);
+  const std::string_view after = is_seen ? kept.substr(read_kept.end) : kept;
+  if (read_kept.fault.empty() && Trim(after, "}, \t\r\n").empty()) return {};
+  const auto is_read = [&](std::string_view name) {
+    return std::any_of(read_kept.tags.begin(), read_kept.tags.end(),
+                       [name](const BibTag& tag) { return EqualNoCase(tag.name, name); });
+  };
+  UnreadTags unread;
+  std::vector<std::string_view> names;  // of tags that stand in the kept entry and are not read
+  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(kept, 0)))) {
+    if (!is_seen || !is_read(tag.name)) names.push_back(tag.name);
+  }
+  if (names.empty()) return unread;
+  unread.why = read_kept.fault.empty() ? "the entry ends before them" : read_kept.fault;
+  BibItem read_dropped;
+  if (!ReadEntry(dropped, strings, read_dropped)) return unread;
+  for (const BibTag& tag : read_dropped.tags) {
+    const bool is_lost = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+      return EqualNoCase(name, tag.name);
+    });
+    if (is_lost) unread.tags.emplace_back(tag.name);
+  }
+  return unread;
 }
 
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,

@@ -2,7 +2,6 @@
 // What is odd about how Compare and Clean doubles recognise entries.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -44,31 +43,11 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start);
 /// Each text begins with the entry's first line and may go on after its last.
 bool AreCopies(std::string_view one, std::string_view two);
 
-/// Names as BibTeX compares those of tags and the keys of parents: letter case is ignored.
-class KeysAnyCase {
- public:
-  void Add(std::string_view key) { keys_.insert(InCapitals(key)); }
-  bool IsEmpty() const { return keys_.empty(); }
-  bool Has(std::string_view key) const { return keys_.contains(InCapitals(key)); }
-
- private:
-  std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
-};
-
-/// The values of the tags title, author, year, doi, eprint, journal, volume and pages of an entry:
-/// people recognise a work by them.
-class IdentifyingTags {
- public:
-  /// The text begins with the entry's first line.
-  explicit IdentifyingTags(std::string_view entry);
-  /// The names of those of the first five that another entry has and this one lacks or has
-  /// otherwise, case, braces, blanks and punctuation aside. Unless they were `compared`, the last
-  /// three count too.
-  std::vector<std::string_view> LackedOf(std::string_view other, bool compared = true) const;
-
- private:
-  std::array<std::vector<std::string>, 8> values_;  // sorted
-};
+/// The names of those of the tags title, author, year, doi and eprint that the first entry has and
+/// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
+/// with the entry's first line. Unless they were `compared`, journal, volume and pages count too.
+std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
+                                            bool compared = true);
 
 /// The tags that BibTeX reads in a dropped entry, but not in the one that is kept.
 struct UnreadTags {
@@ -76,43 +55,25 @@ struct UnreadTags {
   std::string why;
 };
 
-/// The tags of a kept entry that BibTeX does not read.
-class HiddenTags {
- public:
-  /// The text begins with the entry's first line and may go on after the entry.
-  explicit HiddenTags(std::string_view kept);
-  /// Those that BibTeX reads in a dropped entry.
-  UnreadTags ReadIn(std::string_view dropped) const;
-
- private:
-  KeysAnyCase names_;
-  std::string why_;
-};
-
-/// Looks at a kept entry for the warnings, and remembers what it saw. Each text begins with the
-/// first line of its entry; that of the kept one must be the same in all calls.
-class KeptTags {
- public:
-  /// An entry of this size in bytes should be looked at only once: many may be equal to it.
-  static constexpr std::size_t kLongEntry = 1024;
-
-  /// `IdentifyingTags::LackedOf` for the kept entry.
-  std::vector<std::string_view> LackedOf(std::string_view kept, std::string_view other,
-                                         bool compared = true);
-  /// The tags that BibTeX reads in the dropped entry only; none for copies. Both texts may go on
-  /// after their entries.
-  UnreadTags UnreadOf(std::string_view kept, std::string_view dropped);
-
- private:
-  std::optional<IdentifyingTags> identifying_;
-  std::optional<HiddenTags> hidden_;
-};
+/// Compares a dropped entry with the kept one. Each text begins with the first line of its entry
+/// and may go on after the entry. Gives nothing for copies.
+UnreadTags UnreadOf(std::string_view kept, std::string_view dropped);
 
 /// Reports the entries that begin in the lines from `begin` to `end`, after the first of them: they
 /// were read as parts of the entry `key`, and are in no file. Lines before the offset `reported`
 /// were looked at earlier; it becomes the end of these.
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
                      std::size_t& reported, FileWarnings& warnings);
+
+/// Keys as BibTeX compares those of parents: letter case is ignored.
+class KeysAnyCase {
+ public:
+  void Add(std::string_view key) { keys_.insert(InCapitals(key)); }
+  bool Has(std::string_view key) const { return keys_.contains(InCapitals(key)); }
+
+ private:
+  std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
+};
 
 /// The key in the tag `crossref` of an entry, which begins with its first line.
 std::optional<std::string_view> ParentOf(std::string_view entry);

@@ -98,11 +98,6 @@ def conflicts_that_open_values(n):
     return "@misc{k,\n note = {first},\n}\n" + fillers + pairs
 
 
-def doubles_of_a_long_entry(n):
-    return ("@misc{k,\n" + " x = {some text},\n" * 4 * n + " note = {n},\n}\n" +
-            "".join(f"@misc{{k{i},\n note = {{n}},\n}}\n" for i in range(n)))
-
-
 def unknown_tags(n):
     return "@misc{k,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
 
@@ -132,7 +127,6 @@ SHAPES = (
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
-    (doubles_of_a_long_entry, 2000, ("clean-doubles", "clean-tags", "text")),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),

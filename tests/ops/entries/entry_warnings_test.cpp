@@ -40,10 +40,6 @@ TEST(MisreadValues, AreOfTheComparedTagsOnly) {
                    "mentions it"}));
 }
 
-std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two) {
-  return IdentifyingTags(two).LackedOf(one);
-}
-
 TEST(DifferingTags, AreThoseThatBothHave) {
   const std::string one = "@misc{a,\n title = {A {B}: c},\n year = 2001,\n doi = {1},\n}\n";
   using Names = std::vector<std::string_view>;
@@ -61,7 +57,7 @@ TEST(DifferingTags, HoldAllPiecesOfAValue) {
 
 /// The tags that BibTeX does not read of the first entry, and why.
 std::string Unread(std::string_view kept, std::string_view dropped) {
-  const UnreadTags unread = KeptTags().UnreadOf(kept, dropped);
+  const UnreadTags unread = UnreadOf(kept, dropped);
   std::string text;
   for (const std::string& tag : unread.tags) text += tag + " ";
   return unread.tags.empty() ? "" : text + "| " + unread.why;
@@ -83,24 +79,6 @@ TEST(UnreadOf, IsWhatBibTeXReadsOfTheOtherOnly) {
             "")
       << "copies";
   EXPECT_EQ(Unread("no entry, a = {b}", whole), "");
-}
-
-TEST(IdentifyingTags, AreComparedWithAnyNumberOfEntries) {
-  const IdentifyingTags tags(
-      "@misc{a,\n doi = {2},\n doi = {1},\n year = 2001,\n pages = {3}\n}\n");
-  using Names = std::vector<std::string_view>;
-  EXPECT_EQ(tags.LackedOf("@misc{b,\n doi = {1},\n year = {2001},\n}\n"), Names());
-  EXPECT_EQ(tags.LackedOf("@misc{b,\n doi = {2},\n doi = {3},\n pages = {4},\n}\n"), Names{"doi"});
-  EXPECT_EQ(tags.LackedOf("@misc{b,\n title = {T},\n pages = {4},\n}\n", false),
-            (Names{"title", "pages"}));
-}
-
-TEST(HiddenTags, AreComparedWithAnyNumberOfEntries) {
-  const HiddenTags tags("@misc{a, % mine\n Title = {T},\n note = {n},\n}\n");
-  EXPECT_EQ(tags.ReadIn("@misc{b,\n title = {T},\n year = 2001,\n}\n").tags,
-            std::vector<std::string>{"title"});
-  EXPECT_EQ(tags.ReadIn("@misc{b,\n NOTE = {n},\n}\n").tags, std::vector<std::string>{"NOTE"});
-  EXPECT_EQ(tags.ReadIn("@misc{b,\n year = 2001,\n}\n").tags, std::vector<std::string>());
 }
 
 TEST(ReportUnread, NamesTheTags) {
