@@ -11,8 +11,10 @@ namespace tarvel {
 /// Finds things of a list by their hashes: holds the number of each beside its hash, in one flat
 /// table. On 100,000 entries it saves Compare and Clean doubles a sixth of their time against
 /// `std::unordered_multimap`, whose nodes lie apart in memory. Hashes must be well mixed in their
-/// lower bits.
-class HashIndex {
+/// lower bits. `Number` holds a number, which is below its largest value, and as much of a hash:
+/// the smaller it is, the less memory the table takes.
+template <typename Number>
+class HashIndexOf {
  public:
   /// The number under this hash for which `is_same(number)` is true.
   template <typename IsSame>
@@ -27,7 +29,7 @@ class HashIndex {
     GrowIfFull();
     Slot& slot = slots_[SlotOf(hash, is_same)];
     if (slot.number == kEmpty) ++count_;
-    return NumberIn(std::exchange(slot, {hash, number}));
+    return NumberIn(std::exchange(slot, SlotFor(hash, number)));
   }
 
   /// The number under this hash for which `is_same(number)` is true. When there is none, puts
@@ -38,18 +40,21 @@ class HashIndex {
     GrowIfFull();
     Slot& slot = slots_[SlotOf(hash, is_same)];
     if (slot.number != kEmpty) return slot.number;
-    slot = {hash, number};
+    slot = SlotFor(hash, number);
     ++count_;
     return std::nullopt;
   }
 
  private:
-  static constexpr std::size_t kEmpty = static_cast<std::size_t>(-1);
+  static constexpr Number kEmpty = static_cast<Number>(-1);
   struct Slot {
-    std::size_t hash = 0;
-    std::size_t number = kEmpty;
+    Number hash = 0;
+    Number number = kEmpty;
   };
 
+  static Slot SlotFor(std::size_t hash, std::size_t number) {
+    return {static_cast<Number>(hash), static_cast<Number>(number)};
+  }
   static std::optional<std::size_t> NumberIn(const Slot& slot) {
     if (slot.number == kEmpty) return std::nullopt;
     return slot.number;
@@ -58,10 +63,11 @@ class HashIndex {
   /// The slot that holds the number asked for, or the empty one where it belongs.
   template <typename IsSame>
   std::size_t SlotOf(std::size_t hash, const IsSame& is_same) const {
+    const auto kept = static_cast<Number>(hash);
     const std::size_t last = slots_.size() - 1;
-    for (std::size_t at = hash & last;; at = (at + 1) & last) {
+    for (std::size_t at = kept & last;; at = (at + 1) & last) {
       const Slot& slot = slots_[at];
-      if (slot.number == kEmpty || (slot.hash == hash && is_same(slot.number))) return at;
+      if (slot.number == kEmpty || (slot.hash == kept && is_same(slot.number))) return at;
     }
   }
 
@@ -78,5 +84,7 @@ class HashIndex {
   std::vector<Slot> slots_ = std::vector<Slot>(16);  // a power of two of them
   std::size_t count_ = 0;
 };
+
+using HashIndex = HashIndexOf<std::size_t>;
 
 }  // namespace tarvel

@@ -3,9 +3,7 @@
 // those already written, and the log explains each that is left out or gets a new key.
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +11,8 @@
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "ops/entries/doubles_log_size.h"
+#include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/entry_warnings.h"
 #include "ops/entries/group_rules.h"
@@ -53,6 +53,13 @@ struct EntryCopy {
   bool unchanged = false;  // all but its first line stands in the input as it does here
 };
 
+/// An entry of the new library, and where it begins in the input; offsets.
+struct WrittenEntry {
+  std::size_t head = 0;
+  std::size_t end = 0;
+  std::size_t source = 0;
+};
+
 /// The files of one run and what walks them.
 class DoubleCleaner {
  public:
@@ -74,6 +81,9 @@ class DoubleCleaner {
 
  private:
   Decision Decide(const TypeRule<DoublesRule>& rule, const ComparedValues& values) const;
+  ComparedValues EarlierValues(const Decision& decision, const TypeGroup& group) const {
+    return follower_.Entries().ValuesOf(*decision.by).ComparedValuesOf(group);
+  }
   void LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last);
   void LogDouble(const DoublesRule& rule, const ComparedValues& values, const Decision& decision);
   void TakeEntry(std::size_t start);
@@ -100,12 +110,7 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
-  /// An entry of the new library.
-  struct Written {
-    std::size_t end;   // its end in the new library
-    std::size_t head;  // its first line in the input
-  };
-  std::map<std::size_t, Written> written_;       // by offset: the entries that are still whole
+  EntriesByOffset<WrittenEntry> written_;        // those that are still whole
   std::map<std::size_t, KeptEntryFacts> facts_;  // by offset: of entries that have doubles
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
@@ -152,15 +157,15 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
     return;
   }
   const TypeGroup& group = rule.rule->group;
-  const ComparedValues earlier = decision.by->ComparedValuesOf(group);
+  const ComparedValues earlier = EarlierValues(decision, group);
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
     ReportDropped(decision, group, start);
-    MapKey(reader_.Entry().key, decision.by->key);
+    MapKey(reader_.Entry().key, decision.by->Key());
     ++not_written_;
     return;
   }
-  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->key});
+  WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->Key()});
   WriteDetails(log_, group, values, earlier);
   CopyEntry(start, true);
   InsertCopy(append_renamed_ ? library_.Size() : decision.by->end);
@@ -194,9 +199,9 @@ void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEnt
 void DoubleCleaner::LogDouble(const DoublesRule& rule, const ComparedValues& values,
                               const Decision& decision) {
   const std::string& key = reader_.Entry().key;
-  const std::string_view earlier = decision.by->key;
+  const std::string_view earlier = decision.by->Key();
   WriteFormat(log_, decision.same_key ? kDoublesExactHeadline : rule.probable, {key, earlier});
-  WriteDetails(log_, rule.group, values, decision.by->ComparedValuesOf(rule.group));
+  WriteDetails(log_, rule.group, values, EarlierValues(decision, rule.group));
   if (decision.same_key || rule.closing_keys == ClosingKeys::kNone) {
     log_.Write(kDoublesExactClosing);
   } else if (rule.closing_keys == ClosingKeys::kLaterThenEarlier) {
@@ -252,7 +257,7 @@ void DoubleCleaner::AppendCopy() {
   } else {
     follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
   }
-  written_.emplace_hint(written_.end(), begin, Written{begin + copy_.text.size(), head_});
+  written_.Add({begin, begin + copy_.text.size(), head_});
 }
 
 /// Writes the copy after an entry. Where others follow, it replaces them byte by byte.
@@ -261,7 +266,7 @@ void DoubleCleaner::InsertCopy(std::size_t position) {
   ReportOverwritten(position, position + text.size());
   ForgetFacts(position, position + text.size());
   follower_.Write(position, text);
-  written_.emplace(position, Written{position + copy_.text.size(), head_});
+  written_.Add({position, position + copy_.text.size(), head_});
 }
 
 /// Forgets what is known of entries of which bytes from `begin` to `end` will be replaced.
@@ -277,7 +282,7 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
   if (!input_warnings_.Wanted()) return;
   const KeptEntry& kept = *decision.by;
   const EqualEntries equal{.key = reader_.Entry().key,
-                           .other = kept.key,
+                           .other = kept.Key(),
                            .offset = start,
                            .verdict = "was dropped as a double of"};
   const std::string_view bytes = input_.Bytes();
@@ -337,19 +342,20 @@ void DoubleCleaner::ReportOverwritten(std::size_t begin, std::size_t end) {
   const auto key_of = [](std::string_view text) {
     return std::string(CopyUntilChar(text.substr(0, limits::kPairLine - 1), '{', ','));
   };
-  auto entry = written_.lower_bound(begin);
-  if (entry != written_.begin() && std::prev(entry)->second.end > begin) --entry;
-  while (entry != written_.end() && entry->first < end) {
-    const std::string kept =
-        key_of(library_.Bytes().substr(entry->first, entry->second.end - entry->first));
+  std::vector<WrittenEntry> replaced;
+  written_.Remove(written_.HeadOfEntryAt(begin), end,
+                  [&](const WrittenEntry& entry) { replaced.push_back(entry); });
+  std::sort(replaced.begin(), replaced.end(),
+            [](const auto& one, const auto& other) { return one.head < other.head; });
+  for (const WrittenEntry& entry : replaced) {
+    const std::string kept = key_of(library_.Bytes().substr(entry.head, entry.end - entry.head));
     std::string what =
         "the new entry '" + key_of(copy_.text) + "' was written over the kept entry '" + kept + "'";
     if (kept.empty()) {
       // No key says which one it is.
-      what += " of line " + std::to_string(input_warnings_.LineOf(entry->second.head));
+      what += " of line " + std::to_string(input_warnings_.LineOf(entry.source));
     }
     input_warnings_.Report(WarningKind::kOverwritten, head_, kept, what);
-    entry = written_.erase(entry);
   }
 }
 
@@ -373,6 +379,28 @@ void DoubleCleaner::ReportOrphans() {
 
 void DoubleCleaner::MapKey(std::string_view old_key, std::string_view new_key) {
   if (warnings_ && old_key != new_key) warnings_->MapKey(old_key, new_key);
+}
+
+/// Reports what is odd about the library, and when the log may become large.
+void ReportLibrary(const RunContext& run, const std::string& log, std::string_view library,
+                   FileWarnings& warnings) {
+  std::uint64_t keyless = 0;
+  DoublesLogSize size;
+  ScanLibrary(library,
+              {.line_limit = limits::kPairLine,
+               .read_tags = kDoublesTagNames,
+               .needs_closing_line = true,
+               .one_value_a_line = true,
+               .on_entry =
+                   [&](const EntryHead& head) {
+                     keyless += head.key.empty() ? 1U : 0U;
+                     size.Take(head);
+                   }},
+              warnings);
+  WarnOfLargeOutput(run, log, keyless * keyless / 2 * kEmptyKeys.size(),
+                    std::to_string(keyless) + " entries without a key");
+  WarnOfLargeOutput(run, log, size.Bytes(library.size()),
+                    "each entry is compared with all that have its key");
 }
 
 void WriteSummary(OutputFile& log, int not_written, const std::string& input,
@@ -399,16 +427,7 @@ int RunCleanDoubles(const RunContext& run) {
   GrowingLibrary library(header,
                          header.size() + input->Bytes().size() + input->Bytes().size() / kSpare);
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  std::uint64_t keyless = 0;
-  ScanLibrary(input->Bytes(),
-              {.line_limit = limits::kPairLine,
-               .read_tags = kDoublesTagNames,
-               .needs_closing_line = true,
-               .one_value_a_line = true,
-               .on_entry = [&](const EntryHead& head) { keyless += head.key.empty() ? 1U : 0U; }},
-              warnings);
-  WarnOfLargeOutput(run, log->Path(), keyless * keyless / 2 * kEmptyKeys.size(),
-                    std::to_string(keyless) + " entries without a key");
+  ReportLibrary(run, log->Path(), input->Bytes(), warnings);
   DoubleCleaner cleaner(*input, library, *log, run.warnings, warnings,
                         run.settings.AppendRenamed != 0);
   const bool reached_end = cleaner.Walk();

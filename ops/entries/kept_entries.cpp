@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace tarvel {
@@ -18,40 +19,31 @@ bool ComparesTags(const DoublesRule* rule) { return rule && !rule->group.compare
 
 }  // namespace
 
-KeptEntry::KeptEntry(const EntryRecord& record, std::size_t head_place, std::size_t end_place,
-                     TextStore& store)
-    : head(head_place),
-      end(end_place),
-      key(store.Keep(record.key)),
-      rule(DoublesRuleFor(record.type)) {
-  std::array<std::string_view, kFieldCount> texts;
-  bounds_[0] = 0;
+KeptValues::KeptValues(const EntryRecord& record) : type_(DoublesRuleFor(record.type).type) {
   for (std::size_t i = 0; i < kFieldCount; ++i) {
-    texts[i] = record.fields[i].Text();
-    bounds_[i + 1] = bounds_[i] + texts[i].size();
-  }
-  values_ = store.Keep(texts);
-  for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
-    const TypeGroup& group = kDoublesRules[i].group;
-    if (!group.compared.empty() && ComparedValuesOf(group).Complete()) complete_ |= 1U << i;
-  }
-  if (rule.rule && IsComplete(*rule.rule)) {
-    content_hash = ContentHash(rule.type, ComparedValuesOf(rule.rule->group));
+    text_ += record.fields[i].Text();
+    bounds_[i + 1] = text_.size();
   }
 }
 
-ComparedValues KeptEntry::ComparedValuesOf(const TypeGroup& group) const {
+ComparedValues KeptValues::ComparedValuesOf(const TypeGroup& group) const {
   ComparedValues compared;
   for (const Field field : group.compared) {
     const auto index = static_cast<std::size_t>(field);
     const std::size_t begin = bounds_[index];
-    compared.values[compared.count++] = values_.substr(begin, bounds_[index + 1] - begin);
+    compared.values[compared.count++] =
+        std::string_view(text_).substr(begin, bounds_[index + 1] - begin);
   }
   return compared;
 }
 
-bool KeptEntry::IsComplete(const DoublesRule& by_rule) const {
-  return (complete_ >> IndexOf(by_rule) & 1U) != 0;
+std::string_view KeptEntry::Key() const { return same_key->id; }
+
+bool KeptEntry::IsComplete(const DoublesRule& rule) const {
+  const std::span<const Field> compared = rule.group.compared;
+  return !compared.empty() && std::all_of(compared.begin(), compared.end(), [this](Field field) {
+    return (present >> static_cast<unsigned>(field) & 1U) != 0;
+  });
 }
 
 void EntryList::Add(const KeptEntry& entry) {
@@ -91,20 +83,30 @@ const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& t
 }
 
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
-  const auto added =
-      entries_.emplace_hint(entries_.end(), head, KeptEntry(record, head, end, texts_));
-  AddToIndexes(added->second);
+  KeptEntry entry{head, end};
+  for (std::size_t i = 0; i < kFieldCount; ++i) {
+    if (!record.fields[i].Text().empty()) entry.present |= static_cast<std::uint16_t>(1U << i);
+  }
+  entry.same_key = &by_key_.FindOrAdd(record.key);
+  const TypeRule<DoublesRule> rule = DoublesRuleFor(record.type);
+  if (rule.rule && entry.IsComplete(*rule.rule)) {
+    const ComparedValues values = ComparedValuesOf(rule.rule->group, record);
+    entry.same_content = &by_content_.FindOrAdd(ContentHash(rule.type, values));
+  }
+  AddToIndexes(entries_.Add(std::move(entry)));
 }
 
 void KeptEntries::Remove(std::size_t begin, std::size_t end) {
-  const auto first = entries_.lower_bound(begin);
-  auto next = first;
-  for (; next != entries_.end() && next->first < end; ++next) RemoveFromIndexes(next->second);
-  entries_.erase(first, next);
+  entries_.Remove(begin, end, RemoveFromIndexes);
+}
+
+const KeptValues& KeptEntries::ValuesOf(const KeptEntry& entry) const {
+  if (!entry.values) entry.values = std::make_unique<const KeptValues>(read_(entry));
+  return *entry.values;
 }
 
 void KeptEntries::AddToIndexes(const KeptEntry& entry) {
-  SameKey& same = by_key_.FindOrAdd(entry.key);
+  SameKey& same = *entry.same_key;
   const auto add_complete = [&same](const KeptEntry& added) {
     for (std::size_t i = 0; i < kDoublesRules.size(); ++i) {
       if (added.IsComplete(kDoublesRules[i])) (*same.complete)[i].Add(added);
@@ -116,20 +118,17 @@ void KeptEntries::AddToIndexes(const KeptEntry& entry) {
   }
   same.all.Add(entry);
   if (same.complete) add_complete(entry);
-
-  if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  by_content_.FindOrAdd(entry.content_hash).all.Add(entry);
+  if (entry.same_content) entry.same_content->all.Add(entry);
 }
 
 void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
-  SameKey& same = by_key_.FindOrAdd(entry.key);
+  SameKey& same = *entry.same_key;
   same.all.Remove(entry);
   if (same.all.IsEmpty()) same.complete.reset();
   for (std::size_t i = 0; same.complete && i < kDoublesRules.size(); ++i) {
     if (entry.IsComplete(kDoublesRules[i])) (*same.complete)[i].Remove(entry);
   }
-  if (!entry.rule.rule || !entry.IsComplete(*entry.rule.rule)) return;
-  by_content_.FindOrAdd(entry.content_hash).all.Remove(entry);
+  if (entry.same_content) entry.same_content->all.Remove(entry);
 }
 
 const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesRule& rule) const {
@@ -146,7 +145,8 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   if (!found) return nullptr;
   return Visible(found->all.First([&](const KeptEntry& entry) {
-    return entry.rule.type == rule.type && entry.ComparedValuesOf(rule.rule->group) == values;
+    const KeptValues& kept = ValuesOf(entry);
+    return kept.Type() == rule.type && kept.ComparedValuesOf(rule.rule->group) == values;
   }));
 }
 

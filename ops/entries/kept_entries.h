@@ -6,40 +6,54 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "core/hash_index.h"
 #include "core/keyed_hash.h"
+#include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
 
 namespace tarvel {
 
-/// An entry as it stands in the new library.
-struct KeptEntry {
-  /// Keeps what `record` holds in `store`, which must outlive the entry. `head` and `end` are the
-  /// offsets of the entry's first line and of the line after its last.
-  KeptEntry(const EntryRecord& record, std::size_t head, std::size_t end, TextStore& store);
+/// The values of an entry.
+class KeptValues {
+ public:
+  explicit KeptValues(const EntryRecord& record);
 
+  /// The type word as its rule holds it; empty for a type of no rule.
+  std::string_view Type() const { return type_; }
+  /// The compared values, views into this.
   ComparedValues ComparedValuesOf(const TypeGroup& group) const;
-  /// Whether all the compared tags of `rule` are present.
-  bool IsComplete(const DoublesRule& rule) const;
-
-  std::size_t head;
-  std::size_t end;
-  std::string_view key;
-  TypeRule<DoublesRule> rule;
-  std::size_t content_hash = 0;  // of the type and its compared values, if they are complete
 
  private:
-  // All values in one text, as most entries have few and there are many entries.
-  std::string_view values_;
-  std::array<std::size_t, kFieldCount + 1> bounds_;
-  std::uint32_t complete_ = 0;  // bit i: complete for kDoublesRules[i]
+  std::string_view type_;
+  std::string text_;  // all of them
+  std::array<std::size_t, kFieldCount + 1> bounds_{};
+};
+
+struct SameKey;
+struct SameContent;
+
+/// An entry as it stands in the new library. There are as many as the library has entries: only of
+/// those that others were compared with the values are in memory.
+struct KeptEntry {
+  std::size_t head = 0;       // the offset of its first line
+  std::size_t end = 0;        // the offset of the line after its last
+  std::uint16_t present = 0;  // bit i: the tag of field i is present
+  SameKey* same_key = nullptr;
+  SameContent* same_content = nullptr;  // null if one of its compared tags is missing
+  mutable std::unique_ptr<const KeptValues> values = {};
+
+  /// The key; lives as long as the `KeptEntries`.
+  std::string_view Key() const;
+  /// Whether all the compared tags of `rule` are present.
+  bool IsComplete(const DoublesRule& rule) const;
 };
 
 /// Entries that share something, in the order of the file. Nearly always it is just one.
@@ -71,8 +85,20 @@ class EntryList {
   std::unique_ptr<Ordered> several_;  // two or more; `only_` is then null
 };
 
+struct SameKey {
+  std::string_view id;
+  EntryList all = {};
+  // For each rule the entries that are complete for it. Made with the second entry.
+  std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete = {};
+};
+
+struct SameContent {
+  std::size_t id;  // the hash of the type and its compared values
+  EntryList all = {};
+};
+
 /// Groups of entries, each found by its `id`, which all its entries share. A group stays once it is
-/// there, and so does its place in memory.
+/// there, and so does its place in memory. Takes at most 2^32 - 1 groups.
 template <typename Group>
 class GroupTable {
  public:
@@ -83,10 +109,10 @@ class GroupTable {
     const auto number = index_.Find(HashOf(id), IsGroupOf(id));
     return number ? &groups_[*number] : nullptr;
   }
-  /// The group, which is added if there is none.
+  /// The group, which is added if there is none, with a copy of its id.
   Group& FindOrAdd(const Id& id) {
     const auto number = index_.FindOrPut(HashOf(id), groups_.size(), IsGroupOf(id));
-    return number ? groups_[*number] : groups_.emplace_back(Group{id});
+    return number ? groups_[*number] : groups_.emplace_back(Group{Keep(id)});
   }
 
  private:
@@ -96,18 +122,31 @@ class GroupTable {
     else
       return KeyedHash(id);
   }
+  Id Keep(const Id& id) {
+    if constexpr (std::is_integral_v<Id>)
+      return id;
+    else
+      return texts_.Keep(id);
+  }
   auto IsGroupOf(const Id& id) const {
     return [this, &id](std::size_t number) { return groups_[number].id == id; };
   }
 
+  TextStore texts_;
   std::deque<Group> groups_;
-  HashIndex index_;
+  HashIndexOf<std::uint32_t> index_;
 };
 
 /// The entries of the new library, found by their keys and by their compared tags. Each search
 /// gives the first of the file that fits, without looking at those that do not.
 class KeptEntries {
  public:
+  /// Reads an entry of the library again.
+  using ReadEntry = std::function<EntryRecord(const KeptEntry& entry)>;
+
+  /// `read` must give of an entry the record that `Add` was given.
+  explicit KeptEntries(ReadEntry read) : read_(std::move(read)) {}
+
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
@@ -125,29 +164,20 @@ class KeptEntries {
   const KeptEntry* FirstWithKey(std::string_view key) const;
   /// The number of entries with this key whose heads stand before `offset`.
   std::size_t CountWithKey(std::string_view key, std::size_t offset) const;
+  /// The values of an entry, which is read again when it is asked for the first time. They live as
+  /// long as the entry.
+  const KeptValues& ValuesOf(const KeptEntry& entry) const;
 
  private:
-  struct SameKey {
-    std::string_view id;
-    EntryList all = {};
-    // For each rule the entries that are complete for it. Made with the second entry.
-    std::unique_ptr<std::array<EntryList, kDoublesRules.size()>> complete = {};
-  };
-  struct SameContent {
-    std::size_t id;  // `content_hash`
-    EntryList all = {};
-  };
-
   const KeptEntry* Visible(const KeptEntry* entry) const {
     return entry && entry->head < hidden_from_ ? entry : nullptr;
   }
-  void AddToIndexes(const KeptEntry& entry);
-  void RemoveFromIndexes(const KeptEntry& entry);
+  static void AddToIndexes(const KeptEntry& entry);
+  static void RemoveFromIndexes(const KeptEntry& entry);
 
-  // Texts and groups stay until the end, also those of entries that were removed: few are, and this
-  // way the keys of groups do not depend on which entries are left.
-  TextStore texts_;
-  std::map<std::size_t, KeptEntry> entries_;  // by head; the groups point into it
+  ReadEntry read_;
+  EntriesByOffset<KeptEntry> entries_;  // the groups point into it
+  // Groups stay until the end, also those of entries that were removed: few are.
   GroupTable<SameKey> by_key_;
   GroupTable<SameContent> by_content_;
   std::size_t hidden_from_ = static_cast<std::size_t>(-1);

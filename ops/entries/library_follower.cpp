@@ -12,8 +12,28 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+constexpr std::size_t kBlockSize = 128;
 
 }  // namespace
+
+void LastOffsets::Add(std::size_t offset) {
+  const std::size_t number = offset / kBlockSize;
+  if (number >= blocks_.size()) blocks_.resize(number + 1);
+  blocks_[number] = std::max(blocks_[number], static_cast<std::uint8_t>(offset % kBlockSize + 1));
+}
+
+bool LastOffsets::Has(std::size_t offset) const {
+  const std::size_t number = offset / kBlockSize;
+  return number < blocks_.size() && blocks_[number] == offset % kBlockSize + 1;
+}
+
+void LastOffsets::Remove(std::size_t begin, std::size_t end) {
+  const std::size_t last = std::min((end + kBlockSize - 1) / kBlockSize, blocks_.size());
+  for (std::size_t number = begin / kBlockSize; number < last; ++number) {
+    const std::size_t after = number * kBlockSize + blocks_[number];
+    if (after > begin && after <= end) blocks_[number] = 0;
+  }
+}
 
 LibraryFollower::LibraryFollower(GrowingLibrary& library)
     : library_(library), tags_(kDoublesTagNames) {
@@ -35,7 +55,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
   const std::size_t head = library_.Size();
   library_.Write(head, text);
   if (current_.phase == Phase::kBetweenEntries && current_.next == head) {
-    MarkOffset(head);
+    between_entries_.Add(head);
     current_.next = library_.Size();
     entries_.Add(record, head, current_.next);
   }
@@ -48,7 +68,7 @@ void LibraryFollower::ReadAppended() {
   do {
     if (current_.phase == Phase::kBetweenEntries) {
       ForgetHidden();
-      MarkOffset(current_.next);
+      between_entries_.Add(current_.next);
     }
   } while (ReadOn(current_));
 }
@@ -62,12 +82,12 @@ void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
   do {
     if (anew.phase != Phase::kBetweenEntries) continue;
     const std::size_t offset = anew.next;
-    if (offset >= end && IsMarked(offset)) {
+    if (offset >= end && between_entries_.Has(offset)) {
       ForgetOld(forgotten, offset);
       return ReturnTo(offset);
     }
     ForgetOld(forgotten, offset + 1);
-    MarkOffset(offset);
+    between_entries_.Add(offset);
     forgotten = offset + 1;
   } while (ReadOn(anew));
   const bool is_open = anew.phase != Phase::kBetweenEntries;
@@ -114,13 +134,7 @@ void LibraryFollower::ForgetHidden() {
 
 void LibraryFollower::ForgetOld(std::size_t begin, std::size_t end) {
   entries_.Remove(begin, end);
-  const std::size_t last = std::min(end, between_entries_.size());
-  for (std::size_t offset = begin; offset < last; ++offset) between_entries_[offset] = false;
-}
-
-void LibraryFollower::MarkOffset(std::size_t offset) {
-  if (offset >= between_entries_.size()) between_entries_.resize(offset + 1);
-  between_entries_[offset] = true;
+  between_entries_.Remove(begin, end);
 }
 
 /// Passes lines of an open value; their text is read only if the value closes.
@@ -135,17 +149,34 @@ bool LibraryFollower::PassLines(Reading& reading) {
   return true;
 }
 
-/// Goes back to the entry's first line, to take the text of all lines.
-void LibraryFollower::ReadEntryAgain(Reading& reading) {
-  const std::size_t head = reading.head;
+/// Goes back to an entry's first line, to take the text of all lines.
+void LibraryFollower::ReadEntryAgain(Reading& reading, std::size_t head) {
   reading = Reading();
   reading.next = head;
   reading.reads_all = true;
 }
 
-/// Reads one line further; false when the library has no more.
+/// What reading the entry gave when it was added: its bytes are still the same.
+EntryRecord LibraryFollower::RecordOf(const KeptEntry& entry) const {
+  Reading reading;
+  ReadEntryAgain(reading, entry.head);
+  while (reading.next < entry.end && ReadLine(reading)) {
+  }
+  return std::move(reading.record);
+}
+
+/// Reads further, one line or several; false when the library has no more.
 bool LibraryFollower::ReadOn(Reading& reading) {
   if (PassLines(reading)) return true;
+  const bool was_inside = reading.phase != Phase::kBetweenEntries;
+  if (!ReadLine(reading)) return false;
+  const bool ends = was_inside && reading.phase == Phase::kBetweenEntries;
+  if (ends) entries_.Add(reading.record, reading.head, reading.next);
+  return true;
+}
+
+/// Reads one line further; false when the library has no more.
+bool LibraryFollower::ReadLine(Reading& reading) const {
   const bool in_value = reading.phase == Phase::kInValue;
   const auto text = library_.ReadLine(reading.next, in_value ? reading.limit : limits::kPairLine);
   if (!text) return false;
@@ -169,7 +200,6 @@ bool LibraryFollower::ReadOn(Reading& reading) {
         if (text->front() != '}') return true;
         reading.phase = Phase::kBetweenEntries;
         reading.reads_all = false;
-        entries_.Add(reading.record, reading.head, reading.next);
         return true;
       }
       reading.field = kDoublesTags[static_cast<std::size_t>(tag)].field;
@@ -203,8 +233,8 @@ bool LibraryFollower::ReadOn(Reading& reading) {
     return true;
   }
   if (reading.lacks_text) {
-    ReadEntryAgain(reading);
-    return ReadOn(reading);  // its first line
+    ReadEntryAgain(reading, reading.head);
+    return ReadLine(reading);  // its first line
   }
   if (reading.field == Field::kPages) value.Truncate(FirstPage(value.Text()).size());
   reading.phase = Phase::kInEntry;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,18 @@
 #include "ops/entries/open_values.h"
 
 namespace tarvel {
+
+/// Offsets in a file: of each block of 128 bytes the last that was added.
+class LastOffsets {
+ public:
+  void Add(std::size_t offset);
+  bool Has(std::size_t offset) const;
+  /// Removes those from `begin` on, but before `end`.
+  void Remove(std::size_t begin, std::size_t end);
+
+ private:
+  std::vector<std::uint8_t> blocks_;  // the offset in the block plus 1; 0 for none
+};
 
 /// Knows the entries of the new library as reading it from its beginning would find them, after
 /// each write, without reading it from its beginning.
@@ -63,8 +76,10 @@ class LibraryFollower {
   };
 
   bool PassLines(Reading& reading);
-  static void ReadEntryAgain(Reading& reading);
+  static void ReadEntryAgain(Reading& reading, std::size_t head);
+  bool ReadLine(Reading& reading) const;
   bool ReadOn(Reading& reading);
+  EntryRecord RecordOf(const KeptEntry& entry) const;
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
   void ReturnTo(std::size_t offset);
@@ -72,19 +87,14 @@ class LibraryFollower {
   Reading TakeReadingAt(std::size_t offset);
   void ForgetHidden();
   void ForgetOld(std::size_t begin, std::size_t end);
-  void MarkOffset(std::size_t offset);
-  bool IsMarked(std::size_t offset) const {
-    return offset < between_entries_.size() && between_entries_[offset];
-  }
 
   GrowingLibrary& library_;
   NameMatcher tags_;
-  KeptEntries entries_;
+  KeptEntries entries_{[this](const KeptEntry& entry) { return RecordOf(entry); }};
   OpenValues open_values_;
   Reading current_;
-  std::vector<Hidden> hidden_;  // the one that begins first is the last
-  // One bit a byte: whether an entry was searched for from there. A bit costs less than a list.
-  std::vector<bool> between_entries_;
+  std::vector<Hidden> hidden_;   // the one that begins first is the last
+  LastOffsets between_entries_;  // where an entry was searched for
 };
 
 }  // namespace tarvel

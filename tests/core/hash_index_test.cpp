@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <random>
@@ -80,13 +81,21 @@ TEST(HashIndex, SlotsRunOnFromTheLastToTheFirst) {
     EXPECT_EQ(index.Find(last, Is(number)), number);
 }
 
-TEST(HashIndex, DoesWhatAMapDoes) {
+TEST(HashIndex, KeepsOfAHashWhatFitsInANumber) {
+  HashIndexOf<std::uint32_t> index;
+  index.Put(std::size_t{1} << 50, 5, kAny);
+  EXPECT_EQ(index.Find(0, kAny), 5U);
+  EXPECT_EQ(index.Find(std::size_t{1} << 31, kAny), std::nullopt);
+}
+
+template <typename Index>
+void ExpectToDoWhatAMapDoes() {
   constexpr std::size_t kKeys = 500;
   for (const bool well_mixed : {true, false}) {
     std::mt19937_64 random(1);
     std::vector<std::size_t> hashes(kKeys);
     for (std::size_t& hash : hashes) hash = well_mixed ? random() : random() % 5;
-    HashIndex index;
+    Index index;
     std::map<std::size_t, std::size_t> plain;  // key to number
     std::vector<std::size_t> keys;             // number to key
     for (int step = 0; step < 2000; ++step) {
@@ -102,6 +111,11 @@ TEST(HashIndex, DoesWhatAMapDoes) {
       plain[key] = keys.size() - 1;
     }
   }
+}
+
+TEST(HashIndex, DoesWhatAMapDoes) { ExpectToDoWhatAMapDoes<HashIndex>(); }
+TEST(HashIndex, DoesWhatAMapDoesInLessMemory) {
+  ExpectToDoWhatAMapDoes<HashIndexOf<std::uint32_t>>();
 }
 
 }  // namespace

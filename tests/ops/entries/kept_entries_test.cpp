@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -44,57 +45,108 @@ EntryRecord Book(std::string_view key, std::string_view title) {
 
 constexpr std::size_t kAll = static_cast<std::size_t>(-1);
 
+/// Entries whose records stay, as in a library, and how often one was read again.
+struct Kept {
+  std::map<std::size_t, EntryRecord> records;  // by head
+  int read = 0;
+  KeptEntries entries{[this](const KeptEntry& entry) {
+    ++read;
+    return records.at(entry.head);
+  }};
+
+  void Add(const EntryRecord& record, std::size_t head) {
+    records[head] = record;
+    entries.Add(record, head, head + 50);
+  }
+};
+
 TEST(KeptEntries, FindTheFirstThatIsLeft) {
-  KeptEntries entries;
+  Kept kept;
+  const KeptEntries& entries = kept.entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");
   const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
-  for (const std::size_t head : {100U, 200U, 300U}) entries.Add(book, head, head + 50);
-  entries.Add(Book("l", "U"), 400, 450);
+  for (const std::size_t head : {100U, 200U, 300U}) kept.Add(book, head);
+  kept.Add(Book("l", "U"), 400);
 
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 100U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
-  entries.Remove(0, 200);
+  kept.entries.Remove(0, 200);
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 200U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 200U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
-  entries.Remove(200, 301);
+  kept.entries.Remove(200, 301);
   EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
   EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
   EXPECT_EQ(entries.FirstWithKey("l")->head, 400U);
 
-  entries.Add(book, 210, 260);
+  kept.Add(book, 210);
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 210U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 210U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
 }
 
 TEST(KeptEntries, HideThoseFromAnOffsetOn) {
-  KeptEntries entries;
+  Kept kept;
+  const KeptEntries& entries = kept.entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");
   const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
-  for (const std::size_t head : {100U, 200U}) entries.Add(book, head, head + 50);
-  entries.HideFrom(200);
+  for (const std::size_t head : {100U, 200U}) kept.Add(book, head);
+  kept.entries.HideFrom(200);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
-  entries.HideFrom(100);
+  kept.entries.HideFrom(100);
   EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
   EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 0U);
-  entries.HideFrom(kAll);
+  kept.entries.HideFrom(kAll);
   EXPECT_EQ(entries.FirstEqual(DoublesRuleFor("COMMENT"), values), nullptr) << "of no group";
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
 }
 
+TEST(KeptEntries, ReadAnEntryAgainOnlyOnce) {
+  Kept kept;
+  const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
+  const EntryRecord book = Book("k", "T");
+  const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
+  kept.Add(book, 100);
+  kept.Add(Book("l", "U"), 200);
+  EXPECT_EQ(kept.entries.FirstWithKey("k")->Key(), "k");
+  EXPECT_EQ(kept.entries.FirstComplete("k", *rule.rule)->head, 100U);
+  EXPECT_EQ(kept.read, 0) << "no values were asked for";
+  for (int i = 0; i < 2; ++i) {
+    const KeptEntry* const equal = kept.entries.FirstEqual(rule, values);
+    ASSERT_NE(equal, nullptr);
+    EXPECT_EQ(kept.entries.ValuesOf(*equal).Type(), "BOOK");
+    EXPECT_EQ(kept.entries.ValuesOf(*equal).ComparedValuesOf(rule.rule->group), values);
+    EXPECT_EQ(kept.read, 1);
+  }
+}
+
+TEST(KeptEntries, AreCompleteForARuleWithAllItsTags) {
+  Kept kept;
+  EntryRecord book = Book("k", "T");
+  book[Field::kYear].SetView("");
+  kept.Add(book, 100);
+  book[Field::kNote].SetView("N");
+  kept.Add(book, 200);
+  const auto first = [&](std::string_view type) {
+    const KeptEntry* const entry = kept.entries.FirstComplete("k", *DoublesRuleFor(type).rule);
+    return entry ? entry->head : kAll;
+  };
+  EXPECT_EQ(first("BOOK"), kAll) << "no year";
+  EXPECT_EQ(first("MISC"), 200U) << "which compares notes";
+  EXPECT_EQ(first("OTHER"), kAll) << "which compares nothing";
+}
+
 TEST(EntryList, HoldsOneOrSeveral) {
-  TextStore texts;
-  const KeptEntry one(Book("k", "T"), 10, 20, texts);
-  const KeptEntry two(Book("k", "U"), 20, 30, texts);
-  const KeptEntry three(Book("k", "V"), 30, 40, texts);
+  const KeptEntry one{10, 20};
+  const KeptEntry two{20, 30};
+  const KeptEntry three{30, 40};
   const auto any = [](const KeptEntry&) { return true; };
   const auto none = [](const KeptEntry&) { return false; };
   const auto later = [](const KeptEntry& entry) { return entry.head > 10; };

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <iterator>
+#include <map>
+#include <utility>
+
+namespace tarvel {
+
+/// Entries of a file, found by where they stand in it. An `Entry` has two offsets, `head` and
+/// `end`, which differ, and stays at its place in memory.
+///
+/// Nearly all entries of a library that grows are added in the order of the file. Those are in a
+/// list, which takes a third of the memory of a map. Where one was removed an empty one is left.
+template <typename Entry>
+class EntriesByOffset {
+ public:
+  /// Adds an entry; there is none yet with the same head.
+  Entry& Add(Entry entry) {
+    const std::size_t head = entry.head;
+    const bool is_last = in_order_.empty() || in_order_.back().head < head;
+    return is_last ? in_order_.emplace_back(std::move(entry))
+                   : others_.emplace(head, std::move(entry)).first->second;
+  }
+
+  /// Removes the entries whose heads stand at `begin` or after, but before `end`; calls `removed`
+  /// with each before.
+  template <typename Removed>
+  void Remove(std::size_t begin, std::size_t end, const Removed& removed) {
+    for (auto at = FirstIn(in_order_, begin); at != in_order_.end() && at->head < end; ++at) {
+      if (at->end == at->head) continue;
+      removed(*at);
+      *at = Entry{at->head, at->head};
+    }
+    const auto first = others_.lower_bound(begin);
+    auto next = first;
+    for (; next != others_.end() && next->first < end; ++next) removed(next->second);
+    others_.erase(first, next);
+  }
+
+  /// The head of the entry that begins before `offset` and ends after it; `offset` if there is
+  /// none. No two entries may share a byte.
+  std::size_t HeadOfEntryAt(std::size_t offset) const {
+    const auto listed = FirstIn(in_order_, offset);
+    if (listed != in_order_.begin() && std::prev(listed)->end > offset) {
+      return std::prev(listed)->head;
+    }
+    const auto other = others_.lower_bound(offset);
+    const bool holds = other != others_.begin() && std::prev(other)->second.end > offset;
+    return holds ? std::prev(other)->first : offset;
+  }
+
+ private:
+  template <typename List>
+  static auto FirstIn(List& list, std::size_t offset) {
+    return std::lower_bound(
+        list.begin(), list.end(), offset,
+        [](const Entry& entry, std::size_t wanted) { return entry.head < wanted; });
+  }
+
+  std::deque<Entry> in_order_;
+  std::map<std::size_t, Entry> others_;  // by head
+};
+
+}  // namespace tarvel
