@@ -57,30 +57,39 @@ class MemorySource final : public ByteSource {
   std::string_view bytes_;
 };
 
-/// Files that are only read. The copy that the check of line breaks makes is kept in memory; what
-/// operations write goes nowhere.
+/// The library's path for the operations: they make the names of their outputs from it, and its own
+/// may have no extension.
+constexpr std::string_view kLibrary = "library.bib";
+
+/// Files that are only read; `library` is found at `kLibrary`. The copy that the check of line
+/// breaks makes is kept in memory; what operations write goes nowhere.
 class ReadOnlyFiles final : public FileSystem {
  public:
-  explicit ReadOnlyFiles(FileSystem& files) : files_(files) {}
+  ReadOnlyFiles(FileSystem& files, const std::string& library) : files_(files), library_(library) {}
   void DropNewFiles() { keeps_ = false; }
 
   std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode /*mode*/) override {
     const auto kept = kept_.find(path);
     if (kept != kept_.end()) return std::make_unique<MemorySource>(kept->second);
-    return files_.OpenSource(path, ReadMode::kRead);
+    return files_.OpenSource(PathOf(path), ReadMode::kRead);
   }
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode /*mode*/) override {
     return std::make_unique<MemorySink>(keeps_ ? &kept_[path] : nullptr);
   }
   std::optional<FileState> StateAt(const std::string& path) override {
-    return files_.StateAt(path);
+    return files_.StateAt(PathOf(path));
   }
   bool IsSameFile(const std::string& /*one*/, const std::string& /*other*/) override {
     return false;  // no file is ever written over
   }
 
  private:
+  const std::string& PathOf(const std::string& path) const {
+    return path == kLibrary ? library_ : path;
+  }
+
   FileSystem& files_;
+  const std::string& library_;
   std::map<std::string, std::string> kept_;
   bool keeps_ = true;
 };
@@ -169,9 +178,9 @@ void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Fin
 
 /// Checks one file; returns the exit status for it.
 int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
-  ReadOnlyFiles files(GlobalFiles());
+  ReadOnlyFiles files(GlobalFiles(), path);
   PathBuffer picked("library");
-  picked.Set(path);
+  picked.Set(kLibrary);
   ConvertLineEndings(picked, files);
   files.DropNewFiles();
   const std::string& library = picked.Get();

@@ -78,9 +78,9 @@ std::string ExitStatus(const VerbRow* verb) {
   if (verb && verb->verb == Verb::kCheck) {
     return "Exit status: 0 nothing found, 1 something found, 2 a file could not be read.\n";
   }
-  const bool strict = !verb || verb->verb != Verb::kRekey;
-  return std::string("Exit status: 0 success, 1 failure, 2 wrong command line") +
-         (strict ? ", 3 losses (--strict).\n" : ".\n");
+  const std::string status = "Exit status: 0 success, 1 failure, 2 wrong command line";
+  if (verb && verb->verb == Verb::kRekey) return status + " or unreadable file.\n";
+  return status + ", 3 losses (--strict).\n";
 }
 
 }  // namespace

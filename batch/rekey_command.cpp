@@ -28,8 +28,12 @@ struct Document {
   LineStream lines;
 };
 
-int Refuse(const std::string& reason) {
+void PrintReason(const std::string& reason) {
   PrintOn(stderr, "tarvel-batch: " + EscapeControls(reason) + "\n");
+}
+
+int Refuse(const std::string& reason) {
+  PrintReason(reason);
   return kWrongUsage;
 }
 
@@ -106,8 +110,8 @@ bool Write(const Document& document, const KeyMap& map, const BatchRequest& requ
   const auto output = CreateOutput(GlobalRun(), document.new_path, CreateMode::kWrite);
   if (output) output->Write(rekeyed.text);
   if (!output || !output->Close()) {
-    PrintOn(stderr, "tarvel-batch: could not write the file '" + document.new_path + "'" +
-                        (output ? ": " + output->Error() : std::string()) + "\n");
+    PrintReason("could not write the file '" + document.new_path + "'" +
+                (output ? ": " + output->Error() : std::string()));
     return false;
   }
   if (!request.quiet) {

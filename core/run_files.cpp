@@ -2,6 +2,7 @@
 #include "core/run_files.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "core/file_places.h"
@@ -41,7 +42,10 @@ std::unique_ptr<ByteSink> RunFiles::CreateSink(const std::string& path, CreateMo
   const bool taken = std::any_of(new_files_.begin(), new_files_.end(), [&](const NewFile& file) {
     return files_.IsSamePlace(path, file.path);
   });
-  if (taken) return nullptr;
+  if (taken) {
+    errno = EEXIST;
+    return nullptr;
+  }
   std::shared_ptr<ByteSink> sink = files_.CreatePending(path, mode);
   if (!sink) return nullptr;
   new_files_.push_back({path, sink});

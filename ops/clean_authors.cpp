@@ -9,6 +9,7 @@
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/authors/author_lists.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/author_reasons.h"
 #include "warnings/bibtex_names.h"
@@ -193,9 +194,14 @@ int RunCleanAuthors(const RunContext& run) {
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kReadTags{std::string_view("author")};
+  NamedKeys keys(input->Bytes(), [](std::string_view entry) { return CountByte(entry, '\n'); });
   ScanLibrary(input->Bytes(),
-              {.line_limit = limits::kLongLine, .read_tags = kReadTags, .stray_tags = kReadTags},
+              {.line_limit = limits::kLongLine,
+               .read_tags = kReadTags,
+               .stray_tags = kReadTags,
+               .on_entry = [&](const EntryHead& head) { keys.Take(head); }},
               warnings);
+  WarnOfLargeOutput(run, log->Path(), keys.Bytes(), kLongKeys);
   const int changed = AuthorCleaner(*input, *library, *log, warnings).Walk();
   WriteSummary(*log, changed, run.first_path, library->Path());
   return CloseOutputs(run, {library.get(), log.get()}) ? kSucceeded : kFailed;

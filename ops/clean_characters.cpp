@@ -14,6 +14,7 @@
 #include "core/byte_marks.h"
 #include "core/text_primitives.h"
 #include "core/utf8.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 #include "warnings/line_tags.h"
@@ -90,6 +91,17 @@ std::string NameOf(char32_t code) {
     name += kDigits[code >> shift & 0xFU];
     if (shift == 0) return name;
   }
+}
+
+/// How many bytes of the text are replaced.
+std::size_t CountBad(std::string_view text) {
+  ByteMarks marks(text);
+  std::size_t count = 0;
+  for (std::size_t at = marks.FindOdd(0, text.size()); at < text.size();
+       at = marks.FindOdd(at + 1, text.size())) {
+    ++count;
+  }
+  return count;
 }
 
 /// One pass over a library.
@@ -251,7 +263,12 @@ int RunCleanCharacters(const RunContext& run) {
   }
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kLongLine}, warnings);
+  NamedKeys keys(input->Bytes(), [](std::string_view entry) { return CountBad(entry); });
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kLongLine,
+               .on_entry = [&](const EntryHead& head) { keys.Take(head); }},
+              warnings);
+  WarnOfLargeOutput(run, log->Path(), keys.Bytes(), kLongKeys);
   CharacterCleaner cleaner(*input, *library, *log, warnings);
   cleaner.Walk();
   log->Write({"\n\n\nAbout ", std::to_string(cleaner.BadBytes()),

@@ -3,6 +3,7 @@
 // those already written, and the log explains each that is left out or gets a new key.
 #include <algorithm>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -90,6 +91,7 @@ class DoubleCleaner {
   void Rename(Line& head);
   void AppendCopy();
   void InsertCopy(std::size_t position);
+  void ForgetFacts(std::size_t begin, std::size_t end);
   void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
   void ReportAfterEntry();
   void ReportPassed(std::string_view line, std::size_t start);
@@ -108,7 +110,8 @@ class DoubleCleaner {
   std::size_t head_ = 0;  // where the entry begins that is being written
   OverlappingReader reader_{TagReader(kDoublesTags)};
   EntryCopy copy_;
-  EntriesByOffset<WrittenEntry> written_;  // those that are still whole
+  EntriesByOffset<WrittenEntry> written_;        // those that are still whole
+  std::map<std::size_t, KeptEntryFacts> facts_;  // by offset: of entries that have doubles
   char rename_letter_ = 'a';
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
@@ -261,8 +264,16 @@ void DoubleCleaner::AppendCopy() {
 void DoubleCleaner::InsertCopy(std::size_t position) {
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());
+  ForgetFacts(position, position + text.size());
   follower_.Write(position, text);
   written_.Add({position, position + copy_.text.size(), head_});
+}
+
+/// Forgets what is known of entries of which bytes from `begin` to `end` will be replaced.
+void DoubleCleaner::ForgetFacts(std::size_t begin, std::size_t end) {
+  auto first = facts_.lower_bound(begin);
+  if (first != facts_.begin()) --first;  // it may reach into the bytes
+  facts_.erase(first, facts_.lower_bound(end));
 }
 
 /// Reports what makes it doubtful that the dropped entry, which begins at `start`, is a double.
@@ -274,12 +285,21 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                            .other = kept.Key(),
                            .offset = start,
                            .verdict = "was dropped as a double of"};
+  const std::string_view bytes = input_.Bytes();
   const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
-  ReportVerdict(equal, MisreadValues(group, reader_.Entry(), input_.Bytes()),
-                DifferingTags(EntryTextAt(input_.Bytes(), start), kept_text), input_warnings_);
-  ReportUnread(equal, UnreadOf(kept_text, input_.Bytes().substr(start, input_.Position() - start)),
-               input_warnings_);
-  ReportSwallowed(input_.Bytes(), {start, input_.Position()}, reader_.Entry().key, swallowed_,
+  const std::string_view dropped = EntryTextAt(bytes, start);
+  const std::vector<Misread> misread = MisreadValues(group, reader_.Entry(), bytes);
+  const bool copies = AreCopies(bytes.substr(start), kept_text);
+  if (copies && dropped.find("\n}") == std::string_view::npos) {
+    ReportVerdict(equal, misread, {}, input_warnings_);
+  } else {
+    // The copy may go on after the line at which the kept entry was cut.
+    const KeptEntryFacts& facts = facts_.try_emplace(kept.head, kept_text).first->second;
+    ReportVerdict(equal, misread, facts.DifferingTags(dropped), input_warnings_);
+    const std::string_view lines = bytes.substr(start, input_.Position() - start);
+    if (!copies) ReportUnread(equal, facts.UnreadOf(lines), input_warnings_);
+  }
+  ReportSwallowed(bytes, {start, input_.Position()}, reader_.Entry().key, swallowed_,
                   input_warnings_);
   ReportAfterEntry();
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -45,6 +46,11 @@ constexpr std::array<std::string_view, 7> kFailures{
 /// About the bytes of a verdict in the log, without keys and values.
 constexpr std::uint64_t kVerdictSize = 100;
 
+/// The key of the entry that begins at `start`, as it stands in the library.
+std::string_view KeyAt(const LineStream& library, std::size_t start) {
+  return CopyUntilChar(library.Bytes().substr(start, limits::kPairLine - 1), '{', ',');
+}
+
 int FailAt(const RunContext& run, Failure failure) {
   return Fail(run, kFailures[static_cast<std::size_t>(failure)]);
 }
@@ -60,7 +66,8 @@ class Comparison {
  public:
   Comparison(const RunContext& run, LineStream& first, LineStream& second, OutputFile& log,
              OutputFile& missing, OutputFile& equal)
-      : first_stream_(first),
+      : run_(run),
+        first_stream_(first),
         second_stream_(second),
         first_warnings_(WarningsOf(run, run.first_path, first)),
         second_warnings_(WarningsOf(run, run.second_path, second)),
@@ -78,16 +85,22 @@ class Comparison {
   const Verdict& Judge(const Matches::Match& match, const ComparedValues& values) const;
   void Log(const KnownEntry& known, const Verdict& verdict, const ComparedValues& values);
   void Count(Counted counted);
+  void CountCopied(std::uint64_t bytes);
   FirstLibrary::OnEntry ReportFirst();
   void ReportSecond();
+  const KeptEntryFacts& FactsOf(const KnownEntry& known);
   void ReportEqual(const KnownEntry& known, const Verdict& verdict, bool same_key);
   void ReportCut(const LineStream& library, const LibraryRange& copied, FileWarnings& warnings);
 
+  const RunContext& run_;
   LineStream& first_stream_;
   LineStream& second_stream_;
   FileWarnings first_warnings_;
   FileWarnings second_warnings_;
   std::size_t swallowed_ = 0;  // up to where entries within equal ones are reported
+  std::uint64_t copied_ = 0;   // bytes of entries of the first library
+  bool warned_of_copies_ = false;
+  std::map<std::size_t, KeptEntryFacts> facts_;  // by offset: of entries that others equal
   FirstLibrary first_;
   SecondLibrary second_;
   OutputFile& log_;
@@ -101,6 +114,7 @@ Counters Comparison::Walk() {
     ReportSecond();
     if (const KnownEntry* counterpart = FindCounterpart()) {
       first_.Copy(*counterpart, equal_);
+      CountCopied(first_stream_.Position() - counterpart->start);
       ReportCut(first_stream_, {counterpart->start, first_stream_.Position()}, first_warnings_);
     } else if (second_.Copy(missing_)) {
       log_.Write({"----    - Missing entry: ", second_.Entry().key, "\n\n"});
@@ -133,8 +147,9 @@ const KnownEntry* Comparison::FindCounterpart() {
 /// What reports values of the first library that are those of other tags.
 FirstLibrary::OnEntry Comparison::ReportFirst() {
   if (!first_warnings_.Wanted()) return {};
-  return [this](const TypeGroup& group, const EntryRecord& entry) {
-    ReportMisread(MisreadValues(group, entry, first_stream_.Bytes()), entry.key, first_warnings_);
+  return [this](const TypeGroup& group, const EntryRecord& entry, std::size_t start) {
+    ReportMisread(MisreadValues(group, entry, first_stream_.Bytes()), KeyAt(first_stream_, start),
+                  first_warnings_);
   };
 }
 
@@ -143,7 +158,15 @@ void Comparison::ReportSecond() {
   const TypeRule<CompareRule> type = CompareRuleFor(second_.Entry().type);
   if (!second_warnings_.Wanted() || !type.rule) return;
   ReportMisread(MisreadValues(type.rule->group, second_.Entry(), second_stream_.Bytes()),
-                second_.Entry().key, second_warnings_);
+                KeyAt(second_stream_, second_.Start()), second_warnings_);
+}
+
+const KeptEntryFacts& Comparison::FactsOf(const KnownEntry& known) {
+  const auto found = facts_.find(known.start);
+  if (found != facts_.end()) return found->second;
+  const std::string_view bytes = first_stream_.Bytes();
+  const std::size_t size = EntryTextAt(bytes, known.start).size() + 2;  // with "\n}"
+  return facts_.try_emplace(known.start, bytes.substr(known.start, size)).first->second;
 }
 
 /// Reports what makes it doubtful that the current entry is the one of the first library. Where
@@ -153,24 +176,21 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
   const std::string_view bytes = second_stream_.Bytes();
   const std::size_t start = second_.Start();
   const std::string_view known_bytes = first_stream_.Bytes();
-  const bool copies = AreCopies(bytes.substr(start), known_bytes.substr(known.start));
   const std::vector<Misread> misread = MisreadValues(known.rule->group, second_.Entry(), bytes);
   const bool compared = &verdict != &known.rule->missing && (!same_key || misread.empty());
-  const EqualEntries equal{.key = second_.Entry().key,
-                           .other = known.key,
+  const EqualEntries equal{.key = KeyAt(second_stream_, start),
+                           .other = KeyAt(first_stream_, known.start),
                            .offset = start,
                            .verdict = "is taken for the first library's entry"};
-  const std::size_t known_size = EntryTextAt(known_bytes, known.start).size() + 2;  // with "\n}"
-  ReportUnread(equal,
-               UnreadOf(known_bytes.substr(known.start, known_size),
-                        bytes.substr(start, second_stream_.Position() - start)),
-               second_warnings_);
-  ReportVerdict(equal, same_key ? std::vector<Misread>() : misread,
-                copies ? std::vector<std::string_view>()
-                       : DifferingTags(EntryTextAt(bytes, start),
-                                       EntryTextAt(known_bytes, known.start), compared),
-                second_warnings_);
-  ReportSwallowed(bytes, {start, second_stream_.Position()}, second_.Entry().key, swallowed_,
+  std::vector<std::string_view> differing;
+  if (!AreCopies(bytes.substr(start), known_bytes.substr(known.start))) {
+    const KeptEntryFacts& facts = FactsOf(known);
+    const std::string_view lines = bytes.substr(start, second_stream_.Position() - start);
+    ReportUnread(equal, facts.UnreadOf(lines), second_warnings_);
+    differing = facts.DifferingTags(EntryTextAt(bytes, start), compared);
+  }
+  ReportVerdict(equal, same_key ? std::vector<Misread>() : misread, differing, second_warnings_);
+  ReportSwallowed(bytes, {start, second_stream_.Position()}, equal.key, swallowed_,
                   second_warnings_);
 }
 
@@ -207,6 +227,17 @@ void Comparison::ReportCut(const LineStream& library, const LibraryRange& copied
   const std::string_view bytes = library.Bytes();
   const std::string_view text = bytes.substr(copied.begin, copied.end - copied.begin);
   ReportCutEntry(bytes, {text, copied.end}, warnings);
+}
+
+/// Warns once when the copies have become larger than the library: an entry is copied once for each
+/// that equals it. How often that will be is not known before, so it is estimated.
+void Comparison::CountCopied(std::uint64_t bytes) {
+  copied_ += bytes;
+  if (warned_of_copies_ || copied_ < first_stream_.Bytes().size() + kLargeOutput) return;
+  warned_of_copies_ = true;
+  WarnOfLargeOutput(run_, equal_.Path(),
+                    copied_ * second_stream_.Bytes().size() / (second_.Start() + 1),
+                    "an entry is copied once for each that equals it");
 }
 
 void Comparison::Count(Counted counted) {

@@ -309,6 +309,7 @@ int RunExtract(const RunContext& run) {
     if (!library) return Fail(run, kLibraryNotOpened);
     cited.ReadLibrary(std::move(*library));
   }
+  if (cited.Keys().empty()) cited.ReportNone();
   if (WriteKeys(run, cited.Keys()) != kSucceeded) return kFailed;
   const int found = WriteLibrary(run, cited.Keys(), [&](std::size_t key) {
     cited.Report(WarningKind::kMissingCitation, key, "the cited key has no entry in the library");

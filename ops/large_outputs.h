@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ops/run_context.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -32,6 +36,32 @@ class KeptStrings {
   std::string_view library_;
   std::string_view marker_;
   std::size_t next_;
+  std::uint64_t bytes_ = 0;
+};
+
+/// Why a log becomes large by `NamedKeys`.
+inline constexpr std::string_view kLongKeys = "it names keys that are very long again and again";
+
+/// Adds up what a log takes that names the key of an entry again and again: only a key that is no
+/// key, but text up to a comma far away, makes that much.
+class NamedKeys {
+ public:
+  /// `library`, its bytes, must outlive this. `count` gives how often the log names the key of an
+  /// entry with this text, or more.
+  NamedKeys(std::string_view library, std::function<std::size_t(std::string_view)> count)
+      : library_(library), count_(std::move(count)) {}
+  /// Takes the entries in their order.
+  void Take(const EntryHead& entry);
+  /// The sum, when all entries are taken.
+  std::uint64_t Bytes();
+
+ private:
+  void AddLast(std::size_t end);
+
+  std::string_view library_;
+  std::function<std::size_t(std::string_view)> count_;
+  std::size_t key_size_ = 0;  // of the entry that was taken last
+  std::size_t begin_ = 0;
   std::uint64_t bytes_ = 0;
 };
 

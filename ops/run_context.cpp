@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 
 #include "app/texts.h"
 
@@ -48,7 +50,11 @@ std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::strin
 
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& library,
                                          Output output) {
-  return CreateOutput(run, OutputPath(library, output, run.output_directory), ModeOf(output));
+  const std::string path = OutputPath(library, output, run.output_directory);
+  errno = 0;
+  std::unique_ptr<OutputFile> file = CreateOutput(run, path, ModeOf(output));
+  if (!file) ReportNotCreated(run, library, path, errno);
+  return file;
 }
 
 std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::string& library,
@@ -56,6 +62,19 @@ std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::s
   std::unique_ptr<OutputFile> file = CreateOutput(run, library, output);
   if (file) file->Write(HeaderOf(file->Path()));
   return file;
+}
+
+void ReportNotCreated(const RunContext& run, const std::string& library, const std::string& path,
+                      int error) {
+  std::string text = "warning: could not create the file '" + path + "'";
+  if (path.empty()) {
+    text = "warning: '" + library + "' has no extension, and new files are named after it";
+  } else if (IsInput(run, path)) {
+    text += ": the run reads it";
+  } else if (error != 0) {
+    text.append(": ").append(std::strerror(error));
+  }
+  run.reporter.Warn(EscapeControls(text));
 }
 
 std::string HeaderOf(std::string_view name) {

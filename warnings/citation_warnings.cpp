@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::string_view kCite = "\\cite";
 constexpr std::string_view kCiteBrace = "\\cite{";
+constexpr std::string_view kCites = "\\cites";  // takes several lists
 
 /// The command at the start of `text`, its "\" and "*" included.
 std::string_view CommandAt(std::string_view text) {
@@ -62,6 +63,8 @@ class CitationLine {
       Report(command, "stands in a comment and is read all the same");
     } else if (read && line_.find('}', at) == std::string_view::npos) {
       Report(command, "is read to the end of its line only");
+    } else if (read && command.starts_with(kCites)) {
+      Report(command, "is read to the end of its first list only");
     }
   }
 

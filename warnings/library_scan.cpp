@@ -300,10 +300,11 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     const std::string_view word = TrimEnd(text.substr(1), IsBlank);
     const bool is_type = !FindEntryType(InCapitals(word)).empty();
     if (!is_type && std::any_of(text.begin(), text.end(), IsLower)) {
-      const std::string_view tag = TagNameOf(line);
+      const std::string_view named = TagNameOf(line);
+      const std::string_view tag = named.empty() ? tag_ : named;
       Report(WarningKind::kUpperCased, offset,
-             {"the text ", Quoted(text), " in '", tag.empty() ? tag_ : tag,
-              "' becomes capitals, as it stands between an '@' and a brace"});
+             {"the text ", Quoted(text), tag.empty() ? "" : " in '", tag, tag.empty() ? "" : "'",
+              " becomes capitals, as it stands between an '@' and a brace"});
       return;
     }
     at = line.find('@', brace);

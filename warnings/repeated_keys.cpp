@@ -20,9 +20,10 @@ void RepeatedKeys::Check(const EntryHead& head) {
   use_begin_ = head.offset;
   ++use_->entries;
   if (warnings_.ReportNumber(WarningKind::kKeyTwice)) return;
-  warnings_.Report(
-      WarningKind::kKeyTwice, head.offset, head.key,
-      "the key stands in line " + std::to_string(warnings_.LineOf(*earlier)) + " already");
+  const std::string line = std::to_string(warnings_.LineOf(*earlier));
+  warnings_.Report(WarningKind::kKeyTwice, head.offset, head.key,
+                   head.key.empty() ? "the entry has no key, and neither has that in line " + line
+                                    : "the key stands in line " + line + " already");
 }
 
 KeyUses RepeatedKeys::Uses() {

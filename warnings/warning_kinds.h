@@ -139,7 +139,7 @@ inline constexpr auto kWarningKinds = [] {
       {"torn-value", kLoss, kRun, "lines left out that are only a part of a value or of an entry"},
       {"renamed-tag", kLoss, kRun, "tags that were written under another name"},
       {"tag-twice", kLoss, kRun, "entries that have a tag twice now"},
-      {"broken-head", kLoss, kRun, "entries that cannot be read any more for their first line"},
+      {"broken-head", kLoss, kReading, "entries that cannot be read any more for their first line"},
       {"unknown-tag", kLoss, kRun, "unknown tags that were dropped"},
       {"entry-dropped", kLoss, kRun, "entries that were dropped with more in them"},
       {"text-not-copied", kLoss, kRun, "texts outside entries that were not copied"},

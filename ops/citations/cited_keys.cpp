@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ops/citations/cited_keys.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -45,7 +44,10 @@ void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
   ReportKeys(keys_, offsets, document.warnings);
 }
 
-void CitedKeys::ReadLikeLaTeX(LineStream lines) { Read(Add(run_.first_path, std::move(lines))); }
+void CitedKeys::ReadLikeLaTeX(LineStream lines) {
+  WasRead(run_.first_path);  // so that a file that includes it does not read it again
+  Read(Add(run_.first_path, std::move(lines)));
+}
 
 void CitedKeys::Read(Document& document) {
   ++depth_;
@@ -96,10 +98,9 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
                            .append("' was not found, and its citations are missing"));
 }
 
-bool CitedKeys::WasRead(const std::string& path) const {
-  return std::any_of(documents_.begin(), documents_.end(), [&](const Document& document) {
-    return run_.files.IsSameFile(path, document.path);
-  });
+bool CitedKeys::WasRead(const std::string& path) {
+  const std::optional<FileState> file = run_.files.StateAt(path);
+  return file && !read_.insert({file->device, file->number}).second;
 }
 
 void CitedKeys::ReadLibrary(LineStream lines) {
@@ -119,6 +120,15 @@ void CitedKeys::ReadLibrary(LineStream lines) {
                               "the document does not cite the entry");
     }
   }
+}
+
+void CitedKeys::ReportNone() {
+  if (!run_.warnings) return;
+  run_.warnings->Report({.kind = WarningKind::kOtherCitation,
+                         .file = run_.first_path,
+                         .key = {},
+                         .text = "no citation was read from the document: there is nothing to "
+                                 "extract"});
 }
 
 void CitedKeys::Report(WarningKind kind, std::size_t i, std::string_view text) {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <list>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "core/keyed_hash.h"
@@ -36,6 +39,8 @@ class CitedKeys {
   void ReadLibrary(LineStream library);
 
   const std::vector<std::string>& Keys() const { return keys_; }
+  /// Reports that the document cites nothing, for a run that fails because of that.
+  void ReportNone();
   /// Reports something about key number `i` where it is cited first.
   void Report(WarningKind kind, std::size_t i, std::string_view text);
 
@@ -54,14 +59,16 @@ class CitedKeys {
   Document& Add(std::string path, LineStream lines);
   void Read(Document& document);
   void Follow(Document& from, std::string_view command, std::string_view name, std::size_t offset);
-  bool WasRead(const std::string& path) const;
+  /// Whether the file at `path` was read before; from now on it counts as read.
+  bool WasRead(const std::string& path);
 
   const RunContext& run_;
   std::list<Document> documents_;
   std::vector<std::string> keys_;
   std::vector<Place> places_;
   std::unordered_set<std::string, KeyedStringHash> known_;
-  std::optional<Place> all_;  // where all entries are asked for
+  std::set<std::pair<std::uint64_t, std::uint64_t>> read_;  // files: their devices and numbers
+  std::optional<Place> all_;                                // where all entries are asked for
   CiteCommands commands_{run_.citations.commands};
   int depth_ = 0;
 };

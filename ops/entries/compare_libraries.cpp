@@ -77,7 +77,7 @@ FirstLibrary::FirstLibrary(LineStream& stream, const OnEntry& on_entry) : stream
     tags.ReadEntry(stream, record);
     const TypeRule<CompareRule> found = CompareRuleFor(record.type);
     if (!found.rule) continue;
-    if (on_entry) on_entry(found.rule->group, record);
+    if (on_entry) on_entry(found.rule->group, record, *start);
     const ComparedValues compared = KeepComparedValues(found.rule->group, record, store_);
     entries_.push_back({.rule = found.rule,
                         .type = found.type,

@@ -53,8 +53,9 @@ class Matches {
 /// and are left out.
 class FirstLibrary {
  public:
-  /// Called for each entry that can give a verdict.
-  using OnEntry = std::function<void(const TypeGroup& group, const EntryRecord& entry)>;
+  /// Called for each entry that can give a verdict, with the offset of its first line.
+  using OnEntry =
+      std::function<void(const TypeGroup& group, const EntryRecord& entry, std::size_t start)>;
 
   /// Reads the library from its first known entry on; `stream` must outlive this.
   explicit FirstLibrary(LineStream& stream, const OnEntry& on_entry = {});

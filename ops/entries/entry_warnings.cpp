@@ -51,10 +51,11 @@ std::string_view AfterKey(std::string_view entry) {
   return entry.substr(std::min(entry.find(','), entry.size()));
 }
 
+using IdentifyingValues = std::array<std::vector<std::string>, kIdentifyingTags.size()>;
+
 /// All that the entry has for the identifying tags, in their order.
-std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
-    std::string_view entry) {
-  std::array<std::vector<std::string>, kIdentifyingTags.size()> values;
+IdentifyingValues IdentifyingValuesOf(std::string_view entry) {
+  IdentifyingValues values;
   for (const LineTag& tag : TagsOf(AfterKey(entry))) {
     for (std::size_t i = 0; i < kIdentifyingTags.size(); ++i) {
       if (!EqualNoCase(tag.name, kIdentifyingTags[i])) continue;
@@ -62,6 +63,26 @@ std::array<std::vector<std::string>, kIdentifyingTags.size()> IdentifyingValues(
     }
   }
   return values;
+}
+
+constexpr std::size_t kNone = std::string_view::npos;
+
+/// The offset of the comma after the key, on what operations read of an entry's first line.
+std::size_t CommaAfterKey(std::string_view entry) {
+  return LineAt(entry.substr(0, limits::kPairLine - 1), 0).find(',');
+}
+
+/// The offset of the first line from that at `from` on that begins with "@" or that operations take
+/// for the first of an entry; npos when there is none.
+std::size_t FindHeadLine(std::string_view text, std::size_t from) {
+  for (std::size_t at = text.find('@', from); at < text.size(); at = text.find('@', from)) {
+    const std::size_t begin = text.substr(0, at).rfind('\n') + 1;
+    const std::string_view line = LineAt(text, begin);
+    std::string upper(line);
+    if (at == begin || IsKnownEntry(upper)) return begin;
+    from = begin + line.size();
+  }
+  return std::string_view::npos;
 }
 
 /// Reads the entry at the start of the text as BibTeX does, up to the next line that begins with
@@ -97,9 +118,9 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start) {
   const std::string_view text = library.substr(start);
   std::size_t end = std::min(text.find("\n}"), text.size());
   std::ptrdiff_t depth = OpenBraces(text.substr(0, end));
-  if (depth <= 1) return text.substr(0, end);
+  if (depth <= 1 || text.substr(0, end).find("\n@") < end) return text.substr(0, end);
   // The line is one of a value's: the entry goes on, at most to the next one.
-  const std::size_t next = std::min(text.find("\n@"), text.size());
+  const std::size_t next = std::min(FindHeadLine(text, end + 1), text.size());
   while (end < next && depth > 1) {
     const std::size_t more = std::min(text.find("\n}", end + 1), next);
     depth += OpenBraces(text.substr(end, more - end));
@@ -110,53 +131,56 @@ std::string_view EntryTextAt(std::string_view library, std::size_t start) {
 
 bool AreCopies(std::string_view one, std::string_view two) {
   constexpr std::string_view kEnd = "\n}";
+  const std::size_t comma = CommaAfterKey(one);
+  const std::size_t other_comma = CommaAfterKey(two);
   const std::size_t end = one.find(kEnd);
-  if (end == std::string_view::npos) return false;
-  return AfterKey(two).starts_with(AfterKey(one.substr(0, end + kEnd.size())));
+  if (comma == kNone || other_comma == kNone || end == kNone) return false;
+  return two.substr(other_comma).starts_with(one.substr(comma, end + kEnd.size() - comma));
 }
 
-std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
-                                            bool compared) {
-  const auto first = IdentifyingValues(one);
-  const auto second = IdentifyingValues(two);
+KeptEntryFacts::KeptEntryFacts(std::string_view text) : values_(IdentifyingValuesOf(text)) {
+  for (std::vector<std::string>& values : values_) std::sort(values.begin(), values.end());
+  FindUnread(text);
+}
+
+/// Finds the tags that BibTeX does not read as the entry breaks its grammar or ends before them.
+void KeptEntryFacts::FindUnread(std::string_view text) {
+  BibStrings strings;
+  BibItem read;
+  const bool is_seen = ReadEntry(text, strings, read);
+  const std::string_view after = is_seen ? text.substr(read.end) : text;
+  if (read.fault.empty() && Trim(after, "}, \t\r\n").empty()) return;
+  KeysAnyCase names;
+  for (const BibTag& tag : read.tags) names.Add(tag.name);
+  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(text, 0)))) {
+    if (!is_seen || !names.Has(tag.name)) unread_.Add(tag.name);
+  }
+  why_ = read.fault.empty() ? "the entry ends before them" : read.fault;
+}
+
+std::vector<std::string_view> KeptEntryFacts::DifferingTags(std::string_view dropped,
+                                                            bool compared) const {
+  const IdentifyingValues values = IdentifyingValuesOf(dropped);
   std::vector<std::string_view> differing;
   for (std::size_t i = 0; i < (compared ? kAlwaysIdentifying : kIdentifyingTags.size()); ++i) {
-    const auto is_kept = [&](const std::string& value) {
-      return std::find(second[i].begin(), second[i].end(), value) != second[i].end();
+    const auto is_kept = [&kept = values_[i]](const std::string& value) {
+      return std::binary_search(kept.begin(), kept.end(), value);
     };
-    const bool all = std::all_of(first[i].begin(), first[i].end(), is_kept);
+    const bool all = std::all_of(values[i].begin(), values[i].end(), is_kept);
     if (!all) differing.push_back(kIdentifyingTags[i]);
   }
   return differing;
 }
 
-UnreadTags UnreadOf(std::string_view kept, std::string_view dropped) {
-  const bool have_commas = LineAt(kept, 0).find(',') != std::string_view::npos &&
-                           LineAt(dropped, 0).find(',') != std::string_view::npos;
-  if (have_commas && AreCopies(dropped, kept)) return {};
-  BibStrings strings;
-  BibItem read_kept;
-  const bool is_seen = ReadEntry(kept, strings, read_kept);
-  const std::string_view after = is_seen ? kept.substr(read_kept.end) : kept;
-  if (read_kept.fault.empty() && Trim(after, "}, \t\r\n").empty()) return {};
-  const auto is_read = [&](std::string_view name) {
-    return std::any_of(read_kept.tags.begin(), read_kept.tags.end(),
-                       [name](const BibTag& tag) { return EqualNoCase(tag.name, name); });
-  };
+UnreadTags KeptEntryFacts::UnreadOf(std::string_view dropped) const {
   UnreadTags unread;
-  std::vector<std::string_view> names;  // of tags that stand in the kept entry and are not read
-  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(kept, 0)))) {
-    if (!is_seen || !is_read(tag.name)) names.push_back(tag.name);
-  }
-  if (names.empty()) return unread;
-  unread.why = read_kept.fault.empty() ? "the entry ends before them" : read_kept.fault;
-  BibItem read_dropped;
-  if (!ReadEntry(dropped, strings, read_dropped)) return unread;
-  for (const BibTag& tag : read_dropped.tags) {
-    const bool is_lost = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
-      return EqualNoCase(name, tag.name);
-    });
-    if (is_lost) unread.tags.emplace_back(tag.name);
+  if (unread_.IsEmpty()) return unread;
+  unread.why = why_;
+  BibStrings strings;
+  BibItem read;
+  if (!ReadEntry(dropped, strings, read)) return unread;
+  for (const BibTag& tag : read.tags) {
+    if (unread_.Has(tag.name)) unread.tags.emplace_back(tag.name);
   }
   return unread;
 }
@@ -213,7 +237,8 @@ void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWar
   const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
   if (OpenBraces(copy) <= 1) return;
   std::string tags;
-  for (const LineTag& tag : TagsOf(EntryTextAt(library, copied.end))) {
+  const std::string_view rest = library.substr(copied.end);
+  for (const LineTag& tag : TagsOf(EntryTextAt(rest.substr(0, FindHeadLine(rest, 0)), 0))) {
     tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
   }
   warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),

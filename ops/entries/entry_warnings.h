@@ -2,6 +2,7 @@
 // What is odd about how Compare and Clean doubles recognise entries.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -40,14 +41,9 @@ void ReportMisread(const std::vector<Misread>& values, std::string_view key,
 std::string_view EntryTextAt(std::string_view library, std::size_t start);
 
 /// Whether two entries have the same lines after their keys, up to the first that begins with "}".
-/// Each text begins with the entry's first line and may go on after its last.
+/// Each text begins with the entry's first line, which holds the comma after the key, and may go on
+/// after its last.
 bool AreCopies(std::string_view one, std::string_view two);
-
-/// The names of those of the tags title, author, year, doi and eprint that the first entry has and
-/// the second lacks or has otherwise, case, braces, blanks and punctuation aside. Each text begins
-/// with the entry's first line. Unless they were `compared`, journal, volume and pages count too.
-std::vector<std::string_view> DifferingTags(std::string_view one, std::string_view two,
-                                            bool compared = true);
 
 /// The tags that BibTeX reads in a dropped entry, but not in the one that is kept.
 struct UnreadTags {
@@ -55,25 +51,44 @@ struct UnreadTags {
   std::string why;
 };
 
-/// Compares a dropped entry with the kept one. Each text begins with the first line of its entry
-/// and may go on after the entry. Gives nothing for copies.
-UnreadTags UnreadOf(std::string_view kept, std::string_view dropped);
+/// Keys as BibTeX compares those of parents, and names of tags: letter case is ignored.
+class KeysAnyCase {
+ public:
+  void Add(std::string_view key) { keys_.insert(InCapitals(key)); }
+  bool Has(std::string_view key) const { return keys_.contains(InCapitals(key)); }
+  bool IsEmpty() const { return keys_.empty(); }
+
+ private:
+  std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
+};
+
+/// What an entry that is kept is compared with by the warnings about those that are dropped. Made
+/// once for an entry, however many are dropped for it.
+class KeptEntryFacts {
+ public:
+  /// `text` begins with the entry's first line and may go on after the entry. It is not kept.
+  explicit KeptEntryFacts(std::string_view text);
+
+  /// The names of those of the tags title, author, year, doi and eprint that the dropped entry has
+  /// and the kept one lacks or has otherwise, case, braces, blanks and punctuation aside. Unless
+  /// they were `compared`, journal, volume and pages count too.
+  std::vector<std::string_view> DifferingTags(std::string_view dropped, bool compared = true) const;
+  /// What BibTeX reads in the dropped entry only, if the two are no copies.
+  UnreadTags UnreadOf(std::string_view dropped) const;
+
+ private:
+  void FindUnread(std::string_view text);
+
+  std::array<std::vector<std::string>, 8> values_;  // of the identifying tags, sorted
+  KeysAnyCase unread_;  // the names of tags that stand in the entry and that BibTeX does not read
+  std::string why_;
+};
 
 /// Reports the entries that begin in the lines from `begin` to `end`, after the first of them: they
 /// were read as parts of the entry `key`, and are in no file. Lines before the offset `reported`
 /// were looked at earlier; it becomes the end of these.
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
                      std::size_t& reported, FileWarnings& warnings);
-
-/// Keys as BibTeX compares those of parents: letter case is ignored.
-class KeysAnyCase {
- public:
-  void Add(std::string_view key) { keys_.insert(InCapitals(key)); }
-  bool Has(std::string_view key) const { return keys_.contains(InCapitals(key)); }
-
- private:
-  std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
-};
 
 /// The key in the tag `crossref` of an entry, which begins with its first line.
 std::optional<std::string_view> ParentOf(std::string_view entry);

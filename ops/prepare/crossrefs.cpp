@@ -17,8 +17,11 @@ namespace {
 constexpr std::size_t kMostGrowth = 8;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
+/// About what a tag takes in the library and in the log, beside its value and twice its name.
+constexpr std::size_t kAroundTag = 16;
+
 /// How far parents of parents are followed, so that a circle has an end.
-constexpr std::size_t kMostParents = 8;
+constexpr std::size_t kMostParents = 32;
 
 template <typename Tags>
 std::string_view ValueOf(const Tags& tags, std::string_view name) {
@@ -34,36 +37,43 @@ CrossReferences::CrossReferences(std::string_view bytes)
     : bytes_(bytes), reader_(bytes, strings_), room_(bytes.size() * kMostGrowth + kLeastRoom) {}
 
 CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
-  parents_.clear();
+  parents_ = 0;
   std::string_view key = ValueOf(entry.tags, "crossref");
   if (key.empty()) return Parent::kNone;
   std::deque<std::string> own;  // names in lower case
   std::unordered_set<std::string_view, KeyedStringHash> names;
   for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
-  while (!key.empty() && parents_.size() < kMostParents) {
-    const Tags* const tags = ParentTags(key, entry.begin);
-    if (!tags) break;
-    parents_.push_back(tags);
-    for (const OwnTag& tag : *tags) {
-      if (!names.insert(tag.name).second || !TakeRoom(tag.name, tag.value)) continue;
+  for (; !key.empty(); ++parents_) {
+    if (parents_ == kMostParents) return Parent::kTooMany;
+    const OwnEntry* const parent = ParentOf(key, entry.begin);
+    if (!parent) break;
+    for (const OwnTag& tag : parent->tags) {
+      if (!names.insert(tag.name).second) continue;
+      if (!TakeRoom(2 * tag.name.size() + tag.value.size() + kAroundTag)) {
+        ++parents_;
+        return Parent::kTooLong;
+      }
       entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
     }
-    key = ValueOf(*tags, "crossref");
+    key = parent->crossref;
   }
-  return parents_.empty() ? Parent::kMissing : Parent::kFound;
+  if (parents_ > 0) return Parent::kFound;
+  return EqualNoCase(key, entry.key) ? Parent::kItself : Parent::kMissing;
 }
 
-bool CrossReferences::TakeRoom(std::string_view name, std::string_view value) {
-  const std::size_t size = name.size() + value.size();
-  if (size > room_) return false;
-  room_ -= size;
-  return true;
+/// False when so many bytes may not be added any more, and from then on always: nobody looks at all
+/// tags of a parent for nothing.
+bool CrossReferences::TakeRoom(std::size_t bytes) {
+  const bool has_room = bytes <= room_;
+  room_ = has_room ? room_ - bytes : 0;
+  return has_room;
 }
 
-/// The tags of the entry of this key; null when there is none, or when it is the child itself.
-const CrossReferences::Tags* CrossReferences::ParentTags(std::string_view key, std::size_t child) {
+/// The entry of this key; null when there is none, or when it is the child itself.
+const CrossReferences::OwnEntry* CrossReferences::ParentOf(std::string_view key,
+                                                           std::size_t child) {
   const std::optional<std::size_t> parent = FindKey(Lower(key));
-  return parent && *parent != child ? &OwnTags(*parent) : nullptr;
+  return parent && *parent != child ? &OwnEntryAt(*parent) : nullptr;
 }
 
 /// The offset of the first entry of this key, which is in lower case.
@@ -76,7 +86,7 @@ std::optional<std::size_t> CrossReferences::FindKey(const std::string& key) {
 std::optional<std::size_t> CrossReferences::SearchKey(const std::string& key) {
   if (!has_read_keys_) ReadKeys();
   const std::size_t hash = KeyedHash(key);
-  auto found = std::lower_bound(keys_.begin(), keys_.end(), KeyPlace{hash, 0});
+  auto found = std::lower_bound(keys_.begin(), keys_.end(), KeyOffset{hash, 0});
   for (; found != keys_.end() && found->hash == hash; ++found) {
     Read(found->begin);
     if (EqualNoCase(item_.key, key)) return found->begin;
@@ -111,17 +121,20 @@ void CrossReferences::TakeSchool(Tags& tags) {
   if (institution != tags.end() && find("school") == tags.end()) institution->name = "school";
 }
 
-const CrossReferences::Tags& CrossReferences::OwnTags(std::size_t begin) {
+const CrossReferences::OwnEntry& CrossReferences::OwnEntryAt(std::size_t begin) {
   const auto [found, is_new] = own_.try_emplace(begin);
-  if (!is_new) return found->second;
+  OwnEntry& entry = found->second;
+  if (!is_new) return entry;
   Read(begin);
-  Tags& tags = found->second;
-  for (const BibTag& tag : item_.tags) tags.push_back({Lower(tag.name), std::string(tag.value)});
-  const bool is_child = std::any_of(tags.begin(), tags.end(),
+  for (const BibTag& tag : item_.tags) {
+    entry.tags.push_back({Lower(tag.name), std::string(tag.value)});
+  }
+  const bool is_child = std::any_of(entry.tags.begin(), entry.tags.end(),
                                     [](const OwnTag& tag) { return tag.name == "crossref"; });
-  if (!is_child && IsThesis(FindKnownType(item_.type, ValueOf(tags, "type")).type))
-    TakeSchool(tags);
-  return tags;
+  entry.crossref = ValueOf(entry.tags, "crossref");
+  const std::string_view type = ValueOf(entry.tags, "type");
+  if (!is_child && IsThesis(FindKnownType(item_.type, type).type)) TakeSchool(entry.tags);
+  return entry;
 }
 
 }  // namespace tarvel

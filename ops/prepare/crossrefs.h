@@ -21,20 +21,22 @@ class CrossReferences {
   /// `bytes` must outlive this. The first question reads the library once for its keys.
   explicit CrossReferences(std::string_view bytes);
 
-  enum class Parent { kNone, kFound, kMissing };
+  /// kMissing: no entry has the key. kItself: it is that of the entry. kTooMany, kTooLong: the tags
+  /// of some parents were not added.
+  enum class Parent { kNone, kFound, kMissing, kItself, kTooMany, kTooLong };
   /// Adds the tags that the entry gets from its parent, after its own and with its offset as
   /// theirs. They are valid as long as this lives. Where the tags of parents would make the library
   /// grow out of measure, no more are added.
   Parent Inherit(BibItem& entry);
   /// Whether the entry that was asked for last has a parent.
-  bool HasParent() const { return !parents_.empty(); }
+  bool HasParent() const { return parents_ > 0; }
 
  private:
   /// Where an entry stands, by a hash of its key in lower case.
-  struct KeyPlace {
+  struct KeyOffset {
     std::size_t hash;
     std::size_t begin;
-    bool operator<(const KeyPlace& other) const {
+    bool operator<(const KeyOffset& other) const {
       return hash != other.hash ? hash < other.hash : begin < other.begin;
     }
   };
@@ -43,28 +45,33 @@ class CrossReferences {
     std::string value;
   };
   using Tags = std::vector<OwnTag>;
+  /// A parent, as its entry has it.
+  struct OwnEntry {
+    Tags tags;
+    std::string crossref;
+  };
 
   void ReadKeys();
   std::optional<std::size_t> FindKey(const std::string& key);
   std::optional<std::size_t> SearchKey(const std::string& key);
   void Read(std::size_t begin);
-  const Tags* ParentTags(std::string_view key, std::size_t child);
-  const Tags& OwnTags(std::size_t begin);
+  const OwnEntry* ParentOf(std::string_view key, std::size_t child);
+  const OwnEntry& OwnEntryAt(std::size_t begin);
   static void TakeSchool(Tags& tags);
-  bool TakeRoom(std::string_view name, std::string_view value);
+  bool TakeRoom(std::size_t bytes);
 
   std::string_view bytes_;
   BibStrings strings_;  // of the whole library, once its keys are read
   BibReader reader_;
   BibItem item_;  // that was read last
   bool has_read_keys_ = false;
-  std::vector<KeyPlace> keys_;
+  std::vector<KeyOffset> keys_;
   std::size_t strict_from_ = 0;
   std::size_t room_;  // how many bytes may still be added
   std::unordered_map<std::string, std::optional<std::size_t>, KeyedStringHash>
-      offsets_;                                // of keys asked for before
-  std::unordered_map<std::size_t, Tags> own_;  // of parents, by the offsets of their entries
-  std::vector<const Tags*> parents_;           // of the entry that was asked for last
+      offsets_;                                    // of keys asked for before
+  std::unordered_map<std::size_t, OwnEntry> own_;  // parents, by the offsets of their entries
+  std::size_t parents_ = 0;                        // of the entry that was asked for last
 };
 
 }  // namespace tarvel

@@ -3,6 +3,7 @@
 #include "ops/prepare/prepare.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -71,6 +72,7 @@ class Preparer {
   void TakeString();
   void TakePreamble();
   void ReportFault();
+  void ReportParent(CrossReferences::Parent parent);
   void ReportKey();
   void WriteEntry();
   std::string TakeFront();
@@ -175,20 +177,28 @@ void Preparer::TakeEntry() {
   }
   if (is_empty) return;
   const std::size_t own = item_.tags.size();
-  if (crossrefs_.Inherit(item_) == CrossReferences::Parent::kMissing) {
-    log_.Warn(WarningKind::kMissingParent, item_.begin,
-              "there is no entry of the key that its 'crossref' names");
-  }
+  ReportParent(crossrefs_.Inherit(item_));
   former_.Form(item_, own);
   ReportKey();
   WriteEntry();
+}
+
+/// Warns of a "crossref" by which the entry does not get all tags.
+void Preparer::ReportParent(CrossReferences::Parent parent) {
+  using Parent = CrossReferences::Parent;
+  std::string_view text;
+  if (parent == Parent::kMissing) text = "there is no entry of the key that its 'crossref' names";
+  if (parent == Parent::kItself) text = "its 'crossref' names the entry itself";
+  if (parent == Parent::kTooMany) text = "its parents have too many parents, or are in a circle";
+  if (parent == Parent::kTooLong) text = "some tags of its parents would make the library too long";
+  if (!text.empty()) log_.Warn(WarningKind::kMissingParent, item_.begin, std::string(text));
 }
 
 /// Warns of a key that makes operations misread the entry's first line: no form cures that.
 void Preparer::ReportKey() {
   const std::string_view key = item_.key;
   std::string text;
-  if (key.empty()) text = "it has no key: Clean tags drops it";
+  if (key.empty()) text = "the entry has no key: Clean tags drops it";
   if (key.find('@') != std::string_view::npos) {
     text =
         "its key holds an \"@\": no operation sees the entry, which stands in front of the others";
@@ -244,7 +254,9 @@ class NewFile {
  private:
   void Create() {
     is_created_ = true;
+    errno = 0;
     file_ = CreateOutput(run_, path_, CreateMode::kWrite);
+    if (!file_) ReportNotCreated(run_, run_.first_path, path_, errno);
     if (file_) file_->Write(HeaderOf(file_->Path()));
   }
 
@@ -258,10 +270,10 @@ void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& 
                   const std::string& library) {
   log.Write({"\n\n\n", std::to_string(prepared.entries),
              " BibTeX entries from the BibTeX file\n    '", input,
-             "'\nwere brought into the form that all functions read. ",
-             std::to_string(prepared.left_out), " tags were left out, and ",
-             std::to_string(prepared.unread),
-             " places could not be read. The new BibTeX file is stored in\n    '", library, "'."});
+             "'\nwere brought into the form that all functions read.\nTags that were left out: ",
+             std::to_string(prepared.left_out),
+             ". Texts that could not be read: ", std::to_string(prepared.unread),
+             ".\nThe new BibTeX file is stored in\n    '", library, "'."});
 }
 
 }  // namespace

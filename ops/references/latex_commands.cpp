@@ -160,13 +160,22 @@ std::string_view LaTeXCommands::FindCut(std::string_view text) const {
   for (std::size_t at = text.find('\\'); at != std::string_view::npos;
        at = text.find('\\', at + 1)) {
     const std::string_view name = NameAt(text.substr(at));
-    if (name.size() < 3 || HasRowOf(name)) continue;
-    for (std::size_t size = 2; size < name.size(); ++size) {
-      const std::string_view shorter = name.substr(0, size);
-      if (FirstCommandFrom(shorter) == shorter) return name;
-    }
+    if (name.size() < 3 || HasRowOf(name) || !HasRowOfBeginning(name)) continue;
+    // Later rows can give back what a row for the beginning took: the table keeps commands whole
+    // so.
+    std::string treated(name);
+    if (ApplyLaTeXCommands(treated, *this) && treated != name) return name;
   }
   return {};
+}
+
+/// Whether a row's command is `name`, a backslash and letters, without its last letters.
+bool LaTeXCommands::HasRowOfBeginning(std::string_view name) const {
+  for (std::size_t size = 2; size < name.size(); ++size) {
+    const std::string_view shorter = name.substr(0, size);
+    if (FirstCommandFrom(shorter) == shorter) return true;
+  }
+  return false;
 }
 
 int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {

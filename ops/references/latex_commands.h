@@ -43,6 +43,7 @@ class LaTeXCommands {
   std::size_t FindRowAt(std::string_view text, std::size_t from) const;
   std::string_view FirstCommandFrom(std::string_view text) const;
   bool HasRowOf(std::string_view name) const;
+  bool HasRowOfBeginning(std::string_view name) const;
   std::string_view SortedCommand(std::size_t i) const { return rows_[sorted_[i]].command; }
 
   std::vector<Row> rows_;

@@ -53,5 +53,34 @@ TEST(Check, SortsByLineAndWritesNothing) {
             "tarvel-batch: " + (directory / "gone.bib") + " could not be read\n");
 }
 
+TEST(Check, ReadsALibraryWhoseNameHasNoExtension) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit"};
+  testing::WriteDiskFile(request.files[0], "@misc{a,\n  year = 1,\n}\n");
+  EXPECT_EQ(Check(request).status, 1);
+}
+
+TEST(Check, ReportsAKeyThatStandsOnALineOfItsOwn) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit.bib"};
+  testing::WriteDiskFile(request.files[0], "@misc{\n  k,\n  year = {1}\n}\n");
+  EXPECT_EQ(Check(request).out,
+            request.files[0] +
+                ":1: warning: the key does not stand on the first line of the entry and is not "
+                "read; put it there, with a comma after it [broken-head]\n");
+}
+
+TEST(Check, ReportsAValueOnceThoughSeveralOperationsReadIt) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit.bib"};
+  testing::WriteDiskFile(request.files[0], "@article{a,\n  numpages = {1},\n}\n");
+  EXPECT_EQ(Check(request).out, request.files[0] +
+                                    ":2: warning: entry 'a': the value of 'pages' is read from "
+                                    "the line of 'numpages' [other-tag]\n");
+}
+
 }  // namespace
 }  // namespace tarvel

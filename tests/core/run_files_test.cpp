@@ -173,7 +173,7 @@ TEST_F(RunFilesTest, AskTheFileSystemBehindThem) {
   EXPECT_FALSE(run_.IsSameFile(library_, library_)) << "it does not exist";
   testing::MemoryFiles simple;
   simple.files["a"] = "x";
-  EXPECT_FALSE(simple.StateAt("a")) << "not every file system knows";
+  EXPECT_FALSE(simple.FileSystem::StateAt("a")) << "not every file system knows";
   EXPECT_TRUE(RunFiles(simple).IsSamePlace("a", "a"));
   EXPECT_FALSE(RunFiles(simple).IsSamePlace("b", "b"));
 }

@@ -27,8 +27,10 @@ OPERATIONS = {
     "journals": ["journals", "lit.bib"],
     "text": ["text", "lit.bib"],
     "extract": ["extract", "paper.tex", "lit.bib"],
+    "prepare": ["prepare", "lit.bib"],
 }
 ALL = tuple(OPERATIONS)
+OPERATIONS["extract --follow"] = ["extract", "--follow", "paper.tex", "lit.bib"]
 
 
 def values_on_a_line(n):
@@ -83,6 +85,21 @@ def entries_that_never_close(n):
     return "".join(f"@misc{{k{i},\n note = {{n{i}}}}} title\n" for i in range(n))
 
 
+def entries_within_lines_of_open_values(n):
+    return "".join(f"x @misc{{k{i}, note = {{{{{i}}},\n}}\n" for i in range(n))
+
+
+def doubles_of_a_long_entry(n):
+    double = "@misc{%s,\n note = {n},\n title = {%d},\n}\n"
+    tags = "".join(f" title = {{{i}}},\n" for i in range(n))
+    return f"@misc{{k,\n note = {{n}},\n{tags}}}\n" + "".join(double % ("k", i) for i in range(n))
+
+
+def children_of_a_long_parent(n):
+    children = "".join(f"@misc{{c{i},\n crossref = {{p}},\n}}\n" for i in range(n))
+    return children + "@misc{p,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -124,12 +141,16 @@ SHAPES = (
     (values_that_close_late, 5000, ALL),
     (values_that_never_close, 5000, ALL),
     (entries_that_never_close, 10000, ALL),
+    (entries_within_lines_of_open_values, 5000, ALL),
+    (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
+    (children_of_a_long_parent, 10000, ("prepare", "extract")),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),
+    (keys_of_two_letters, 1500, ("extract --follow",)),
 )
 
 
@@ -138,6 +159,16 @@ def document(library):
     keys = [part.split(",", 1)[0] for part in library.split("{")[1:] if "," in part[:40]]
     cites = "".join(f"\\cite{{{key}}}\n" for key in keys[:100000])
     return "\\begin{document}\n" + cites + "\\end{document}\n"
+
+
+def chapters(library, directory):
+    """A document of the same citations, each in a file of its own."""
+    cites = document(library).splitlines()
+    for number, cite in enumerate(cites):
+        with open(os.path.join(directory, f"{number}.tex"), "w", encoding="ascii") as file:
+            file.write(cite)
+    inputs = "".join(f"\\input{{{number}}}\n" for number in range(len(cites)))
+    return "\\begin{document}\n" + inputs + "\\end{document}\n"
 
 
 def cpu(program, arguments, directory):
@@ -165,7 +196,8 @@ def measure(program, make, size, operation):
             with open(os.path.join(directory, "lit.bib"), "w", encoding="ascii") as file:
                 file.write(library)
             with open(os.path.join(directory, "paper.tex"), "w", encoding="ascii") as file:
-                file.write(document(library))
+                follows = operation == "extract --follow"
+                file.write(chapters(library, directory) if follows else document(library))
             times.append(cpu(program, OPERATIONS[operation], directory))
     return times
 

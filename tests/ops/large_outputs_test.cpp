@@ -77,5 +77,32 @@ TEST(LargeOutputs, AreWarnedOfBeforeKeptStringsAreCopied) {
             std::string::npos);
 }
 
+TEST(LargeOutputs, AreWarnedOfBeforeALongEntryIsCopiedOften) {
+  const auto entries = [](int count) {
+    std::string library =
+        "@misc{k,\n note = {n},\n abstract = {" + std::string(100000, 'a') + "},\n}\n";
+    for (int i = 0; i < count; ++i)
+      library += "@misc{k" + std::to_string(i) + ",\n note = {n},\n}\n";
+    return library;
+  };
+  EXPECT_EQ(WarnedOf(RunCompare, entries(90)), "");
+  EXPECT_NE(WarnedOf(RunCompare, entries(1000)).find("lit_comp_equal.bib:0 [] may become large"),
+            std::string::npos);
+}
+
+TEST(LargeOutputs, AreWarnedOfBeforeALongKeyFillsALog) {
+  const auto entry = [](int key_size, int lines) {
+    std::string library = "@misc{" + std::string(static_cast<std::size_t>(key_size), 'k') + ",\n";
+    for (int i = 0; i < lines; ++i) library += "  author = {Jos\xE9 Doe},\n";
+    return library + "}\n@misc{b,\n}\n";
+  };
+  for (const auto operation : {RunCleanAuthors, RunCleanCharacters}) {
+    EXPECT_EQ(WarnedOf(operation, entry(2000, 1000)), "");
+    EXPECT_EQ(WarnedOf(operation, entry(400, 30000)), "") << "such a log is no surprise";
+    EXPECT_NE(WarnedOf(operation, entry(40000, 1000)).find("may become large, up to about 40 MB"),
+              std::string::npos);
+  }
+}
+
 }  // namespace
 }  // namespace tarvel

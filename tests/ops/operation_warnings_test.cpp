@@ -185,11 +185,11 @@ const Case kCases[] = {
      "  numpages = {5},\n  title = {A},\n}\n",
      "@article{b,\n  journal = {J},\n  volume = {1},\n  year = {1},\n  pages = {2},\n"
      "  numpages = {5},\n  title = {B},\n}\n",
-     {"other-tag lit.bib:6 [A] the value of 'pages' is read from the line of 'numpages'",
-      "other-tag more.bib:6 [B] the value of 'pages' is read from the line of 'numpages'",
-      "weak-verdict more.bib:1 [B] the entry is taken for the first library's entry 'A', but "
+     {"other-tag lit.bib:6 [a] the value of 'pages' is read from the line of 'numpages'",
+      "other-tag more.bib:6 [b] the value of 'pages' is read from the line of 'numpages'",
+      "weak-verdict more.bib:1 [b] the entry is taken for the first library's entry 'a', but "
       "'pages' is read from the line of 'numpages'",
-      "dropped-differs more.bib:1 [B] the entry is taken for the first library's entry 'A', but "
+      "dropped-differs more.bib:1 [b] the entry is taken for the first library's entry 'a', but "
       "they differ in 'title'; look whether it is another work"}},
     {"clean-doubles",
      "% mine\n@string{s = {x}}\n@misc{a@b,\n  note = {x},\n}\n"
@@ -348,12 +348,12 @@ const Case kCases[] = {
      "  year = {1}}\n@article{b,\n  author = {Doe, J.},\n  journal = {N},\n  volume = {1},\n"
      "  pages = {2},\n  year = {1},\n}\n",
      {"runs-on more.bib:1 [a] no line that begins with \"}\" ends the entry before the next entry",
-      "entry-dropped more.bib:7 [b] the entry was taken for a part of 'A', which does not end "
+      "entry-dropped more.bib:7 [b] the entry was taken for a part of 'a', which does not end "
       "before it, and is not in the new library"}},
     {"compare",
      "@article{a,\n  author = {Doe, J.},\n  journal = {N},\n  volume = {1},\n}\n",
      "@article{a,\n  author = {Doe, J.},\n  journal = {M},\n  volume = {1},\n}\n",
-     {"dropped-differs more.bib:1 [A] the entry is taken for the first library's entry 'A', but "
+     {"dropped-differs more.bib:1 [a] the entry is taken for the first library's entry 'a', but "
       "they "
       "differ in 'journal'; look whether it is another work"}},
     {"extract",

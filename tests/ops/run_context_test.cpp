@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/globals.h"
+#include "core/run_files.h"
 #include "tests/support/disk_files.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/operation_runs.h"
@@ -96,6 +97,30 @@ TEST(CreateOutput, CreatesAnOperationsFileEmptyOrWithItsHeader) {
   EXPECT_FALSE(CreateWithHeader(run, "b.bib", Output::kTagLog));
   EXPECT_FALSE(CreateWithHeader(run, "b", Output::kTagLibrary)) << "no path, no file";
   EXPECT_EQ(reporter.printed, "");
+}
+
+TEST(CreateOutput, SaysWhyAnOperationsFileCannotBeCreated) {
+  testing::RecordingReporter reporter;
+  const TemporaryDirectory directory;
+  const std::string library = directory / "a.bib";
+  testing::WriteDiskFile(library, "x");
+  std::filesystem::create_directory(directory / "a_tag.log");
+  std::filesystem::create_symlink(library, directory / "a_char.bib");
+  std::filesystem::create_symlink("a_double.log", directory / "a_double.bib");
+  RunFiles files(RealFileSystem());
+  const RunContext run = MemoryRun(files, library);
+  EXPECT_FALSE(CreateOutput(run, library, Output::kTagLog));
+  EXPECT_FALSE(CreateOutput(run, library, Output::kCharacterLibrary));
+  EXPECT_FALSE(CreateOutput(run, "a", Output::kTagLog));
+  const auto double_log = CreateOutput(run, library, Output::kDoubleLog);
+  EXPECT_FALSE(CreateOutput(run, library, Output::kDoubleLibrary));
+  const std::string no = "warning: could not create the file '";
+  EXPECT_EQ(
+      reporter.warnings,
+      (std::vector<std::string>{no + (directory / "a_tag.log") + "': Is a directory",
+                                no + (directory / "a_char.bib") + "': the run reads it",
+                                "warning: 'a' has no extension, and new files are named after it",
+                                no + (directory / "a_double.bib") + "': File exists"}));
 }
 
 TEST(Fail, PrintsTheTextAndReturnsTheResult) {

@@ -2,7 +2,9 @@
 #include "tests/support/memory_files.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include "app/globals.h"
@@ -86,6 +88,13 @@ std::unique_ptr<ByteSink> MemoryFiles::CreateSink(const std::string& path, Creat
 bool MemoryFiles::IsSameFile(const std::string& one, const std::string& other) {
   if (!files.contains(one) || !files.contains(other)) return false;
   return one == other || same_files.contains({one, other}) || same_files.contains({other, one});
+}
+
+std::optional<FileState> MemoryFiles::StateAt(const std::string& path) {
+  const auto file = std::find_if(files.begin(), files.end(),
+                                 [&](const auto& other) { return IsSameFile(path, other.first); });
+  if (file == files.end()) return std::nullopt;
+  return FileState{.number = static_cast<std::uint64_t>(std::distance(files.begin(), file))};
 }
 
 RunContext MemoryRun(FileSystem& files, std::string_view first, std::string_view second) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -31,6 +32,8 @@ class MemoryFiles final : public FileSystem {
   std::unique_ptr<ByteSource> OpenSource(const std::string& path, ReadMode mode) override;
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override;
   bool IsSameFile(const std::string& one, const std::string& other) override;
+  /// Numbers the files; nothing for one that does not exist.
+  std::optional<FileState> StateAt(const std::string& path) override;
 };
 
 /// A run over files in memory, with the styles of this process and the reporter that is installed

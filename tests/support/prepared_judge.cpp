@@ -74,7 +74,7 @@ PlainBibEntry WithParents(const PlainBibLibrary& library, PlainBibEntry entry) {
     StringToUpper(text);
     return text;
   };
-  for (int parents = 0; !key.empty() && parents < 8; ++parents) {
+  for (int parents = 0; !key.empty() && parents < 32; ++parents) {
     const auto parent =
         std::find_if(library.entries.begin(), library.entries.end(),
                      [&](const PlainBibEntry& other) { return lower(other.key) == lower(key); });

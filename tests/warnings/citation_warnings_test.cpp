@@ -52,6 +52,8 @@ TEST(ReportCitations, NamesWhatIsReadInACommentOrInPart) {
             One("'\\cite' stands in a comment and is read all the same"))
       << "the backslash before the \"%\" is the second of a line break";
   EXPECT_EQ(Citations("\\cite{a,\nb}\n"), One("'\\cite' is read to the end of its line only"));
+  EXPECT_EQ(Citations("\\cites{a}{b} \\cite{c}\n"),
+            One("'\\cites' is read to the end of its first list only"));
 }
 
 TEST(ReportCitations, GivesTheLineOfEach) {

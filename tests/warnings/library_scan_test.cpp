@@ -47,6 +47,13 @@ TEST(ScanLibrary, HasNothingToSayOfGoodLibraries) {
   for (const std::string_view library : good) EXPECT_EQ(Scan(library), Lines()) << library;
 }
 
+TEST(ScanLibrary, NamesTheTagOfATextInCapitalsWhereItHasOne) {
+  const std::string why = " becomes capitals, as it stands between an '@' and a brace";
+  EXPECT_EQ(Scan("see a@b {x}\n@misc{k,\n  note = {c@d {y}},\n}\n"),
+            (Lines{"upper-cased l:1 [] the text '@b '" + why,
+                   "upper-cased l:3 [k] the text '@d ' in 'note'" + why}));
+}
+
 TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
   const std::string e = "@misc{k,\n";
   const std::string unbraced =

@@ -36,7 +36,8 @@ TEST(RepeatedKeys, AreComparedToTheLastByte) {
   EXPECT_EQ(Repeated("@misc{ab,\n}\n@misc{a,\n}\n@misc{abc,\n}\n@misc{a ,\n}\n"), Lines());
   EXPECT_EQ(Repeated("@misc{\xC4,\n}\n@misc{\xE4,\n}\n"), Lines()) << "no letters but ASCII's";
   EXPECT_EQ(Repeated("@misc{[,\n}\n@misc{{,\n}\n"), Lines()) << "a bit apart, but no letters";
-  EXPECT_EQ(Repeated("@misc{,\n}\n@misc{,\n}\n").size(), 1U) << "an empty key is one like others";
+  EXPECT_EQ(Repeated("@misc{,\n}\n@misc{,\n}\n"),
+            Lines{"key-twice l:3 [] the entry has no key, and neither has that in line 1"});
   EXPECT_EQ(Repeated("@misc{k\n}\n@misc{k,\n}\n").size(), 1U) << "a key may end with its line";
 }
 
@@ -57,9 +58,12 @@ TEST(RepeatedKeys, AreThoseThatAMapFinds) {
       const auto offset = static_cast<std::size_t>(head.key.data() - library.data());
       const auto [known, is_new] = first.try_emplace(upper, warnings.LineOf(offset));
       if (is_new) return;
+      const std::string line = std::to_string(known->second);
       expected.push_back("key-twice l:" + std::to_string(warnings.LineOf(head.offset)) + " [" +
-                         std::string(head.key) + "] the key stands in line " +
-                         std::to_string(known->second) + " already");
+                         std::string(head.key) + "] " +
+                         (upper.empty()
+                              ? "the entry has no key, and neither has that in line " + line
+                              : "the key stands in line " + line + " already"));
     };
     ScanLibrary(library, rules, warnings);
     ASSERT_EQ(Repeated(library), expected) << library;

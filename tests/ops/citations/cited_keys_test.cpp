@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ops/operations.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_warnings.h"
 
@@ -64,6 +65,16 @@ TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
                   "other-citation d/paper.tex:2 [] '\\mycite' is not read; '--cite-commands' may "
                   "name it",
                   "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
+}
+
+TEST_F(CitedKeysOfADocument, WarnOfADocumentThatCitesNothing) {
+  testing::RecordingWarnings warnings;
+  run_.warnings = &warnings;
+  files_.files["d/paper.tex"] = "\\begin{document}\n\\end{document}\n";
+  files_.files["lit.bib"] = library_;
+  EXPECT_EQ(RunExtract(run_), 0);
+  EXPECT_EQ(warnings.lines, (Keys{"other-citation d/paper.tex:0 [] no citation was read from the "
+                                  "document: there is nothing to extract"}));
 }
 
 TEST_F(CitedKeysOfADocument, AreNotReportedAsUncitedHoweverTheyWereRead) {

@@ -40,6 +40,10 @@ TEST(MisreadValues, AreOfTheComparedTagsOnly) {
                    "mentions it"}));
 }
 
+std::vector<std::string_view> DifferingTags(std::string_view dropped, std::string_view kept) {
+  return KeptEntryFacts(kept).DifferingTags(dropped);
+}
+
 TEST(DifferingTags, AreThoseThatBothHave) {
   const std::string one = "@misc{a,\n title = {A {B}: c},\n year = 2001,\n doi = {1},\n}\n";
   using Names = std::vector<std::string_view>;
@@ -57,7 +61,7 @@ TEST(DifferingTags, HoldAllPiecesOfAValue) {
 
 /// The tags that BibTeX does not read of the first entry, and why.
 std::string Unread(std::string_view kept, std::string_view dropped) {
-  const UnreadTags unread = UnreadOf(kept, dropped);
+  const UnreadTags unread = KeptEntryFacts(kept).UnreadOf(dropped);
   std::string text;
   for (const std::string& tag : unread.tags) text += tag + " ";
   return unread.tags.empty() ? "" : text + "| " + unread.why;
@@ -118,8 +122,28 @@ TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
   EXPECT_EQ(to.lines.size(), 1U);
 }
 
+TEST(ReportCutEntry, NamesNoTagsOfTheNextEntry) {
+  const std::string library =
+      "@misc{a,\n note = {x%\n}},\n title = {T}}\nand @misc{b,\n year = {1},\n}\n";
+  const std::size_t end = library.find(" title");
+  RecordingWarnings to;
+  FileWarnings warnings(&to, "l", library);
+  ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
+  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
+                            "begins with '}'; the rest is not in the new library: 'title'"});
+}
+
 TEST(EntryTextAt, EndsBeforeTheClosingLine) {
   EXPECT_EQ(EntryTextAt("x\n@misc{a,\n y = {z}\n}\nmore\n", 2), "@misc{a,\n y = {z}");
+}
+
+TEST(EntryTextAt, GoesOnInAValueToTheNextEntryAtMost) {
+  const std::string open = "@misc{a,\n y = {z\n}\n w\n";
+  EXPECT_EQ(EntryTextAt(open + "}\nmore\n", 0), open.substr(0, open.size() - 1));
+  EXPECT_EQ(EntryTextAt(open + "@comment{c}\n}\n", 0), open);
+  EXPECT_EQ(EntryTextAt(open + " @misc{b,\n}\n", 0), open);
+  EXPECT_EQ(EntryTextAt(open + " me@home\n}\n", 0), open + " me@home");
+  EXPECT_EQ(EntryTextAt(open + "v", 0), open + "v");
 }
 
 TEST(ReportVerdict, NamesWhatMakesItDoubtful) {

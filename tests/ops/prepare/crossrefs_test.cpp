@@ -16,7 +16,8 @@ std::string TagsOfFirst(const std::string& library, CrossReferences::Parent pare
   EXPECT_TRUE(reader.Next(item));
   CrossReferences crossrefs(library);
   EXPECT_EQ(crossrefs.Inherit(item), parent);
-  EXPECT_EQ(crossrefs.HasParent(), parent == CrossReferences::Parent::kFound);
+  using Parent = CrossReferences::Parent;
+  EXPECT_EQ(crossrefs.HasParent(), parent == Parent::kFound || parent == Parent::kTooMany);
   std::string tags;
   for (const BibTag& tag : item.tags) tags.append(tag.name).append("=").append(tag.value) += ';';
   return tags;
@@ -43,9 +44,44 @@ TEST(CrossReferences, TheFirstEntryOfAKeyIsTheParent) {
 TEST(CrossReferences, AMissingParentAndTheEntryItselfGiveNothing) {
   EXPECT_EQ(TagsOfFirst("@misc{a, crossref={q}}", CrossReferences::Parent::kMissing),
             "crossref=q;");
-  EXPECT_EQ(TagsOfFirst("@misc{a, crossref={a}}", CrossReferences::Parent::kMissing),
-            "crossref=a;");
+  EXPECT_EQ(TagsOfFirst("@misc{a, crossref={A}}", CrossReferences::Parent::kItself), "crossref=A;");
   EXPECT_EQ(TagsOfFirst("@misc{a, note={n}}", CrossReferences::Parent::kNone), "note=n;");
+}
+
+TEST(CrossReferences, FollowALongChainAndEndInACircle) {
+  std::string chain;
+  for (int i = 0; i < 40; ++i) {
+    const std::string number = std::to_string(i);
+    chain +=
+        "@misc{k" + number + ", t" + number + "={x}, crossref={k" + std::to_string(i + 1) + "}}";
+  }
+  const std::string tags = TagsOfFirst(chain, CrossReferences::Parent::kTooMany);
+  EXPECT_NE(tags.find("t32=x;"), std::string::npos);
+  EXPECT_EQ(tags.find("t33=x;"), std::string::npos);
+  EXPECT_EQ(TagsOfFirst("@misc{a, crossref={b}}@misc{b, crossref={c}}@misc{c, x={1}, crossref={b}}",
+                        CrossReferences::Parent::kTooMany),
+            "crossref=b;x=1;");
+}
+
+TEST(CrossReferences, TagsOfParentsDoNotGrowWithoutMeasure) {
+  const std::string parent = "@misc{p, note={" + std::string(2000000, 'n') + "}, x={1}}";
+  const std::string library = "@misc{a, crossref={p}}" + parent;
+  CrossReferences crossrefs(library);
+  BibStrings strings;
+  int with_note = 0;
+  for (int i = 0; i < 10; ++i) {
+    BibReader reader(library, strings);
+    BibItem item;
+    EXPECT_TRUE(reader.Next(item));
+    const auto parent_is = crossrefs.Inherit(item);
+    const bool has_note = item.tags.size() > 1;
+    with_note += has_note ? 1 : 0;
+    EXPECT_EQ(parent_is,
+              has_note ? CrossReferences::Parent::kFound : CrossReferences::Parent::kTooLong);
+    EXPECT_TRUE(crossrefs.HasParent());
+    EXPECT_NE(item.tags.size(), 2U) << "no tag after the one that had no room";
+  }
+  EXPECT_EQ(with_note, 8);
 }
 
 }  // namespace

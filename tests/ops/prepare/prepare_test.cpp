@@ -211,7 +211,7 @@ TEST(Prepare, ReportsKeysThatNoFormCures) {
       {"a@b",
        "its key holds an \"@\": no operation sees the entry, which stands in front of the "
        "others; change the key"},
-      {"", "it has no key: Clean tags drops it; change the key"},
+      {"", "the entry has no key: Clean tags drops it; change the key"},
       {"url={x",
        "its key ends a tag's name: Clean characters leaves the entry's first line out; "
        "change the key"}};
@@ -249,6 +249,23 @@ TEST(Prepare, GivesEntriesTheTagsOfTheirParents) {
             std::string::npos);
   EXPECT_EQ(result.warnings, (Texts{"missing-parent [c] there is no entry of the key that its "
                                     "'crossref' names"}));
+}
+
+TEST(Prepare, ReportsParentsWhoseTagsAreMissing) {
+  EXPECT_EQ(Prepare("@misc{a, crossref={A}}").warnings,
+            Texts{"missing-parent [a] its 'crossref' names the entry itself"});
+  EXPECT_EQ(Prepare("@misc{a, crossref={b}}@misc{b, crossref={c}}@misc{c, crossref={b}}").warnings,
+            Texts{"missing-parent [a] its parents have too many parents, or are in a circle"});
+}
+
+TEST(Prepare, FollowsParentsOfParents) {
+  std::string library;
+  for (int i = 0; i < 30; ++i) {
+    library += "@misc{c" + std::to_string(i) + ", crossref={c" + std::to_string(i + 1) + "}}";
+  }
+  library += "@misc{c30, year={1}}";
+  EXPECT_EQ(Prepare(library).warnings, Texts());
+  EXPECT_TRUE(Library(library).starts_with("@MISC{c0,\n  crossref = {c1},\n  year = {1}\n}"));
 }
 
 TEST(Prepare, ParentsMayStandBeforeTheirChildrenAndHaveParents) {
@@ -375,14 +392,15 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
   EXPECT_EQ(RunPrepare(run), kSucceeded);
   EXPECT_EQ(files.files["my.refs_prepared.bib"],
             std::string(BibFileHeader) + "\n@MISC{a,\n  note = {x}\n}\n\n@MISC{b,\n}\n\n");
-  EXPECT_EQ(files.files["my.refs_prepared.log"],
-            std::string(LogFileHeader) +
-                "\nEntry 'a', line 1:\n    The tag 't', whose line would be taken for that of "
-                "'year', was left out: {in a year}\n\n"
-                "Line 1: this could not be read to its end:\n@misc{a, note=x, t={in a year}\n\n"
-                "\n\n\n2 BibTeX entries from the BibTeX file\n    'my.refs.bib'\nwere brought into "
-                "the form that all functions read. 1 tags were left out, and 1 places could not be "
-                "read. The new BibTeX file is stored in\n    'my.refs_prepared.bib'.");
+  EXPECT_EQ(
+      files.files["my.refs_prepared.log"],
+      std::string(LogFileHeader) +
+          "\nEntry 'a', line 1:\n    The tag 't', whose line would be taken for that of "
+          "'year', was left out: {in a year}\n\n"
+          "Line 1: this could not be read to its end:\n@misc{a, note=x, t={in a year}\n\n"
+          "\n\n\n2 BibTeX entries from the BibTeX file\n    'my.refs.bib'\nwere brought into "
+          "the form that all functions read.\nTags that were left out: 1. Texts that could not be "
+          "read: 1.\nThe new BibTeX file is stored in\n    'my.refs_prepared.bib'.");
   EXPECT_EQ(
       warnings.lines,
       (Texts{"undefined-string my.refs.bib:1 [a] the string 'x' is not defined: its name "

@@ -174,6 +174,11 @@ TEST(FindCut, GivesACommandOfWhichOnlyTheBeginningHasARow) {
   }
   EXPECT_EQ(commands.FindCut("\\ab"), "\\ab") << "two letters";
   EXPECT_EQ(commands.FindCut("a \\alpha \\b and \\alphabet soup"), "\\alphabet");
+  const LaTeXCommands guarded = Read(
+      "START\n\\fo \x1D"
+      "fo\n\\f x\n\x1D \\\n");
+  EXPECT_EQ(guarded.FindCut("\\foo"), "") << "the last row gives back what the first took";
+  EXPECT_EQ(guarded.FindCut("\\foo \\fan"), "\\fan");
 }
 
 TEST(FindRow, GivesTheFirstRowThatOccurs) {
