@@ -333,7 +333,7 @@ void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
 /// Reports why the run ends with the entry that begins at `start`.
 void DoubleCleaner::ReportEnd(std::size_t start) {
   input_warnings_.Report(WarningKind::kEndedEarly, start, reader_.Entry().key,
-                         "no line that begins with '}' ends the last entry: Clean doubles ends "
+                         "no line that begins with '}' ends the entry: Clean doubles ends "
                          "there without success; put the last '}' on a line of its own");
 }
 

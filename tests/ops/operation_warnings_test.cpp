@@ -212,7 +212,7 @@ const Case kCases[] = {
       "cut-entry lit.bib:20 [c] the entry was copied up to a value's line that begins with '}'; "
       "the rest is not in the new library: 'note'",
       "text-not-copied lit.bib:21 [] text outside entries was not copied: 'note = {lost},'",
-      "ended-early lit.bib:23 [d] no line that begins with '}' ends the last entry: Clean doubles "
+      "ended-early lit.bib:23 [d] no line that begins with '}' ends the entry: Clean doubles "
       "ends there without success; put the last '}' on a line of its own"}},
     {"clean-authors",
      "@misc{a,\n  author = {Plato and Aristotle},\n}\n@misc{b,\n  author = \"Roe, Anna and\n"
