@@ -53,6 +53,19 @@ TEST(Check, SortsByLineAndWritesNothing) {
             "tarvel-batch: " + (directory / "gone.bib") + " could not be read\n");
 }
 
+TEST(Check, PrintsTheBeginningOfALongKey) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit.bib"};
+  testing::WriteDiskFile(request.files[0],
+                         "@misc{" + std::string(2000, 'k') + ",\n  year = 1,\n}\n");
+  request.only = {"unbraced-value"};
+  EXPECT_EQ(Check(request).out,
+            request.files[0] + ":2: warning: entry '" + std::string(100, 'k') +
+                "...': the value of 'year' has no braces around it and is read as empty "
+                "[unbraced-value]\n");
+}
+
 TEST(Check, ReadsALibraryWhoseNameHasNoExtension) {
   const testing::TemporaryDirectory directory;
   BatchRequest request;

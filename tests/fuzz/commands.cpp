@@ -99,7 +99,10 @@ class Found final : public Warnings {
  public:
   void Report(const Warning& warning) override {
     if (RowOf(warning.kind).about != About::kReading) return;
-    found.insert({warning.line, warning.kind, std::string(warning.key), std::string(warning.text)});
+    // Of a key as long as a line only the beginning is printed, which may be that of others.
+    constexpr std::size_t kMostKey = 1000;
+    found.insert({warning.line, warning.kind, std::string(warning.key.substr(0, kMostKey)),
+                  std::string(warning.text)});
   }
   /// The lines of the kinds that `wanted` takes.
   template <typename Wanted>

@@ -54,6 +54,14 @@ TEST(DifferingTags, AreThoseThatBothHave) {
   EXPECT_EQ(DifferingTags("@misc", "@misc{b"), Names());
 }
 
+TEST(DifferingTags, AreNoneForAnyOfSeveralValues) {
+  const std::string kept = "@misc{a,\n doi = {2},\n doi = {1},\n doi = {3},\n}\n";
+  for (const std::string doi : {"1", "2", "3"}) {
+    EXPECT_TRUE(DifferingTags("@misc{b,\n doi = {" + doi + "},\n}\n", kept).empty()) << doi;
+  }
+  EXPECT_FALSE(DifferingTags("@misc{b,\n doi = {4},\n}\n", kept).empty());
+}
+
 TEST(DifferingTags, HoldAllPiecesOfAValue) {
   EXPECT_EQ(DifferingTags("@misc{a,\n doi = {1} # {2},\n}\n", "@misc{a,\n doi = {1},\n}\n"),
             std::vector<std::string_view>{"doi"});
