@@ -143,7 +143,7 @@ SHAPES = (
     (entries_that_never_close, 10000, ALL),
     (entries_within_lines_of_open_values, 5000, ALL),
     (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
-    (children_of_a_long_parent, 10000, ("prepare", "extract")),
+    (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),

@@ -130,17 +130,6 @@ TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
   EXPECT_EQ(to.lines.size(), 1U);
 }
 
-TEST(ReportCutEntry, NamesNoTagsOfTheNextEntry) {
-  const std::string library =
-      "@misc{a,\n note = {x%\n}},\n title = {T}}\nand @misc{b,\n year = {1},\n}\n";
-  const std::size_t end = library.find(" title");
-  RecordingWarnings to;
-  FileWarnings warnings(&to, "l", library);
-  ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
-  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
-                            "begins with '}'; the rest is not in the new library: 'title'"});
-}
-
 TEST(EntryTextAt, EndsBeforeTheClosingLine) {
   EXPECT_EQ(EntryTextAt("x\n@misc{a,\n y = {z}\n}\nmore\n", 2), "@misc{a,\n y = {z}");
 }
