@@ -51,7 +51,7 @@ TEST(CleanDoublesLongEntries, AreForgottenWhenTheyAreOverwritten) {
   EXPECT_EQ(
       DroppedDiffers(Misc("a", "x", "") + Misc("a", "y", "  doi = {1},\n" + kFiller) +
                      Misc("b", "y", "  doi = {1},\n") + Misc("a", "z", "  doi = {2},\n" + kFiller) +
-                     Misc("c", "z", "  doi = {2},\n") + Misc("d", "z", "  doi = {1},\n")),
+                     Misc("c", "z", "  doi = {2},\n") + Misc("d", "z", "  doi = {3},\n")),
       Lines{Differs("a_b")});
 }
 
