@@ -194,11 +194,12 @@ int RunCleanAuthors(const RunContext& run) {
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kReadTags{std::string_view("author")};
+  const NameMatcher tags(kReadTags);
   NamedKeys keys(input->Bytes(), [](std::string_view entry) { return CountByte(entry, '\n'); });
   ScanLibrary(input->Bytes(),
               {.line_limit = limits::kLongLine,
-               .read_tags = kReadTags,
-               .stray_tags = kReadTags,
+               .read_tags = &tags,
+               .stray_tags = &tags,
                .on_entry = [&](const EntryHead& head) { keys.Take(head); }},
               warnings);
   WarnOfLargeOutput(run, log->Path(), keys.Bytes(), kLongKeys);

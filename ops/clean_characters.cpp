@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/byte_marks.h"
+#include "core/byte_finder.h"
 #include "core/text_primitives.h"
 #include "core/utf8.h"
 #include "ops/large_outputs.h"
@@ -95,20 +95,14 @@ std::string NameOf(char32_t code) {
 
 /// How many bytes of the text are replaced.
 std::size_t CountBad(std::string_view text) {
-  ByteMarks marks(text);
-  std::size_t count = 0;
-  for (std::size_t at = marks.FindOdd(0, text.size()); at < text.size();
-       at = marks.FindOdd(at + 1, text.size())) {
-    ++count;
-  }
-  return count;
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), OddFinder::Holds));
 }
 
 /// One pass over a library.
 class CharacterCleaner {
  public:
   CharacterCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
-      : input_(input), marks_(input.Bytes()), library_(library), log_(log), warnings_(warnings) {}
+      : input_(input), odd_(input.Bytes()), library_(library), log_(log), warnings_(warnings) {}
 
   /// REQUIRES: the input is in memory.
   void Walk();
@@ -122,7 +116,7 @@ class CharacterCleaner {
   void ReportFound();
 
   LineStream& input_;
-  ByteMarks marks_;
+  OddFinder odd_;
   std::size_t offset_ = 0;  // of the line that is being read
   OutputFile& library_;
   OutputFile& log_;
@@ -136,20 +130,19 @@ class CharacterCleaner {
 };
 
 void CharacterCleaner::Walk() {
-  const std::string_view bytes = input_.Bytes();
-  for (ByteMarks::Line marks; offset_ < bytes.size(); offset_ = marks.end) {
-    marks = marks_.NextLine(offset_, limits::kLongLine - 1);
-    input_.SetPosition(marks.end);
+  while (const auto read = input_.ReadLine(limits::kLongLine)) {
+    offset_ = input_.Position() - read->size();
     ++line_number_;
-    Line line(bytes.substr(offset_, marks.end - offset_));
+    Line line(*read);
     if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
       if (warnings_.Wanted()) NoteLeftOut(line.Text(), kExemptTags[tag]);
       continue;
     }
-    if (marks.has_at && (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
+    const bool has_at = read->find('@') != std::string_view::npos;
+    if (has_at && (IsKnownEntry(line) || ContainsNoCase(line.Text(), kJabRefMarker))) {
       bibitem_ = CopyUntilChar(line.Text(), '{', ',');
     }
-    if (marks.is_plain) {
+    if (odd_.Find(offset_, input_.Position()) == input_.Position()) {
       library_.Write(line.Text());
     } else {
       ReplaceBadBytes(line.Text());
@@ -165,8 +158,7 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
   const std::size_t end = offset_ + line.size();
-  for (std::size_t bad = marks_.FindOdd(offset_, end); bad < end;
-       bad = marks_.FindOdd(bad + 1, end)) {
+  for (std::size_t bad = odd_.Find(offset_, end); bad < end; bad = odd_.Find(bad + 1, end)) {
     const std::size_t at = bad - offset_;
     LogBadByte(line[at], at + 1);
     library_.Write({line.substr(copied, at - copied), "?"});

@@ -386,9 +386,10 @@ void ReportLibrary(const RunContext& run, const std::string& log, std::string_vi
                    FileWarnings& warnings) {
   std::uint64_t keyless = 0;
   DoublesLogSize size;
+  const NameMatcher tags(kDoublesTagNames);
   ScanLibrary(library,
               {.line_limit = limits::kPairLine,
-               .read_tags = kDoublesTagNames,
+               .read_tags = &tags,
                .needs_closing_line = true,
                .one_value_a_line = true,
                .on_entry =

@@ -290,11 +290,12 @@ int RunCleanTags(const RunContext& run) {
 
   FileWarnings file_warnings = WarningsOf(run, run.first_path, *input);
   KeptStrings strings(input->Bytes(), kStringMarker);
+  const NameMatcher filter(kFilterNames);
   ScanRules rules{.line_limit = limits::kLongLine,
-                  .read_tags = kFilterNames,
+                  .read_tags = &filter,
                   .one_value_a_line = true,
                   .takes_all_tags = true,
-                  .stray_tags = kFilterNames};
+                  .stray_tags = &filter};
   if (run.settings.RemoveJournalStrings == 0) {
     rules.on_entry = [&](const EntryHead& head) { strings.AddUpTo(head.offset); };
   }

@@ -263,8 +263,9 @@ KeyUses ReportLibrary(const RunContext& run, const std::string& path, const Line
   FileWarnings warnings = WarningsOf(run, path, library);
   if (!warnings.Wanted()) return {};
   RepeatedKeys keys(library.Bytes(), warnings);
+  const NameMatcher tags(kCompareTagNames);
   ScanRules rules{.line_limit = limits::kPairLine,
-                  .read_tags = kCompareTagNames,
+                  .read_tags = &tags,
                   .needs_closing_line = true,
                   .one_value_a_line = true,
                   .upper_cases = false};

@@ -173,11 +173,11 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   if (!output) return Fail(run, kLibraryNotCreated);
   FileWarnings warnings = WarningsOf(run, run.second_path, *library);
   ValueCounts counts;
+  const NameMatcher tags(kReferenceTags);
   const ScanRules rules{.line_limit = limits::kShortLine,
-                        .read_tags = kReferenceTags,
+                        .read_tags = &tags,
                         .one_value_a_line = true,
-                        .counts = &counts,
-                        .stray_tags = kReferenceTags};
+                        .stray_tags = &tags};
   std::set<std::string> macros;
   KeysAnyCase copied;
   std::vector<std::pair<std::string_view, LibraryRange>> children;  // parents and their entries
@@ -190,14 +190,15 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
       ReportPassedHeads(library->Bytes(), keys, entries, warnings);
     };
     observer.on_range = [&](const LibraryRange& range) {
-      const std::size_t unbraced = counts.unbraced;
-      ScanRange(library->Bytes(), range, rules, warnings);
+      const ValueCounts of_entry = ScanRange(library->Bytes(), range, rules, warnings);
+      counts.values += of_entry.values;
+      counts.unbraced += of_entry.unbraced;
       const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
       if (const auto parent = ParentOf(text)) children.emplace_back(*parent, range);
       // The values of an entry of an unknown type are not counted.
       std::string head(LineAt(text, 0));
       const bool has_others = text.find("\n@") != std::string_view::npos;
-      if (counts.unbraced != unbraced || has_others || !IsKnownEntry(head)) {
+      if (of_entry.unbraced != 0 || has_others || !IsKnownEntry(head)) {
         AddMacros(text, macros);
       }
     };

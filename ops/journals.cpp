@@ -79,8 +79,8 @@ int RunJournals(const RunContext& run) {
   log->Write("Here are all Journal names which have been renamed:\n\n\n");
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kStrayTags{std::string_view("journal")};
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kPairLine, .stray_tags = kStrayTags},
-              warnings);
+  const NameMatcher tags(kStrayTags);
+  ScanLibrary(input->Bytes(), {.line_limit = limits::kPairLine, .stray_tags = &tags}, warnings);
   RenameJournals(*input, *library, *log, journals, run.settings, warnings);
   log->Write({"The changed journal names are stored in a new BibTeX library:\n", library->Path(),
               "\n\n\n\n"});

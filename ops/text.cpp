@@ -95,11 +95,12 @@ int RunText(const RunContext& run) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *library);
+  const NameMatcher tags(kReferenceTags);
   ScanLibrary(library->Bytes(),
               {.line_limit = limits::kShortLine,
-               .read_tags = kReferenceTags,
+               .read_tags = &tags,
                .one_value_a_line = true,
-               .stray_tags = kReferenceTags},
+               .stray_tags = &tags},
               warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
   bool too_long = false;

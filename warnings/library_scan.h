@@ -3,9 +3,9 @@
 
 #include <cstddef>
 #include <functional>
-#include <span>
 #include <string_view>
 
+#include "core/name_matcher.h"
 #include "warnings/warnings.h"
 
 namespace tarvel {
@@ -27,8 +27,8 @@ struct ValueCounts {
 struct ScanRules {
   /// Its line limit, as `LineStream::ReadLine` takes it.
   std::size_t line_limit = 0;
-  /// The tags whose values it reads; others may stand without braces.
-  std::span<const std::string_view> read_tags = {};
+  /// The tags whose values it reads, if any; others may stand without braces.
+  const NameMatcher* read_tags = nullptr;
   /// Whether only a line that begins with "}" ends an entry for it.
   bool needs_closing_line = false;
   /// Whether it reads one value a line, and none on an entry's first line.
@@ -37,10 +37,8 @@ struct ScanRules {
   bool takes_all_tags = false;
   /// Whether it writes what stands between an "@" and a brace in capitals.
   bool upper_cases = true;
-  /// Where the values are counted; null: nowhere.
-  ValueCounts* counts = nullptr;
-  /// The tags that it takes from lines outside entries, for tags of the entry before.
-  std::span<const std::string_view> stray_tags = {};
+  /// The tags that it takes from lines outside entries, for tags of the entry before; if any.
+  const NameMatcher* stray_tags = nullptr;
   /// Called for each entry, in their order.
   std::function<void(const EntryHead& head)> on_entry = {};
 };
@@ -56,9 +54,9 @@ struct LibraryRange {
   std::size_t end;
 };
 
-/// The same for a range of the library, as if nothing stood before it. Offsets count from the start
-/// of the library.
-void ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
-               FileWarnings& warnings);
+/// The same for a range of the library, as if nothing stood before it; returns how many values it
+/// has. Offsets count from the start of the library.
+ValueCounts ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
+                      FileWarnings& warnings);
 
 }  // namespace tarvel

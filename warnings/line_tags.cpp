@@ -2,6 +2,7 @@
 #include "warnings/line_tags.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "app/texts.h"
 #include "core/ascii.h"
@@ -97,6 +98,16 @@ bool IsFileHeader(std::string_view line) {
     at += own.size() + 1;
   }
   return false;
+}
+
+std::size_t LineBegin(std::string_view bytes, std::size_t from, std::size_t at) {
+  const void* const before = memrchr(bytes.data() + from, '\n', at - from);
+  if (!before) return from;
+  return static_cast<std::size_t>(static_cast<const char*>(before) - bytes.data()) + 1;
+}
+
+std::size_t LineEnd(std::string_view bytes, std::size_t at) {
+  return std::min(bytes.find('\n', at), bytes.size() - 1) + 1;
 }
 
 std::string_view LineAt(std::string_view bytes, std::size_t offset) {

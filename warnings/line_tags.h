@@ -31,6 +31,12 @@ std::ptrdiff_t OpenBraces(std::string_view text);
 /// program's files, or another program's note on the encoding: nobody misses it.
 bool IsFileHeader(std::string_view line);
 
+/// Where the line begins that holds the byte at `at`; not before `from`.
+std::size_t LineBegin(std::string_view bytes, std::size_t from, std::size_t at);
+
+/// Where the line ends that holds the byte at `at`, after its line break.
+std::size_t LineEnd(std::string_view bytes, std::size_t at);
+
 /// The line of `bytes` that begins at `offset`, without its line break.
 std::string_view LineAt(std::string_view bytes, std::size_t offset);
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <span>
 #include <string>
@@ -20,9 +21,10 @@ namespace {
 using namespace std::string_literals;
 using namespace tarvel::testing;
 
-constexpr std::string_view kTags[] = {"title", "year"};
+const std::array<std::string_view, 2> kTagNames{"title", "year"};
+const NameMatcher kTags(kTagNames);
 
-std::vector<std::string> Scan(std::string_view library, ScanRules rules = {1000, kTags}) {
+std::vector<std::string> Scan(std::string_view library, ScanRules rules = {1000, &kTags}) {
   RecordingWarnings to;
   FileWarnings warnings(&to, "l", library);
   ScanLibrary(library, rules, warnings);
@@ -132,13 +134,13 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
 TEST(ScanLibrary, AsksForAClosingLineOnlyWhereOneIsNeeded) {
   const std::string library = "@misc{k,\n year = {1}}\n@misc{l,\n}\n";
   EXPECT_EQ(Scan(library), Lines());
-  EXPECT_EQ(Scan(library, {1000, kTags, true}),
+  EXPECT_EQ(Scan(library, {1000, &kTags, true}),
             Lines{"runs-on l:1 [k] no line that begins with \"}\" ends the entry before the next "
                   "entry"});
-  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n", {1000, kTags, true}),
+  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n", {1000, &kTags, true}),
             Lines{"runs-on l:1 [k] no line that begins with \"}\" ends the entry before the end of "
                   "the library"});
-  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n}\n@misc{l,\n}\n", {1000, kTags, true}), Lines());
+  EXPECT_EQ(Scan("@misc{k,\n year = {1}}\n}\n@misc{l,\n}\n", {1000, &kTags, true}), Lines());
 }
 
 TEST(ScanLibrary, ReportsLinesOverTheLimit) {
@@ -163,7 +165,7 @@ TEST(ScanLibrary, CallsForEveryEntry) {
 }
 
 TEST(ScanLibrary, DoesNothingForNobody) {
-  ScanRules rules{1000, kTags};
+  ScanRules rules{1000, &kTags};
   rules.on_entry = [](const EntryHead&) { FAIL(); };
   FileWarnings warnings(nullptr, "l", "");
   ScanLibrary("@misc{k,\n}\n", rules, warnings);
@@ -189,7 +191,7 @@ TEST(ScanRange, ReportsOfRangesWhatIsReportedOfTheLibrary) {
     }
     if (!heads_begin_lines) continue;
     bounds.push_back(library.size());
-    const ScanRules rules{1000, kTags};
+    const ScanRules rules{1000, &kTags};
     RecordingWarnings to;
     FileWarnings warnings(&to, "l", library);
     for (std::size_t part = 0; part + 1 < bounds.size(); ++part) {
@@ -210,7 +212,7 @@ TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
   const auto scan = [&](const LibraryRange& range) {
     RecordingWarnings to;
     FileWarnings warnings(&to, "l", library);
-    ScanRange(library, range, {1000, kTags, true}, warnings);
+    ScanRange(library, range, {1000, &kTags, true}, warnings);
     return to.lines;
   };
   EXPECT_EQ(scan({0, 22}),
@@ -222,7 +224,7 @@ TEST(ScanRange, KnowsWhetherTheLibraryGoesOn) {
 }
 
 TEST(ScanLibrary, ReportsTagsAndEntriesThatShareALine) {
-  ScanRules rules{1000, kTags};
+  ScanRules rules{1000, &kTags};
   rules.one_value_a_line = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T}, year = {1}, note = {n}\n}\n", rules),
             Lines{"shared-line l:2 [k] the tag 'year' shares a line with 'title': only one of them "
@@ -274,7 +276,7 @@ TEST(ScanLibrary, ReportsHeadsAfterOtherText) {
 }
 
 TEST(ScanLibrary, ReportsTagsAfterTheEndOfAnEntry) {
-  ScanRules rules{1000, kTags};
+  ScanRules rules{1000, &kTags};
   rules.one_value_a_line = rules.takes_all_tags = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T\n}}, year = {1}, note = {n}\n", rules),
             (Lines{"shared-line l:3 [k] the tag 'year' stands after the end of its entry, on the "
@@ -302,7 +304,7 @@ TEST(ScanLibrary, ReportsTextThatBecomesCapitals) {
   const std::string library = "@misc{k,\n note = {Mail a@b.org, see {Jones}},\n}\n";
   EXPECT_EQ(Scan(library), Lines{"upper-cased l:2 [k] the text '@b.org, see ' in 'note' becomes "
                                  "capitals, as it stands between an '@' and a brace"});
-  ScanRules rules{1000, kTags};
+  ScanRules rules{1000, &kTags};
   rules.upper_cases = false;
   EXPECT_EQ(Scan(library, rules), Lines());
   for (const std::string_view good :
@@ -333,7 +335,7 @@ TEST(ScanLibrary, CountsTheValues) {
   } to;
   const std::string library = "@misc{k,\n title = {T},\n year = 1, note = \"x\",\n author =\n}\n";
   FileWarnings warnings(&to, "l", library);
-  ScanLibrary(library, {1000, kTags}, warnings);
+  ScanLibrary(library, {1000, &kTags}, warnings);
   ScanLibrary(library, {1000}, warnings);
   EXPECT_EQ(to.counts, Lines{"l 3/4"}) << "nobody asks who reads no values";
 }
@@ -343,7 +345,7 @@ TEST(ScanLibrary, IsLinearInALine) {
   std::string library = "@misc{k,";
   for (int i = 0; i < 200000; ++i) library += "a=1,";
   const auto start = std::clock();
-  Scan(library + "title=1}\n", {1000, kTags});
+  Scan(library + "title=1}\n", {1000, &kTags});
   EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC);
 }
 

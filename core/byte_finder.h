@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace tarvel {
+
+/// The bytes from `first` to `last`, compared as signed numbers: those from 128 on are below 0.
+struct ByteRange {
+  signed char first;
+  signed char last;
+
+  static constexpr ByteRange One(char byte) {
+    return {static_cast<signed char>(byte), static_cast<signed char>(byte)};
+  }
+};
+
+/// Finds the next byte of some ranges, 64 bytes at a time: looking at one byte after the other took
+/// most of the time of a scan. Asking in the order of the offsets is linear; going back costs a new
+/// look at 64 bytes.
+template <ByteRange... kRanges>
+class ByteFinder {
+ public:
+  static constexpr std::size_t kWordSize = 64;
+
+  /// `text` must outlive this.
+  explicit ByteFinder(std::string_view text) : text_(text) {}
+
+  /// The offset of the first of the bytes from `from` on, or `end`, at most the size of the text.
+  std::size_t Find(std::size_t from, std::size_t end) {
+    for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
+      if (at / kWordSize != word_) Mark(at / kWordSize);
+      const std::uint64_t bits = bits_ >> (at % kWordSize);
+      if (bits != 0) return std::min(at + static_cast<std::size_t>(std::countr_zero(bits)), end);
+    }
+    return end;
+  }
+
+  static constexpr bool Holds(char byte) {
+    const auto code = static_cast<signed char>(byte);
+    return ((code >= kRanges.first && code <= kRanges.last) || ...);
+  }
+  /// A bit for each of 64 bytes, the lowest for the first.
+  static std::uint64_t PlainMarks(const char* bytes) {
+    std::uint64_t marks = 0;
+    for (std::size_t at = 0; at < kWordSize; ++at) {
+      marks |= std::uint64_t{Holds(bytes[at]) ? 1U : 0U} << at;
+    }
+    return marks;
+  }
+  /// The same in vector code, where the processor has any.
+  static std::uint64_t Marks(const char* bytes) {
+#if defined(__SSE2__)
+    std::uint64_t marks = 0;
+    for (unsigned part = 0; part < 4; ++part) {
+      const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + part * 16));
+      const __m128i found = AnyOf(InRange(text, kRanges)...);
+      marks |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(found))} << (part * 16);
+    }
+    return marks;
+#else
+    return PlainMarks(bytes);
+#endif
+  }
+
+ private:
+#if defined(__SSE2__)
+  static __m128i InRange(__m128i text, ByteRange range) {
+    if (range.first == range.last) return _mm_cmpeq_epi8(text, _mm_set1_epi8(range.first));
+    const __m128i below = _mm_cmplt_epi8(text, _mm_set1_epi8(range.first));
+    const __m128i beyond = _mm_cmpgt_epi8(text, _mm_set1_epi8(range.last));
+    if (range.first == INT8_MIN) return _mm_xor_si128(beyond, _mm_set1_epi8(-1));
+    return _mm_andnot_si128(_mm_or_si128(below, beyond), _mm_set1_epi8(-1));
+  }
+  template <typename... Found>
+  static __m128i AnyOf(__m128i first, Found... others) {
+    ((first = _mm_or_si128(first, others)), ...);
+    return first;
+  }
+#endif
+
+  void Mark(std::size_t word) {
+    word_ = word;
+    const std::string_view bytes = text_.substr(word * kWordSize, kWordSize);
+    bits_ = bytes.size() == kWordSize ? Marks(bytes.data()) : MarksOfLast(bytes);
+  }
+  /// The marks of the text's last bytes, and of bytes after them that are of no matter.
+  static std::uint64_t MarksOfLast(std::string_view bytes) {
+    std::array<char, kWordSize> word{};
+    std::copy(bytes.begin(), bytes.end(), word.begin());
+    return Marks(word.data());
+  }
+
+  std::string_view text_;
+  std::size_t word_ = static_cast<std::size_t>(-1);  // that `bits_` marks
+  std::uint64_t bits_ = 0;
+};
+
+/// Bytes that give a library its structure.
+using StructureFinder =
+    ByteFinder<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"'), ByteRange::One('='),
+               ByteRange::One(','), ByteRange::One('\n')>;
+/// Bytes from 128 on.
+using NonAsciiFinder = ByteFinder<ByteRange{-128, -1}>;
+/// Bytes that are neither printable ASCII nor a tab nor break lines.
+using OddFinder = ByteFinder<ByteRange{-128, '\b'}, ByteRange{'\v', '\f'}, ByteRange{14, 31},
+                             ByteRange::One(127)>;
+
+}  // namespace tarvel

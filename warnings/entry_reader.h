@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "core/byte_finder.h"
+#include "warnings/library_scan.h"
+
+namespace tarvel {
+
+/// Reads the tags and values of the entries of a library, part by part, and reports those that will
+/// be read otherwise than their author meant.
+class EntryReader {
+ public:
+  /// `bytes` are those of the library up to the end of what is scanned; `goes_on` when it does
+  /// after them. All must outlive this.
+  EntryReader(std::string_view bytes, bool goes_on, const ScanRules& rules, FileWarnings& warnings)
+      : bytes_(bytes), goes_on_(goes_on), structure_(bytes), rules_(rules), warnings_(warnings) {}
+
+  /// Opens the entry whose first line begins at `offset`.
+  void Open(std::string_view key, std::size_t offset);
+  /// Begins a line that holds no head.
+  void BeginLine(std::size_t offset);
+  /// A line that begins with "}" ends the entry.
+  void NoteClosingLine() { closing_line_ = true; }
+  /// Reads a part of the entry, from an offset to that of a later byte, of one line or of several.
+  /// Returns where the entry ends, if it does, or else the end of the part.
+  std::size_t Read(std::size_t begin, std::size_t end);
+  /// Reports what the entry lacks, as the next one begins at `next`, or the library ends there.
+  void Close(std::size_t next);
+  /// Reports the line of the open value if it begins with a byte from 128 on: such bytes are taken
+  /// for blanks there.
+  void CheckContinuation(std::string_view line, std::size_t offset);
+
+  bool IsOpen() const { return state_ != State::kOutside; }
+  /// Whether a value in braces or quotes is open.
+  bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
+  /// How many braces of the open value are not closed.
+  std::size_t Depth() const { return state_ == State::kInValue ? depth_ : 0; }
+  /// The key of the open entry, or of the one that ended last.
+  std::string_view Key() const { return key_; }
+  /// The name of the tag that was read last, of the same entry.
+  std::string_view Tag() const { return tag_; }
+  const ValueCounts& Counts() const { return counts_; }
+
+ private:
+  enum class State { kOutside, kInEntry, kBeforeValue, kInValue, kInQuotes };
+
+  std::size_t SkipBetweenTags(std::size_t at);
+  std::size_t ReadTag(std::size_t at);
+  std::size_t StartValue(std::size_t at);
+  std::size_t ContinueValue(std::size_t at);
+  std::size_t SkipPiece(std::size_t at);
+  void ReportSharedLine(std::string_view before);
+  void ReportAfterEntry(std::size_t at);
+  void ReportUnbraced(std::size_t at);
+  void ReportJoined(std::size_t at);
+  void Report(WarningKind kind, std::size_t offset, TextParts text) {
+    warnings_.Report(kind, offset, key_, text);
+  }
+  bool IsReadTag() const;
+  bool EndsLine(std::size_t at) const { return at == end_ || bytes_[at] == '\n'; }
+  std::size_t PartEnd(std::size_t at);
+  bool HasBraceFrom(std::size_t at);
+  bool MentionsReadTag(std::size_t at);
+
+  std::string_view bytes_;
+  bool goes_on_;
+  StructureFinder structure_;
+  const ScanRules& rules_;
+  FileWarnings& warnings_;
+  ValueCounts counts_;
+
+  // The part that is read.
+  std::size_t part_ = 0;
+  std::size_t end_ = 0;
+
+  // The entry that is open, or was the last one.
+  State state_ = State::kOutside;
+  bool has_entry_ = false;     // it came, and is not yet done with
+  bool closing_line_ = false;  // a line that begins with "}" came since
+  std::string_view key_;
+  std::size_t head_ = 0;
+  std::string_view tag_;
+  std::size_t tag_offset_ = 0;
+  std::size_t depth_ = 0;
+  bool line_is_taken_ = false;  // something of the entry stands on the line already
+
+  // What many values of a line may ask, found out once a line.
+  std::size_t line_end_ = 0;    // of the line that was asked for last
+  std::size_t next_brace_ = 0;  // "{"
+  std::size_t asked_end_ = 0;
+  bool asked_answer_ = false;  // it mentions a tag that is read
+};
+
+}  // namespace tarvel
