@@ -32,7 +32,8 @@ constexpr char kUsage[] =
     "  --enough SECONDS  no further run once the runs took this long together\n"
     "  --before COMMAND  a shell command to run, unmeasured, before each run\n"
     "  --reads FILE      a part of the floor: wc -l FILE; may be given several times\n"
-    "  --writes PATTERN  another part: cat of the files that match, as COMMAND wrote them\n"
+    "  --writes PATTERN  another part: cat of the files that match, as COMMAND wrote them, into a\n"
+    "                    file in the working directory\n"
     "  --also OPTION     the other option, put before the arguments of COMMAND\n"
     "  --output FILE     where standard output and standard error of the last run go\n";
 
@@ -123,16 +124,21 @@ Figures RunOnce(char* const* command, const Streams& streams, unsigned timeout) 
   return figures;
 }
 
-/// CPU seconds of a command that must succeed; null pointers end its words.
-double CpuOf(std::vector<char*> command) {
-  const Figures figures = RunOnce(command.data(), {}, 0);
+/// CPU seconds of a command that must succeed; null pointers end its words. Its output goes to
+/// `output`.
+double CpuOf(std::vector<char*> command, const char* output = "/dev/null") {
+  Streams streams;
+  streams.output = output;
+  const Figures figures = RunOnce(command.data(), streams, 0);
   if (figures.status == 0) return figures.cpu;
   std::fprintf(stderr, "tarvel-measure: %s failed\n", command[0]);
   std::exit(1);
 }
 
-/// CPU seconds of counting the lines of what is read and copying what was written to /dev/null.
+/// CPU seconds of counting the lines of what is read and of copying what was written into another
+/// file: an operation writes files, too.
 double RunFloor(Options& options) {
+  constexpr const char* kCopy = "tarvel-measure.copy";
   char wc[] = "wc", lines[] = "-l", cat[] = "cat";
   double sum = 0;
   for (std::string& file : options.reads) sum += CpuOf({wc, lines, file.data(), nullptr});
@@ -141,7 +147,8 @@ double RunFloor(Options& options) {
     std::vector<char*> command{cat};
     command.insert(command.end(), written.gl_pathv, written.gl_pathv + written.gl_pathc);
     command.push_back(nullptr);
-    sum += CpuOf(command);
+    sum += CpuOf(command, kCopy);
+    unlink(kCopy);
   }
   globfree(&written);
   return sum;
