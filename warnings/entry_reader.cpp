@@ -25,6 +25,7 @@ void EntryReader::Open(std::string_view key, std::size_t offset) {
   line_is_taken_ = true;
   head_ = offset;
   tag_ = {};
+  tag_is_read_.reset();
 }
 
 void EntryReader::BeginLine(std::size_t offset) {
@@ -104,6 +105,7 @@ std::size_t EntryReader::ReadTag(std::size_t at) {
   }
   const std::string_view before = tag_;
   tag_ = TrimEnd(bytes_.substr(at, end - at), IsBlank);
+  tag_is_read_.reset();
   tag_offset_ = at;
   if (line_is_taken_ && rules_.one_value_a_line) ReportSharedLine(before);
   line_is_taken_ = true;
@@ -201,7 +203,7 @@ void EntryReader::ReportJoined(std::size_t at) {
 /// looked through once, however many values stand on it.
 bool EntryReader::MentionsReadTag(std::size_t at) {
   if (!rules_.read_tags) return false;
-  if (at == tag_offset_ && rules_.read_tags->Any(tag_)) return true;
+  if (at == tag_offset_ && IsReadTag()) return true;
   if (asked_end_ <= at) {
     asked_end_ = PartEnd(at);
     const std::size_t begin = LineBegin(bytes_, part_, at);
@@ -219,7 +221,11 @@ void EntryReader::CheckContinuation(std::string_view line, std::size_t offset) {
           " begins with a letter that is not ASCII and is lost where lines are joined"});
 }
 
-/// Whether the name of the tag holds that of one that is read.
-bool EntryReader::IsReadTag() const { return rules_.read_tags && rules_.read_tags->Any(tag_); }
+/// Whether the name of the tag holds that of one that is read. Looked up once, as all the lines of
+/// a value may ask.
+bool EntryReader::IsReadTag() {
+  if (!tag_is_read_) tag_is_read_ = rules_.read_tags && rules_.read_tags->Any(tag_);
+  return *tag_is_read_;
+}
 
 }  // namespace tarvel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "core/byte_finder.h"
@@ -59,7 +60,7 @@ class EntryReader {
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
     warnings_.Report(kind, offset, key_, text);
   }
-  bool IsReadTag() const;
+  bool IsReadTag();
   bool EndsLine(std::size_t at) const { return at == end_ || bytes_[at] == '\n'; }
   std::size_t PartEnd(std::size_t at);
   bool HasBraceFrom(std::size_t at);
@@ -83,6 +84,7 @@ class EntryReader {
   std::string_view key_;
   std::size_t head_ = 0;
   std::string_view tag_;
+  std::optional<bool> tag_is_read_;
   std::size_t tag_offset_ = 0;
   std::size_t depth_ = 0;
   bool line_is_taken_ = false;  // something of the entry stands on the line already

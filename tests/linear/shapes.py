@@ -77,6 +77,14 @@ def values_that_close_late(n):
     return heads + "}\n" * (2 * n) + "@book{last,\n title={x}\n}\n"
 
 
+def pieces_after_a_long_name(n):
+    return "@misc{k,\n" + "x" * (4 * n) + " = {a}\n" + "# {b}\n" * n + "}\n"
+
+
+def lines_after_a_long_name(n):
+    return "@misc{k,\n" + "x" * (4 * n) + " = {\n" + "\u00e9\n" * n + "}\n}\n"
+
+
 def values_that_never_close(n):
     return "".join(f"@book{{k{i},\n title={{t{i}\n author={{\n" for i in range(n))
 
@@ -140,6 +148,8 @@ SHAPES = (
     (long_values_of_other_middles, 500, ALL),
     (values_that_close_late, 5000, ALL),
     (values_that_never_close, 5000, ALL),
+    (pieces_after_a_long_name, 10000, ALL),
+    (lines_after_a_long_name, 10000, ALL),
     (entries_that_never_close, 10000, ALL),
     (entries_within_lines_of_open_values, 5000, ALL),
     (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
@@ -193,7 +203,7 @@ def measure(program, make, size, operation):
     for factor in (1, 4):
         with tempfile.TemporaryDirectory() as directory:
             library = make(size * factor)
-            with open(os.path.join(directory, "lit.bib"), "w", encoding="ascii") as file:
+            with open(os.path.join(directory, "lit.bib"), "w", encoding="utf-8") as file:
                 file.write(library)
             with open(os.path.join(directory, "paper.tex"), "w", encoding="ascii") as file:
                 follows = operation == "extract --follow"
