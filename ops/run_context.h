@@ -64,19 +64,20 @@ std::string OutputPath(const std::string& library, std::string_view suffix,
 /// picked files, which are never opened for writing.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& path, CreateMode mode);
-/// The same for one of the operations' own files, beside `library`. Reports why it fails.
+/// The same. When it fails, says on the terminal why: the operations' own texts name neither the
+/// file nor the reason. `path` was made from that of `library`; it is empty when that has no
+/// extension.
+[[nodiscard]] std::unique_ptr<OutputFile> CreateOrReport(const RunContext& run,
+                                                         const std::string& library,
+                                                         const std::string& path, CreateMode mode);
+/// The same for one of the operations' own files: beside `library`, or in the run's output
+/// directory.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& library, Output output);
 /// The same, and begins the file with its header.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run,
                                                            const std::string& library,
                                                            Output output);
-
-/// Says on the terminal why a new file could not be created: the operations' own texts name neither
-/// the file nor the reason. `error` is the system's, or 0; an empty path means that `library` has
-/// no extension to put a suffix before.
-void ReportNotCreated(const RunContext& run, const std::string& library, const std::string& path,
-                      int error);
 
 /// The header of a file with this name and the line break after it. The name's extension decides.
 std::string HeaderOf(std::string_view name);

@@ -3,7 +3,6 @@
 #include "ops/prepare/prepare.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -254,9 +253,7 @@ class NewFile {
  private:
   void Create() {
     is_created_ = true;
-    errno = 0;
-    file_ = CreateOutput(run_, path_, CreateMode::kWrite);
-    if (!file_) ReportNotCreated(run_, run_.first_path, path_, errno);
+    file_ = CreateOrReport(run_, run_.first_path, path_, CreateMode::kWrite);
     if (file_) file_->Write(HeaderOf(file_->Path()));
   }
 
