@@ -21,8 +21,8 @@ class CrossReferences {
   /// `bytes` must outlive this. The first question reads the library once for its keys.
   explicit CrossReferences(std::string_view bytes);
 
-  /// kMissing: no entry has the key. kItself: it is that of the entry. kTooMany, kTooLong: the tags
-  /// of some parents were not added.
+  /// kMissing: no entry has the key. kItself: it is the entry's own. kTooMany, kTooLong: the tags of
+  /// some parents were not added. ORDER: `kParentTexts`.
   enum class Parent { kNone, kFound, kMissing, kItself, kTooMany, kTooLong };
   /// Adds the tags that the entry gets from its parent, after its own and with its offset as
   /// theirs. They are valid as long as this lives. Where the tags of parents would make the library
