@@ -102,8 +102,8 @@ class SilentReporter final : public Reporter {
   void Warn(std::string_view /*line*/) override {}
 };
 
-/// How much of a key is kept, in bytes: more than is printed. A key that is no key can be as long
-/// as the library, and stand in each of its findings.
+/// How many bytes of a key are kept: more than are printed. Text that is taken for a key can be as
+/// long as the library, and each finding in the entry holds it.
 constexpr std::size_t kMostKey = 1000;
 
 /// What is wrong in one line.

@@ -255,7 +255,7 @@ int RunCleanCharacters(const RunContext& run) {
   }
 
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
-  NamedKeys keys(input->Bytes(), [](std::string_view entry) { return CountBad(entry); });
+  NamedKeys keys(input->Bytes(), CountBad);
   ScanLibrary(input->Bytes(),
               {.line_limit = limits::kLongLine,
                .on_entry = [&](const EntryHead& head) { keys.Take(head); }},

@@ -229,8 +229,9 @@ void Comparison::ReportCut(const LineStream& library, const LibraryRange& copied
   ReportCutEntry(bytes, {text, copied.end}, warnings);
 }
 
-/// Warns once when the copies have become larger than the library: an entry is copied once for each
-/// that equals it. How often that will be is not known before, so it is estimated.
+/// Adds to the size of the copies. Warns once, when it exceeds that of the first library by
+/// `kLargeOutput` bytes. The final size is not known yet: it is estimated from how much of the
+/// second library has been read.
 void Comparison::CountCopied(std::uint64_t bytes) {
   copied_ += bytes;
   if (warned_of_copies_ || copied_ < first_stream_.Bytes().size() + kLargeOutput) return;

@@ -39,11 +39,11 @@ class KeptStrings {
   std::uint64_t bytes_ = 0;
 };
 
-/// Why a log becomes large by `NamedKeys`.
+/// The reason for a log that `NamedKeys` finds large: it repeats very long keys.
 inline constexpr std::string_view kLongKeys = "it names keys that are very long again and again";
 
-/// Adds up what a log takes that names the key of an entry again and again: only a key that is no
-/// key, but text up to a comma far away, makes that much.
+/// Adds up the size of a log that repeats the keys of entries. It is large only when a key is very
+/// long: text that is taken for a key because its comma is far away.
 class NamedKeys {
  public:
   /// `library`, its bytes, must outlive this. `count` gives how often the log names the key of an

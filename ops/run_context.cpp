@@ -27,6 +27,20 @@ bool IsInput(const RunContext& run, const std::string& path) {
          std::any_of(run.kept_files.begin(), run.kept_files.end(), is_same);
 }
 
+/// `error` is the system's, or 0.
+void ReportNotCreated(const RunContext& run, const std::string& library, const std::string& path,
+                      int error) {
+  std::string text = "warning: could not create the file '" + path + "'";
+  if (path.empty()) {
+    text = "warning: '" + library + "' has no extension, and new files are named after it";
+  } else if (IsInput(run, path)) {
+    text += ": the run reads it";
+  } else if (error != 0) {
+    text.append(": ").append(std::strerror(error));
+  }
+  run.reporter.Warn(EscapeControls(text));
+}
+
 }  // namespace
 
 std::string OutputPath(const std::string& library, Output output, const std::string& directory) {
@@ -48,13 +62,18 @@ std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::strin
   return std::make_unique<OutputFile>(std::move(sink), path);
 }
 
+std::unique_ptr<OutputFile> CreateOrReport(const RunContext& run, const std::string& library,
+                                           const std::string& path, CreateMode mode) {
+  errno = 0;
+  std::unique_ptr<OutputFile> file = CreateOutput(run, path, mode);
+  if (!file) ReportNotCreated(run, library, path, errno);
+  return file;
+}
+
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& library,
                                          Output output) {
   const std::string path = OutputPath(library, output, run.output_directory);
-  errno = 0;
-  std::unique_ptr<OutputFile> file = CreateOutput(run, path, ModeOf(output));
-  if (!file) ReportNotCreated(run, library, path, errno);
-  return file;
+  return CreateOrReport(run, library, path, ModeOf(output));
 }
 
 std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::string& library,
@@ -62,19 +81,6 @@ std::unique_ptr<OutputFile> CreateWithHeader(const RunContext& run, const std::s
   std::unique_ptr<OutputFile> file = CreateOutput(run, library, output);
   if (file) file->Write(HeaderOf(file->Path()));
   return file;
-}
-
-void ReportNotCreated(const RunContext& run, const std::string& library, const std::string& path,
-                      int error) {
-  std::string text = "warning: could not create the file '" + path + "'";
-  if (path.empty()) {
-    text = "warning: '" + library + "' has no extension, and new files are named after it";
-  } else if (IsInput(run, path)) {
-    text += ": the run reads it";
-  } else if (error != 0) {
-    text.append(": ").append(std::strerror(error));
-  }
-  run.reporter.Warn(EscapeControls(text));
 }
 
 std::string HeaderOf(std::string_view name) {

@@ -52,7 +52,7 @@ struct RunContext {
 };
 
 /// The path of an operation's new file beside `library`, or in `directory` unless that is empty.
-/// Empty when the library's path, or in a directory its name, holds no ".".
+/// Empty when the library's path (with a directory: its name) holds no ".".
 std::string OutputPath(const std::string& library, Output output,
                        const std::string& directory = {});
 
@@ -64,7 +64,14 @@ std::string OutputPath(const std::string& library, std::string_view suffix,
 /// picked files, which are never opened for writing.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& path, CreateMode mode);
-/// The same for one of the operations' own files, beside `library`. Reports why it fails.
+/// The same. When it fails, says on the terminal why: the operations' own texts name neither the
+/// file nor the reason. `path` was made from that of `library`; it is empty when that has no
+/// extension.
+[[nodiscard]] std::unique_ptr<OutputFile> CreateOrReport(const RunContext& run,
+                                                         const std::string& library,
+                                                         const std::string& path, CreateMode mode);
+/// The same for one of the operations' own files: beside `library`, or in the run's output
+/// directory.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& library, Output output);
 /// The same, and begins the file with its header.
@@ -72,20 +79,14 @@ std::string OutputPath(const std::string& library, std::string_view suffix,
                                                            const std::string& library,
                                                            Output output);
 
-/// Says on the terminal why a new file could not be created: the operations' own texts name neither
-/// the file nor the reason. `error` is the system's, or 0; an empty path means that `library` has
-/// no extension to put a suffix before.
-void ReportNotCreated(const RunContext& run, const std::string& library, const std::string& path,
-                      int error);
-
 /// The header of a file with this name and the line break after it. The name's extension decides.
 std::string HeaderOf(std::string_view name);
 
-/// Closes new files; false when a byte of any did not arrive, after a `PrintError` for each such
-/// file. An operation whose files did not all arrive has failed.
+/// Closes new files; false when one of them was not written to its last byte, after a `PrintError`
+/// for each such file. The operation has then failed.
 [[nodiscard]] bool CloseOutputs(const RunContext& run, std::initializer_list<OutputFile*> files);
 
-/// Where a run reports what the file at `path`, read whole into `input`, gives cause to.
+/// Takes a run's warnings about the file at `path`, whose bytes are those of `input`.
 FileWarnings WarningsOf(const RunContext& run, const std::string& path, const LineStream& input);
 
 /// Reports a failure with `PrintError` and returns `result`, so that an operation can end with it.

@@ -45,7 +45,7 @@ void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
 }
 
 void CitedKeys::ReadLikeLaTeX(LineStream lines) {
-  WasRead(run_.first_path);  // so that a file that includes it does not read it again
+  MarkRead(run_.first_path);  // so that a file that includes it does not read it again
   Read(Add(run_.first_path, std::move(lines)));
 }
 
@@ -83,7 +83,7 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
        {std::string_view(run_.citations.directory), DirectoryOf(from.path)}) {
     for (const std::string& file : NamesOf(command, name)) {
       const std::string path = absolute ? file : std::string(directory).append(file);
-      if (WasRead(path)) return;
+      if (MarkRead(path)) return;
       std::optional<LineStream> lines = run_.files.OpenLines(path, ReadMode::kRead);
       if (!lines) continue;
       Read(Add(path, std::move(*lines)));
@@ -98,7 +98,7 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
                            .append("' was not found, and its citations are missing"));
 }
 
-bool CitedKeys::WasRead(const std::string& path) {
+bool CitedKeys::MarkRead(const std::string& path) {
   const std::optional<FileState> file = run_.files.StateAt(path);
   return file && !read_.insert({file->device, file->number}).second;
 }

@@ -59,8 +59,8 @@ class CitedKeys {
   Document& Add(std::string path, LineStream lines);
   void Read(Document& document);
   void Follow(Document& from, std::string_view command, std::string_view name, std::size_t offset);
-  /// Whether the file at `path` was read before; from now on it counts as read.
-  bool WasRead(const std::string& path);
+  /// Notes that the file at `path` is read; returns whether it was noted before.
+  bool MarkRead(const std::string& path);
 
   const RunContext& run_;
   std::list<Document> documents_;

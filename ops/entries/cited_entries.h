@@ -21,9 +21,9 @@ class CitedEntries {
   explicit CitedEntries(const std::vector<std::string>& keys);
 
   /// Reads the library, with at most 999 bytes a line, until all keys are found, or to its end.
-  /// `on_range` is called, in their order, with the ranges of the library that matter for the keys:
-  /// each entry of one up to the next head, and each line that looks like the head of one and is
-  /// none, with what follows it.
+  /// `on_range` is called, in the order of the library, with the ranges that matter for the keys:
+  /// each entry of a key up to the next head, and each line that holds a key as a head does but is
+  /// no head, also up to the next one.
   void Find(LineStream& library, const std::function<void(const LibraryRange&)>& on_range = {});
   /// The offset of the head of key number `i`; nothing when the library has none.
   std::optional<std::size_t> Head(std::size_t i) const { return heads_[i]; }

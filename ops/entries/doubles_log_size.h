@@ -13,8 +13,7 @@ namespace tarvel {
 /// Adds up, before Clean doubles writes its log, what entries that share a key can make of it
 /// beyond the size of the library:
 /// - The notes on entries of a type that is not compared: each names all earlier ones with its key.
-/// - The tags of an entry, which are shown again for each later one that has its key and other
-/// tags.
+/// - The tags of an entry: they are shown again for each later one with its key and other tags.
 class DoublesLogSize {
  public:
   /// Takes the entries in their order.

@@ -10,11 +10,11 @@
 
 namespace tarvel {
 
-/// Entries of a file, found by where they stand in it. An `Entry` has two offsets, `head` and
-/// `end`, which differ, and stays at its place in memory.
+/// The entries of a file, found by their offsets. An `Entry` has two offsets, `head` and `end`,
+/// which must differ. The address of an entry does not change.
 ///
-/// Nearly all entries of a library that grows are added in the order of the file. Those are in a
-/// list, which takes a third of the memory of a map. Where one was removed an empty one is left.
+/// Nearly all entries of a growing library are added in the order of the file. Those are in a list,
+/// which takes a third of the memory of a map. Removing an entry leaves an empty one in the list.
 template <typename Entry>
 class EntriesByOffset {
  public:
@@ -27,7 +27,7 @@ class EntriesByOffset {
   }
 
   /// Removes the entries whose heads stand at `begin` or after, but before `end`; calls `removed`
-  /// with each before.
+  /// with each of them first.
   template <typename Removed>
   void Remove(std::size_t begin, std::size_t end, const Removed& removed) {
     for (auto at = FirstIn(in_order_, begin); at != in_order_.end() && at->head < end; ++at) {
@@ -62,7 +62,7 @@ class EntriesByOffset {
   }
 
   std::deque<Entry> in_order_;
-  std::map<std::size_t, Entry> others_;  // by head
+  std::map<std::size_t, Entry> others_;  // those that were added out of order, by head
 };
 
 }  // namespace tarvel

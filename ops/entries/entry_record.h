@@ -137,16 +137,17 @@ struct EntryRecord {
   void Start(std::string_view head);
 };
 
-/// Values that go on over lines, of entries that may lie in each other. They are read line by line
-/// until that has cost as much as reading the file twice; from then on each is looked up in the
-/// joined text of the file.
+/// Values of several lines, of entries that may overlap. They are read line by line until that has
+/// cost as much as reading the file twice; from then on each is looked up in the joined text of the
+/// file.
 class LongValues {
  public:
   /// The value after the first "{" of `line`, a view into the bytes of `stream`; the stream is then
-  /// after the line that ends the value. The view lives as long as this. Nothing, and nothing is
-  /// read, where the line ends the value itself, and while values are to be read line by line.
+  /// after the line that ends the value. The result lives as long as this. Returns nothing, and
+  /// leaves the stream where it is, when `line` itself ends the value, and while values are still
+  /// to be read line by line.
   std::optional<std::string_view> LookUp(std::string_view line, LineStream& stream);
-  /// Takes note of the bytes that were read for a value.
+  /// Counts the bytes that were read for a value.
   void CountRead(std::size_t bytes) { read_ += bytes; }
 
  private:
@@ -172,8 +173,8 @@ class TagReader {
   explicit TagReader(const std::array<FieldTag, N>& tags) : tags_(tags), matcher_(NamesOf(tags)) {}
 
   /// Reads one line (at most 4,999 bytes) and, when it names a tag, the tag's value. Views in
-  /// `record` point into the stream's bytes, or into `long_values`, which a stream needs that is
-  /// set back. Of pages only the first page is kept.
+  /// `record` point into the stream's bytes, or into `long_values`. That is needed where the stream
+  /// is set back, so that lines are read more than once. Of pages only the first page is kept.
   EntryLineEnd ReadLine(LineStream& stream, EntryRecord& record,
                         LongValues* long_values = nullptr) const;
   /// Reads lines until the entry ends; returns what ended it.

@@ -72,17 +72,17 @@ std::size_t CommaAfterKey(std::string_view entry) {
   return LineAt(entry.substr(0, limits::kPairLine - 1), 0).find(',');
 }
 
-/// The offset of the first line from that at `from` on that begins with "@" or that operations take
-/// for the first of an entry; npos when there is none.
+/// The offset of the first line that begins with "@" or that operations take for the first of an
+/// entry, starting with the line at `from`; `kNone` if there is none.
 std::size_t FindHeadLine(std::string_view text, std::size_t from) {
-  for (std::size_t at = text.find('@', from); at < text.size(); at = text.find('@', from)) {
+  for (std::size_t at = text.find('@', from); at != kNone; at = text.find('@', from)) {
     const std::size_t begin = text.substr(0, at).rfind('\n') + 1;
     const std::string_view line = LineAt(text, begin);
     std::string upper(line);
     if (at == begin || IsKnownEntry(upper)) return begin;
     from = begin + line.size();
   }
-  return std::string_view::npos;
+  return kNone;
 }
 
 /// Reads the entry at the start of the text as BibTeX does, up to the next line that begins with
@@ -196,7 +196,7 @@ void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::s
     const std::string_view line = LineAt(library, at);
     const bool is_text = depth <= 0 && !IsFileHeader(Trim(line, "}) \t\r\n"));
     depth = std::max<std::ptrdiff_t>(depth, 0) + OpenBraces(line);
-    std::string upper(line.find('@') == std::string_view::npos ? std::string_view() : line);
+    std::string upper(line.find('@') == kNone ? std::string_view() : line);
     if (!IsKnownEntry(upper)) {
       if (is_text && !in_text) {
         warnings.Report(

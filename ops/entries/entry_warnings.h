@@ -62,18 +62,20 @@ class KeysAnyCase {
   std::unordered_set<std::string, KeyedStringHash> keys_;  // in capitals
 };
 
-/// What an entry that is kept is compared with by the warnings about those that are dropped. Made
-/// once for an entry, however many are dropped for it.
+/// What the warnings about dropped entries must know of the entry that is kept. Made once for a
+/// kept entry, however many are dropped for it.
 class KeptEntryFacts {
  public:
-  /// `text` begins with the entry's first line and may go on after the entry. It is not kept.
+  /// `text` begins with the entry's first line and may go on after the entry. It need not outlive
+  /// this.
   explicit KeptEntryFacts(std::string_view text);
 
-  /// The names of those of the tags title, author, year, doi and eprint that the dropped entry has
-  /// and the kept one lacks or has otherwise, case, braces, blanks and punctuation aside. Unless
-  /// they were `compared`, journal, volume and pages count too.
+  /// The names of the tags title, author, year, doi and eprint of the dropped entry that the kept
+  /// one lacks or has with another value. Letter case, braces, blanks and punctuation are ignored.
+  /// Journal, volume and pages count too, unless they were `compared` before.
   std::vector<std::string_view> DifferingTags(std::string_view dropped, bool compared = true) const;
-  /// What BibTeX reads in the dropped entry only, if the two are no copies.
+  /// The tags that BibTeX reads in the dropped entry, but not in the kept one. Asked for only when
+  /// the two are not copies.
   UnreadTags UnreadOf(std::string_view dropped) const;
 
  private:

@@ -23,7 +23,7 @@ struct TypeGroup {
 
 inline constexpr std::size_t kMostCompared = 4;
 
-/// The values of a group's compared tags, in the group's order; the unused places are empty.
+/// The values of a group's compared tags, in the group's order; unused elements are empty.
 struct ComparedValues {
   std::array<std::string_view, kMostCompared> values;
   std::size_t count = 0;
@@ -41,7 +41,7 @@ ComparedValues KeepComparedValues(const TypeGroup& group, const EntryRecord& ent
 /// The hash of an entry's type and compared values, for an index over them.
 std::size_t ContentHash(std::string_view type, const ComparedValues& values);
 
-/// How the compared tags of two entries stand to each other.
+/// The result of comparing the compared tags of two entries.
 enum class Content { kTagMissing, kEqual, kDifferent };
 
 /// Judges two entries by the tags of one group, byte for byte.
@@ -84,7 +84,7 @@ extern const std::array<CompareRule, 8> kCompareRules;
 // Clean doubles
 
 /// Which keys the closing line of a probable double names, and in what order. The entry that stays
-/// is always the earlier one; that the line says so only for articles is kept as it is.
+/// is always the earlier one, though only the line for articles says so.
 enum class ClosingKeys : std::uint8_t { kNone, kLaterThenEarlier, kEarlierThenLater };
 
 struct DoublesRule {
@@ -104,8 +104,8 @@ inline constexpr std::string_view kDoublesExactClosing = "     One BibTeX entry 
 inline constexpr std::string_view kDoublesConflictHeadline =
     "Two identical bibitems (%s and %s) were found with different content:\n";
 
-/// A rule and the type word as its table holds it, which outlives every entry; no rule for a type
-/// word of no group. Type words are taken whole: "ARTICLE " or "ARTICLES" is in no group.
+/// A rule, null for a type word of no group, and the type word as the rule's table holds it, which
+/// outlives every entry. Type words are taken whole: "ARTICLE " or "ARTICLES" is in no group.
 template <typename Rule>
 struct TypeRule {
   const Rule* rule = nullptr;

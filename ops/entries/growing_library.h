@@ -8,8 +8,9 @@
 
 namespace tarvel {
 
-/// A new library that is read back while it is written: held in memory, given to its file at the
-/// end. Writing at an offset before the end replaces what stands there and cuts nothing off after.
+/// A new library that is read back while it is written. It is held in memory, and written to its
+/// file at the end. Writing at an offset before the end overwrites the bytes there; those after
+/// them stay.
 class GrowingLibrary {
  public:
   /// A library that begins with `header`; memory for `expected_size` bytes is taken at once.

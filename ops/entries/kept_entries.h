@@ -40,15 +40,15 @@ class KeptValues {
 struct SameKey;
 struct SameContent;
 
-/// An entry as it stands in the new library. There are as many as the library has entries: only of
-/// those that others were compared with the values are in memory.
+/// An entry of the new library. There is one for each entry, so it is kept small: its values are
+/// read again when another entry is compared with it.
 struct KeptEntry {
   std::size_t head = 0;       // the offset of its first line
   std::size_t end = 0;        // the offset of the line after its last
   std::uint16_t present = 0;  // bit i: the tag of field i is present
   SameKey* same_key = nullptr;
   SameContent* same_content = nullptr;  // null if one of its compared tags is missing
-  mutable std::unique_ptr<const KeptValues> values = {};
+  mutable std::unique_ptr<const KeptValues> values = {};  // null until they are asked for
 
   /// The key; lives as long as the `KeptEntries`.
   std::string_view Key() const;
@@ -97,8 +97,8 @@ struct SameContent {
   EntryList all = {};
 };
 
-/// Groups of entries, each found by its `id`, which all its entries share. A group stays once it is
-/// there, and so does its place in memory. Takes at most 2^32 - 1 groups.
+/// Groups of entries, each found by its `id`, which all its entries share. A group is never
+/// removed, and its address does not change. Takes at most 2^32 - 1 groups.
 template <typename Group>
 class GroupTable {
  public:
@@ -144,7 +144,7 @@ class KeptEntries {
   /// Reads an entry of the library again.
   using ReadEntry = std::function<EntryRecord(const KeptEntry& entry)>;
 
-  /// `read` must give of an entry the record that `Add` was given.
+  /// `read` must return the record with which the entry was added.
   explicit KeptEntries(ReadEntry read) : read_(std::move(read)) {}
 
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.

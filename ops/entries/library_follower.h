@@ -14,7 +14,7 @@
 
 namespace tarvel {
 
-/// Offsets in a file: of each block of 128 bytes the last that was added.
+/// Offsets in a file: for each block of 128 bytes only the one that was added last.
 class LastOffsets {
  public:
   void Add(std::size_t offset);
@@ -27,27 +27,28 @@ class LastOffsets {
 };
 
 /// Knows the entries of the new library as reading it from its beginning would find them, after
-/// each write, without reading it from its beginning.
+/// each write, without reading it all again.
 ///
-/// Text that is appended is read where reading had stopped for want of text, be it in the middle of
-/// a value. After a write in the middle only that part is read anew which the write can have
-/// changed: up to an offset after the written bytes where the old reading searched for an entry
-/// too. When a value stays open instead, the entries after it are hidden, not forgotten: the next
-/// write may close it, and lead back to them.
+/// When text is appended, reading continues where it had stopped for want of text, even in the
+/// middle of a value. After a write in the middle only the part that the write can have changed is
+/// read again: up to an offset after the written bytes where both the old and the new reading
+/// search for an entry. If there is none, as a value stays open, the entries after it are hidden,
+/// not forgotten: the next write may close it, and lead back to them.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
   explicit LibraryFollower(GrowingLibrary& library);
 
   /// Writes an entry's text at `position`: the end of the library or of one of its entries. All
-  /// texts but the last end with a line feed. References into `Entries` may be gone afterwards.
+  /// texts but the last end with a line feed. References into `Entries` may be invalid afterwards.
   void Write(std::size_t position, std::string_view text);
 
   /// Appends an entry's text and an empty line, where `record` is what reading the text gives.
   /// Saves reading it again, unless it stands inside another entry.
   void Append(std::string_view text, const EntryRecord& record);
 
-  /// The entries that have ended. The last one of the library is missing here while its end is.
+  /// The entries that have ended. The last one of the library is not among them before its end is
+  /// written.
   const KeptEntries& Entries() const { return entries_; }
 
  private:

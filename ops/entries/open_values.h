@@ -8,22 +8,23 @@
 
 namespace tarvel {
 
-/// Follows a value that no brace closes for long without looking at its bytes again: keeps of each
-/// block of 4 KiB of a growing file how its lines change the depth of the braces. Values that never
-/// close are read to the end of the file once for every entry that begins one.
+/// Follows a value whose closing brace is far away, without reading its bytes again: notes for each
+/// block of 4 KiB of a growing file how its lines change the depth of the braces. Without this,
+/// values that never close would be read to the end of the file once for every entry that begins
+/// one.
 class OpenValues {
  public:
-  /// Where the lines that were passed end, at the start of a line.
+  /// How far lines were passed, and what is known there.
   struct Passed {
-    std::size_t line = 0;
+    std::size_t line = 0;      // where the next line begins
     int depth = 0;             // of the braces there
     bool after_blank = false;  // the last line that was passed is blank
   };
-  /// Passes lines of `bytes` from the one that begins at `line` on, where `depth` braces are open,
-  /// by whole blocks: as long as none closes the value and none is longer than 998 bytes, which any
-  /// reader takes at once. Nothing where no line can be passed.
+  /// Passes lines of `bytes`, from the one that begins at `line`, where `depth` braces are open.
+  /// Passes whole blocks, as long as no line closes the value and no line is longer than 998 bytes,
+  /// which any reader takes at once. Returns nothing if no line can be passed.
   std::optional<Passed> Pass(std::string_view bytes, std::size_t line, int depth);
-  /// The bytes from `begin` to `end` are new.
+  /// Forgets the blocks of the bytes from `begin` to `end`, which were written anew.
   void Forget(std::size_t begin, std::size_t end);
 
  private:

@@ -12,20 +12,19 @@ namespace tarvel {
 
 /// Reads entries of which each may begin inside the one read before: an entry's tags can go on
 /// after the offset where its copy ends, as in a library whose entries close with "} title". As
-/// soon as such a reading comes to a line at which the one before it was, it takes what that one
-/// found from there on, so that no line is read again and again. Values that go on over the entries
+/// soon as a reading comes to a line that the one before it also read, it takes over what that one
+/// found from there on, so that no line is read many times. Values that go on over the entries
 /// after them are looked up, not read again.
 class OverlappingReader {
  public:
   explicit OverlappingReader(const TagReader& tags) : tags_(tags) {}
 
   /// Reads the entry whose first line, `head`, was just taken from `input`, up to what ends it.
-  /// Every entry of an input must be further on than the one before.
+  /// Every entry must begin after the beginning of the one before.
   EntryLineEnd Read(LineStream& input, std::string_view head);
   /// The entry that was read last.
   const EntryRecord& Entry() const { return entry_; }
-  /// Whether a line ended that entry, and not the end of the file, and it was the line that ends
-  /// at `offset`.
+  /// Whether that entry was ended by the line that ends at `offset`, not by the end of the file.
   bool ClosedAt(std::size_t offset) const {
     return end_ == EntryLineEnd::kClosed && end_offset_ == offset;
   }
@@ -39,8 +38,8 @@ class OverlappingReader {
   LongValues long_values_;
   EntryRecord entry_;
   EntryRecord before_;
-  // Where lines of the last reading begin, last line first: those passed are removed from the
-  // back.
+  // Where lines of the last reading begin, the last line first: those that were passed are removed
+  // from the back.
   std::vector<std::size_t> lines_;
   std::vector<std::size_t> new_lines_;
   EntryLineEnd end_ = EntryLineEnd::kClosed;

@@ -11,11 +11,12 @@
 
 namespace tarvel {
 
-/// An entry that BibTeX takes for a cited key, where another one was taken. All are offsets.
+/// An entry that BibTeX takes for a cited key, while Extract takes another one. `head` and `taken`
+/// are offsets.
 struct PassedHead {
   std::string_view key;
   std::size_t head;   // of its "@"
-  std::size_t taken;  // of a byte of the first line of the one that was taken
+  std::size_t taken;  // of a byte on the first line of the entry that Extract takes
 };
 
 /// Looks through a library for entries of the cited keys that were passed over: the key stands on

@@ -16,7 +16,7 @@ namespace tarvel {
 /// A tag as BibTeX reads it.
 struct BibTag {
   std::string_view name;   // as it stands in the library
-  std::string_view value;  // in one piece: strings put in, white space drawn together to one blank
+  std::string_view value;  // in one piece: with the texts of strings, white space as one blank
   std::size_t offset = 0;  // offset of the name
   TextFacts facts;         // of the value
 };
@@ -27,24 +27,24 @@ struct BibItem {
 
   Kind kind = Kind::kEntry;
   std::size_t begin = 0;     // offset of its "@"
-  std::size_t end = 0;       // where reading goes on
+  std::size_t end = 0;       // where reading continues
   std::string_view type;     // the word after the "@"
   std::string_view key;      // of an entry
-  std::vector<BibTag> tags;  // of a "@string" its one; of a "@preamble" one without a name
+  std::vector<BibTag> tags;  // a "@string" has one, a "@preamble" one without a name
 
   std::string fault;             // why it could not be read to its end; empty when it was
   std::size_t fault_offset = 0;  // of the byte at which reading failed
-  std::vector<std::string_view> undefined;  // strings whose names stand in values as they are
+  std::vector<std::string_view> undefined;  // strings whose names stand for them in values
 };
 
-/// Reads a library by the grammar of BibTeX 0.99d, byte for byte: what stands outside commands and
-/// "@comment" are skipped, a value is made of pieces in braces or quotes, numbers and names of
-/// strings, joined by "#". Other than BibTeX it takes the name of an undefined string as its text,
-/// and the commands after another on the last line of a file.
+/// Reads a library by the grammar of BibTeX 0.99d, byte for byte: text outside commands is skipped,
+/// and so is "@comment". A value is made of pieces in braces or quotes, numbers and names of
+/// strings, joined by "#". Unlike BibTeX, it takes the name of an undefined string as its text, and
+/// it reads commands that follow another one on the last line of a file.
 ///
-/// A command that breaks the grammar ends there; reading goes on after it as BibTeX's does, or,
-/// when a value swallowed the beginnings of other commands, at the first line that begins like one.
-/// Takes linear time: once that has happened, no later value goes past such a line.
+/// A command that breaks the grammar ends there. Reading continues after it as in BibTeX, or, when
+/// a value has swallowed the beginnings of other commands, at the first line that begins like one.
+/// From then on no value goes past such a line, so that reading takes linear time.
 class BibReader {
  public:
   /// `bytes` and `strings` must outlive the reader, which defines what it reads in `strings`.
@@ -52,12 +52,12 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether the values of entries are wanted; those that do not stand in the library in one piece
-  /// are empty from now on if not.
+  /// Whether values of entries are needed. If not, those that do not stand in the library in one
+  /// piece are empty from now on.
   void KeepValues(bool keeps) { keeps_values_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);
-  /// The offset of the first command after which values end at lines that begin like a command.
+  /// The offset of the command after which no value goes past a line that begins like a command.
   std::size_t StrictFrom() const { return strict_from_; }
 
  private:
@@ -99,8 +99,8 @@ class BibReader {
   std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
 };
 
-/// An offset after which no preamble begins, and no entry with an "@" in its key. Reads no values,
-/// so it may be later than need be.
+/// An offset after which no preamble begins, and no entry with an "@" in its key. Does not read
+/// values, so the offset may be later than necessary.
 std::size_t EndOfFrontTexts(std::string_view bytes);
 
 }  // namespace tarvel

@@ -43,16 +43,15 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   std::deque<std::string> own;  // names in lower case
   std::unordered_set<std::string_view, KeyedStringHash> names;
   for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
-  for (; !key.empty(); ++parents_) {
+  while (!key.empty()) {
     if (parents_ == kMostParents) return Parent::kTooMany;
     const OwnEntry* const parent = ParentOf(key, entry.begin);
     if (!parent) break;
+    ++parents_;
     for (const OwnTag& tag : parent->tags) {
       if (!names.insert(tag.name).second) continue;
-      if (!TakeRoom(2 * tag.name.size() + tag.value.size() + kAroundTag)) {
-        ++parents_;
-        return Parent::kTooLong;
-      }
+      const std::size_t bytes = 2 * tag.name.size() + tag.value.size() + kAroundTag;
+      if (!TakeRoom(bytes)) return Parent::kTooLong;
       entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
     }
     key = parent->crossref;
@@ -61,8 +60,8 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   return EqualNoCase(key, entry.key) ? Parent::kItself : Parent::kMissing;
 }
 
-/// False when so many bytes may not be added any more, and from then on always: nobody looks at all
-/// tags of a parent for nothing.
+/// Whether so many bytes may still be added. Once it says no it always does, so that no more tags
+/// are looked at for nothing.
 bool CrossReferences::TakeRoom(std::size_t bytes) {
   const bool has_room = bytes <= room_;
   room_ = has_room ? room_ - bytes : 0;

@@ -15,20 +15,21 @@ namespace tarvel {
 
 /// Gives entries the tags of the entry that their "crossref" names, by BibTeX's rule for a
 /// document that cites everything: a tag that the entry lacks is that of its parent, wherever the
-/// parent stands. Other than BibTeX, which warns of it, it follows the "crossref" of a parent too.
+/// parent stands. Unlike BibTeX, which warns of it, it follows the "crossref" of a parent too.
 class CrossReferences {
  public:
-  /// `bytes` must outlive this. The first question reads the library once for its keys.
+  /// `bytes` must outlive this. The library is read once for its keys when the first entry with a
+  /// "crossref" is given to `Inherit`.
   explicit CrossReferences(std::string_view bytes);
 
-  /// kMissing: no entry has the key. kItself: it is that of the entry. kTooMany, kTooLong: the tags
-  /// of some parents were not added.
+  /// kMissing: no entry has the key. kItself: it is the entry's own. kTooMany, kTooLong: the tags
+  /// of some parents were not added. ORDER: `kParentTexts`.
   enum class Parent { kNone, kFound, kMissing, kItself, kTooMany, kTooLong };
-  /// Adds the tags that the entry gets from its parent, after its own and with its offset as
-  /// theirs. They are valid as long as this lives. Where the tags of parents would make the library
-  /// grow out of measure, no more are added.
+  /// Adds the tags that the entry gets from its parents, after its own and with its offset as
+  /// theirs. They are valid as long as this lives. No more are added once the tags of parents would
+  /// make the library many times as long.
   Parent Inherit(BibItem& entry);
-  /// Whether the entry that was asked for last has a parent.
+  /// Whether the last entry given to `Inherit` has a parent.
   bool HasParent() const { return parents_ > 0; }
 
  private:
@@ -45,7 +46,7 @@ class CrossReferences {
     std::string value;
   };
   using Tags = std::vector<OwnTag>;
-  /// A parent, as its entry has it.
+  /// A parent with the tags of its own entry only.
   struct OwnEntry {
     Tags tags;
     std::string crossref;
@@ -69,9 +70,9 @@ class CrossReferences {
   std::size_t strict_from_ = 0;
   std::size_t room_;  // how many bytes may still be added
   std::unordered_map<std::string, std::optional<std::size_t>, KeyedStringHash>
-      offsets_;                                    // of keys asked for before
+      offsets_;                                    // of keys that were looked up before
   std::unordered_map<std::size_t, OwnEntry> own_;  // parents, by the offsets of their entries
-  std::size_t parents_ = 0;                        // of the entry that was asked for last
+  std::size_t parents_ = 0;                        // of the last entry given to `Inherit`
 };
 
 }  // namespace tarvel

@@ -15,7 +15,7 @@
 
 namespace tarvel {
 
-/// Brings entries into the form that all operations read right.
+/// Brings entries into the form that all operations read correctly.
 class EntryFormer {
  public:
   /// All but the last must outlive this. `keeps_all`: no tag is left out because its line would be

@@ -13,7 +13,7 @@
 namespace tarvel {
 
 /// Gives an entry and its tags the names by which operations and BibTeX's styles know them, each
-/// tag once, and takes the braces around whole values away.
+/// tag once, and removes the braces around whole values.
 class EntryNamer {
  public:
   explicit EntryNamer(PrepareLog& log) : log_(log) {}

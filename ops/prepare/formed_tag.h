@@ -11,15 +11,16 @@ namespace tarvel {
 
 /// A tag as it is to be written.
 struct FormedTag {
-  /// Of two lines with the same word operations take the later one, so lines with a word that is
-  /// not theirs come first, those that operations look for after the others. Bookkeeping comes
-  /// last: an entry that begins with it counts as empty.
+  /// The order in which tags are written. Of two lines that hold the same word operations take the
+  /// later one, so lines that hold the word of another tag come first, and those that operations
+  /// look for after the others. Bookkeeping comes last: an entry that begins with it counts as
+  /// empty.
   enum class Rank { kMisread, kBooktitle, kMisreadOwn, kUsual, kBookkeeping };
 
   const TagName* known;
   std::string_view value;
   std::size_t offset = 0;
-  TextFacts facts = {};  // of the value, outer braces or not
+  TextFacts facts = {};  // of the value, with or without outer braces
   Rank rank = Rank::kUsual;
   WordSet harm = 0;  // words in its line by which it is misread
   bool is_inherited = false;

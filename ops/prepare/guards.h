@@ -9,17 +9,17 @@
 
 namespace tarvel {
 
-/// The value without the pairs of braces that stand around all of it and the blanks within them. A
-/// pair around a command stays, which may hold only up to its end. `is_names`: of authors or
-/// editors, of whom such a pair makes one name; it goes where every name in it has a comma.
+/// The value without the pairs of braces that stand around all of it, and without the blanks at the
+/// inner sides of these. A pair directly around a command stays: the command may apply only up to
+/// the end of the pair. `is_names`: the value is a list of authors or editors. A pair makes one
+/// name of it, so one pair stays, unless there are several names in it, each with a comma.
 std::string_view StripOuterBraces(std::string_view value, bool is_names);
 
-/// Whether the value begins or ends with a brace, of which Extract and Text would strip it.
+/// Whether the value begins or ends with a brace, which Extract and Text would strip.
 bool NeedsEnds(std::string_view value);
 /// Writes such a value so that it neither begins nor ends with a brace, and prints the same: the
 /// first letter of a braced word, and a "?" or the like at the end of one, stand outside it; else
-/// "\relax" stands before it or "\/" after it. What BibTeX makes of its letters stays the
-/// same.
+/// "\relax" stands before it or "\/" after it. What BibTeX makes of its letters stays the same.
 void GuardEnds(std::string_view value, std::string& guarded);
 
 /// Writes the value with an empty group in each of the words, in each "journal" with blanks within,
@@ -43,10 +43,10 @@ struct Harm {
   bool is_at = false;      // text between an "@" and a "{" would be turned into capitals
   bool Any() const { return words != 0 || is_exempt || is_at; }
 };
-/// The same as `FindHarm` where the facts do not rule it out.
+/// What `FindHarm` calls when the facts do not rule out harm.
 Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful);
-/// What of the harmful words stands in the value of these facts, and the signs. A "journal" with
-/// blanks within counts as that word.
+/// Which of the harmful words and which of the signs stand in the value, whose facts are `facts`. A
+/// "journal" with blanks in it counts as that word.
 inline Harm FindHarm(std::string_view value, const TextFacts& facts, WordSet harmful) {
   const bool has_sign = facts.has_brace && (facts.has_at || facts.has_equals);
   const bool may_be = (facts.words & harmful) != 0 || facts.may_journal || has_sign;

@@ -12,14 +12,14 @@ namespace tarvel {
 struct TagRow {
   enum class Use : unsigned char {
     kNeeded,       // operations or BibTeX's own styles use it: it is never left out
-    kBookkeeping,  // of programs; an entry that begins with it counts as empty
+    kBookkeeping,  // notes that programs keep; an entry that begins with it counts as empty
     kOther,
   };
 
   std::string_view name;
   Use use = Use::kOther;
-  bool is_verbatim = false;  // an address, a path, a key: nothing may be put into its value
-  bool is_renamed = false;   // a row of `TagChanges` is of it
+  bool is_verbatim = false;  // a URL, a path, a key: nothing may be put into its value
+  bool is_renamed = false;   // `TagChanges` has a row for it
 };
 
 /// The row of a tag, its name in lower case; null when nothing is known of it.
@@ -34,20 +34,20 @@ struct TagChange {
   How how = How::kRename;
 };
 
-/// All of them, in the order in which they are applied.
+/// All changes, in the order in which they are applied.
 std::span<const TagChange> TagChanges();
 
 /// The type under which the operations know an entry.
 struct KnownType {
   std::string_view type;    // in capitals
-  bool is_same = true;      // the library's own word, letter case aside
-  bool is_in_table = true;  // else nothing is known of the library's word
+  bool is_same = true;      // as in the library, apart from letter case
+  bool is_in_table = true;  // false: nothing is known of the library's word
 };
 
-/// The type to write for the library's word. What a "thesis" is its tag "type" says; empty when it
-/// has none.
+/// The type to write for the type word of an entry. `thesis_type` is its tag "type", or empty: it
+/// decides which type a "thesis" becomes.
 KnownType FindKnownType(std::string_view word, std::string_view thesis_type);
-/// Whether a known type is one of the two of theses.
+/// Whether a known type is one of the two types of theses.
 bool IsThesis(std::string_view type);
 
 }  // namespace tarvel

@@ -3,7 +3,7 @@
 #include "ops/prepare/prepare.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <array>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -29,6 +29,15 @@ constexpr std::string_view kLogNotCreated =
     "Function Prepare()_4 => Could not create the log file?";
 constexpr std::string_view kLibraryNotCreated =
     "Function Prepare()_5 => Could not create a new BibTeX file?";
+
+// The warnings about parents; empty: none. ORDER: CrossReferences::Parent
+constexpr std::array<std::string_view, 6> kParentTexts{
+    "",
+    "",
+    "there is no entry of the key that its 'crossref' names",
+    "its 'crossref' names the entry itself",
+    "its parents have too many parents, or are in a circle",
+    "some tags of its parents would make the library too long"};
 
 constexpr std::string_view kWhite = " \t\r\n";
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
@@ -185,13 +194,8 @@ void Preparer::TakeEntry() {
 
 /// Warns of a "crossref" by which the entry does not get all tags.
 void Preparer::ReportParent(CrossReferences::Parent parent) {
-  using Parent = CrossReferences::Parent;
-  std::string_view text;
-  if (parent == Parent::kMissing) text = "there is no entry of the key that its 'crossref' names";
-  if (parent == Parent::kItself) text = "its 'crossref' names the entry itself";
-  if (parent == Parent::kTooMany) text = "its parents have too many parents, or are in a circle";
-  if (parent == Parent::kTooLong) text = "some tags of its parents would make the library too long";
-  if (!text.empty()) log_.Warn(WarningKind::kMissingParent, item_.begin, std::string(text));
+  const std::string_view text = kParentTexts[static_cast<std::size_t>(parent)];
+  if (!text.empty()) log_.Warn(WarningKind::kMissingParent, item_.begin, text);
 }
 
 /// Warns of a key that makes operations misread the entry's first line: no form cures that.
@@ -254,9 +258,7 @@ class NewFile {
  private:
   void Create() {
     is_created_ = true;
-    errno = 0;
-    file_ = CreateOutput(run_, path_, CreateMode::kWrite);
-    if (!file_) ReportNotCreated(run_, run_.first_path, path_, errno);
+    file_ = CreateOrReport(run_, run_.first_path, path_, CreateMode::kWrite);
     if (file_) file_->Write(HeaderOf(file_->Path()));
   }
 

@@ -28,13 +28,14 @@ struct Prepared {
   std::string log;           // likewise
   std::size_t entries = 0;   // written
   std::size_t left_out = 0;  // tags that stand in the log only
-  std::size_t unread = 0;    // places that BibTeX's grammar does not fit
+  std::size_t unread = 0;    // texts that break BibTeX's grammar
 };
 
-/// Brings a library that BibTeX reads into the form that all operations read right: known types, a
-/// tag a line in braces, "}" on a line of its own, an empty line. Whatever cannot stand in the new
-/// library stands in the log. `warn` is called for what the user has to mend; its views last as
-/// long as the call. Linear in the bytes that it reads and gives.
+/// Brings a library that BibTeX reads into the form that all operations read correctly: known
+/// types, one tag per line with its value in braces, "}" on a line of its own, and an empty line
+/// after each entry. Whatever cannot stand in the new library stands in the log. `warn` is called
+/// for what the user has to mend; its views last as long as the call. Takes time linear in the
+/// bytes that it reads and writes.
 Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
                         const std::function<void(const PrepareWarning&)>& warn,
                         const PreparedWriters& writers = {});
@@ -43,8 +44,8 @@ Prepared PrepareLibrary(std::string_view bytes, const PrepareOptions& options,
 /// it. Returns 1 on success, 0 after a failure that it reported with `PrintError`.
 int RunPrepare(const RunContext& run, const PrepareOptions& options = {});
 
-/// The path of the prepared library, beside it or in `directory` unless that is empty. Empty when
-/// the library's path, or in a directory its name, holds no ".".
+/// The path of the prepared library, beside `library` or in `directory` unless that is empty. Empty
+/// when the library's path (with a directory: its name) holds no ".".
 std::string PreparedPath(const std::string& library, const std::string& directory = {});
 /// The same for the log.
 std::string PreparedLogPath(const std::string& library, const std::string& directory = {});

@@ -19,28 +19,29 @@ struct PrepareWarning {
   std::string_view text;
 };
 
-/// Writes the log of a preparation and passes its warnings on. Places are asked for in the order of
-/// the library's bytes, or nearly so.
+/// Writes the log of a preparation and passes its warnings on. Offsets must come in the order of
+/// the library: one before the last is given the line of the last.
 class PrepareLog {
  public:
-  /// `write` gets the log in pieces; they are gone from `Text` then. Empty to keep all there.
+  /// `write` is given the log in pieces, which are then removed from `Text`. Without it `Text`
+  /// holds the whole log.
   PrepareLog(std::string_view bytes, std::function<void(const PrepareWarning&)> warn,
              std::function<void(std::string_view)> write = {})
       : bytes_(bytes), warn_(std::move(warn)), write_(std::move(write)) {}
 
-  /// What is said from now on is of the entry at this offset.
+  /// From now on all lines are about the entry at this offset.
   void StartEntry(std::string_view key, std::size_t offset);
   /// A line about the entry.
   void Say(std::initializer_list<std::string_view> parts);
   /// Ends the entry's lines.
   void EndEntry();
-  /// A paragraph: a line of the parts, with "line N" for the offset after the first, and the text.
+  /// A paragraph: "Line N: WHAT:", where N is the line of the offset, and the text below it.
   void SayText(std::string_view what, std::size_t offset, std::string_view text);
   void Warn(WarningKind kind, std::size_t offset, std::string_view text);
 
   void CountLeftOut() { ++left_out_; }
   std::size_t LeftOut() const { return left_out_; }
-  /// The log, but for what was written.
+  /// The log without the pieces that were given to `write`.
   std::string& Text() { return text_; }
 
  private:

@@ -20,7 +20,7 @@ struct TagName {
   bool is_misread = false;     // `IsMisreadName`
   bool is_title = false;       // of the entry or of the book
   bool is_of_names = false;    // authors or editors
-  bool holds_at = false;       // its line is like the first of an entry
+  bool holds_at = false;       // it holds an "@", so its line looks like the first of an entry
   std::size_t last_entry = 0;  // the number of the entry in which it was read last
 
   bool IsKnown() const { return !row.name.empty(); }

@@ -15,9 +15,9 @@ namespace tarvel {
 /// anywhere is read as the line of that tag.
 using WordSet = std::uint32_t;
 
-/// ORDER: that in which Compare and Clean doubles look for the first eleven, of which the first on
-/// a line counts; the others are searched for by Extract and Text, or by the test for empty
-/// entries.
+/// ORDER: Compare and Clean doubles look for the first eleven in this order, and the first that is
+/// found on a line counts. The others are searched for by Extract and Text, or by the test for
+/// empty entries.
 inline constexpr std::array<std::string_view, 17> kWords{
     "journal", "year",   "pages",  "volume",      "author",   "title",
     "note",    "url",    "number", "nationality", "comment",  "publisher",
@@ -36,8 +36,8 @@ constexpr WordSet WordsInName(std::string_view name) {
   return words;
 }
 
-/// Whether the name, in lower case, would be taken for that of another tag by some operation. Of
-/// "booktitle" this is meant: where there is no title, it takes its place.
+/// Whether the name, in lower case, would be taken for that of another tag by some operation. False
+/// for "booktitle": that it takes the place of a missing title is wanted.
 constexpr bool IsMisreadName(std::string_view name) {
   for (const TagRule& rule : kTagRules) {
     if (name.find(rule.name) != std::string_view::npos) return rule.name != name;
@@ -49,11 +49,12 @@ constexpr bool IsMisreadName(std::string_view name) {
 WordSet PrintedWords(std::string_view type);
 /// The words of the tags that Compare or Clean doubles compare in an entry of this type.
 WordSet ComparedWords(std::string_view type);
-/// The words that must not stand in the value of a tag: by them an operation would take its line
-/// for that of another tag. `own` stand in the tag's name, `printed` is of the entry's type.
+/// The words that must not stand in the value of a tag: an operation that finds one of them would
+/// take its line for that of another tag. `own`: the words in the tag's name. `printed`: the
+/// `PrintedWords` of the entry's type.
 WordSet HarmfulWords(WordSet own, WordSet printed);
-/// Whether Compare and Clean doubles read a line with this word not as that of the tag whose name
-/// holds the words `own`. So the tag is missing to them.
+/// Whether this word hides a tag from Compare and Clean doubles, when it stands on the tag's line:
+/// they look for it before the words `own`, which stand in the tag's name.
 bool WinsOver(std::size_t word, WordSet own);
 
 /// The offset after the word's beginning where an empty group does the least harm to its letters.
@@ -61,13 +62,13 @@ std::size_t SplitOf(std::size_t word);
 
 /// Whether Clean tags looks at the lines of this tag at all.
 bool IsInLineFilter(std::string_view name);
-/// Whether a line would be looked at by Clean tags, were it of a value that it skips.
+/// Whether Clean tags would look at a line that holds this text.
 bool HoldsFilterWord(std::string_view text);
 /// Whether Clean characters leaves out the tag's line, and that line only.
 bool IsExemptTag(std::string_view name);
 
-/// A text with blanks in it that reads as a word once they are taken out: offset and size of the
-/// first from `from` on; size 0 when there is none.
+/// A text that is a word once the blanks in it are removed: offset and size of the first from
+/// `from` on; size 0 when there is none.
 struct SpacedWord {
   std::size_t begin = 0;
   std::size_t size = 0;

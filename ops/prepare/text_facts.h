@@ -12,11 +12,11 @@ namespace tarvel {
 /// Found in one pass, as most texts need no other.
 struct TextFacts {
   WordSet words = 0;         // that stand in it, letter case ignored
-  bool is_plain = true;      // no white space but single blanks
+  bool is_plain = true;      // single blanks are its only white space
   bool has_brace = false;    // a "{"
   bool has_at = false;       // an "@"
   bool has_equals = false;   // a "="
-  bool may_journal = false;  // a "j" that may begin "journal" with blanks within
+  bool may_journal = false;  // a "j" that may begin a "journal" with blanks in it
 };
 
 TextFacts FactsOf(std::string_view text);
@@ -29,7 +29,7 @@ struct DelimitedText {
 };
 
 /// Looks for the delimiter that closes the text from `from` to before `limit`: '}' or '"', outside
-/// of any braces within. Ends at a brace that closes too much.
+/// of any braces within. Stops at a "}" that closes none of these.
 DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
                             char delimiter);
 

@@ -7,17 +7,17 @@
 
 namespace tarvel {
 
-/// Texts that are made up while an entry is worked on. Their memory is used again for the next.
+/// Texts that are made while an entry is worked on. Their memory is used again for the next entry.
 class TextPool {
  public:
-  /// An empty text, which stays where it is until `Clear`.
+  /// An empty text, whose address does not change until `Clear`.
   std::string& Next() {
     if (used_ == texts_.size()) texts_.emplace_back();
     std::string& text = texts_[used_++];
     text.clear();
     return text;
   }
-  /// Ends all texts that were given.
+  /// Makes all texts invalid that `Next` has returned.
   void Clear() { used_ = 0; }
 
  private:

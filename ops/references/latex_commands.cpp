@@ -161,8 +161,8 @@ std::string_view LaTeXCommands::FindCut(std::string_view text) const {
        at = text.find('\\', at + 1)) {
     const std::string_view name = NameAt(text.substr(at));
     if (name.size() < 3 || HasRowOf(name) || !HasRowOfBeginning(name)) continue;
-    // Later rows can give back what a row for the beginning took: the table keeps commands whole
-    // so.
+    // A later row can restore what a row for the beginning replaced: this is how the table keeps
+    // commands whole.
     std::string treated(name);
     if (ApplyLaTeXCommands(treated, *this) && treated != name) return name;
   }

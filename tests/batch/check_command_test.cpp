@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "batch/request.h"
 #include "tests/support/disk_files.h"
@@ -22,6 +23,16 @@ Checked Check(const BatchRequest& request) {
   ::testing::internal::CaptureStdout();
   const int status = RunCheckCommand(request);
   return {status, ::testing::internal::GetCapturedStdout()};
+}
+
+/// Writes a library to `path` and checks it. `only`: the kinds of warnings that are wanted.
+Checked CheckLibrary(const std::string& path, const std::string& library,
+                     const std::vector<std::string>& only = {}) {
+  testing::WriteDiskFile(path, library);
+  BatchRequest request;
+  request.files = {path};
+  request.only = only;
+  return Check(request);
 }
 
 TEST(Check, SortsByLineAndWritesNothing) {
@@ -55,44 +66,35 @@ TEST(Check, SortsByLineAndWritesNothing) {
 
 TEST(Check, PrintsTheBeginningOfALongKey) {
   const testing::TemporaryDirectory directory;
-  BatchRequest request;
-  request.files = {directory / "lit.bib"};
-  testing::WriteDiskFile(request.files[0],
-                         "@misc{" + std::string(2000, 'k') + ",\n  year = 1,\n}\n");
-  request.only = {"unbraced-value"};
-  EXPECT_EQ(Check(request).out,
-            request.files[0] + ":2: warning: entry '" + std::string(100, 'k') +
+  const std::string path = directory / "lit.bib";
+  const std::string library = "@misc{" + std::string(2000, 'k') + ",\n  year = 1,\n}\n";
+  EXPECT_EQ(CheckLibrary(path, library, {"unbraced-value"}).out,
+            path + ":2: warning: entry '" + std::string(100, 'k') +
                 "...': the value of 'year' has no braces around it and is read as empty "
                 "[unbraced-value]\n");
 }
 
 TEST(Check, ReadsALibraryWhoseNameHasNoExtension) {
   const testing::TemporaryDirectory directory;
-  BatchRequest request;
-  request.files = {directory / "lit"};
-  testing::WriteDiskFile(request.files[0], "@misc{a,\n  year = 1,\n}\n");
-  EXPECT_EQ(Check(request).status, 1);
+  EXPECT_EQ(CheckLibrary(directory / "lit", "@misc{a,\n  year = 1,\n}\n").status, 1);
 }
 
 TEST(Check, ReportsAKeyThatStandsOnALineOfItsOwn) {
   const testing::TemporaryDirectory directory;
-  BatchRequest request;
-  request.files = {directory / "lit.bib"};
-  testing::WriteDiskFile(request.files[0], "@misc{\n  k,\n  year = {1}\n}\n");
-  EXPECT_EQ(Check(request).out,
-            request.files[0] +
+  const std::string path = directory / "lit.bib";
+  EXPECT_EQ(CheckLibrary(path, "@misc{\n  k,\n  year = {1}\n}\n").out,
+            path +
                 ":1: warning: the key does not stand on the first line of the entry and is not "
                 "read; put it there, with a comma after it [broken-head]\n");
 }
 
 TEST(Check, ReportsAValueOnceThoughSeveralOperationsReadIt) {
   const testing::TemporaryDirectory directory;
-  BatchRequest request;
-  request.files = {directory / "lit.bib"};
-  testing::WriteDiskFile(request.files[0], "@article{a,\n  numpages = {1},\n}\n");
-  EXPECT_EQ(Check(request).out, request.files[0] +
-                                    ":2: warning: entry 'a': the value of 'pages' is read from "
-                                    "the line of 'numpages' [other-tag]\n");
+  const std::string path = directory / "lit.bib";
+  EXPECT_EQ(CheckLibrary(path, "@article{a,\n  numpages = {1},\n}\n").out,
+            path +
+                ":2: warning: entry 'a': the value of 'pages' is read from the line of 'numpages' "
+                "[other-tag]\n");
 }
 
 }  // namespace

@@ -26,18 +26,18 @@ void PlainReplaceAll(std::string& text, const std::string& what, const std::stri
 std::string LastFirst(const std::string& name) {
   std::string last;
   std::string first;
-  bool behind_comma = false;
+  bool after_comma = false;
   for (std::size_t i = 0; i < name.size(); i++) {
-    if (!behind_comma && name[i] == ',') {
-      behind_comma = true;
+    if (!after_comma && name[i] == ',') {
+      after_comma = true;
       while (i + 1 < name.size() && name[i + 1] == ' ') i++;
-    } else if (behind_comma) {
+    } else if (after_comma) {
       first += name[i];
     } else {
       last += name[i];
     }
   }
-  return behind_comma ? first + " " + last : name;
+  return after_comma ? first + " " + last : name;
 }
 
 /// Every name of a format, and what a key is looked for in.
