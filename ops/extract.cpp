@@ -120,7 +120,7 @@ void AddMacros(std::string_view entry, std::set<std::string>& macros) {
     if ((byte != '=' && byte != '#') || in_quotes || depth > 0) continue;
     const std::size_t begin = std::min(entry.find_first_not_of(kBlanks, at + 1), entry.size());
     if (begin == entry.size() || !IsLetter(entry[begin])) continue;
-    const std::size_t end = std::min(entry.find_first_of(" \t\r\n#,})", begin), entry.size());
+    const std::size_t end = std::min(entry.find_first_of(" \t\r\n#,})=", begin), entry.size());
     macros.insert(InCapitals(entry.substr(begin, end - begin)));
   }
 }

@@ -37,6 +37,10 @@ def values_on_a_line(n):
     return "@misc{k,\n" + "a=1," * n + "\n}\n"
 
 
+def equals_signs_on_a_line(n):
+    return "@misc{k,\n" + "x=" * n + "\n}\n"
+
+
 def braced_values_on_a_line(n):
     return "@misc{k,\n" + "a = {1}, year = {2}, " * n + "\n}\n"
 
@@ -138,6 +142,7 @@ def strings(n):
 # name, maker, size, the operations
 SHAPES = (
     (values_on_a_line, 50000, ALL),
+    (equals_signs_on_a_line, 50000, ALL),
     (braced_values_on_a_line, 20000, ALL),
     (entries_on_a_line, 20000, ALL),
     (at_signs_on_a_line, 200000, ALL),

@@ -90,5 +90,10 @@ TEST(EntryReader, ReadsManyLinesAtOnceAsItReadsThemOneByOne) {
   EXPECT_GT(reported, 0U);
 }
 
+TEST(EntryReader, EndsAValueThatIsMissingAtItsComma) {
+  EXPECT_EQ(Read(" year = , title = {x}\n}\n", {.line_limit = 1000}, true),
+            std::vector<std::string>{"ended title 2 1"});
+}
+
 }  // namespace
 }  // namespace tarvel
