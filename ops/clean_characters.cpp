@@ -118,7 +118,7 @@ class CharacterCleaner {
   void ReplaceBadBytes(std::string_view line);
   void LogBadByte(char byte, std::size_t column);
   void NoteLeftOut(std::string_view line, std::string_view tag);
-  std::size_t CountCharacter(std::string_view text);
+  void CountCharacter(std::string_view text);
   void ReportFound();
 
   LineStream& input_;
@@ -163,12 +163,11 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   log_line_.assign("In entry '").append(bibitem_).append("', in line ");
   log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
-  std::size_t counted = warnings_.Wanted() ? 0 : line.size();
   const std::size_t end = offset_ + line.size();
   for (std::size_t bad = marks_.FindOdd(offset_, end); bad < end;
        bad = marks_.FindOdd(bad + 1, end)) {
     const std::size_t at = bad - offset_;
-    if (at >= counted) counted = at + CountCharacter(line.substr(at));
+    if (warnings_.Wanted()) CountCharacter(line.substr(at));
     LogBadByte(line[at], at + 1);
     library_.Write({line.substr(copied, at - copied), "?"});
     copied = at + 1;
@@ -176,16 +175,14 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   library_.Write(line.substr(copied));
 }
 
-/// Counts the character that the text begins with; returns its size, 0 where it is none from 128
-/// on.
-std::size_t CharacterCleaner::CountCharacter(std::string_view text) {
-  if (static_cast<signed char>(text.front()) >= 0) return 0;
+/// Counts the character that the text begins with; a control and a byte inside a character are
+/// none.
+void CharacterCleaner::CountCharacter(std::string_view text) {
   const std::string_view character = text.substr(0, DecodeUtf8(text).size);
-  if (character.empty()) return 0;  // not valid
+  if (character.size() < 2) return;
   auto found = characters_.find(character);
   if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
   found->second.Add(offset_);
-  return character.size();
 }
 
 void CharacterCleaner::ReportFound() {

@@ -96,7 +96,7 @@ std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::s
   for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
     const std::string_view next = TakeWord(rest);
     has_suffix = has_suffix || IsSuffix(word);
-    has_particle = has_particle || (!commas && !next.empty() && IsOneOf(word, kParticles));
+    has_particle = has_particle || (!next.empty() && IsOneOf(word, kParticles));
     word = next;
   }
   if (words == 0) return {};
