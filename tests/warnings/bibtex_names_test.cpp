@@ -41,7 +41,7 @@ TEST(WhatChanged, IsEmptyForTheSamePeople) {
       {"Kees van der Berg", "van der Berg, Kees"},
       {"{\\'E}mile {\\v S}im", "{\\v S}im, {\\'E}."},
       {"JP Doe", "Doe, J. P."},
-      {"A.B. Doe", "Doe, A. B."},
+      {"Al.Bo Doe", "Doe, A. B."},
       {"Doe, Jr., Ann", "Doe Jr, A."},
       {"~", "~ "},
       {"~ and {}", "{} and ~"},
