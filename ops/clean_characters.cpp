@@ -112,7 +112,7 @@ class CharacterCleaner {
   void ReplaceBadBytes(std::string_view line);
   void LogBadByte(char byte, std::size_t column);
   void NoteLeftOut(std::string_view line, std::string_view tag);
-  void CountCharacters(std::string_view line);
+  void CountCharacter(std::string_view text);
   void ReportFound();
 
   LineStream& input_;
@@ -153,13 +153,13 @@ void CharacterCleaner::Walk() {
 
 /// Writes the line at `offset_`, of which words may have become upper case.
 void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
-  if (warnings_.Wanted()) CountCharacters(line);
   log_line_.assign("In entry '").append(bibitem_).append("', in line ");
   log_line_.append(std::to_string(line_number_)).append(" and row ");
   std::size_t copied = 0;
   const std::size_t end = offset_ + line.size();
   for (std::size_t bad = odd_.Find(offset_, end); bad < end; bad = odd_.Find(bad + 1, end)) {
     const std::size_t at = bad - offset_;
+    if (warnings_.Wanted()) CountCharacter(line.substr(at));
     LogBadByte(line[at], at + 1);
     library_.Write({line.substr(copied, at - copied), "?"});
     copied = at + 1;
@@ -167,17 +167,14 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
   library_.Write(line.substr(copied));
 }
 
-void CharacterCleaner::CountCharacters(std::string_view line) {
-  for (std::size_t at = 0; at < line.size(); ++at) {
-    if (static_cast<signed char>(line[at]) >= 0) continue;
-    const std::size_t size = DecodeUtf8(line.substr(at)).size;
-    if (size == 0) continue;  // not valid
-    const std::string_view character = line.substr(at, size);
-    at += size - 1;
-    auto found = characters_.find(character);
-    if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
-    found->second.Add(offset_);
-  }
+/// Counts the character that the text begins with; a control and a byte inside a character are
+/// none.
+void CharacterCleaner::CountCharacter(std::string_view text) {
+  const std::string_view character = text.substr(0, DecodeUtf8(text).size);
+  if (character.size() < 2) return;
+  auto found = characters_.find(character);
+  if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
+  found->second.Add(offset_);
 }
 
 void CharacterCleaner::ReportFound() {

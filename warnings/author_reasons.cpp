@@ -47,14 +47,13 @@ constexpr std::array kParticles{"van"sv, "von"sv, "der"sv, "den"sv, "de"sv,  "de
                                 "ten"sv, "ter"sv, "zu"sv,  "zur"sv, "vom"sv, "af"sv,  "av"sv};
 constexpr std::array kSuffixes{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv};
 
-std::vector<std::string_view> WordsOf(std::string_view text) {
-  std::vector<std::string_view> words;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t begin = kBetweenWords.FindOther(text, at);
-    at = kBetweenWords.Find(text, begin);
-    if (begin < at) words.push_back(text.substr(begin, at - begin));
-  }
-  return words;
+/// Cuts the first word from the text; empty when none is left.
+std::string_view TakeWord(std::string_view& rest) {
+  const std::size_t begin = kBetweenWords.FindOther(rest, 0);
+  const std::size_t end = kBetweenWords.Find(rest, begin);
+  const std::string_view word = rest.substr(begin, end - begin);
+  rest.remove_prefix(end);
+  return word;
 }
 
 template <std::size_t N>
@@ -90,30 +89,39 @@ bool LostBlanks(std::string_view name, const std::vector<std::string_view>& join
 /// follows the braces of the new list, sorted. `commas`: the list has names with commas.
 std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::string_view>& joined,
                                  bool commas) {
-  const std::vector<std::string_view> words = WordsOf(name);
-  if (words.empty()) return {};
-  if (words.size() == 1 && EqualNoCase(words[0], "others")) return "became a person";
-  if (std::any_of(words.begin(), words.end(), IsSuffix))
-    return "has a suffix, which may have moved";
+  std::size_t words = 0;
+  bool has_suffix = false;
+  bool has_particle = false;  // before another word
+  std::string_view rest = name;
+  for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
+    const std::string_view next = TakeWord(rest);
+    has_suffix = has_suffix || IsSuffix(word);
+    has_particle = has_particle || (!next.empty() && IsOneOf(word, kParticles));
+    word = next;
+  }
+  if (words == 0) return {};
+  if (words == 1 && EqualNoCase(Trim(name, " ~"), "others")) return "became a person";
+  if (has_suffix) return "has a suffix, which may have moved";
   if (LostBlanks(name, joined)) return "lost the blanks in its braces";
   if (commas) return {};
-  if (words.size() == 1) return "has one word and was paired with another name";
-  const bool has_particle = std::any_of(words.begin(), words.end() - 1, [](std::string_view word) {
-    return IsOneOf(word, kParticles);
-  });
+  if (words == 1) return "has one word and was paired with another name";
   return has_particle ? "has a particle, which became an initial"sv : ""sv;
+}
+
+/// Whether the word is one of a first name in full.
+bool IsFullWord(std::string_view word) {
+  const std::string_view letters = Trim(word, ",");
+  return letters.size() > 2 && std::all_of(letters.begin(), letters.end(), IsLetter) &&
+         !IsOneOf(letters, kParticles);
 }
 
 /// The first name with a first name in full; empty when all have initials.
 std::string_view FullFirstName(std::string_view list) {
   return FirstName(list, [](std::string_view name) {
-    const std::vector<std::string_view> words =
-        WordsOf(name.substr(std::min(name.find(','), name.size())));
-    return std::any_of(words.begin(), words.end(), [](std::string_view word) {
-      const std::string_view letters = Trim(word, ",");
-      return letters.size() > 2 && std::all_of(letters.begin(), letters.end(), IsLetter) &&
-             !IsOneOf(letters, kParticles);
-    });
+    std::string_view rest = name.substr(std::min(name.find(','), name.size()));
+    std::string_view word = TakeWord(rest);
+    while (!word.empty() && !IsFullWord(word)) word = TakeWord(rest);
+    return !word.empty();
   });
 }
 
@@ -153,7 +161,7 @@ std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
   if (reasons.empty()) reasons = WhatChanged(old_list, new_list);
   const bool raised = !old_list.empty() && !new_list.empty() && old_list.front() >= 'a' &&
                       old_list.front() <= 'z' && new_list.front() == ToUpper(old_list.front());
-  if (raised && IsOneOf(WordsOf(old_list).front(), kParticles)) {
+  if (raised && IsOneOf(TakeWord(old_list), kParticles)) {
     reasons.append(reasons.empty() ? "" : "; ").append("the first name's particle is a capital");
   }
   return reasons;

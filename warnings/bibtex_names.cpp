@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <utility>
-#include <vector>
 
 #include "core/byte_set.h"
 #include "core/text_primitives.h"
@@ -16,11 +14,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::array<std::string_view, 3> kOpenEnds{"et al", "ldots", "thers"};
-
-/// What separators begin with, and braces.
-constexpr ByteSet kStops(" \t~,{}");
-
-using Texts = std::vector<std::string_view>;
 
 bool IsBetweenWords(char byte) { return byte == ' ' || byte == '\t' || byte == '~'; }
 
@@ -38,27 +31,33 @@ std::size_t AndSize(std::string_view text) {
 std::size_t CommaSize(std::string_view text) { return text[0] == ',' ? 1 : 0; }
 std::size_t BlankSize(std::string_view text) { return IsBetweenWords(text[0]) ? 1 : 0; }
 
-/// The parts of the text between separators outside braces that are not blank.
-template <typename Size>
-Texts Split(std::string_view text, const Size& separator) {
-  Texts parts;
-  std::size_t begin = 0;
-  int depth = 0;
-  const auto add = [&](std::size_t end) {
-    const std::string_view part = Trim(text.substr(begin, end - begin), kBlanks);
-    if (!part.empty()) parts.push_back(part);
-  };
-  for (std::size_t at = kStops.Find(text, 0); at < text.size(); at = kStops.Find(text, at)) {
-    depth += (text[at] == '{' ? 1 : 0) - (text[at] == '}' ? 1 : 0);
-    const std::size_t size = depth == 0 ? separator(text.substr(at)) : 0;
-    if (size > 0) {
-      add(at);
-      begin = at + size;
+/// What cuts a text into parts.
+struct Separator {
+  ByteSet stops;  // what it begins with, and braces
+  std::size_t (*size)(std::string_view text);
+};
+constexpr Separator kAnd{ByteSet(" \t~{}"), AndSize};
+constexpr Separator kComma{ByteSet(",{}"), CommaSize};
+constexpr Separator kBlank{ByteSet(" \t~{}"), BlankSize};
+
+/// Cuts the first part that is not blank from the text, up to a separator outside braces; empty
+/// when none is left.
+template <const Separator& kSeparator>
+std::string_view TakePart(std::string_view& rest) {
+  std::string_view part;
+  while (part.empty() && !rest.empty()) {
+    int depth = 0;
+    std::size_t size = 0;
+    std::size_t end = kSeparator.stops.Find(rest, 0);
+    for (; end < rest.size(); end = kSeparator.stops.Find(rest, end + 1)) {
+      depth += (rest[end] == '{' ? 1 : 0) - (rest[end] == '}' ? 1 : 0);
+      size = depth == 0 ? kSeparator.size(rest.substr(end)) : 0;
+      if (size > 0) break;
     }
-    at += std::max<std::size_t>(size, 1);
+    part = Trim(rest.substr(0, end), kBlanks);
+    rest.remove_prefix(end + size);
   }
-  add(text.size());
-  return parts;
+  return part;
 }
 
 /// Whether the word is a particle: its first letter outside braces is a small one.
@@ -69,61 +68,77 @@ bool IsParticle(std::string_view word) {
   return first != word.end() && *first >= 'a' && *first <= 'z' && word.front() != '\\';
 }
 
-/// What counts of the text, in capitals.
-std::string Essence(std::string_view text) {
-  std::string essence;
-  for (const char byte : text) {
-    if (Counts(byte)) essence += ToUpper(byte);
+/// Whether what counts of two texts is the same, letter case aside.
+bool HaveSameEssence(std::string_view one, std::string_view other) {
+  if (one == other) return true;
+  const auto* at = one.begin();
+  const auto* const end = one.end();
+  for (const char byte : other) {
+    if (!Counts(byte)) continue;
+    at = std::find_if(at, end, Counts);
+    if (at == end || ToUpper(*at++) != ToUpper(byte)) return false;
   }
-  return essence;
-}
-
-/// The first byte that counts of every part of the words. `spelled`: all letters of a word of
-/// capitals alone, such as JP.
-std::string Initials(const Texts& words, bool spelled) {
-  std::string initials;
-  for (const std::string_view word : words) {
-    const bool all = spelled && std::none_of(word.begin(), word.end(), [](char byte) {
-                       return (byte >= 'a' && byte <= 'z') || byte == '\\' || byte < 0;
-                     });
-    bool begins = true;
-    for (const char byte : word) {
-      if ((begins || all) && Counts(byte)) initials += ToUpper(byte);
-      if (Counts(byte)) begins = false;
-      if (byte == '-' || byte == '.') begins = true;
-    }
-  }
-  return initials;
+  return std::none_of(at, end, Counts);
 }
 
 /// A person's name in BibTeX's parts.
 struct Name {
-  std::string surname;  // with the particle and a suffix
-  Texts first;
+  std::string_view surname;  // with the particle and a suffix
+  std::string_view first;
 };
 
-Name NameOf(std::string_view text) {
-  Name name;
-  const Texts parts = Split(text, CommaSize);
-  if (parts.size() > 1) {
-    name.surname = Essence(parts.front()) + (parts.size() > 2 ? Essence(parts[1]) : "");
-    name.first = Split(parts.back(), BlankSize);
-    return name;
-  }
-  Texts words = Split(parts.empty() ? std::string_view() : parts.front(), BlankSize);
-  if (words.empty()) return name;
-  const auto last = std::find_if(words.begin(), words.end() - 1, IsParticle);
-  for (auto word = last; word != words.end(); ++word) name.surname += Essence(*word);
-  words.erase(last, words.end());
-  name.first = std::move(words);
-  return name;
+/// The part of a text from the begin of one of its parts to the end of another.
+std::string_view Span(std::string_view from, std::string_view to) {
+  return {from.data(), static_cast<std::size_t>(to.data() + to.size() - from.data())};
 }
 
-/// How many of the words have no letter.
-std::ptrdiff_t Signs(const Texts& words) {
-  return std::count_if(words.begin(), words.end(), [](std::string_view word) {
-    return std::none_of(word.begin(), word.end(), Counts);
-  });
+Name NameWithoutCommas(std::string_view text) {
+  std::string_view rest = text;
+  std::string_view surname;
+  for (std::string_view word = TakePart<kBlank>(rest); !word.empty();
+       word = TakePart<kBlank>(rest)) {
+    surname = word;
+    if (IsParticle(word)) break;
+  }
+  if (surname.empty()) return {};
+  return {Span(surname, text.substr(text.size())), Span(text.substr(0, 0), surname.substr(0, 0))};
+}
+
+Name NameOf(std::string_view text) {
+  const std::string_view surname = TakePart<kComma>(text);
+  const std::string_view second = TakePart<kComma>(text);
+  if (second.empty()) return NameWithoutCommas(surname);
+  std::string_view last = TakePart<kComma>(text);
+  if (last.empty()) return {surname, second};
+  for (std::string_view part = last; !part.empty(); part = TakePart<kComma>(text)) last = part;
+  return {Span(surname, second), last};
+}
+
+/// The words before a surname, as far as they are compared.
+struct FirstNames {
+  std::string initials;   // the first byte that counts of every part of the words, in capitals
+  std::size_t signs = 0;  // words without any letter
+};
+
+/// `spelled`: of a word of capitals alone, such as JP, all letters are initials.
+FirstNames FirstNamesOf(std::string_view names, bool spelled) {
+  FirstNames result;
+  for (std::string_view word = TakePart<kBlank>(names); !word.empty();
+       word = TakePart<kBlank>(names)) {
+    const bool all = spelled && std::none_of(word.begin(), word.end(), [](char byte) {
+                       return (byte >= 'a' && byte <= 'z') || byte == '\\' || byte < 0;
+                     });
+    bool begins = true;
+    bool is_sign = true;
+    for (const char byte : word) {
+      const bool counts = Counts(byte);
+      if (counts && (begins || all)) result.initials += ToUpper(byte);
+      if (counts) is_sign = false;
+      begins = !counts && (begins || byte == '-' || byte == '.');
+    }
+    if (is_sign) ++result.signs;
+  }
+  return result;
 }
 
 /// What is wrong with a name that became another; empty when nothing is.
@@ -131,32 +146,42 @@ std::string_view WhatChangedInName(std::string_view before, std::string_view aft
   if (before == after) return {};
   const Name old_name = NameOf(before);
   const Name new_name = NameOf(after);
-  if (old_name.surname != new_name.surname) return " has another surname now";
-  if (Signs(old_name.first) > Signs(new_name.first)) return " lost a word without letters";
-  const std::string initials = Initials(new_name.first, false);
-  const bool same =
-      initials == Initials(old_name.first, false) || initials == Initials(old_name.first, true);
+  if (!HaveSameEssence(old_name.surname, new_name.surname)) return " has another surname now";
+  const FirstNames old_first = FirstNamesOf(old_name.first, false);
+  const FirstNames new_first = FirstNamesOf(new_name.first, false);
+  if (old_first.signs > new_first.signs) return " lost a word without letters";
+  const bool same = new_first.initials == old_first.initials ||
+                    new_first.initials == FirstNamesOf(old_name.first, true).initials;
   return same ? "" : " has other initials now";
+}
+
+bool HasOpenEnd(std::string_view list) {
+  return std::any_of(kOpenEnds.begin(), kOpenEnds.end(), [list](std::string_view end) {
+    return list.find(end) != std::string_view::npos;
+  });
 }
 
 }  // namespace
 
 std::string WhatChanged(std::string_view old_list, std::string_view new_list) {
-  for (const std::string_view end : kOpenEnds) {
-    if (old_list.find(end) != std::string_view::npos) return {};
-  }
-  const Texts before = Split(old_list, AndSize);
-  const Texts after = Split(new_list, AndSize);
-  if (before.size() != after.size()) {
-    return "BibTeX reads " + std::to_string(before.size()) + " names before and " +
-           std::to_string(after.size()) + " after";
-  }
   std::string changes;
-  for (std::size_t i = 0; i < before.size(); ++i) {
-    const std::string_view change = WhatChangedInName(before[i], after[i]);
+  std::string_view rest = old_list;
+  std::size_t before = 0;
+  std::size_t after = 0;
+  while (!rest.empty() || !new_list.empty()) {
+    const std::string_view old_name = TakePart<kAnd>(rest);
+    const std::string_view new_name = TakePart<kAnd>(new_list);
+    before += old_name.empty() ? 0 : 1;
+    after += new_name.empty() ? 0 : 1;
+    const std::string_view change = WhatChangedInName(old_name, new_name);
     if (change.empty()) continue;
-    changes.append(changes.empty() ? "" : "; ").append(Quoted(before[i])).append(change);
+    changes.append(changes.empty() ? "" : "; ").append(Quoted(old_name)).append(change);
   }
+  if (before != after) {
+    changes = "BibTeX reads " + std::to_string(before) + " names before and " +
+              std::to_string(after) + " after";
+  }
+  if (changes.empty() || HasOpenEnd(old_list)) return {};
   return changes;
 }
 

@@ -20,11 +20,14 @@ constexpr std::array kIdentifyingTags{"title"sv,  "author"sv,  "year"sv,   "doi"
                                       "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
 constexpr std::size_t kAlwaysIdentifying = 5;
 
-std::string_view NameOf(Field field) {
-  return std::find_if(kCompareTags.begin(), kCompareTags.end(),
-                      [field](const FieldTag& tag) { return tag.field == field; })
-      ->name;
-}
+// The names of the fields, in the order of `Field`.
+static_assert(std::is_sorted(kCompareTags.begin(), kCompareTags.end(),
+                             [](const FieldTag& one, const FieldTag& other) {
+                               return one.field < other.field;
+                             }));
+static_assert(kCompareTags.size() == kFieldCount);
+
+std::string_view NameOf(Field field) { return kCompareTags[static_cast<std::size_t>(field)].name; }
 
 bool IsBooktitle(const Misread& value) {
   return value.tag == "title" && EqualNoCase(value.line, "booktitle");
@@ -72,14 +75,20 @@ std::size_t CommaAfterKey(std::string_view entry) {
   return LineAt(entry.substr(0, limits::kPairLine - 1), 0).find(',');
 }
 
+/// Whether operations take the line for the first of an entry.
+bool IsHead(std::string_view line) {
+  if (line.find('@') == kNone) return false;
+  std::string upper(line);
+  return IsKnownEntry(upper);
+}
+
 /// The offset of the first line that begins with "@" or that operations take for the first of an
 /// entry, starting with the line at `from`; `kNone` if there is none.
 std::size_t FindHeadLine(std::string_view text, std::size_t from) {
   for (std::size_t at = text.find('@', from); at != kNone; at = text.find('@', from)) {
     const std::size_t begin = text.substr(0, at).rfind('\n') + 1;
     const std::string_view line = LineAt(text, begin);
-    std::string upper(line);
-    if (at == begin || IsKnownEntry(upper)) return begin;
+    if (at == begin || IsHead(line)) return begin;
     from = begin + line.size();
   }
   return kNone;
@@ -187,30 +196,30 @@ UnreadTags KeptEntryFacts::UnreadOf(std::string_view dropped) const {
 
 void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::string_view key,
                      std::size_t& reported, FileWarnings& warnings) {
-  std::size_t at = std::max(lines.begin, reported > 0 ? reported - 1 : 0);
+  const std::size_t from = std::max(lines.begin, reported > 0 ? reported - 1 : 0);
   reported = std::max(reported, lines.end);
+  std::string_view line = LineAt(library, from);
   // Where the lines before are reported already, what is open there is not known: something is.
-  std::ptrdiff_t depth = at == lines.begin ? OpenBraces(LineAt(library, at)) : 1;
+  std::ptrdiff_t depth = from == lines.begin ? OpenBraces(line) : 1;
   bool in_text = false;
-  while ((at = library.find('\n', at) + 1) != 0 && at < lines.end) {
-    const std::string_view line = LineAt(library, at);
+  for (std::size_t at = from + line.size() + 1; at < lines.end; at += line.size() + 1) {
+    line = LineAt(library, at);
     const bool is_text = depth <= 0 && !IsFileHeader(Trim(line, "}) \t\r\n"));
-    depth = std::max<std::ptrdiff_t>(depth, 0) + OpenBraces(line);
-    std::string upper(line.find('@') == kNone ? std::string_view() : line);
-    if (!IsKnownEntry(upper)) {
-      if (is_text && !in_text) {
-        warnings.Report(
-            WarningKind::kTextNotCopied, at, {},
-            "text after a dropped entry was not copied: " + Quoted(Trim(line, kBlanks)));
-      }
-      in_text = is_text;
+    const std::ptrdiff_t open = OpenBraces(line);
+    if (IsHead(line)) {
+      depth = open;
+      in_text = false;
+      warnings.Report(WarningKind::kEntryDropped, at, CopyUntilChar(line, '{', ','),
+                      "the entry was taken for a part of " + Quoted(key) +
+                          ", which does not end before it, and is not in the new library");
       continue;
     }
-    depth = OpenBraces(line);
-    in_text = false;
-    warnings.Report(WarningKind::kEntryDropped, at, CopyUntilChar(line, '{', ','),
-                    "the entry was taken for a part of " + Quoted(key) +
-                        ", which does not end before it, and is not in the new library");
+    if (is_text && !in_text) {
+      warnings.Report(WarningKind::kTextNotCopied, at, {},
+                      "text after a dropped entry was not copied: " + Quoted(Trim(line, kBlanks)));
+    }
+    depth = std::max<std::ptrdiff_t>(depth, 0) + open;
+    in_text = is_text;
   }
 }
 
@@ -249,6 +258,7 @@ void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWar
 
 void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,
                    const std::vector<std::string_view>& differing, FileWarnings& warnings) {
+  if (misread.empty() && differing.empty()) return;
   const std::string what =
       "the entry " + std::string(entries.verdict) + " " + Quoted(entries.other);
   if (!misread.empty()) {

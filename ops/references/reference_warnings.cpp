@@ -74,13 +74,14 @@ void ReferenceWarnings::NoteRead(ReferenceValue value, std::string_view name, st
   Source& source = SourceOf(value);
   source.offset = offset;
   source.tag = name;
-  source.line = TagNameOf(line);
-  const bool is_own = EqualNoCase(source.line, name);
+  const std::string_view line_tag = TagNameOf(line);
+  source.is_own = EqualNoCase(line_tag, name);
   // Read again from the same line, it is the same value.
-  source.earlier = is_own && source.own != offset ? source.own : 0;
-  if (is_own) source.own = offset;
+  source.earlier = source.is_own && source.own != offset ? source.own : 0;
+  if (source.is_own) source.own = offset;
   source.is_its_own = false;
-  if (is_own) return;
+  if (source.is_own) return;
+  source.line = line_tag;
   for (const LineTag& tag : TagsOf(line)) {
     source.is_its_own = source.is_its_own || EqualNoCase(tag.name, name);
   }
@@ -120,7 +121,7 @@ void ReferenceWarnings::ReportValues(std::span<const ReferenceValue> shown,
                            .append(" of the earlier entry ")
                            .append(Quoted(owner_[static_cast<std::size_t>(value)])));
     }
-    if (was_read && !EqualNoCase(source.line, source.tag)) ReportOtherTag(source);
+    if (was_read && !source.is_own) ReportOtherTag(source);
     if (source.earlier != 0) ReportTwice(source, text);
   }
   if (!missing.empty()) ReportMissing(missing, text);
@@ -128,7 +129,7 @@ void ReferenceWarnings::ReportValues(std::span<const ReferenceValue> shown,
 
 void ReferenceWarnings::ReportOtherTag(const Source& source) {
   if (warnings_.ReportNumber(WarningKind::kOtherTag)) return;
-  std::string text = "the value of '" + source.tag + "' is read from ";
+  std::string text = "the value of '" + std::string(source.tag) + "' is read from ";
   if (source.line.empty()) {
     text += "a line of text that mentions it";
   } else {

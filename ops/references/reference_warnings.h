@@ -23,7 +23,7 @@ class ReferenceWarnings {
   /// An entry begins, with the line that holds the byte at `offset`.
   void StartEntry(std::string_view key, std::size_t offset);
   /// A value of the entry was read from the text of a line, which begins or goes on at `offset`, as
-  /// that of the tag `name`.
+  /// that of the tag `name`, which must outlive this.
   void NoteRead(ReferenceValue value, std::string_view name, std::string_view line,
                 std::size_t offset);
   /// The entry of this key, which begins at `offset`, was read as a part of the value of `tag`.
@@ -47,8 +47,9 @@ class ReferenceWarnings {
  private:
   /// Where a value of the entry was read; of one that was not the offset is 0.
   struct Source {
-    std::string tag;          // as which it was read
-    std::string line;         // the name of the tag that the line begins with
+    std::string_view tag;     // as which it was read
+    bool is_own = true;       // the line begins with the tag
+    std::string line;         // if not, the name of the tag that it begins with
     bool is_its_own = false;  // the tag stands elsewhere on the line
     std::size_t own = 0;      // where it was read last from a line of the tag's own; 0: nowhere
     std::size_t earlier = 0;  // where another value of the tag was read before; 0: nowhere

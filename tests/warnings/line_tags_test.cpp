@@ -32,6 +32,14 @@ TEST(TagsOf, AreNamesAndValuesOutsideOfValues) {
   EXPECT_EQ(Tags(""), Lines());
 }
 
+TEST(OpenBraces, AreThoseThatDoNotClose) {
+  EXPECT_EQ(OpenBraces(""), 0);
+  EXPECT_EQ(OpenBraces("{a {b}, "), 1);
+  EXPECT_EQ(OpenBraces("}a {"), 0);
+  EXPECT_EQ(OpenBraces("}}"), -2);
+  EXPECT_EQ(OpenBraces(std::string(1000, '{') + std::string(600, '}')), 400);
+}
+
 TEST(TagNameOf, IsWhatStandsBeforeTheEqualsSign) {
   EXPECT_EQ(TagNameOf("  Title \t= {x}"), "Title");
   EXPECT_EQ(TagNameOf("a.b:=x"), "a.b:");
