@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/ascii.h"
+#include "core/byte_set.h"
 #include "ops/prepare/bib_strings.h"
 #include "ops/prepare/text_facts.h"
 #include "ops/prepare/text_pool.h"
@@ -52,8 +53,8 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether values of entries are needed. If not, those that do not stand in the library in one
-  /// piece are empty from now on.
+  /// Whether the values of entries are needed; if not, values and their facts are of no use from
+  /// now on, and reading takes less time.
   void KeepValues(bool keeps) { keeps_values_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);
@@ -69,6 +70,7 @@ class BibReader {
   bool ReadTag(BibItem& item);
   bool ReadNameAndValue(BibItem& item, BibTag& tag);
   bool ReadValue(BibItem& item, BibTag& tag);
+  bool PutTogether(BibItem& item, BibTag& tag);
   bool ReadPiece(BibItem& item, BibTag& tag);
   bool Keeps(const BibItem& item) const {
     return keeps_values_ || item.kind != BibItem::Kind::kEntry;
@@ -77,10 +79,13 @@ class BibReader {
   bool ReadStringName(BibItem& item, BibTag& tag);
   std::string_view TakeString(BibItem& item, std::string_view name);
 
-  bool Fail(BibItem& item, std::string reason);
-  void FailValue(BibItem& item, const BibTag& tag, std::size_t offset, std::string reason);
+  [[gnu::cold]] bool Fail(BibItem& item, std::string_view reason, std::string_view name = {},
+                          std::string_view rest = {});
+  [[gnu::cold]] bool FailValue(BibItem& item, std::string_view name, std::size_t offset,
+                               std::string_view reason);
   std::string_view TakeName();
-  void SkipWhite() { at_ = SkipBlanks(bytes_, at_); }
+  static constexpr ByteSet kBlankSet{kBlanks};
+  void SkipWhite() { at_ = kBlankSet.FindOther(bytes_, at_); }
   bool IsAtEnd() const { return at_ >= bytes_.size(); }
   bool IsAt(char byte) const { return at_ < bytes_.size() && bytes_[at_] == byte; }
   std::size_t NextHeadLine(std::size_t from);

@@ -49,7 +49,7 @@ void EntryFormer::Form(const BibItem& entry, std::size_t inherited) {
   AddEmptyTags();
   Order();
   if (misread_ != 0) ReportTaken();
-  SayInherited();
+  if (crossrefs_.HasParent()) SayInherited();
 }
 
 void EntryFormer::SayInherited() {
@@ -73,12 +73,15 @@ void EntryFormer::GuardTag(FormedTag& tag) {
   if (tag.known->is_of_names && HasPartsInBraces(tag.value)) GuardNamesOf(tag);
   const TagName& name = *tag.known;
   const WordSet harmful = HarmfulWords(name.words, printed_);
-  Harm harm = FindHarm(tag.value, tag.facts, harmful);
+  const Harm harm = FindHarm(tag.value, tag.facts, harmful);
   const bool is_misread = !tag.IsNeeded() && (name.is_misread || name.name.size() > kLongestName);
-  const bool is_fine = !harm.Any() && !is_misread && HasFewLines(tag);
-  const bool may_go = !keeps_all_ && !is_fine;
-  if (!tag.IsNeeded() && (may_go || name.holds_at)) return LeaveOut(tag, harm);
-  if (is_fine) return;
+  if (harm.Any() || is_misread || !HasFewLines(tag)) MendTag(tag, harm, harmful, is_misread);
+}
+
+/// Mends a tag that operations would misread, or leaves it out.
+void EntryFormer::MendTag(FormedTag& tag, Harm harm, WordSet harmful, bool is_misread) {
+  const TagName& name = *tag.known;
+  if (!tag.IsNeeded() && (!keeps_all_ || name.holds_at)) return LeaveOut(tag, harm);
   GuardHarm(tag, harm, harmful);
   if (tag.known->is_title) GuardTitle(tag);  // it may end with a group now
   const bool is_head = harm.is_at && LooksLikeHead(tag.value);
@@ -207,16 +210,12 @@ void EntryFormer::AddEmptyTags() {
   }
 }
 
+/// Nearly all entries are in order.
 void EntryFormer::Order() {
-  using Rank = FormedTag::Rank;
-  ordered_.clear();
-  for (const Rank rank :
-       {Rank::kMisread, Rank::kBooktitle, Rank::kMisreadOwn, Rank::kUsual, Rank::kBookkeeping}) {
-    for (const FormedTag& tag : tags_) {
-      if (tag.rank == rank && !tag.is_left_out) ordered_.push_back(tag);
-    }
-  }
-  tags_.swap(ordered_);
+  std::erase_if(tags_, [](const FormedTag& tag) { return tag.is_left_out; });
+  const auto by_rank = [](const FormedTag& a, const FormedTag& b) { return a.rank < b.rank; };
+  if (std::is_sorted(tags_.begin(), tags_.end(), by_rank)) return;
+  std::stable_sort(tags_.begin(), tags_.end(), by_rank);
 }
 
 /// Warns of a word for which operations keep what they take from the line of another tag, as that

@@ -31,6 +31,7 @@ class EntryFormer {
 
  private:
   void GuardTag(FormedTag& tag);
+  void MendTag(FormedTag& tag, Harm harm, WordSet harmful, bool is_misread);
   void GuardTitle(FormedTag& tag);
   void GuardNamesOf(FormedTag& tag);
   void GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful);
@@ -50,7 +51,6 @@ class EntryFormer {
   EntryNamer namer_;
   TextPool texts_;
   std::vector<FormedTag> tags_;
-  std::vector<FormedTag> ordered_;
   WordSet printed_ = 0;  // words that Extract and Text look for
   WordSet misread_ = 0;  // words that are taken from lines of other tags
 };

@@ -82,7 +82,7 @@ void EntryNamer::TakeTags(const BibItem& entry, std::size_t inherited) {
 }
 
 void EntryNamer::TakeType(const BibItem& entry) {
-  const FormedTag* const type = Find("type");
+  const FormedTag* const type = EqualNoCase(entry.type, "thesis") ? Find("type") : nullptr;
   const KnownType known = FindKnownType(entry.type, type ? type->value : std::string_view());
   type_ = known.type;
   if (known.is_same) return;

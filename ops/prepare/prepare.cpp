@@ -222,7 +222,7 @@ void Preparer::WriteEntry() {
   const bool is_seen = item_.key.find('@') == std::string_view::npos;
   std::string& library = is_seen ? prepared_.library : unseen_;
   library.append("@").append(former_.Type()).append("{").append(item_.key).append(",\n");
-  for (const FormedTag& tag : former_.Tags()) AppendTag(library, tag.Name(), tag.value);
+  for (const FormedTag& tag : former_.Tags()) AppendTag(library, *tag.known, tag.value);
   if (!former_.Tags().empty()) library.erase(library.size() - 2, 1);  // the comma after the last
   library.append("}\n\n");
   ++prepared_.entries;

@@ -110,10 +110,10 @@ LineFit FitOf(std::string_view name, std::string_view value) {
   return lines.Fit();
 }
 
-void AppendTag(std::string& library, std::string_view name, std::string_view value) {
-  library.append("  ").append(name).append(" = {");
-  const std::size_t before = name.size() + kAround;
-  if (before + value.size() <= kMostLine || IsExemptTag(name)) {
+void AppendTag(std::string& library, const TagName& tag, std::string_view value) {
+  library.append(tag.head);
+  const std::size_t before = tag.name.size() + kAround;
+  if (before + value.size() <= kMostLine || IsExemptTag(tag.name)) {
     library.append(value);
   } else {
     AppendLines(library, value, before);

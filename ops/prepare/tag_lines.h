@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "ops/prepare/tag_names.h"
+
 namespace tarvel {
 
 /// How a tag's lines fit into what operations read at once.
@@ -20,7 +22,7 @@ LineFit FitOf(std::string_view name, std::string_view value);
 /// Appends "  name = {value}," to the library, in as many lines as need be, and a line break. A
 /// value is broken only where reading the next line loses nothing: in front of a printable ASCII
 /// character, and not in front of what looks like a line of authors.
-void AppendTag(std::string& library, std::string_view name, std::string_view value);
+void AppendTag(std::string& library, const TagName& tag, std::string_view value);
 
 /// Appends "@PREAMBLE{{text}}" and a line break, broken like a value.
 void AppendPreamble(std::string& library, std::string_view text);

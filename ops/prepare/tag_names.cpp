@@ -36,6 +36,7 @@ TagName Make(std::string name) {
   made.is_title = name == "title" || name == "booktitle";
   made.is_of_names = name == "author" || name == "editor";
   made.holds_at = name.find('@') != std::string::npos;
+  made.head = "  " + name + " = {";
   made.name = std::move(name);
   return made;
 }
@@ -43,29 +44,31 @@ TagName Make(std::string name) {
 }  // namespace
 
 TagName& TagNames::Get(std::string_view name) {
-  const std::size_t hash = KeyedHash(name);
-  const auto found = index_.Find(hash, [&](std::size_t i) { return spellings_[i].text == name; });
-  return found ? *spellings_[*found].name : Add(name, hash);
+  const auto byte = [name](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+  const std::size_t bytes =
+      name.size() + byte(0) * 3U + byte(name.size() / 2) * 5U + byte(name.size() - 1) * 7U;
+  Spelling*& recent = recent_[bytes % recent_.size()];
+  if (!recent || recent->text != name) recent = &Find(name);
+  return *recent->name;
 }
 
-TagName& TagNames::Add(std::string_view spelling, std::size_t hash) {
+TagNames::Spelling& TagNames::Find(std::string_view name) {
+  const std::size_t hash = KeyedHash(name);
+  const auto found = index_.Find(hash, [&](std::size_t i) { return spellings_[i].text == name; });
+  return found ? spellings_[*found] : Add(name, hash);
+}
+
+TagNames::Spelling& TagNames::Add(std::string_view spelling, std::size_t hash) {
   std::string lower = Lower(spelling);
-  TagName* name = nullptr;
-  if (lower != spelling) {
-    name = &Get(lower);
-  } else {
-    name = names_.emplace_back(std::make_unique<TagName>(Make(std::move(lower)))).get();
-  }
+  TagName* const name =
+      lower != spelling ? &Get(lower) : &names_.emplace_back(Make(std::move(lower)));
   index_.Put(hash, spellings_.size(), [](std::size_t) { return false; });
-  spellings_.push_back({std::string(spelling), name});
-  return *name;
+  return spellings_.emplace_back(Spelling{std::string(spelling), name});
 }
 
 void TagNames::ForgetMany() {
   if (names_.size() < kMany) return;
-  names_.clear();
-  spellings_.clear();
-  index_ = {};
+  *this = {};
 }
 
 }  // namespace tarvel

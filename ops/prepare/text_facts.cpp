@@ -3,10 +3,16 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
 #include "core/ascii.h"
+#include "core/byte_set.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace tarvel {
 
@@ -16,53 +22,52 @@ namespace {
 constexpr std::array<std::size_t, kWords.size()> kRareLetters{0, 0, 1, 0, 0, 2, 0, 1, 0,
                                                               9, 2, 5, 1, 1, 3, 3, 1};
 
+constexpr std::string_view kStructureBytes = "{}\"";
+
 using Code = std::uint8_t;
 constexpr Code kWord = 31;       // the number of the word that the bytes may be of, or 0
 constexpr Code kStructure = 32;  // the first is a brace or a quote
 constexpr Code kOddWhite = 64;   // white space that is no single blank
 constexpr Code kSign = 128;      // the first is an "@", a "=", or the "j" of a "journal"
+constexpr Code kAny = 255;
 static_assert(kWords.size() < kWord);
 
 /// What two bytes that follow each other mean. For nearly all it is nothing.
 class PairCodes {
  public:
-  PairCodes();
+  constexpr PairCodes();
 
-  /// The number of the two bytes at `at`, of which the second may stand after the end.
-  static std::size_t NumberAt(std::string_view text, std::size_t at) {
-    return at + 1 < text.size() ? NumberOf(text.data() + at) : NumberOf(text[at], '\0');
+  /// The code of the two bytes at `at`, of which the second may stand after the end.
+  Code At(std::string_view text, std::size_t at) const {
+    return at + 1 < text.size() ? At(text.data() + at) : codes_[NumberOf(text[at], '\0')];
   }
-  static std::size_t NumberOf(const char* bytes) {
+  Code At(const char* bytes) const {
     std::uint16_t number = 0;
     std::memcpy(&number, bytes, sizeof number);
-    return number;
+    return codes_[number];
   }
-  Code operator[](std::size_t number) const { return codes_[number]; }
 
  private:
-  static std::size_t NumberOf(char first, char second) {
-    const std::array<char, 2> bytes{first, second};
-    return NumberOf(bytes.data());
+  static constexpr std::size_t NumberOf(char first, char second) {
+    return std::bit_cast<std::uint16_t>(std::array{first, second});
   }
   /// Adds to the codes of all pairs of these bytes; of all second ones where none are given.
-  void Mark(Code code, std::string_view first, std::string_view second = {});
+  constexpr void Mark(Code code, std::string_view first, std::string_view second = {});
 
   std::array<Code, 65536> codes_{};
 };
 
-void PairCodes::Mark(Code code, std::string_view first, std::string_view second) {
+constexpr void PairCodes::Mark(Code code, std::string_view first, std::string_view second) {
   for (const char one : first) {
-    for (int byte = 0; byte < 256; ++byte) {
-      const auto other = static_cast<char>(byte);
-      if (!second.empty() && second.find(other) == std::string_view::npos) continue;
-      Code& marked = codes_[NumberOf(one, other)];
+    for (std::size_t i = 0; i < (second.empty() ? 256 : second.size()); ++i) {
+      Code& marked = codes_[NumberOf(one, second.empty() ? static_cast<char>(i) : second[i])];
       marked = static_cast<Code>(marked | code);
     }
   }
 }
 
-PairCodes::PairCodes() {
-  Mark(kStructure, "{}\"");
+constexpr PairCodes::PairCodes() {
+  Mark(kStructure, kStructureBytes);
   Mark(kOddWhite, "\t\r\n");
   Mark(kOddWhite, " ", " ");
   Mark(kSign, "@=");
@@ -74,6 +79,8 @@ PairCodes::PairCodes() {
     Mark(static_cast<Code>(word + 1), {first.data(), 2}, {second.data(), 2});
   }
 }
+
+constexpr PairCodes kCodes;
 
 /// Whether the word stands around its rare letters, which are at `at`.
 bool IsWordAround(std::string_view text, std::size_t at, std::size_t word) {
@@ -108,17 +115,31 @@ class Braces {
   std::size_t depth_ = 0;
 };
 
+/// The first offset from `at` to before `last` where two bytes have one of the codes, or `last`.
+/// Looks at four at a time, as a jump for each byte would take most of the time.
+inline std::size_t FindPair(std::string_view text, std::size_t at, std::size_t last, Code wanted) {
+  const auto code_at = [=](std::size_t offset) -> std::uint32_t {
+    return kCodes.At(text.data() + offset) & wanted;
+  };
+  for (; at + 4 <= last; at += 4) {
+    const std::uint32_t codes =
+        code_at(at) | code_at(at + 1) << 8U | code_at(at + 2) << 16U | code_at(at + 3) << 24U;
+    if (codes != 0) return at + static_cast<std::size_t>(std::countr_zero(codes)) / 8;
+  }
+  while (at < last && code_at(at) == 0) ++at;
+  return at;
+}
+
 /// Collects the facts of the text from `at` to before `limit`, or to the brace or quote for which
 /// `ends(byte)` is true; gives the offset where it ended.
 template <typename Ends>
 std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextFacts& facts,
                  Ends ends) {
-  static const PairCodes codes;
   const std::size_t last = std::min(limit, text.size() - 1);  // its second byte is none
   for (;; ++at) {
-    while (at < last && codes[PairCodes::NumberOf(text.data() + at)] == 0) ++at;
+    at = FindPair(text, at, last, kAny);
     if (at >= limit) return limit;
-    const Code code = codes[PairCodes::NumberAt(text, at)];
+    const Code code = kCodes.At(text, at);
     if ((code & kStructure) != 0) {
       if (ends(text[at])) return at;
       if (text[at] == '{') facts.has_brace = true;
@@ -130,6 +151,23 @@ std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextF
   }
 }
 
+constexpr ByteSet kStructureSet(kStructureBytes);
+
+/// The offset of the first brace or quote from `at` on, or `limit`.
+std::size_t FindStructure(std::string_view text, std::size_t at, std::size_t limit) {
+#if defined(__SSE2__)
+  constexpr std::size_t kAtOnce = sizeof(__m128i);
+  for (; at + kAtOnce <= limit; at += kAtOnce) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+    const auto is = [bytes](char byte) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte)); };
+    const __m128i found = _mm_or_si128(_mm_or_si128(is('{'), is('}')), is('"'));
+    const auto mask = static_cast<std::uint32_t>(_mm_movemask_epi8(found));
+    if (mask != 0) return at + static_cast<std::size_t>(std::countr_zero(mask));
+  }
+#endif
+  return kStructureSet.Find(text.substr(0, limit), at);
+}
+
 }  // namespace
 
 TextFacts FactsOf(std::string_view text) {
@@ -138,15 +176,27 @@ TextFacts FactsOf(std::string_view text) {
   return facts;
 }
 
-DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
-                            char delimiter) {
-  DelimitedText found;
-  found.end = limit;
-  if (from >= limit) return found;
+std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                          char delimiter, TextFacts& facts) {
+  facts = {};
+  if (from >= limit) return limit;
   Braces braces(delimiter);
-  found.end = Scan(bytes, from, limit, found.facts, [&](char byte) { return braces.End(byte); });
-  found.is_closed = found.end < limit && bytes[found.end] == delimiter;
-  return found;
+  return Scan(bytes, from, limit, facts, [&](char byte) { return braces.End(byte); });
+}
+
+std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                          char delimiter) {
+  Braces braces(delimiter);
+  std::size_t at = FindStructure(bytes, from, limit);
+  while (at < limit && !braces.End(bytes[at])) at = FindStructure(bytes, at + 1, limit);
+  return at;
+}
+
+std::size_t FindOddWhite(std::string_view text, std::size_t from) {
+  if (from >= text.size()) return text.size();
+  const std::size_t found = FindPair(text, from, text.size() - 1, kOddWhite);
+  const bool is_odd = (kCodes.At(text, found) & kOddWhite) != 0;
+  return is_odd ? found : text.size();
 }
 
 }  // namespace tarvel

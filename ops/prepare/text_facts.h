@@ -21,16 +21,17 @@ struct TextFacts {
 
 TextFacts FactsOf(std::string_view text);
 
-/// What a scan for the end of a delimited text found.
-struct DelimitedText {
-  std::size_t end = 0;  // of the closing delimiter, or where the scan broke off
-  bool is_closed = false;
-  TextFacts facts;
-};
-
 /// Looks for the delimiter that closes the text from `from` to before `limit`: '}' or '"', outside
-/// of any braces within. Stops at a "}" that closes none of these.
-DelimitedText FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
-                            char delimiter);
+/// of any braces within. Gives its offset, that of a "}" that closes none of these, or `limit`; and
+/// the facts of the text before it.
+std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                          char delimiter, TextFacts& facts);
+/// The same without the facts, for which it takes less time.
+std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                          char delimiter);
+
+/// The first white space from `from` on that is not a single blank, or the size of the text. Takes
+/// a blank in front of other white space for a single one.
+std::size_t FindOddWhite(std::string_view text, std::size_t from);
 
 }  // namespace tarvel

@@ -38,6 +38,12 @@ TEST(EntryNamer, RenamesUnlessTheNewNameIsThere) {
             "ARTICLE journaltitle=J; journal=K;");
 }
 
+TEST(EntryNamer, ReadsWhatAThesisIsFromItsTagType) {
+  EXPECT_EQ(NameEntry("@Thesis{k, type={Master's}}").tags, "MASTERTHESIS type=Master's;");
+  EXPECT_EQ(NameEntry("@thesis{k, note={Master's}}").tags, "PHDTHESIS note=Master's;");
+  EXPECT_EQ(NameEntry("@book{k, type={Master's}}").tags, "BOOK type=Master's;");
+}
+
 TEST(EntryNamer, AppendsASubtitle) {
   EXPECT_EQ(NameEntry("@book{k, title={A}, subtitle={B}}").tags, "BOOK title=A: B;");
   EXPECT_EQ(NameEntry("@book{k, title={A!}, subtitle={B}}").tags, "BOOK title=A! B;");

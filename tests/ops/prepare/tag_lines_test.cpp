@@ -14,7 +14,8 @@ namespace {
 
 std::string Lines(const std::string& name, const std::string& value) {
   std::string library;
-  AppendTag(library, name, value);
+  TagNames names;
+  AppendTag(library, names.Get(name), value);
   EXPECT_TRUE(library.ends_with(",\n"));
   return library.substr(0, library.size() - 2);
 }

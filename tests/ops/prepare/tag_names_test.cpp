@@ -17,6 +17,16 @@ TEST(TagNames, AreTheSameInAnyLetterCase) {
   EXPECT_NE(&names.Get("autho"), &author);
 }
 
+TEST(TagNames, AreToldApartByAnyByte) {
+  TagNames names;
+  TagName& first = names.Get("a1xc");
+  TagName& second = names.Get("a2xc");
+  EXPECT_NE(&first, &second);
+  EXPECT_EQ(&names.Get("a1xc"), &first);
+  EXPECT_EQ(&names.Get("A2XC"), &second);
+  EXPECT_EQ(second.head, "  a2xc = {");
+}
+
 TEST(TagNames, TellWhatIsKnownOfATag) {
   TagNames names;
   EXPECT_TRUE(names.Get("Title").IsKnown());

@@ -45,19 +45,16 @@ void ExpectSame(const TextFacts& facts, const TextFacts& plain, std::string_view
   EXPECT_EQ(facts.may_journal, plain.may_journal) << text;
 }
 
-DelimitedText PlainDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
-                             char delimiter) {
-  DelimitedText found;
-  found.end = from;
-  for (int depth = 0; found.end < limit; ++found.end) {
-    const char byte = bytes[found.end];
-    if (depth == 0 && (byte == delimiter || byte == '}')) break;
+std::size_t PlainDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
+                           char delimiter) {
+  int depth = 0;
+  for (std::size_t at = from; at < limit; ++at) {
+    const char byte = bytes[at];
+    if (depth == 0 && (byte == delimiter || byte == '}')) return at;
     if (byte == '{') ++depth;
     if (byte == '}') --depth;
   }
-  found.is_closed = found.end < limit && bytes[found.end] == delimiter;
-  found.facts = PlainFacts(bytes.substr(from, found.end - from));
-  return found;
+  return limit;
 }
 
 /// A text of pieces of words, braces, white space and other bytes.
@@ -101,12 +98,27 @@ TEST(TextFacts, TheDelimiterIsTheFirstOutsideOfBraces) {
     const std::string text = "{" + RandomText(random) + RandomText(random);
     const std::size_t limit = 1 + random() % text.size();
     for (const char delimiter : {'}', '"'}) {
-      const DelimitedText found = FindDelimiter(text, 1, limit, delimiter);
-      const DelimitedText plain = PlainDelimiter(text, 1, limit, delimiter);
-      EXPECT_EQ(found.end, plain.end) << text;
-      EXPECT_EQ(found.is_closed, plain.is_closed) << text;
-      if (plain.is_closed) ExpectSame(found.facts, plain.facts, text);
+      TextFacts facts;
+      const std::size_t end = PlainDelimiter(text, 1, limit, delimiter);
+      EXPECT_EQ(FindDelimiter(text, 1, limit, delimiter, facts), end) << text;
+      EXPECT_EQ(FindDelimiter(text, 1, limit, delimiter), end) << text;
+      if (end < limit) ExpectSame(facts, PlainFacts(text.substr(1, end - 1)), text);
     }
+  }
+}
+
+TEST(TextFacts, OddWhiteIsMoreThanASingleBlank) {
+  EXPECT_EQ(FindOddWhite("", 0), 0U);
+  EXPECT_EQ(FindOddWhite("a b ", 0), 4U);
+  EXPECT_EQ(FindOddWhite("a  b", 0), 1U);
+  EXPECT_EQ(FindOddWhite("a \nb", 0), 2U);
+  std::mt19937 random(9);
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string text = RandomText(random) + RandomText(random);
+    const std::size_t from = random() % (text.size() + 1);
+    const std::size_t odd =
+        std::min({text.find("  ", from), text.find_first_of("\t\r\n", from), text.size()});
+    EXPECT_EQ(FindOddWhite(text, from), odd) << text;
   }
 }
 
