@@ -36,6 +36,12 @@ struct BibItem {
   std::string fault;             // why it could not be read to its end; empty when it was
   std::size_t fault_offset = 0;  // of the byte at which reading failed
   std::vector<std::string_view> undefined;  // strings whose names stand for them in values
+
+  /// Whether it is an entry of which enough could be read to write it.
+  bool IsWritten() const {
+    const bool is_cut_short = tags.empty() && !fault.empty();
+    return kind == Kind::kEntry && !is_cut_short && key.find('}') == std::string_view::npos;
+  }
 };
 
 /// Reads a library by the grammar of BibTeX 0.99d, byte for byte: text outside commands is skipped,

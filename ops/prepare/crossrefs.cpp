@@ -97,7 +97,7 @@ void CrossReferences::ReadKeys() {
   has_read_keys_ = true;
   reader_.KeepValues(false);
   while (reader_.Next(item_)) {
-    if (item_.kind != BibItem::Kind::kEntry) continue;
+    if (!item_.IsWritten()) continue;
     keys_.push_back({KeyedHash(Lower(item_.key)), item_.begin});
   }
   reader_.KeepValues(true);

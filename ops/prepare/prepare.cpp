@@ -178,13 +178,11 @@ void Preparer::TakePreamble() {
 }
 
 void Preparer::TakeEntry() {
-  const bool is_empty = item_.tags.empty() && !item_.fault.empty();
-  if (item_.key.find('}') != std::string_view::npos) {
+  if (!item_.IsWritten()) {
     if (item_.fault.empty()) item_.fault_offset = item_.begin;
     if (item_.fault.empty()) item_.fault = "the key holds a \"}\"";
     return;
   }
-  if (is_empty) return;
   const std::size_t own = item_.tags.size();
   ReportParent(crossrefs_.Inherit(item_));
   former_.Form(item_, own);

@@ -41,6 +41,13 @@ TEST(CrossReferences, TheFirstEntryOfAKeyIsTheParent) {
             "crossref=p;x=1;");
 }
 
+/// An entry of which nothing could be read is not written: another one of the key is the first.
+TEST(CrossReferences, AnEntryThatIsNotWrittenIsNoParent) {
+  EXPECT_EQ(TagsOfFirst("@misc{a, crossref={p}}\n@misc{p, x=\"1\n}\n@misc{p, x={2}}\n",
+                        CrossReferences::Parent::kFound),
+            "crossref=p;x=2;");
+}
+
 TEST(CrossReferences, AMissingParentAndTheEntryItselfGiveNothing) {
   EXPECT_EQ(TagsOfFirst("@misc{a, crossref={q}}", CrossReferences::Parent::kMissing),
             "crossref=q;");
