@@ -6,7 +6,8 @@
 #include <string_view>
 
 #include "core/byte_finder.h"
-#include "warnings/library_scan.h"
+#include "warnings/scan_rules.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 
