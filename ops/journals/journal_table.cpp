@@ -30,7 +30,7 @@ bool Contains(std::string_view line, std::string_view marker) {
 }
 
 /// Reads on after the next line with the marker; false at the end of the list.
-bool SkipBehind(LineStream& lines, std::string_view marker) {
+bool SkipAfter(LineStream& lines, std::string_view marker) {
   while (const auto line = lines.ReadLine(limits::kPairLine)) {
     if (Contains(*line, marker)) return true;
   }
@@ -76,8 +76,8 @@ void SqueezeJournalName(std::string_view source, std::string& destination) {
 }
 
 JournalListFault JournalTable::Read() {
-  if (!SkipBehind(lines_, kListStart)) return JournalListFault::kNoStart;
-  while (journals_.size() < most_ && SkipBehind(lines_, kJournalStart)) {
+  if (!SkipAfter(lines_, kListStart)) return JournalListFault::kNoStart;
+  while (journals_.size() < most_ && SkipAfter(lines_, kJournalStart)) {
     const JournalListFault fault = ReadBlock();
     if (fault != JournalListFault::kNone) return fault;
   }
@@ -90,7 +90,7 @@ JournalListFault JournalTable::ReadBlock() {
   Journal journal;
   if (!ReadName(lines_, journal.full_name)) return JournalListFault::kNoName;
   if (!ReadName(lines_, journal.abbreviation)) return JournalListFault::kNoAbbreviation;
-  if (!SkipBehind(lines_, kVariations)) return JournalListFault::kNoVariations;
+  if (!SkipAfter(lines_, kVariations)) return JournalListFault::kNoVariations;
   ReadVariations(journal);
   journals_.push_back(journal);
   return JournalListFault::kNone;
