@@ -36,7 +36,7 @@ constexpr bool IsBlankOrTab(char byte) { return byte == ' ' || byte == '\t'; }
 /// Whether two texts are the same, letter case aside.
 constexpr bool EqualNoCase(std::string_view one, std::string_view other) {
   return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [](char a, char b) { return a == b || ToUpper(a) == ToUpper(b); });
+                    [](char a, char b) { return ToUpper(a) == ToUpper(b); });
 }
 
 /// Whether the byte is one of a few. The compiler makes comparisons of it; `find` calls a function

@@ -87,11 +87,12 @@ struct Name {
   std::string_view first;
 };
 
-/// The part of a text from the begin of one of its parts to the end of another.
+/// The text from the beginning of one of its parts to the end of another.
 std::string_view Span(std::string_view from, std::string_view to) {
   return {from.data(), static_cast<std::size_t>(to.data() + to.size() - from.data())};
 }
 
+/// The surname begins with the first particle, or is the last word.
 Name NameWithoutCommas(std::string_view text) {
   std::string_view rest = text;
   std::string_view surname;
@@ -101,7 +102,8 @@ Name NameWithoutCommas(std::string_view text) {
     if (IsParticle(word)) break;
   }
   if (surname.empty()) return {};
-  return {Span(surname, text.substr(text.size())), Span(text.substr(0, 0), surname.substr(0, 0))};
+  const auto begin = static_cast<std::size_t>(surname.data() - text.data());
+  return {text.substr(begin), text.substr(0, begin)};
 }
 
 Name NameOf(std::string_view text) {

@@ -15,21 +15,22 @@ namespace tarvel {
 /// be read otherwise than their author meant.
 class EntryReader {
  public:
-  /// `bytes` are those of the library up to the end of what is scanned; `goes_on` when it does
-  /// after them. All must outlive this.
+  /// `bytes` are those of the library up to the end of the range that is scanned. `goes_on`: the
+  /// library continues after them. All must outlive this.
   EntryReader(std::string_view bytes, bool goes_on, const ScanRules& rules, FileWarnings& warnings)
       : bytes_(bytes), goes_on_(goes_on), structure_(bytes), rules_(rules), warnings_(warnings) {}
 
   /// Opens the entry whose first line begins at `offset`.
   void Open(std::string_view key, std::size_t offset);
-  /// Begins a line that holds no head.
+  /// Begins the line at `offset`, on which no entry begins.
   void BeginLine(std::size_t offset);
-  /// A line that begins with "}" ends the entry.
+  /// Notes a line outside of values that begins with "}".
   void NoteClosingLine() { closing_line_ = true; }
-  /// Reads a part of the entry, from an offset to that of a later byte, of one line or of several.
-  /// Returns where the entry ends, if it does, or else the end of the part.
+  /// Reads the part of the entry from `begin` to before `end`: a piece of a line, or several lines.
+  /// Returns the offset at which the entry ends, or `end`. Does nothing when no entry is open.
   std::size_t Read(std::size_t begin, std::size_t end);
-  /// Reports what the entry lacks, as the next one begins at `next`, or the library ends there.
+  /// Closes the entry and reports what it lacks. The next one begins at `next`, or the library ends
+  /// there.
   void Close(std::size_t next);
   /// Reports the line of the open value if it begins with a byte from 128 on: such bytes are taken
   /// for blanks there.
@@ -40,9 +41,9 @@ class EntryReader {
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
   /// How many braces of the open value are not closed.
   std::size_t Depth() const { return state_ == State::kInValue ? depth_ : 0; }
-  /// The key of the open entry, or of the one that ended last.
+  /// The key of the entry that was opened last; empty after `Close`.
   std::string_view Key() const { return key_; }
-  /// The name of the tag that was read last, of the same entry.
+  /// The name of the last tag of that entry so far; empty if it has none.
   std::string_view Tag() const { return tag_; }
   const ValueCounts& Counts() const { return counts_; }
 
@@ -90,11 +91,12 @@ class EntryReader {
   std::size_t depth_ = 0;
   bool line_is_taken_ = false;  // something of the entry stands on the line already
 
-  // What many values of a line may ask, found out once a line.
-  std::size_t line_end_ = 0;    // of the line that was asked for last
-  std::size_t next_brace_ = 0;  // "{"
-  std::size_t asked_end_ = 0;
-  bool asked_answer_ = false;  // it mentions a tag that is read
+  // What each value of a line may ask for. It is looked up once for a line, so that a line of many
+  // values takes linear time.
+  std::size_t line_end_ = 0;    // the end of the last line that was asked about
+  std::size_t next_brace_ = 0;  // the next "{"
+  std::size_t asked_end_ = 0;   // up to where `asked_answer_` is known
+  bool asked_answer_ = false;   // whether the line mentions a tag that is read
 };
 
 }  // namespace tarvel

@@ -37,16 +37,16 @@ bool HoldsKey(std::string_view text) {
   return begin < end && end < text.size() && text[end] == ',';
 }
 
-/// One pass over a library, or over a range of one. Lines with an "@", with bytes that are not
-/// ASCII and those that are longer than the limit are looked at one by one. What lies between two
-/// of them is read at once.
+/// One pass over a library, or over a range of it. Special lines are looked at one by one: those
+/// with an "@", those with bytes that are not ASCII, and those that are longer than the limit. All
+/// lines between two of them are read at once.
 class LibraryScan {
  public:
   LibraryScan(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
               FileWarnings& warnings)
       : bytes_(bytes.substr(0, range.end)),
         begin_(range.begin),
-        others_(bytes_),
+        non_ascii_(bytes_),
         rules_(rules),
         warnings_(warnings),
         entry_(bytes_, range.end < bytes.size(), rules, warnings) {}
@@ -72,22 +72,22 @@ class LibraryScan {
 
   std::string_view bytes_;  // up to the end of the range
   std::size_t begin_;
-  NonAsciiFinder others_;
+  NonAsciiFinder non_ascii_;
   const ScanRules& rules_;
   FileWarnings& warnings_;
   EntryReader entry_;
   std::string upper_;        // the line of a head, its type in capitals
   bool in_unknown_ = false;  // in an entry that is reported as none
 
-  // What comes next, from the line on that is looked at; the size of the text where nothing does.
-  std::size_t next_at_ = 0;     // an "@"
-  std::size_t next_other_ = 0;  // a byte that is not ASCII
-  std::size_t next_long_ = 0;   // a line longer than the limit
+  // Offsets of what comes next; the size of the text if there is none.
+  std::size_t next_at_ = 0;         // an "@"
+  std::size_t next_non_ascii_ = 0;  // a byte that is not ASCII
+  std::size_t next_long_ = 0;       // a line longer than the limit
 };
 
 ValueCounts LibraryScan::Run() {
   next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
-  next_other_ = others_.Find(begin_, bytes_.size());
+  next_non_ascii_ = non_ascii_.Find(begin_, bytes_.size());
   next_long_ = NextLongLine(begin_);
   for (std::size_t at = begin_; at < bytes_.size();) {
     const std::size_t special = NextSpecialLine(at);
@@ -100,8 +100,9 @@ ValueCounts LibraryScan::Run() {
   return entry_.Counts();
 }
 
-/// Where the next line begins that is longer than the limit, from the line at `begin` on. Looks
-/// for line breaks backwards, so that it passes many lines at a time.
+/// The offset of the first line that is longer than the limit, from the line at `begin` on; the
+/// size of the text if there is none. Searches backwards for line breaks, so it passes many lines
+/// at a time.
 std::size_t LibraryScan::NextLongLine(std::size_t begin) {
   const std::size_t most = rules_.line_limit - 1;
   while (bytes_.size() - begin > most) {
@@ -112,12 +113,13 @@ std::size_t LibraryScan::NextLongLine(std::size_t begin) {
   return bytes_.size();
 }
 
-/// Where the next line begins that is looked at by itself, from the line at `begin` on.
+/// The offset of the first special line from the line at `begin` on; the size of the text if there
+/// is none.
 std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
   if (next_at_ < begin) next_at_ = std::min(bytes_.find('@', begin), bytes_.size());
-  if (next_other_ < begin) next_other_ = others_.Find(begin, bytes_.size());
+  if (next_non_ascii_ < begin) next_non_ascii_ = non_ascii_.Find(begin, bytes_.size());
   if (next_long_ < begin) next_long_ = NextLongLine(begin);
-  const std::size_t next = std::min(next_at_, next_other_);
+  const std::size_t next = std::min(next_at_, next_non_ascii_);
   if (next == bytes_.size()) return next_long_;
   return std::min(LineBegin(bytes_, begin, next), next_long_);
 }
@@ -125,7 +127,7 @@ std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
 void LibraryScan::ScanSpecialLine(std::string_view line, std::size_t offset) {
   const std::size_t end = offset + line.size();
   const bool has_at = next_at_ < end;
-  const bool is_ascii = next_other_ >= end;
+  const bool is_ascii = next_non_ascii_ >= end;
   if (offset == next_long_) {
     warnings_.Report(WarningKind::kLongLine, offset, {},
                      "a line of " + std::to_string(line.size()) + " bytes is read in pieces of " +

@@ -20,14 +20,11 @@ constexpr std::array kIdentifyingTags{"title"sv,  "author"sv,  "year"sv,   "doi"
                                       "eprint"sv, "journal"sv, "volume"sv, "pages"sv};
 constexpr std::size_t kAlwaysIdentifying = 5;
 
-// The names of the fields, in the order of `Field`.
-static_assert(std::is_sorted(kCompareTags.begin(), kCompareTags.end(),
-                             [](const FieldTag& one, const FieldTag& other) {
-                               return one.field < other.field;
-                             }));
-static_assert(kCompareTags.size() == kFieldCount);
-
-std::string_view NameOf(Field field) { return kCompareTags[static_cast<std::size_t>(field)].name; }
+std::string_view NameOf(Field field) {
+  return std::find_if(kCompareTags.begin(), kCompareTags.end(),
+                      [field](const FieldTag& tag) { return tag.field == field; })
+      ->name;
+}
 
 bool IsBooktitle(const Misread& value) {
   return value.tag == "title" && EqualNoCase(value.line, "booktitle");
@@ -86,7 +83,7 @@ bool IsHead(std::string_view line) {
 /// entry, starting with the line at `from`; `kNone` if there is none.
 std::size_t FindHeadLine(std::string_view text, std::size_t from) {
   for (std::size_t at = text.find('@', from); at != kNone; at = text.find('@', from)) {
-    const std::size_t begin = text.substr(0, at).rfind('\n') + 1;
+    const std::size_t begin = LineBegin(text, 0, at);
     const std::string_view line = LineAt(text, begin);
     if (at == begin || IsHead(line)) return begin;
     from = begin + line.size();

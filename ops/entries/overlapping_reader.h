@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -24,7 +23,7 @@ class OverlappingReader {
   /// Every entry must begin after the beginning of the one before.
   EntryLineEnd Read(LineStream& input, std::string_view head);
   /// The entry that was read last.
-  const EntryRecord& Entry() const { return *entry_; }
+  const EntryRecord& Entry() const { return entry_; }
   /// Whether that entry was ended by the line that ends at `offset`, not by the end of the file.
   bool ClosedAt(std::size_t offset) const {
     return end_ == EntryLineEnd::kClosed && end_offset_ == offset;
@@ -37,8 +36,8 @@ class OverlappingReader {
 
   TagReader tags_;
   LongValues long_values_;
-  std::unique_ptr<EntryRecord> entry_ = std::make_unique<EntryRecord>();
-  std::unique_ptr<EntryRecord> before_ = std::make_unique<EntryRecord>();
+  EntryRecord entry_;
+  EntryRecord before_;
   // Where lines of the last reading begin, the last line first: those that were passed are removed
   // from the back.
   std::vector<std::size_t> lines_;

@@ -179,8 +179,7 @@ bool BibReader::ReadTag(BibItem& item) {
   return !IsAtEnd() || Fail(item, "the library ends within the entry");
 }
 
-// The functions that every tag passes through are inline: their calls took 4 % of a preparation.
-inline bool BibReader::ReadNameAndValue(BibItem& item, BibTag& tag) {
+bool BibReader::ReadNameAndValue(BibItem& item, BibTag& tag) {
   tag.offset = at_;
   tag.name = TakeName();
   if (tag.name.empty()) return Fail(item, "the name of a tag was expected");
@@ -216,7 +215,7 @@ bool BibReader::PutTogether(BibItem& item, BibTag& tag) {
 }
 
 /// Reads a piece of a value as if it were all of it.
-inline bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
+bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
   if (IsAt('{') || IsAt('"')) return ReadDelimited(item, tag);
   if (IsAtEnd() || !IsDigit(bytes_[at_])) return ReadStringName(item, tag);
   const std::size_t from = at_;
@@ -226,7 +225,7 @@ inline bool BibReader::ReadPiece(BibItem& item, BibTag& tag) {
   return true;
 }
 
-inline bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
+bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t from = at_ + 1;
   const std::size_t limit = is_strict_ ? NextHeadLine(from) : bytes_.size();
   const char delimiter = bytes_[at_] == '{' ? '}' : '"';
@@ -289,7 +288,7 @@ bool BibReader::FailValue(BibItem& item, std::string_view name, std::size_t offs
   return false;
 }
 
-inline std::string_view BibReader::TakeName() {
+std::string_view BibReader::TakeName() {
   const std::size_t from = at_;
   at_ = NameEnd(bytes_, at_);
   return bytes_.substr(from, at_ - from);

@@ -8,11 +8,7 @@
 #include <cstring>
 
 #include "core/ascii.h"
-#include "core/byte_set.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "core/byte_finder.h"
 
 namespace tarvel {
 
@@ -21,8 +17,6 @@ namespace {
 /// ORDER: `kWords`. Two letters of each word that are rare in texts, by the offset of the first.
 constexpr std::array<std::size_t, kWords.size()> kRareLetters{0, 0, 1, 0, 0, 2, 0, 1, 0,
                                                               9, 2, 5, 1, 1, 3, 3, 1};
-
-constexpr std::string_view kStructureBytes = "{}\"";
 
 using Code = std::uint8_t;
 constexpr Code kWord = 31;       // the number of the word that the bytes may be of, or 0
@@ -67,7 +61,7 @@ constexpr void PairCodes::Mark(Code code, std::string_view first, std::string_vi
 }
 
 constexpr PairCodes::PairCodes() {
-  Mark(kStructure, kStructureBytes);
+  Mark(kStructure, "{}\"");
   Mark(kOddWhite, "\t\r\n");
   Mark(kOddWhite, " ", " ");
   Mark(kSign, "@=");
@@ -151,23 +145,6 @@ std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextF
   }
 }
 
-constexpr ByteSet kStructureSet(kStructureBytes);
-
-/// The offset of the first brace or quote from `at` on, or `limit`.
-std::size_t FindStructure(std::string_view text, std::size_t at, std::size_t limit) {
-#if defined(__SSE2__)
-  constexpr std::size_t kAtOnce = sizeof(__m128i);
-  for (; at + kAtOnce <= limit; at += kAtOnce) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    const auto is = [bytes](char byte) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte)); };
-    const __m128i found = _mm_or_si128(_mm_or_si128(is('{'), is('}')), is('"'));
-    const auto mask = static_cast<std::uint32_t>(_mm_movemask_epi8(found));
-    if (mask != 0) return at + static_cast<std::size_t>(std::countr_zero(mask));
-  }
-#endif
-  return kStructureSet.Find(text.substr(0, limit), at);
-}
-
 }  // namespace
 
 TextFacts FactsOf(std::string_view text) {
@@ -187,8 +164,9 @@ std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t 
 std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t limit,
                           char delimiter) {
   Braces braces(delimiter);
-  std::size_t at = FindStructure(bytes, from, limit);
-  while (at < limit && !braces.End(bytes[at])) at = FindStructure(bytes, at + 1, limit);
+  BraceFinder finder(bytes);
+  std::size_t at = finder.Find(from, limit);
+  while (at < limit && !braces.End(bytes[at])) at = finder.Find(at + 1, limit);
   return at;
 }
 
