@@ -110,8 +110,6 @@ using StructureFinder = ByteFinder<ByteRange::One('{'), ByteRange::One('}'), Byt
                                    ByteRange::One('='), ByteRange::One(','), ByteRange::One('\n')>;
 /// Braces and quotes.
 using BraceFinder = ByteFinder<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"')>;
-/// Bytes from 128 on.
-using NonAsciiFinder = ByteFinder<ByteRange{-128, -1}>;
 /// Bytes that are neither printable ASCII nor a tab nor break lines.
 using OddFinder = ByteFinder<ByteRange{-128, '\b'}, ByteRange{'\v', '\f'}, ByteRange{14, 31},
                              ByteRange::One(127)>;

@@ -5,6 +5,7 @@
 
 #include "core/byte_set.h"
 #include "core/text_primitives.h"
+#include "core/value_reader.h"
 #include "warnings/line_tags.h"
 
 namespace tarvel {
@@ -215,10 +216,12 @@ bool EntryReader::MentionsReadTag(std::size_t at) {
 void EntryReader::CheckContinuation(std::string_view line, std::size_t offset) {
   if (!IsInside() || !rules_.read_tags) return;
   const std::size_t first = SkipBlanks(line, 0);
-  if (first == line.size() || static_cast<signed char>(line[first]) >= 0 || !IsReadTag()) return;
+  if (SkipContinuationBlanks(line, first) == first || !IsReadTag()) return;
+  const bool is_control = static_cast<signed char>(line[first]) >= 0;
   Report(WarningKind::kTextLost, offset,
-         {"a line of the value of ", Quoted(tag_),
-          " begins with a letter that is not ASCII and is lost where lines are joined"});
+         {"a line of the value of ", Quoted(tag_), " begins with a ",
+          is_control ? "control character" : "letter that is not ASCII",
+          " and is lost where lines are joined"});
 }
 
 /// Whether the name of the tag holds that of one that is read. Looked up once, as all the lines of

@@ -46,7 +46,7 @@ class LibraryScan {
               FileWarnings& warnings)
       : bytes_(bytes.substr(0, range.end)),
         begin_(range.begin),
-        non_ascii_(bytes_),
+        odd_(bytes_),
         rules_(rules),
         warnings_(warnings),
         entry_(bytes_, range.end < bytes.size(), rules, warnings) {}
@@ -72,7 +72,7 @@ class LibraryScan {
 
   std::string_view bytes_;  // up to the end of the range
   std::size_t begin_;
-  NonAsciiFinder non_ascii_;
+  OddFinder odd_;
   const ScanRules& rules_;
   FileWarnings& warnings_;
   EntryReader entry_;
@@ -81,13 +81,13 @@ class LibraryScan {
 
   // Offsets of what comes next; the size of the text if there is none.
   std::size_t next_at_ = 0;         // an "@"
-  std::size_t next_non_ascii_ = 0;  // a byte that is not ASCII
+  std::size_t next_odd_ = 0;  // a byte that is not ASCII, or a control character
   std::size_t next_long_ = 0;       // a line longer than the limit
 };
 
 ValueCounts LibraryScan::Run() {
   next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
-  next_non_ascii_ = non_ascii_.Find(begin_, bytes_.size());
+  next_odd_ = odd_.Find(begin_, bytes_.size());
   next_long_ = NextLongLine(begin_);
   for (std::size_t at = begin_; at < bytes_.size();) {
     const std::size_t special = NextSpecialLine(at);
@@ -117,9 +117,9 @@ std::size_t LibraryScan::NextLongLine(std::size_t begin) {
 /// is none.
 std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
   if (next_at_ < begin) next_at_ = std::min(bytes_.find('@', begin), bytes_.size());
-  if (next_non_ascii_ < begin) next_non_ascii_ = non_ascii_.Find(begin, bytes_.size());
+  if (next_odd_ < begin) next_odd_ = odd_.Find(begin, bytes_.size());
   if (next_long_ < begin) next_long_ = NextLongLine(begin);
-  const std::size_t next = std::min(next_at_, next_non_ascii_);
+  const std::size_t next = std::min(next_at_, next_odd_);
   if (next == bytes_.size()) return next_long_;
   return std::min(LineBegin(bytes_, begin, next), next_long_);
 }
@@ -127,17 +127,17 @@ std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
 void LibraryScan::ScanSpecialLine(std::string_view line, std::size_t offset) {
   const std::size_t end = offset + line.size();
   const bool has_at = next_at_ < end;
-  const bool is_ascii = next_non_ascii_ >= end;
+  const bool is_plain = next_odd_ >= end;
   if (offset == next_long_) {
     warnings_.Report(WarningKind::kLongLine, offset, {},
                      "a line of " + std::to_string(line.size()) + " bytes is read in pieces of " +
                          std::to_string(rules_.line_limit - 1));
   }
   const bool was_open = entry_.IsOpen();
-  if (!is_ascii) entry_.CheckContinuation(line, offset);
+  if (!is_plain) entry_.CheckContinuation(line, offset);
   const bool head = has_at && TakeHead(line, offset);
   if (has_at && rules_.upper_cases) ReportUpperCased(line, offset);
-  if (!is_ascii && !IsUtf8(line)) {
+  if (!is_plain && !IsUtf8(line)) {
     warnings_.Report(WarningKind::kBadBytes, offset,
                      was_open || head ? entry_.Key() : std::string_view(),
                      "the line holds bytes that are neither ASCII nor valid UTF-8");

@@ -55,10 +55,6 @@ TEST(ByteFinder, FindsTheBytesOfALibrarysStructure) {
       [](char byte) { return std::string_view("{}\"=,\n").find(byte) != std::string_view::npos; });
 }
 
-TEST(ByteFinder, FindsBytesFrom128On) {
-  ExpectFindsLike<NonAsciiFinder>([](char byte) { return static_cast<signed char>(byte) < 0; });
-}
-
 TEST(ByteFinder, FindsBytesThatAreNotPrintable) {
   ExpectFindsLike<OddFinder>([](char byte) {
     const auto code = static_cast<signed char>(byte);

@@ -323,6 +323,14 @@ TEST(ScanLibrary, ReportsValuesOfSeveralParts) {
                  "x}\n}\n"),
             Lines{"text-lost l:3 [k] a line of the value of 'title' begins with a letter that is "
                   "not ASCII and is lost where lines are joined"});
+  for (const std::string control : {"\x01", " \t\x1F", "\v", "\f x"}) {
+    EXPECT_EQ(Scan("@misc{k,\n title = {A and\n" + control + "B},\n note = {A\n\x01 B}\n}\n"),
+              Lines{"text-lost l:3 [k] a line of the value of 'title' begins with a control "
+                    "character and is lost where lines are joined"});
+  }
+  // A byte of zero is kept, and what is blank by itself is no loss.
+  EXPECT_EQ(Scan("@misc{k,\n title = {A and\n\r\t " + std::string(1, '\0') + "B\n \x7F}\n}\n"),
+            Lines());
 }
 
 TEST(ScanLibrary, CountsTheValues) {
