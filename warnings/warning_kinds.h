@@ -129,7 +129,7 @@ inline constexpr auto kWarningKinds = [] {
       {"ended-early", kLoss, kRun, "runs that ended before the library did"},
       {"authors-as-they-were", kNote, kRun, "author lists of no known form"},
       {"doubtful-name", kLoss, kRun, "names that may have become wrong"},
-      {"text-lost", kLoss, kRun, "texts that were lost at the end of a line"},
+      {"text-lost", kLoss, kReading, "texts that were lost at the end of a line"},
       {"unknown-journal", kNote, kRun, "journal names that are not in the list"},
       {"line-cut", kLoss, kRun, "lines that were cut because they mention a journal"},
       {"braced-journal", kLoss, kRun, "macros and quoted names that became the value of a journal"},
