@@ -276,6 +276,11 @@ std::vector<std::pair<std::string, Values>> ReadAsText(std::string_view library)
   return entries;
 }
 
+bool HoldsTwice(const PlainBibEntry& entry, const std::string& name) {
+  return std::count_if(entry.tags.begin(), entry.tags.end(),
+                       [&](const auto& tag) { return tag.first == name; }) > 1;
+}
+
 /// Whether the values that an operation read are those of the tags; white space and braces aside
 /// where the library is as its author wrote it.
 std::string CompareRead(const PlainBibLibrary& library,
@@ -307,6 +312,7 @@ std::string CompareRead(const PlainBibLibrary& library,
       if (reader == "Compare" && !IsCompared(entry.type, name)) continue;
       // A verdict that rests on the wrong title is warned of where it is given.
       if (is_raw && name == "title" && entry.Holds("booktitle")) continue;
+      if (is_raw && HoldsTwice(entry, name)) continue;  // BibTeX takes the first, and warns
       std::string wanted = entry.Value(name);
       if (name == "title" && !entry.Holds(name)) wanted = entry.Value("booktitle");
       // Where a brace too many ends the entry for BibTeX, operations may read on.
