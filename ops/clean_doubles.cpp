@@ -93,7 +93,7 @@ class DoubleCleaner {
   void InsertCopy(std::size_t position);
   void ForgetFacts(std::size_t begin, std::size_t end);
   void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
-  void ReportAfterEntry();
+  void ReportAfterEntry(const LibraryRange& lines);
   void ReportPassed(std::string_view line, std::size_t start);
   void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
@@ -287,29 +287,30 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
                            .verdict = "was dropped as a double of"};
   const std::string_view bytes = input_.Bytes();
   const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
-  const std::string_view dropped = EntryTextAt(bytes, start);
+  const LibraryRange read{start, input_.Position()};
+  const std::string_view lines = bytes.substr(start, read.end - start);
+  const std::string_view dropped = EntryTextAt(bytes, read);
   const std::vector<Misread> misread = MisreadValues(group, reader_.Entry(), bytes);
-  const bool copies = AreCopies(bytes.substr(start), kept_text);
+  const bool copies = AreCopies(lines, kept_text);
   if (copies && dropped.find("\n}") == std::string_view::npos) {
     ReportVerdict(equal, misread, {}, input_warnings_);
   } else {
     // The copy may go on after the line at which the kept entry was cut.
     const KeptEntryFacts& facts = facts_.try_emplace(kept.head, kept_text).first->second;
     ReportVerdict(equal, misread, facts.DifferingTags(dropped), input_warnings_);
-    const std::string_view lines = bytes.substr(start, input_.Position() - start);
     if (!copies) ReportUnread(equal, facts.UnreadOf(lines), input_warnings_);
   }
-  ReportSwallowed(bytes, {start, input_.Position()}, reader_.Entry().key, swallowed_,
-                  input_warnings_);
-  ReportAfterEntry();
+  ReportSwallowed(bytes, read, reader_.Entry().key, swallowed_, input_warnings_);
+  ReportAfterEntry(read);
 }
 
 /// Reports text on the last line of a dropped entry.
-void DoubleCleaner::ReportAfterEntry() {
-  const std::size_t end = input_.Position() - 1;
-  const std::size_t begin = input_.Bytes().substr(0, end).rfind('\n') + 1;
-  const std::string_view text = Trim(LineAt(input_.Bytes(), begin), "}, \t\r\n");
-  if (text.empty() || input_.Bytes()[begin] != '}') return;
+void DoubleCleaner::ReportAfterEntry(const LibraryRange& lines) {
+  const std::string_view bytes = input_.Bytes();
+  const std::size_t begin = LineBegin(bytes, lines.begin, lines.end - 1);
+  if (bytes[begin] != '}') return;
+  const std::string_view text = Trim(LineAt(bytes.substr(0, lines.end), begin), "}, \t\r\n");
+  if (text.empty()) return;
   input_warnings_.Report(WarningKind::kTextNotCopied, begin, {},
                          "text after a dropped entry was not copied: " + Quoted(text));
 }

@@ -165,7 +165,7 @@ const KeptEntryFacts& Comparison::FactsOf(const KnownEntry& known) {
   const auto found = facts_.find(known.start);
   if (found != facts_.end()) return found->second;
   const std::string_view bytes = first_stream_.Bytes();
-  const std::size_t size = EntryTextAt(bytes, known.start).size() + 2;  // with "\n}"
+  const std::size_t size = EntryTextAt(bytes, first_.LinesOf(known)).size() + 2;  // with "\n}"
   return facts_.try_emplace(known.start, bytes.substr(known.start, size)).first->second;
 }
 
@@ -175,6 +175,8 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
   if (!second_warnings_.Wanted()) return;
   const std::string_view bytes = second_stream_.Bytes();
   const std::size_t start = second_.Start();
+  const LibraryRange read{start, second_stream_.Position()};
+  const std::string_view lines = bytes.substr(start, read.end - start);
   const std::string_view known_bytes = first_stream_.Bytes();
   const std::vector<Misread> misread = MisreadValues(known.rule->group, second_.Entry(), bytes);
   const bool compared = &verdict != &known.rule->missing && (!same_key || misread.empty());
@@ -183,15 +185,13 @@ void Comparison::ReportEqual(const KnownEntry& known, const Verdict& verdict, bo
                            .offset = start,
                            .verdict = "is taken for the first library's entry"};
   std::vector<std::string_view> differing;
-  if (!AreCopies(bytes.substr(start), known_bytes.substr(known.start))) {
+  if (!AreCopies(lines, known_bytes.substr(known.start))) {
     const KeptEntryFacts& facts = FactsOf(known);
-    const std::string_view lines = bytes.substr(start, second_stream_.Position() - start);
     ReportUnread(equal, facts.UnreadOf(lines), second_warnings_);
-    differing = facts.DifferingTags(EntryTextAt(bytes, start), compared);
+    differing = facts.DifferingTags(EntryTextAt(bytes, read), compared);
   }
   ReportVerdict(equal, same_key ? std::vector<Misread>() : misread, differing, second_warnings_);
-  ReportSwallowed(bytes, {start, second_stream_.Position()}, equal.key, swallowed_,
-                  second_warnings_);
+  ReportSwallowed(bytes, read, equal.key, swallowed_, second_warnings_);
 }
 
 const Verdict& Comparison::Judge(const Matches::Match& match, const ComparedValues& values) const {

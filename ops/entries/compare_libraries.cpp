@@ -38,15 +38,18 @@ std::optional<std::size_t> ReadHead(LineStream& stream, std::string& head) {
   }
 }
 
-/// Copies lines from `start` on up to the first that begins with "}"; false when there is none.
-bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
+/// Goes from the line at `start` to after the first that begins with "}"; false when there is none.
+bool PassLines(LineStream& stream, std::size_t start) {
   stream.SetPosition(start);
-  bool closed = false;
-  while (!closed) {
-    const auto line = stream.ReadLine(limits::kPairLine);
-    if (!line) break;
-    closed = line->front() == '}';
+  while (const auto line = stream.ReadLine(limits::kPairLine)) {
+    if (line->front() == '}') return true;
   }
+  return false;
+}
+
+/// Copies the same lines.
+bool CopyLines(LineStream& stream, std::size_t start, OutputFile& out) {
+  const bool closed = PassLines(stream, start);
   out.Write(stream.Bytes().substr(start, stream.Position() - start));
   return closed;
 }
@@ -119,6 +122,13 @@ Matches FirstLibrary::Find(const EntryRecord& entry) const {
     return HasContent(entries_[number], type.type, values);
   });
   return {first_by_key, by_content ? &entries_[*by_content] : nullptr};
+}
+
+LibraryRange FirstLibrary::LinesOf(const KnownEntry& entry) {
+  stream_.SetPosition(entry.start);
+  stream_.ReadLine(limits::kPairLine);
+  PassLines(stream_, stream_.Position());
+  return {entry.start, stream_.Position()};
 }
 
 void FirstLibrary::Copy(const KnownEntry& entry, OutputFile& out) {

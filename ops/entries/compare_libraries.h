@@ -14,6 +14,7 @@
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
 #include "ops/entries/overlapping_reader.h"
+#include "warnings/library_scan.h"
 
 namespace tarvel {
 
@@ -63,6 +64,8 @@ class FirstLibrary {
   FirstLibrary& operator=(const FirstLibrary&) = delete;
 
   Matches Find(const EntryRecord& entry) const;
+  /// An entry's lines up to the first after its head that begins with "}".
+  LibraryRange LinesOf(const KnownEntry& entry);
   /// Copies an entry's lines as they stand in the file, up to the first that begins with "}".
   void Copy(const KnownEntry& entry, OutputFile& out);
 

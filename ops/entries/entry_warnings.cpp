@@ -120,9 +120,11 @@ void ReportMisread(const std::vector<Misread>& values, std::string_view key,
   }
 }
 
-std::string_view EntryTextAt(std::string_view library, std::size_t start) {
-  const std::string_view text = library.substr(start);
-  std::size_t end = std::min(text.find("\n}"), text.size());
+std::string_view EntryTextAt(std::string_view library, const LibraryRange& lines) {
+  const std::string_view text = library.substr(lines.begin);
+  const std::string_view read = library.substr(0, lines.end).substr(lines.begin);
+  std::size_t end = read.find("\n}");
+  if (end == kNone) return read;
   std::ptrdiff_t depth = OpenBraces(text.substr(0, end));
   if (depth <= 1 || text.substr(0, end).find("\n@") < end) return text.substr(0, end);
   // The line is one of a value's: the entry goes on, at most to the next one.
@@ -158,7 +160,7 @@ void KeptEntryFacts::FindUnread(std::string_view text) {
   if (read.fault.empty() && Trim(after, "}, \t\r\n").empty()) return;
   KeysAnyCase names;
   for (const BibTag& tag : read.tags) names.Add(tag.name);
-  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(text, 0)))) {
+  for (const LineTag& tag : TagsOf(AfterKey(EntryTextAt(text, {0, text.size()})))) {
     if (!is_seen || !names.Has(tag.name)) unread_.Add(tag.name);
   }
   why_ = read.fault.empty() ? "the entry ends before them" : read.fault;
@@ -195,6 +197,7 @@ void ReportSwallowed(std::string_view library, const LibraryRange& lines, std::s
                      std::size_t& reported, FileWarnings& warnings) {
   const std::size_t from = std::max(lines.begin, reported > 0 ? reported - 1 : 0);
   reported = std::max(reported, lines.end);
+  library = library.substr(0, lines.end);
   std::string_view line = LineAt(library, from);
   // Where the lines before are reported already, what is open there is not known: something is.
   std::ptrdiff_t depth = from == lines.begin ? OpenBraces(line) : 1;
@@ -243,8 +246,9 @@ void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWar
   const std::string_view copy = copied.text.substr(0, copied.text.rfind("\n}") + 1);
   if (OpenBraces(copy) <= 1) return;
   std::string tags;
-  const std::string_view rest = library.substr(copied.end);
-  for (const LineTag& tag : TagsOf(EntryTextAt(rest.substr(0, FindHeadLine(rest, 0)), 0))) {
+  std::string_view rest = library.substr(copied.end);
+  rest = rest.substr(0, FindHeadLine(rest, 0));
+  for (const LineTag& tag : TagsOf(EntryTextAt(rest, {0, rest.size()}))) {
     tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
   }
   warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),

@@ -37,8 +37,10 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
 void ReportMisread(const std::vector<Misread>& values, std::string_view key,
                    FileWarnings& warnings);
 
-/// The lines of the entry that begins at `start`, up to the first that begins with "}".
-std::string_view EntryTextAt(std::string_view library, std::size_t start);
+/// The lines of an entry up to the first that begins with "}", or that is open in a value and goes
+/// on. `lines`: those that the operation read for it. Where these end with a piece of a long line,
+/// the entry goes no further.
+std::string_view EntryTextAt(std::string_view library, const LibraryRange& lines);
 
 /// Whether two entries have the same lines after their keys, up to the first that begins with "}".
 /// Each text begins with the entry's first line, which holds the comma after the key, and may go on

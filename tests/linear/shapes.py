@@ -107,6 +107,13 @@ def doubles_of_a_long_entry(n):
     return f"@misc{{k,\n note = {{n}},\n{tags}}}\n" + "".join(double % ("k", i) for i in range(n))
 
 
+def doubles_in_pieces_of_one_line(n):
+    """Entries that begin and end where a long line is cut into pieces of 4,999 bytes."""
+    pieces = (piece.ljust(4999) for i in range(n)
+              for piece in (f"@misc{{k{i // 2},", f"note = {{{i // 2}}}, doi = {{{i}}}", "}"))
+    return "".join(pieces) + "\n"
+
+
 def children_of_a_long_parent(n):
     children = "".join(f"@misc{{c{i},\n crossref = {{p}},\n}}\n" for i in range(n))
     return children + "@misc{p,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
@@ -158,6 +165,7 @@ SHAPES = (
     (entries_that_never_close, 10000, ALL),
     (entries_within_lines_of_open_values, 5000, ALL),
     (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
+    (doubles_in_pieces_of_one_line, 400, ALL),
     (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),

@@ -131,16 +131,26 @@ TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
 }
 
 TEST(EntryTextAt, EndsBeforeTheClosingLine) {
-  EXPECT_EQ(EntryTextAt("x\n@misc{a,\n y = {z}\n}\nmore\n", 2), "@misc{a,\n y = {z}");
+  const std::string library = "x\n@misc{a,\n y = {z}\n}\nmore\n";
+  EXPECT_EQ(EntryTextAt(library, {2, library.find("more")}), "@misc{a,\n y = {z}");
 }
 
 TEST(EntryTextAt, GoesOnInAValueToTheNextEntryAtMost) {
   const std::string open = "@misc{a,\n y = {z\n}\n w\n";
-  EXPECT_EQ(EntryTextAt(open + "}\nmore\n", 0), open.substr(0, open.size() - 1));
-  EXPECT_EQ(EntryTextAt(open + "@comment{c}\n}\n", 0), open);
-  EXPECT_EQ(EntryTextAt(open + " @misc{b,\n}\n", 0), open);
-  EXPECT_EQ(EntryTextAt(open + " me@home\n}\n", 0), open + " me@home");
-  EXPECT_EQ(EntryTextAt(open + "v", 0), open + "v");
+  const auto text = [&](const std::string& rest) {
+    return std::string(EntryTextAt(open + rest, {0, open.find(" w")}));
+  };
+  EXPECT_EQ(text("}\nmore\n"), open.substr(0, open.size() - 1));
+  EXPECT_EQ(text("@comment{c}\n}\n"), open);
+  EXPECT_EQ(text(" @misc{b,\n}\n"), open);
+  EXPECT_EQ(text(" me@home\n}\n"), open + " me@home");
+  EXPECT_EQ(text("v"), open + "v");
+}
+
+TEST(EntryTextAt, GoesNoFurtherThanAPieceOfALongLine) {
+  const std::string library = "@misc{a, y = {{{z} } @misc{b, y = {w}\n}\n";
+  const std::size_t end = library.find("@misc{b");
+  EXPECT_EQ(EntryTextAt(library, {0, end}), library.substr(0, end));
 }
 
 TEST(ReportVerdict, NamesWhatMakesItDoubtful) {
