@@ -128,7 +128,10 @@ Found WhatOperationsFind(const std::string& library) {
     RunContext run = testing::SampleRun(operation, files);
     files.files["lit.bib"] = library;
     files.most_room = kMostOutput;
-    if (!run.second_path.empty()) run.second_path = run.first_path;
+    if (!run.second_path.empty()) {
+      run.second_path = "empty.bib";  // what is found in a library is found when it is read
+      files.files[run.second_path] = "";
+    }
     run.warnings = &found;
     operation.run(run);
   }

@@ -28,6 +28,7 @@ OPERATIONS = {
     "text": ["text", "lit.bib"],
     "extract": ["extract", "paper.tex", "lit.bib"],
     "prepare": ["prepare", "lit.bib"],
+    "check": ["check", "lit.bib"],
 }
 ALL = tuple(OPERATIONS)
 OPERATIONS["extract --follow"] = ["extract", "--follow", "paper.tex", "lit.bib"]
@@ -168,7 +169,7 @@ SHAPES = (
     (doubles_in_pieces_of_one_line, 400, ALL),
     (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
     (braces, 20000, ALL),
-    (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals")),
+    (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals", "check")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
