@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -61,25 +62,30 @@ class JournalTable {
   std::optional<JournalMatch> FindJournal(std::string_view value) const;
 
  private:
-  /// Names whose search keys begin and end with the same letters. Few are searched in a run: the
-  /// names of the other buckets are never indexed, which saves half the time of a small library.
+  using NameNumber = std::uint32_t;
+  /// Names whose search keys begin and end with the same letters, each leading to the next. Few are
+  /// searched in a run: the names of the other buckets are never indexed, which saves half the time
+  /// of a small library.
   struct Bucket {
-    std::vector<JournalMatch> names;  // in the order of the search
-    bool is_indexed = false;
-    HashIndex index;
+    NameNumber first = kNoName;
+    std::optional<HashIndex> index;  // made when the bucket is first searched
   };
+  static constexpr NameNumber kNoName = static_cast<NameNumber>(-1);
 
   JournalListFault ReadBlock();
   void ReadVariations(Journal& journal);
   void BuildIndex();
-  void Add(std::string_view text, std::size_t index);
-  static void IndexBucket(Bucket& bucket);
+  JournalMatch NameAt(std::size_t number) const;
+  void Link(std::size_t begin, std::size_t end);
+  void IndexBucket(Bucket& bucket) const;
 
   LineStream lines_;  // all names are views into it
   std::size_t most_;
   std::vector<Journal> journals_;
   std::vector<JournalMatch> variations_;  // those that are searched
-  mutable std::vector<Bucket> buckets_;   // a bucket is indexed when it is first searched
+  // The names are numbered in the order of the search: abbreviations, full names, variations.
+  std::vector<NameNumber> next_;  // of the same bucket
+  mutable std::vector<Bucket> buckets_;
 };
 
 }  // namespace tarvel
