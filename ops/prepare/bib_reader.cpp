@@ -154,8 +154,17 @@ void BibReader::ReadEntry(BibItem& item) {
     SkipWhite();
     if (IsAt(close_)) break;
     if (!ReadTag(item)) return;
+    if (!Keeps(item)) PassTags();
   }
   ++at_;
+}
+
+/// Goes to the "}" that ends the entry, if it stands before the next "@". No value goes past it, and
+/// wherever reading ends before it, the next command is the same.
+void BibReader::PassTags() {
+  const std::size_t next = std::min(bytes_.find('@', at_), bytes_.size());
+  const std::size_t end = FindDelimiter(bytes_, at_, next, '}');
+  if (end < next) at_ = end;
 }
 
 /// In parentheses a key may hold a "}".

@@ -59,9 +59,9 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether the values of entries are needed; if not, values and their facts are of no use from
-  /// now on, and reading takes less time.
-  void KeepValues(bool keeps) { keeps_values_ = keeps; }
+  /// Whether the tags of entries are needed. If not, an entry gets one of its tags if it has any,
+  /// its fault may be missing, and reading takes less time.
+  void KeepTags(bool keeps) { keeps_tags_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);
   /// The offset of the command after which no value goes past a line that begins like a command.
@@ -72,6 +72,7 @@ class BibReader {
   void ReadString(BibItem& item);
   void ReadPreamble(BibItem& item);
   void ReadEntry(BibItem& item);
+  void PassTags();
   bool ReadKey(BibItem& item);
   bool ReadTag(BibItem& item);
   bool ReadNameAndValue(BibItem& item, BibTag& tag);
@@ -79,7 +80,7 @@ class BibReader {
   bool PutTogether(BibItem& item, BibTag& tag);
   bool ReadPiece(BibItem& item, BibTag& tag);
   bool Keeps(const BibItem& item) const {
-    return keeps_values_ || item.kind != BibItem::Kind::kEntry;
+    return keeps_tags_ || item.kind != BibItem::Kind::kEntry;
   }
   bool ReadDelimited(BibItem& item, BibTag& tag);
   bool ReadStringName(BibItem& item, BibTag& tag);
@@ -103,7 +104,7 @@ class BibReader {
   char close_ = '}';           // what ends the command
   std::string_view defining_;  // the string that is being defined
   TextPool texts_;             // of values that do not stand in the library as they are
-  bool keeps_values_ = true;
+  bool keeps_tags_ = true;
   std::size_t room_;  // how many bytes strings may still add
   bool is_strict_ = false;
   std::size_t strict_from_;

@@ -95,12 +95,12 @@ std::optional<std::size_t> CrossReferences::SearchKey(const std::string& key) {
 
 void CrossReferences::ReadKeys() {
   has_read_keys_ = true;
-  reader_.KeepValues(false);
+  reader_.KeepTags(false);
   while (reader_.Next(item_)) {
     if (!item_.IsWritten()) continue;
     keys_.push_back({KeyedHash(Lower(item_.key)), item_.begin});
   }
-  reader_.KeepValues(true);
+  reader_.KeepTags(true);
   strict_from_ = reader_.StrictFrom();
   std::sort(keys_.begin(), keys_.end());
 }

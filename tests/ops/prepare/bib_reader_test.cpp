@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvel {
@@ -204,6 +207,40 @@ TEST(EndOfFrontTexts, TakesLinearTime) {
     std::string text;
     while (text.size() < 4'000'000) text += part;
     EXPECT_LE(EndOfFrontTexts(text), text.size());  // else the test takes hours
+  }
+}
+
+/// What is needed of the entries to find parents: where each begins, its key, and whether it
+/// counts.
+std::string KeysOf(const std::string& library, bool keeps_tags) {
+  BibStrings strings;
+  BibReader reader(library, strings);
+  reader.KeepTags(keeps_tags);
+  std::string keys;
+  for (BibItem item; reader.Next(item);) {
+    if (!item.IsWritten()) continue;
+    keys.append(std::to_string(item.begin)).append(" ").append(item.key).append("\n");
+  }
+  return keys;
+}
+
+TEST(BibReader, FindsTheSameKeysWithoutTags) {
+  for (const std::string library :
+       {"@misc{x,\n title={A},\n note={B}\n@book{p,\n year={1}\n}\n}\n",
+        "@misc{x, title={A}, note={see @book{p, year={1}} }\n}\n@book{p,\n year={2}\n}\n",
+        "@misc(x, title={A}, note={B} } )\n@book{p, year={1}}\n",
+        "@misc{x, title={A}, note=\"b } @book{p, year={1}} \"}\n@book{q, year={1}}\n"}) {
+    EXPECT_EQ(KeysOf(library, false), KeysOf(library, true)) << library;
+  }
+  constexpr std::array<std::string_view, 16> kParts{
+      "@misc{a,", "@book(b,", "@misc{c", " t={x},", " t={x}", " t=\"x\",", " u=1,", " v={x{y}z}",
+      "{",        "}",        ")",       "\"",      "@",      ",",         "=",     "\n"};
+  std::mt19937 random(4);
+  for (int i = 0; i < 20'000; ++i) {
+    std::string library;
+    for (auto parts = random() % 24; parts > 0; --parts)
+      library += kParts[random() % kParts.size()];
+    ASSERT_EQ(KeysOf(library, false), KeysOf(library, true)) << library;
   }
 }
 
