@@ -2,7 +2,6 @@
 #include "ops/entries/kept_entries.h"
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 #include <utility>
 
@@ -66,20 +65,10 @@ void EntryList::Remove(const KeptEntry& entry) {
   several_.reset();
 }
 
-std::size_t EntryList::CountBefore(std::size_t offset) const {
-  if (!several_) return only_ && only_->head < offset ? 1 : 0;
-  const auto after = several_->lower_bound(offset);
-  return static_cast<std::size_t>(std::distance(several_->begin(), after));
-}
-
-const KeptEntry* EntryList::First() const { return several_ ? *several_->begin() : only_; }
-
-const KeptEntry* EntryList::First(const std::function<bool(const KeptEntry&)>& test) const {
-  if (!several_) return only_ && test(*only_) ? only_ : nullptr;
-  for (const KeptEntry* entry : *several_) {
-    if (test(*entry)) return entry;
-  }
-  return nullptr;
+const KeptEntry* EntryList::FirstFrom(std::size_t offset) const {
+  if (!several_) return only_ && only_->head >= offset ? only_ : nullptr;
+  const auto first = several_->lower_bound(offset);
+  return first == several_->end() ? nullptr : *first;
 }
 
 void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
@@ -114,7 +103,7 @@ void KeptEntries::AddToIndexes(const KeptEntry& entry) {
   };
   if (!same.all.IsEmpty() && !same.complete) {
     same.complete = std::make_unique<std::array<EntryList, kDoublesRules.size()>>();
-    add_complete(*same.all.First());
+    add_complete(*same.all.FirstFrom(0));
   }
   same.all.Add(entry);
   if (same.complete) add_complete(entry);
@@ -131,33 +120,50 @@ void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
   if (entry.same_content) entry.same_content->all.Remove(entry);
 }
 
+/// The first entry of the list, from `offset` on, that is not hidden.
+const KeptEntry* KeptEntries::FirstVisible(const EntryList& list, std::size_t offset) const {
+  const KeptEntry* entry = list.FirstFrom(offset);
+  while (entry) {
+    const std::size_t visible = hidden_.VisibleFrom(entry->head);
+    if (visible == entry->head) break;
+    entry = list.FirstFrom(visible);
+  }
+  return entry;
+}
+
 const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesRule& rule) const {
   const SameKey* const same = by_key_.Find(key);
   if (!same || same->all.IsEmpty()) return nullptr;
-  if (same->complete) return Visible((*same->complete)[IndexOf(rule)].First());
-  const KeptEntry* only = same->all.First();
-  return only->IsComplete(rule) ? Visible(only) : nullptr;
+  if (same->complete) return FirstVisible((*same->complete)[IndexOf(rule)]);
+  const KeptEntry* const only = FirstVisible(same->all);
+  return only && only->IsComplete(rule) ? only : nullptr;
 }
 
 const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
                                          const ComparedValues& values) const {
   if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
-  if (!found) return nullptr;
-  return Visible(found->all.First([&](const KeptEntry& entry) {
-    const KeptValues& kept = ValuesOf(entry);
-    return kept.Type() == rule.type && kept.ComparedValuesOf(rule.rule->group) == values;
-  }));
+  const KeptEntry* entry = found ? FirstVisible(found->all) : nullptr;
+  for (; entry; entry = FirstVisible(found->all, entry->head + 1)) {
+    const KeptValues& kept = ValuesOf(*entry);
+    if (kept.Type() == rule.type && kept.ComparedValuesOf(rule.rule->group) == values) break;
+  }
+  return entry;
 }
 
 const KeptEntry* KeptEntries::FirstWithKey(std::string_view key) const {
   const SameKey* const same = by_key_.Find(key);
-  return same && !same->all.IsEmpty() ? Visible(same->all.First()) : nullptr;
+  return same ? FirstVisible(same->all) : nullptr;
 }
 
 std::size_t KeptEntries::CountWithKey(std::string_view key, std::size_t offset) const {
   const SameKey* const same = by_key_.Find(key);
-  return same ? same->all.CountBefore(std::min(offset, hidden_from_)) : 0;
+  const KeptEntry* entry = same ? FirstVisible(same->all) : nullptr;
+  std::size_t count = 0;
+  for (; entry && entry->head < offset; ++count) {
+    entry = FirstVisible(same->all, entry->head + 1);
+  }
+  return count;
 }
 
 }  // namespace tarvel

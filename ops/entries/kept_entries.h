@@ -18,6 +18,7 @@
 #include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
+#include "ops/entries/hidden_ranges.h"
 
 namespace tarvel {
 
@@ -62,12 +63,8 @@ class EntryList {
   void Add(const KeptEntry& entry);
   void Remove(const KeptEntry& entry);
   bool IsEmpty() const { return !only_ && !several_; }
-  /// The number of entries whose heads stand before `offset`.
-  std::size_t CountBefore(std::size_t offset) const;
-  /// The first entry, or null.
-  const KeptEntry* First() const;
-  /// The first entry for which `test` is true, or null.
-  const KeptEntry* First(const std::function<bool(const KeptEntry&)>& test) const;
+  /// The first entry whose head stands at `offset` or after, or null.
+  const KeptEntry* FirstFrom(std::size_t offset) const;
 
  private:
   struct ByOffset {
@@ -151,9 +148,8 @@ class KeptEntries {
   void Add(const EntryRecord& record, std::size_t head, std::size_t end);
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
-  /// Keeps the entries whose heads stand at `offset` or after from being found, until it is called
-  /// with a later offset.
-  void HideFrom(std::size_t offset) { hidden_from_ = offset; }
+  /// The ranges in which entries are not found.
+  HiddenRanges& Hidden() { return hidden_; }
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.
   const KeptEntry* FirstComplete(std::string_view key, const DoublesRule& rule) const;
@@ -169,9 +165,7 @@ class KeptEntries {
   const KeptValues& ValuesOf(const KeptEntry& entry) const;
 
  private:
-  const KeptEntry* Visible(const KeptEntry* entry) const {
-    return entry && entry->head < hidden_from_ ? entry : nullptr;
-  }
+  const KeptEntry* FirstVisible(const EntryList& list, std::size_t offset = 0) const;
   static void AddToIndexes(const KeptEntry& entry);
   static void RemoveFromIndexes(const KeptEntry& entry);
 
@@ -180,7 +174,7 @@ class KeptEntries {
   // Groups stay until the end, also those of entries that were removed: few are.
   GroupTable<SameKey> by_key_;
   GroupTable<SameContent> by_content_;
-  std::size_t hidden_from_ = static_cast<std::size_t>(-1);
+  HiddenRanges hidden_;
 };
 
 }  // namespace tarvel

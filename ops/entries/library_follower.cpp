@@ -11,7 +11,6 @@ namespace tarvel {
 
 namespace {
 
-constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 constexpr std::size_t kBlockSize = 128;
 
 }  // namespace
@@ -25,6 +24,15 @@ void LastOffsets::Add(std::size_t offset) {
 bool LastOffsets::Has(std::size_t offset) const {
   const std::size_t number = offset / kBlockSize;
   return number < blocks_.size() && blocks_[number] == offset % kBlockSize + 1;
+}
+
+std::optional<std::size_t> LastOffsets::LastIn(std::size_t begin, std::size_t end) const {
+  for (std::size_t number = std::min(end / kBlockSize + 1, blocks_.size()); number-- > 0;) {
+    const std::size_t after = number * kBlockSize + blocks_[number];
+    if (blocks_[number] != 0 && after > begin && after <= end) return after - 1;
+    if (number * kBlockSize <= begin) break;
+  }
+  return std::nullopt;
 }
 
 void LastOffsets::Remove(std::size_t begin, std::size_t end) {
@@ -67,7 +75,7 @@ void LibraryFollower::Append(std::string_view text, const EntryRecord& record) {
 void LibraryFollower::ReadAppended() {
   do {
     if (current_.phase == Phase::kBetweenEntries) {
-      ForgetHidden();
+      CloseHidden(current_.next);
       between_entries_.Add(current_.next);
     }
   } while (ReadOn(current_));
@@ -76,65 +84,107 @@ void LibraryFollower::ReadAppended() {
 /// Reads what a write from `begin` to `end` changed. The reading that had stopped at the end of the
 /// library stays as it was if the new one comes to an offset that the old one passed.
 void LibraryFollower::ReadOverwritten(std::size_t begin, std::size_t end) {
+  Uncover(end, end);
+  Forget(begin, end);
   Reading anew;
   anew.next = begin;
-  std::size_t forgotten = begin;  // before it nothing is left of the old reading
+  std::size_t from = begin + 1;  // before it nothing is left of the old reading
   do {
     if (anew.phase != Phase::kBetweenEntries) continue;
-    const std::size_t offset = anew.next;
-    if (offset >= end && between_entries_.Has(offset)) {
-      ForgetOld(forgotten, offset);
-      return ReturnTo(offset);
+    if (anew.next >= end) {
+      const bool joins = between_entries_.Has(anew.next);
+      HideOld(from, anew.next, joins);
+      if (joins) {
+        const std::optional<std::size_t> gap = TakeGapFrom(anew.next);
+        if (!gap) return ReadAppended();
+        anew.next = *gap;
+      }
+      Forget(anew.next, anew.next + 1);
     }
-    ForgetOld(forgotten, offset + 1);
-    between_entries_.Add(offset);
-    forgotten = offset + 1;
+    between_entries_.Add(anew.next);
+    from = anew.next + 1;
   } while (ReadOn(anew));
-  const bool is_open = anew.phase != Phase::kBetweenEntries;
-  const std::size_t from = is_open ? std::max(anew.head + 1, end) : library_.Size();
-  ForgetOld(forgotten, from);
-  HideOld(std::move(anew), from);
-}
-
-/// Goes on with the reading that knows the entries from `offset` on.
-void LibraryFollower::ReturnTo(std::size_t offset) {
-  current_ = TakeReadingAt(offset);
-  ReadAppended();
-  entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
-}
-
-/// Goes on with a new reading, which has come to the end, and hides what others know of the entries
-/// from `from` on. At the end of the library they know that the next text may begin an entry.
-void LibraryFollower::HideOld(Reading anew, std::size_t from) {
-  Reading old = TakeReadingAt(from);
-  const bool knows_some = old.phase == Phase::kBetweenEntries || old.head >= from;
-  const bool is_open = anew.phase != Phase::kBetweenEntries;
-  if (knows_some && is_open) hidden_.push_back({from, std::move(old)});
+  if (anew.phase != Phase::kBetweenEntries) HideOldAfter(from, end);
   current_ = std::move(anew);
-  entries_.HideFrom(hidden_.empty() ? kNowhere : hidden_.back().from);
 }
 
-/// The reading that knows the entries from `offset` on; drops those before it.
-LibraryFollower::Reading LibraryFollower::TakeReadingAt(std::size_t offset) {
-  Reading reading = std::move(current_);
-  while (!hidden_.empty() && hidden_.back().from <= offset) {
-    reading = std::move(hidden_.back().reading);
-    hidden_.pop_back();
+/// The first offset from `offset` on where the reading that leads there must go on, if any.
+std::optional<std::size_t> LibraryFollower::TakeGapFrom(std::size_t offset) {
+  auto gap = gaps_.lower_bound(offset);
+  while (gap != gaps_.end()) {
+    const std::size_t visible = entries_.Hidden().VisibleFrom(*gap);
+    if (visible == *gap) return gaps_.extract(gap).value();
+    gap = gaps_.lower_bound(visible);
   }
-  return reading;
+  return std::nullopt;
 }
 
-/// The entry that hid others has ended after them: they are no entries.
-void LibraryFollower::ForgetHidden() {
-  if (hidden_.empty()) return;
-  ForgetOld(hidden_.back().from, library_.Size());
+/// Hides what the old reading knows from `from` to `to`, as an entry of the new one ends at `to`.
+/// Where the old one does not pass `to`, it keeps a gap at its last entry before.
+void LibraryFollower::HideOld(std::size_t from, std::size_t to, bool joins) {
+  Uncover(from, from);
+  Uncover(to, from);
+  std::optional<std::size_t> last = between_entries_.LastIn(from, to);
+  if (last && !joins) {
+    if (const auto range = entries_.Hidden().RangeAt(*last)) last = *range - 1;
+    LeaveGap(*last, to);
+    last = between_entries_.LastIn(from, *last);
+  }
+  if (last) {
+    entries_.Hidden().Add(from, to);
+  } else {
+    Forget(from, to);
+  }
+}
+
+/// Hides what is known from `from` on, as an entry of the new reading does not end; nothing before
+/// `end` is. At the end of the library the old one knows that the next text may begin an entry.
+void LibraryFollower::HideOldAfter(std::size_t from, std::size_t end) {
+  Uncover(from, from);
+  const bool is_between = current_.phase == Phase::kBetweenEntries;
+  const std::size_t stop = is_between ? current_.next : current_.head;
+  if (stop < std::max(from, end)) return Forget(from, library_.Size());
+  entries_.Hidden().Add(from, HiddenRanges::kOpen);
+  hidden_.push_back({from, std::move(current_)});
+}
+
+/// Makes what was hidden at `offset` the old reading. The entries that hid it, if they begin at
+/// `from` or after, become gaps.
+void LibraryFollower::Uncover(std::size_t offset, std::size_t from) {
+  while (const auto range = entries_.Hidden().RangeAt(offset)) {
+    entries_.Hidden().Remove(*range);
+    if (!hidden_.empty() && hidden_.back().from == *range) {
+      current_ = std::move(hidden_.back().reading);
+      hidden_.pop_back();
+    }
+    if (*range > from) LeaveGap(*range - 1, *range);
+  }
+}
+
+/// The entry that hid all to the end of the library has ended after it, at `end`.
+void LibraryFollower::CloseHidden(std::size_t end) {
+  for (const Hidden& hidden : hidden_) {
+    const Reading& reading = hidden.reading;
+    const bool is_between = reading.phase == Phase::kBetweenEntries;
+    const std::size_t gap = is_between ? reading.next : reading.head;
+    LeaveGap(gap, gap + 1);
+    entries_.Hidden().Close(hidden.from, end);
+  }
   hidden_.clear();
-  entries_.HideFrom(kNowhere);
 }
 
-void LibraryFollower::ForgetOld(std::size_t begin, std::size_t end) {
+/// Forgets what is known from `offset` to `end`, and that what was known before leads there.
+void LibraryFollower::LeaveGap(std::size_t offset, std::size_t end) {
+  Forget(offset, end);
+  gaps_.insert(offset);
+}
+
+void LibraryFollower::Forget(std::size_t begin, std::size_t end) {
+  if (begin == end) return;
   entries_.Remove(begin, end);
+  entries_.Hidden().RemoveAll(begin + 1, end);
   between_entries_.Remove(begin, end);
+  gaps_.erase(gaps_.lower_bound(begin), gaps_.lower_bound(end));
 }
 
 /// Passes lines of an open value; their text is read only if the value closes.

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -19,6 +21,8 @@ class LastOffsets {
  public:
   void Add(std::size_t offset);
   bool Has(std::size_t offset) const;
+  /// The last of those from `begin` on, but before `end`, as far as they were kept.
+  std::optional<std::size_t> LastIn(std::size_t begin, std::size_t end) const;
   /// Removes those from `begin` on, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
 
@@ -32,8 +36,8 @@ class LastOffsets {
 /// When text is appended, reading continues where it had stopped for want of text, even in the
 /// middle of a value. After a write in the middle only the part that the write can have changed is
 /// read again: up to an offset after the written bytes where both the old and the new reading
-/// search for an entry. If there is none, as a value stays open, the entries after it are hidden,
-/// not forgotten: the next write may close it, and lead back to them.
+/// search for an entry. The entries that the new reading passes inside another entry are hidden,
+/// not forgotten: the next write may end that entry sooner, and lead back to them.
 class LibraryFollower {
  public:
   /// Follows `library`, which must outlive it; only its header may have been written.
@@ -70,7 +74,7 @@ class LibraryFollower {
   };
 
   /// What an entry that stays open hides: a reading that knows the entries from `from` on, up to
-  /// where the next hidden reading does.
+  /// where the next such reading does.
   struct Hidden {
     std::size_t from;
     Reading reading;
@@ -83,11 +87,13 @@ class LibraryFollower {
   EntryRecord RecordOf(const KeptEntry& entry) const;
   void ReadAppended();
   void ReadOverwritten(std::size_t begin, std::size_t end);
-  void ReturnTo(std::size_t offset);
-  void HideOld(Reading anew, std::size_t from);
-  Reading TakeReadingAt(std::size_t offset);
-  void ForgetHidden();
-  void ForgetOld(std::size_t begin, std::size_t end);
+  std::optional<std::size_t> TakeGapFrom(std::size_t offset);
+  void HideOld(std::size_t from, std::size_t to, bool joins);
+  void HideOldAfter(std::size_t from, std::size_t end);
+  void Uncover(std::size_t offset, std::size_t from);
+  void CloseHidden(std::size_t end);
+  void LeaveGap(std::size_t offset, std::size_t end);
+  void Forget(std::size_t begin, std::size_t end);
 
   GrowingLibrary& library_;
   NameMatcher tags_;
@@ -95,7 +101,8 @@ class LibraryFollower {
   OpenValues open_values_;
   Reading current_;
   std::vector<Hidden> hidden_;   // the one that begins first is the last
-  LastOffsets between_entries_;  // where an entry was searched for
+  LastOffsets between_entries_;  // where an entry was searched for, and all after it is known
+  std::set<std::size_t> gaps_;   // where hidden readings come to what is not known any more
 };
 
 }  // namespace tarvel

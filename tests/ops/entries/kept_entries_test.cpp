@@ -88,24 +88,29 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
   EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
 }
 
-TEST(KeptEntries, HideThoseFromAnOffsetOn) {
+TEST(KeptEntries, SkipHiddenOnes) {
   Kept kept;
   const KeptEntries& entries = kept.entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");
   const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
-  for (const std::size_t head : {100U, 200U}) kept.Add(book, head);
-  kept.entries.HideFrom(200);
-  EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
-  kept.entries.HideFrom(100);
+  for (const std::size_t head : {100U, 200U, 300U, 400U}) kept.Add(book, head);
+  kept.entries.Hidden().Add(200, 300);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
+  EXPECT_EQ(entries.CountWithKey("k", 400), 2U);
+  kept.entries.Hidden().Add(100, 350);
+  EXPECT_EQ(entries.FirstEqual(rule, values)->head, 400U);
+  EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 400U);
+  EXPECT_EQ(entries.FirstWithKey("k")->head, 400U);
+  kept.entries.Hidden().Add(50, HiddenRanges::kOpen);
   EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
   EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 0U);
-  kept.entries.HideFrom(kAll);
+  for (const std::size_t range : {50U, 100U}) kept.entries.Hidden().Remove(range);
   EXPECT_EQ(entries.FirstEqual(DoublesRuleFor("COMMENT"), values), nullptr) << "of no group";
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
-  EXPECT_EQ(entries.CountWithKey("k", kAll), 2U);
+  EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
 }
 
 TEST(KeptEntries, ReadAnEntryAgainOnlyOnce) {
@@ -147,30 +152,23 @@ TEST(EntryList, HoldsOneOrSeveral) {
   const KeptEntry one{10, 20};
   const KeptEntry two{20, 30};
   const KeptEntry three{30, 40};
-  const auto any = [](const KeptEntry&) { return true; };
-  const auto none = [](const KeptEntry&) { return false; };
-  const auto later = [](const KeptEntry& entry) { return entry.head > 10; };
   EntryList list;
-  EXPECT_EQ(list.CountBefore(kAll), 0U);
-  EXPECT_EQ(list.First(any), nullptr);
+  EXPECT_EQ(list.FirstFrom(0), nullptr);
   list.Remove(one);
   list.Add(two);
   list.Remove(one);
-  EXPECT_EQ(list.CountBefore(20), 0U);
-  EXPECT_EQ(list.CountBefore(21), 1U);
-  EXPECT_EQ(list.First(any), &two);
-  EXPECT_EQ(list.First(none), nullptr);
+  EXPECT_EQ(list.FirstFrom(20), &two);
+  EXPECT_EQ(list.FirstFrom(21), nullptr);
   list.Add(three);
   list.Add(one);
-  EXPECT_EQ(list.CountBefore(kAll), 3U);
-  EXPECT_EQ(list.CountBefore(21), 2U);
-  EXPECT_EQ(list.First(), &one);
-  EXPECT_EQ(list.First(later), &two);
-  EXPECT_EQ(list.First(none), nullptr);
+  EXPECT_EQ(list.FirstFrom(0), &one);
+  EXPECT_EQ(list.FirstFrom(11), &two);
+  EXPECT_EQ(list.FirstFrom(30), &three);
+  EXPECT_EQ(list.FirstFrom(31), nullptr);
   list.Remove(one);
   list.Remove(three);
-  EXPECT_EQ(list.First(), &two);
-  EXPECT_EQ(list.CountBefore(kAll), 1U);
+  EXPECT_EQ(list.FirstFrom(0), &two);
+  EXPECT_EQ(list.FirstFrom(21), nullptr);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <set>
 
@@ -114,6 +115,11 @@ TEST(LastOffsets, KeepTheLastOfEachBlock) {
   for (const std::size_t offset : {0U, 5U, 126U, 129U, 255U, 999U, 2000U}) {
     EXPECT_FALSE(offsets.Has(offset)) << offset;
   }
+  EXPECT_EQ(offsets.LastIn(0, 2000), 1000U);
+  EXPECT_EQ(offsets.LastIn(0, 1000), 128U);
+  EXPECT_EQ(offsets.LastIn(127, 128), 127U);
+  EXPECT_EQ(offsets.LastIn(128, 128), std::nullopt);
+  EXPECT_EQ(offsets.LastIn(129, 1000), std::nullopt);
   offsets.Remove(0, 127);
   offsets.Remove(129, 1000);
   offsets.Remove(1001, 5000);
@@ -219,6 +225,62 @@ TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
     }
   }
   EXPECT_GT(hidden, static_cast<std::size_t>(runs) / 4);
+}
+
+/// Lines that open and close values and entries in any order, so that a library reads differently
+/// from each of them on.
+std::string LinesInAnyOrder(std::mt19937& random, std::size_t number) {
+  static constexpr std::array<std::string_view, 20> kLines{"@MISC{a,\n",
+                                                           "@MISC{b,\n",
+                                                           "@BOOK{a,\n",
+                                                           "@MISC{b, note = {\n",
+                                                           "  note = {n},\n",
+                                                           "  note = {m},\n",
+                                                           "  title = {t},\n",
+                                                           "  note = {\n",
+                                                           "  note = {{{\n",
+                                                           "  note = {}}}\n",
+                                                           "} note = {\n",
+                                                           "} title = {{\n",
+                                                           "}\n",
+                                                           "}\n",
+                                                           "}\n",
+                                                           "}}}\n",
+                                                           "}}}}}}}}},\n",
+                                                           "} text\r\n",
+                                                           "{{\n",
+                                                           "\n"};
+  std::string text;
+  for (; number > 0; --number) {
+    text += kLines[random() % kLines.size()];
+    if (random() % 8 == 0) text.insert(text.size() - 1, random() % 200, 'x');
+  }
+  return text;
+}
+
+/// Writes over the beginning of such a library, so that entries vanish and come back.
+TEST(LibraryFollower, ReturnsToEntriesThatWereInsideOthers) {
+  std::mt19937 random(11);
+  std::size_t came_back = 0;
+  const int runs = RandomRuns(1500);
+  for (int run = 0; run < runs; ++run) {
+    Followed followed;
+    followed.follower.Write(followed.library.Size(), LinesInAnyOrder(random, 20 + random() % 200));
+    std::size_t before = 0;
+    for (int writes = 0; writes < 12; ++writes) {
+      const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
+      if (entries.size() > before + 8) ++came_back;
+      before = entries.size();
+      const bool appends = entries.empty() || random() % 4 == 0;
+      const std::size_t offset = appends
+                                     ? followed.library.Size()
+                                     : entries[random() % entries.size() / (1 + random() % 4)].end;
+      followed.follower.Write(offset, LinesInAnyOrder(random, 1 + random() % 5));
+      if (run % 2 == 0 || writes == 11) followed.Check();
+      if (HasFatalFailure()) return;
+    }
+  }
+  EXPECT_GT(came_back, static_cast<std::size_t>(runs) / 4);
 }
 
 /// Appends and replaces parts of hostile libraries as Clean doubles does, and asks everything after
