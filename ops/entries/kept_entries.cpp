@@ -71,22 +71,44 @@ const KeptEntry* EntryList::FirstFrom(std::size_t offset) const {
   return first == several_->end() ? nullptr : *first;
 }
 
-void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end) {
+void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end,
+                      const LackingSizes& lacking) {
   KeptEntry entry{head, end};
   for (std::size_t i = 0; i < kFieldCount; ++i) {
-    if (!record.fields[i].Text().empty()) entry.present |= static_cast<std::uint16_t>(1U << i);
+    const bool present = lacking[i] > 0 || !record.fields[i].Text().empty();
+    if (present) entry.present |= static_cast<std::uint16_t>(1U << i);
   }
   entry.same_key = &by_key_.FindOrAdd(record.key);
+  KeptEntry& added = entries_.Add(std::move(entry));
+  AddToIndexes(added);
   const TypeRule<DoublesRule> rule = DoublesRuleFor(record.type);
-  if (rule.rule && entry.IsComplete(*rule.rule)) {
-    const ComparedValues values = ComparedValuesOf(rule.rule->group, record);
-    entry.same_content = &by_content_.FindOrAdd(ContentHash(rule.type, values));
+  if (!rule.rule || !added.IsComplete(*rule.rule)) return;
+  std::size_t size = 0;
+  for (const Field field : rule.rule->group.compared) {
+    size += lacking[static_cast<std::size_t>(field)];
   }
-  AddToIndexes(entries_.Add(std::move(entry)));
+  if (size == 0) return AddContent(added, record);
+  added.least_size = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
+  lacking_.emplace(added.least_size, &added);
+}
+
+void KeptEntries::AddContent(KeptEntry& entry, const EntryRecord& record) const {
+  const TypeRule<DoublesRule> rule = DoublesRuleFor(record.type);
+  const ComparedValues values = ComparedValuesOf(rule.rule->group, record);
+  entry.same_content = &by_content_.FindOrAdd(ContentHash(rule.type, values));
+  entry.same_content->all.Add(entry);
+}
+
+/// Reads the values of which not all is known and which may have this size.
+void KeptEntries::ReadLacking(std::size_t size) const {
+  while (!lacking_.empty() && lacking_.begin()->first <= size) {
+    KeptEntry& entry = *lacking_.extract(lacking_.begin()).value().second;
+    AddContent(entry, read_(entry));
+  }
 }
 
 void KeptEntries::Remove(std::size_t begin, std::size_t end) {
-  entries_.Remove(begin, end, RemoveFromIndexes);
+  entries_.Remove(begin, end, [this](KeptEntry& entry) { RemoveFromIndexes(entry); });
 }
 
 const KeptValues& KeptEntries::ValuesOf(const KeptEntry& entry) const {
@@ -107,10 +129,9 @@ void KeptEntries::AddToIndexes(const KeptEntry& entry) {
   }
   same.all.Add(entry);
   if (same.complete) add_complete(entry);
-  if (entry.same_content) entry.same_content->all.Add(entry);
 }
 
-void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
+void KeptEntries::RemoveFromIndexes(KeptEntry& entry) {
   SameKey& same = *entry.same_key;
   same.all.Remove(entry);
   if (same.all.IsEmpty()) same.complete.reset();
@@ -118,6 +139,7 @@ void KeptEntries::RemoveFromIndexes(const KeptEntry& entry) {
     if (entry.IsComplete(kDoublesRules[i])) (*same.complete)[i].Remove(entry);
   }
   if (entry.same_content) entry.same_content->all.Remove(entry);
+  lacking_.erase({entry.least_size, &entry});
 }
 
 /// The first entry of the list, from `offset` on, that is not hidden.
@@ -142,6 +164,9 @@ const KeptEntry* KeptEntries::FirstComplete(std::string_view key, const DoublesR
 const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
                                          const ComparedValues& values) const {
   if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
+  std::size_t size = 0;
+  for (const std::string_view value : values.values) size += value.size();
+  ReadLacking(size);
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   const KeptEntry* entry = found ? FirstVisible(found->all) : nullptr;
   for (; entry; entry = FirstVisible(found->all, entry->head + 1)) {

@@ -38,17 +38,21 @@ class KeptValues {
   std::array<std::size_t, kFieldCount + 1> bounds_{};
 };
 
+/// The sizes of what a record lacks of each value, as far as they are known; 0 for a whole value.
+using LackingSizes = std::array<std::size_t, kFieldCount>;
+
 struct SameKey;
 struct SameContent;
 
 /// An entry of the new library. There is one for each entry, so it is kept small: its values are
 /// read again when another entry is compared with it.
 struct KeptEntry {
-  std::size_t head = 0;       // the offset of its first line
-  std::size_t end = 0;        // the offset of the line after its last
-  std::uint16_t present = 0;  // bit i: the tag of field i is present
+  std::size_t head = 0;          // the offset of its first line
+  std::size_t end = 0;           // the offset of the line after its last
+  std::uint16_t present = 0;     // bit i: the tag of field i is present
+  std::uint32_t least_size = 0;  // of the compared values at least, if their text is not read yet
   SameKey* same_key = nullptr;
-  SameContent* same_content = nullptr;  // null if one of its compared tags is missing
+  SameContent* same_content = nullptr;                    // null if one is missing or not read yet
   mutable std::unique_ptr<const KeptValues> values = {};  // null until they are asked for
 
   /// The key; lives as long as the `KeptEntries`.
@@ -144,8 +148,10 @@ class KeptEntries {
   /// `read` must return the record with which the entry was added.
   explicit KeptEntries(ReadEntry read) : read_(std::move(read)) {}
 
-  /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head.
-  void Add(const EntryRecord& record, std::size_t head, std::size_t end);
+  /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head. Values
+  /// that lack a part are read when one that may be as long is searched for.
+  void Add(const EntryRecord& record, std::size_t head, std::size_t end,
+           const LackingSizes& lacking = {});
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
   /// The ranges in which entries are not found.
@@ -166,14 +172,17 @@ class KeptEntries {
 
  private:
   const KeptEntry* FirstVisible(const EntryList& list, std::size_t offset = 0) const;
+  void AddContent(KeptEntry& entry, const EntryRecord& record) const;
+  void ReadLacking(std::size_t size) const;
   static void AddToIndexes(const KeptEntry& entry);
-  static void RemoveFromIndexes(const KeptEntry& entry);
+  void RemoveFromIndexes(KeptEntry& entry);
 
   ReadEntry read_;
   EntriesByOffset<KeptEntry> entries_;  // the groups point into it
   // Groups stay until the end, also those of entries that were removed: few are.
   GroupTable<SameKey> by_key_;
-  GroupTable<SameContent> by_content_;
+  mutable GroupTable<SameContent> by_content_;
+  mutable std::set<std::pair<std::size_t, KeptEntry*>> lacking_;  // by their least sizes
   HiddenRanges hidden_;
 };
 

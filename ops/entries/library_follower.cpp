@@ -187,7 +187,7 @@ void LibraryFollower::Forget(std::size_t begin, std::size_t end) {
   gaps_.erase(gaps_.lower_bound(begin), gaps_.lower_bound(end));
 }
 
-/// Passes lines of an open value; their text is read only if the value closes.
+/// Passes lines of an open value; their text is read only if it is needed.
 bool LibraryFollower::PassLines(Reading& reading) {
   if (reading.phase != Phase::kInValue || reading.reads_all) return false;
   const auto passed = open_values_.Pass(library_.Bytes(), reading.next, reading.depth);
@@ -195,7 +195,7 @@ bool LibraryFollower::PassLines(Reading& reading) {
   reading.next = passed->line;
   reading.depth = passed->depth;
   reading.limit = passed->after_blank ? limits::kShortLine : limits::kContinuation;
-  reading.lacks_text = true;
+  reading.lacking[static_cast<std::size_t>(reading.field)] += passed->size;
   return true;
 }
 
@@ -221,7 +221,7 @@ bool LibraryFollower::ReadOn(Reading& reading) {
   const bool was_inside = reading.phase != Phase::kBetweenEntries;
   if (!ReadLine(reading)) return false;
   const bool ends = was_inside && reading.phase == Phase::kBetweenEntries;
-  if (ends) entries_.Add(reading.record, reading.head, reading.next);
+  if (ends) entries_.Add(reading.record, reading.head, reading.next, reading.lacking);
   return true;
 }
 
@@ -239,6 +239,7 @@ bool LibraryFollower::ReadLine(Reading& reading) const {
       Line line(*text);
       if (!IsKnownEntry(line)) return true;
       reading.record.Start(line.Text());
+      reading.lacking = {};
       reading.head = start;
       reading.phase = Phase::kInEntry;
       return true;
@@ -254,6 +255,7 @@ bool LibraryFollower::ReadLine(Reading& reading) const {
       }
       reading.field = kDoublesTags[static_cast<std::size_t>(tag)].field;
       reading.record[reading.field].SetJoined().clear();
+      reading.lacking[static_cast<std::size_t>(reading.field)] = 0;
       const std::size_t brace = text->find('{');
       if (brace == std::string_view::npos) return true;
       reading.depth = 1;
@@ -282,7 +284,7 @@ bool LibraryFollower::ReadLine(Reading& reading) const {
     reading.limit = limits::kContinuation;
     return true;
   }
-  if (reading.lacks_text) {
+  if (reading.field == Field::kPages && reading.lacking[static_cast<std::size_t>(reading.field)]) {
     ReadEntryAgain(reading, reading.head);
     return ReadLine(reading);  // its first line
   }

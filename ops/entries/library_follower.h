@@ -69,8 +69,8 @@ class LibraryFollower {
     int depth = 0;
     bool at_line_break = false;
     std::size_t limit = 0;
-    bool lacks_text = false;  // lines of it were passed without taking their text
-    bool reads_all = false;   // no lines may be passed in this entry
+    LackingSizes lacking{};  // of the values of which lines were passed without taking their text
+    bool reads_all = false;  // no lines may be passed in this entry
   };
 
   /// What an entry that stays open hides: a reading that knows the entries from `from` on, up to

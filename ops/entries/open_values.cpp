@@ -25,7 +25,7 @@ std::optional<OpenValues::Passed> OpenValues::Pass(std::string_view bytes, std::
     const Block& block = *blocks_[number];
     const bool passes = block.can_be_passed && block.begin == passed.line;
     if (!passes || passed.depth + block.lowest <= 0) break;
-    passed = {block.end, passed.depth + block.change, block.ends_blank};
+    passed = {block.end, passed.depth + block.change, block.ends_blank, passed.size + block.size};
   }
   return passed.line > line ? std::optional(passed) : std::nullopt;
 }
@@ -47,7 +47,9 @@ OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number
       block.change += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
       block.lowest = std::min(block.lowest, block.change);
     }
-    block.ends_blank = SkipContinuationBlanks(line.substr(0, size), 0) == size;
+    const std::size_t first = SkipContinuationBlanks(line.substr(0, size), 0);
+    block.ends_blank = first == size;
+    if (!block.ends_blank) block.size += size - first - 1;
     block.end += size;
   }
   block.can_be_passed = true;

@@ -171,6 +171,44 @@ TEST(CleanDoublesRandom, CrowdedLibrariesComeOutAsFromThePlainVersion) {
   }
 }
 
+/// A library whose copies open values that close after many entries, in an entry or after it, and
+/// whose next copies end them sooner.
+std::string FarLibrary(std::mt19937_64& random) {
+  static constexpr std::array kKeys{"k"sv, "k"sv, "l"sv, "m"sv};
+  const auto entry = [](std::string_view key, const std::string& value) {
+    return "@misc{" + std::string(key) + ",\n note = {" + value + "},\n}\n";
+  };
+  const std::string line = random() % 4 == 0 ? "\r\n" : "\n";
+  std::string library;
+  for (std::size_t left = 5 + random() % (random() % 40 == 0 ? 300 : 50); left > 0; --left) {
+    const std::size_t kind = random() % 10;
+    std::string value = "filler " + std::to_string(random() % 50);
+    if (kind == 0) value = "first";
+    if (kind == 1) value.append(1 + random() % 12, '}');
+    if (kind == 2) value = "{" + line + value + std::string(1 + random() % 9, '}') + ",\n}\n w {";
+    if (kind == 3) value.append(random() % 1200, 'x').append("\n\n \n");
+    library += entry(kind == 0 ? kKeys[random() % 4] : "f" + std::to_string(random() % 50), value);
+  }
+  for (std::size_t left = 4 + random() % 16; left > 0; --left) {
+    const std::string braces(random() % 9, '{');
+    const std::string value = "copy " + std::to_string(random() % 20);
+    const std::string closing = "\n}\n" + std::string(braces.size(), '}');
+    const bool opens = random() % 2 == 0;
+    const std::string_view key = random() % 6 == 0 ? "z"sv : kKeys[random() % 4];
+    library += entry(key, opens ? braces + value + closing : value);
+    if (random() % 8 == 0) library += entry("e", std::string(1 + random() % 9, '}'));
+  }
+  return library;
+}
+
+TEST(CleanDoublesRandom, ValuesThatCloseFarAwayComeOutAsFromThePlainVersion) {
+  const int runs = RandomRuns(300);
+  std::mt19937_64 random(29);
+  for (int run = 0; run < runs && !::testing::Test::HasFailure(); ++run) {
+    ExpectSame(FarLibrary(random));
+  }
+}
+
 TEST(CleanDoublesRandom, EntriesThatLieInEachOtherComeOutAsFromThePlainVersion) {
   const int runs = RandomRuns(500);
   HostileLibraries libraries(20261121);

@@ -132,6 +132,27 @@ TEST(KeptEntries, ReadAnEntryAgainOnlyOnce) {
   }
 }
 
+TEST(KeptEntries, ReadLongValuesOnlyForThoseThatMayBeEqual) {
+  Kept kept;
+  const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
+  const EntryRecord whole = Book("k", "a long title");
+  kept.records[100] = kept.records[200] = whole;
+  LackingSizes lacking{};
+  lacking[static_cast<std::size_t>(Field::kTitle)] = 10;
+  kept.entries.Add(Book("k", ""), 100, 110, lacking);
+  kept.entries.Add(Book("k", ""), 200, 210, lacking);
+  EXPECT_EQ(kept.entries.FirstComplete("k", *rule.rule)->head, 100U) << "the title is present";
+  const EntryRecord shorter = Book("l", "T");
+  EXPECT_EQ(kept.entries.FirstEqual(rule, ComparedValuesOf(rule.rule->group, shorter)), nullptr);
+  EXPECT_EQ(kept.read, 0);
+  kept.entries.Remove(100, 101);
+  const ComparedValues values = ComparedValuesOf(rule.rule->group, whole);
+  EXPECT_EQ(kept.entries.FirstEqual(rule, values)->head, 200U);
+  EXPECT_EQ(kept.read, 2) << "once to find it and once to compare it";
+  EXPECT_EQ(kept.entries.FirstEqual(rule, values)->head, 200U);
+  EXPECT_EQ(kept.read, 2);
+}
+
 TEST(KeptEntries, AreCompleteForARuleWithAllItsTags) {
   Kept kept;
   EntryRecord book = Book("k", "T");

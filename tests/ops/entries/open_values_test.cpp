@@ -18,6 +18,7 @@ std::string Lines(std::mt19937& random, std::size_t size) {
     if (kind == 0) text.append(random() % 4, '{');
     if (kind == 1) text.append(random() % 4, '}');
     if (kind == 2 && random() % 8 == 0) text.append(998 + random() % 3, 'x');
+    if (kind > 50) text += "  ";
     if (kind > 5) text += "{text}";
     text += '\n';
   }
@@ -60,9 +61,13 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
         EXPECT_EQ(text[offset->line - 1], '\n');
         EXPECT_EQ(offset->after_blank, text[offset->line - 2] == '\n');
         std::size_t longest = 0;
+        std::size_t size = 0;
         for (std::size_t from = line; from < offset->line; from = text.find('\n', from) + 1) {
-          longest = std::max(longest, text.find('\n', from) + 1 - from);
+          const std::size_t newline = text.find('\n', from);
+          longest = std::max(longest, newline + 1 - from);
+          size += newline - std::min(newline, text.find_first_not_of(' ', from));
         }
+        EXPECT_EQ(offset->size, size);
         EXPECT_LE(longest, 998U);
       }
     }
