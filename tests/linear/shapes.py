@@ -128,11 +128,21 @@ def same_key(n):
     return "".join(f"@misc{{k,\n note = {{{'x' * (i % 7)}}}\n}}\n" for i in range(n))
 
 
-def conflicts_that_open_values(n):
+def conflicts_that_open_values(n, last="", between=""):
     fillers = "".join(f"@misc{{f{i},\n note = {{filler {i}}},\n}}\n" for i in range(n))
     pairs = "".join("@misc{k,\n note = {{{{{{{" f"c{i}" "\n}\n}}}}}},\n}\n"
-                    "@misc{k,\n note = {" f"d{i}" "},\n}\n" for i in range(n))
-    return "@misc{k,\n note = {first},\n}\n" + fillers + pairs
+                    + between.replace("#", str(i))
+                    + "@misc{k,\n note = {" f"d{i}" "},\n}\n" for i in range(n))
+    return "@misc{k,\n note = {first},\n}\n" + fillers + last + pairs
+
+
+def conflicts_whose_values_close_late(n):
+    return conflicts_that_open_values(n, last="@misc{z,\n note = {}}}}}}}}},\n}\n")
+
+
+def conflicts_whose_values_close_later(n):
+    """Each value is closed by an entry that is written after it was opened."""
+    return conflicts_that_open_values(n, between="@misc{z#,\n note = {#}}}}}}}}},\n}\n")
 
 
 def unknown_tags(n):
@@ -171,6 +181,8 @@ SHAPES = (
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals", "check")),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
+    (conflicts_whose_values_close_late, 1500, ("clean-doubles",)),
+    (conflicts_whose_values_close_later, 1500, ("clean-doubles",)),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),
