@@ -260,13 +260,13 @@ std::string LinesInAnyOrder(std::mt19937& random, std::size_t number) {
 
 /// Writes over the beginning of such a library, so that entries vanish and come back.
 TEST(LibraryFollower, ReturnsToEntriesThatWereInsideOthers) {
-  std::mt19937 random(11);
+  std::mt19937 random(12);
   std::size_t came_back = 0;
-  const int runs = RandomRuns(600);
+  const int runs = RandomRuns(1500);
   for (int run = 0; run < runs; ++run) {
     Followed followed;
     followed.follower.Write(followed.library.Size(),
-                            LinesInAnyOrder(random, 20 + random() % (run % 8 == 0 ? 1500 : 200)));
+                            LinesInAnyOrder(random, 20 + random() % (run % 40 == 0 ? 1500 : 200)));
     std::size_t before = 0;
     for (int writes = 0; writes < 12; ++writes) {
       const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
