@@ -23,7 +23,6 @@ constexpr Code kWord = 31;       // the number of the word that the bytes may be
 constexpr Code kStructure = 32;  // the first is a brace or a quote
 constexpr Code kOddWhite = 64;   // white space that is no single blank
 constexpr Code kSign = 128;      // the first is an "@", a "=", or the "j" of a "journal"
-constexpr Code kAny = 255;
 static_assert(kWords.size() < kWord);
 
 /// What two bytes that follow each other mean. For nearly all it is nothing.
@@ -109,11 +108,11 @@ class Braces {
   std::size_t depth_ = 0;
 };
 
-/// The first offset from `at` to before `last` where two bytes have one of the codes, or `last`.
-/// Looks at four at a time, as a jump for each byte would take most of the time.
-inline std::size_t FindPair(std::string_view text, std::size_t at, std::size_t last, Code wanted) {
+/// The first offset from `at` to before `last` where two bytes have a code, or `last`. Looks at
+/// four at a time, as a jump for each byte would take most of the time.
+inline std::size_t FindPair(std::string_view text, std::size_t at, std::size_t last) {
   const auto code_at = [=](std::size_t offset) -> std::uint32_t {
-    return kCodes.At(text.data() + offset) & wanted;
+    return kCodes.At(text.data() + offset);
   };
   for (; at + 4 <= last; at += 4) {
     const std::uint32_t codes =
@@ -131,7 +130,7 @@ std::size_t Scan(std::string_view text, std::size_t at, std::size_t limit, TextF
                  Ends ends) {
   const std::size_t last = std::min(limit, text.size() - 1);  // its second byte is none
   for (;; ++at) {
-    at = FindPair(text, at, last, kAny);
+    at = FindPair(text, at, last);
     if (at >= limit) return limit;
     const Code code = kCodes.At(text, at);
     if ((code & kStructure) != 0) {
@@ -171,10 +170,16 @@ std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t 
 }
 
 std::size_t FindOddWhite(std::string_view text, std::size_t from) {
-  if (from >= text.size()) return text.size();
-  const std::size_t found = FindPair(text, from, text.size() - 1, kOddWhite);
-  const bool is_odd = (kCodes.At(text, found) & kOddWhite) != 0;
-  return is_odd ? found : text.size();
+  using Breaks = ByteFinder<ByteRange::One('\t'), ByteRange::One('\n'), ByteRange::One('\r')>;
+  using Blanks = ByteFinder<ByteRange::One(' ')>;
+  // Each time all but the last of the marked bytes, which may be the first of two blanks.
+  for (; from + Breaks::kWordSize <= text.size(); from += Breaks::kWordSize - 1) {
+    const std::uint64_t blanks = Blanks::Marks(text.data() + from);
+    const std::uint64_t odd = Breaks::Marks(text.data() + from) | (blanks & (blanks >> 1U));
+    if (odd != 0) return from + static_cast<std::size_t>(std::countr_zero(odd));
+  }
+  while (from < text.size() && (kCodes.At(text, from) & kOddWhite) == 0) ++from;
+  return from;
 }
 
 }  // namespace tarvel

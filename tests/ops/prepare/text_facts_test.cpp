@@ -107,6 +107,16 @@ TEST(TextFacts, TheDelimiterIsTheFirstOutsideOfBraces) {
   }
 }
 
+TEST(TextFacts, OddWhiteIsFoundAtEachOffsetOfALongText) {
+  for (std::size_t at = 0; at < 200; ++at) {
+    for (const std::string_view white : {"  ", "\n", "\t", "\r"}) {
+      EXPECT_EQ(FindOddWhite(std::string(200, 'x').replace(at, 1, white), 0), at) << white.size();
+    }
+    const std::string single = std::string(200, 'x').replace(at, 1, " ");
+    EXPECT_EQ(FindOddWhite(single, 0), single.size());
+  }
+}
+
 TEST(TextFacts, OddWhiteIsMoreThanASingleBlank) {
   EXPECT_EQ(FindOddWhite("", 0), 0U);
   EXPECT_EQ(FindOddWhite("a b ", 0), 4U);
