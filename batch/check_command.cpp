@@ -60,8 +60,8 @@ class MemorySource final : public ByteSource {
 /// The library's path for the operations: they make the names of their outputs from it, and its own
 /// may have no extension.
 constexpr std::string_view kLibrary = "library.bib";
-/// That of an empty one, with which Compare compares it: what is found in a library is found when
-/// it is read, and to compare it with itself takes the square of the time where keys are repeated.
+/// The path of an empty library, the second one of Compare. All findings come from reading the
+/// library; comparing it with itself takes quadratic time where keys are repeated.
 constexpr std::string_view kEmptyLibrary = "empty.bib";
 
 /// Files that are only read; `library` is found at `kLibrary`. The copy that the check of line

@@ -32,8 +32,8 @@ class EntryReader {
   /// Closes the entry and reports what it lacks. The next one begins at `next`, or the library ends
   /// there.
   void Close(std::size_t next);
-  /// Reports the line of the open value if it begins with a control character or a byte from 128 on:
-  /// such bytes are taken for blanks there.
+  /// Reports the line of the open value if it begins with a control character or a byte from 128
+  /// on: such bytes are taken for blanks there.
   void CheckContinuation(std::string_view line, std::size_t offset);
 
   bool IsOpen() const { return state_ != State::kOutside; }

@@ -38,8 +38,8 @@ bool HoldsKey(std::string_view text) {
 }
 
 /// One pass over a library, or over a range of it. Special lines are looked at one by one: those
-/// with an "@", those with bytes that are not ASCII, and those that are longer than the limit. All
-/// lines between two of them are read at once.
+/// with an "@", those with control characters or bytes that are not ASCII, and those that are
+/// longer than the limit. All lines between two of them are read at once.
 class LibraryScan {
  public:
   LibraryScan(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
@@ -80,9 +80,9 @@ class LibraryScan {
   bool in_unknown_ = false;  // in an entry that is reported as none
 
   // Offsets of what comes next; the size of the text if there is none.
-  std::size_t next_at_ = 0;         // an "@"
-  std::size_t next_odd_ = 0;  // a byte that is not ASCII, or a control character
-  std::size_t next_long_ = 0;       // a line longer than the limit
+  std::size_t next_at_ = 0;    // an "@"
+  std::size_t next_odd_ = 0;   // a byte that is not ASCII, or a control character
+  std::size_t next_long_ = 0;  // a line longer than the limit
 };
 
 ValueCounts LibraryScan::Run() {

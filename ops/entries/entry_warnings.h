@@ -37,9 +37,9 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
 void ReportMisread(const std::vector<Misread>& values, std::string_view key,
                    FileWarnings& warnings);
 
-/// The lines of an entry up to the first that begins with "}", or that is open in a value and goes
-/// on. `lines`: those that the operation read for it. Where these end with a piece of a long line,
-/// the entry goes no further.
+/// The text of an entry: its lines up to the first that begins with "}" and does not stand in a
+/// value, at most up to the next entry. `lines` are those that the operation read for the entry; if
+/// they end with a piece of a long line, the text ends there too.
 std::string_view EntryTextAt(std::string_view library, const LibraryRange& lines);
 
 /// Whether two entries have the same lines after their keys, up to the first that begins with "}".

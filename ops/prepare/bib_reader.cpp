@@ -159,8 +159,8 @@ void BibReader::ReadEntry(BibItem& item) {
   ++at_;
 }
 
-/// Goes to the "}" that ends the entry, if it stands before the next "@". No value goes past it, and
-/// wherever reading ends before it, the next command is the same.
+/// Goes to the "}" that ends the entry, if it stands before the next "@". No value extends beyond
+/// it. If a fault would end the entry before it, the next command is still the same.
 void BibReader::PassTags() {
   const std::size_t next = std::min(bytes_.find('@', at_), bytes_.size());
   const std::size_t end = FindDelimiter(bytes_, at_, next, '}');

@@ -59,8 +59,8 @@ class BibReader {
 
   /// Reads the next command; false at the end. What `item` held before is no longer valid.
   bool Next(BibItem& item);
-  /// Whether the tags of entries are needed. If not, an entry gets one of its tags if it has any,
-  /// its fault may be missing, and reading takes less time.
+  /// Whether the tags of entries are needed. If they are not, only the first tag of most entries is
+  /// read and a fault after it may be missed; this takes less time.
   void KeepTags(bool keeps) { keeps_tags_ = keeps; }
   /// Goes to the command whose "@" is at `begin`. `is_strict`: see `StrictFrom`.
   void GoTo(std::size_t begin, bool is_strict);

@@ -129,7 +129,7 @@ Found WhatOperationsFind(const std::string& library) {
     files.files["lit.bib"] = library;
     files.most_room = kMostOutput;
     if (!run.second_path.empty()) {
-      run.second_path = "empty.bib";  // what is found in a library is found when it is read
+      run.second_path = "empty.bib";  // all findings come from reading
       files.files[run.second_path] = "";
     }
     run.warnings = &found;
