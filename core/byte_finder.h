@@ -24,35 +24,21 @@ struct ByteRange {
   }
 };
 
-/// Finds the next byte that is in one of the ranges. Compares 64 bytes at a time: a loop over
-/// single bytes took most of the time of a scan. Calls with rising offsets take linear time
-/// together; a lower offset costs one more comparison of 64 bytes.
+/// So many bytes are looked at together.
+inline constexpr std::size_t kMarkedBytes = 64;
+
+/// The bytes of a text that are in one of the ranges, marked many at a time: a loop over single
+/// bytes took most of the time of a scan.
 template <ByteRange... kRanges>
-class ByteFinder {
- public:
-  static constexpr std::size_t kWordSize = 64;
-
-  /// `text` must outlive this.
-  explicit ByteFinder(std::string_view text) : text_(text) {}
-
-  /// The offset of the first of the bytes from `from` on, or `end`, at most the size of the text.
-  std::size_t Find(std::size_t from, std::size_t end) {
-    for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
-      if (at / kWordSize != word_) Mark(at / kWordSize);
-      const std::uint64_t bits = bits_ >> (at % kWordSize);
-      if (bits != 0) return std::min(at + static_cast<std::size_t>(std::countr_zero(bits)), end);
-    }
-    return end;
-  }
-
+struct ByteClass {
   static constexpr bool Holds(char byte) {
     const auto code = static_cast<signed char>(byte);
     return ((code >= kRanges.first && code <= kRanges.last) || ...);
   }
-  /// A bit for each of 64 bytes, the lowest for the first.
+  /// A bit for each of the bytes, the lowest for the first.
   static std::uint64_t PlainMarks(const char* bytes) {
     std::uint64_t marks = 0;
-    for (std::size_t at = 0; at < kWordSize; ++at) {
+    for (std::size_t at = 0; at < kMarkedBytes; ++at) {
       marks |= std::uint64_t{Holds(bytes[at]) ? 1U : 0U} << at;
     }
     return marks;
@@ -72,9 +58,10 @@ class ByteFinder {
 #endif
   }
 
- private:
 #if defined(__SSE2__)
+ private:
   static __m128i InRange(__m128i text, ByteRange range) {
+    if (range.first == INT8_MIN && range.last == -1) return text;  // the highest bits are marks
     if (range.first == range.last) return _mm_cmpeq_epi8(text, _mm_set1_epi8(range.first));
     const __m128i below = _mm_cmplt_epi8(text, _mm_set1_epi8(range.first));
     const __m128i beyond = _mm_cmpgt_epi8(text, _mm_set1_epi8(range.last));
@@ -87,31 +74,73 @@ class ByteFinder {
     return first;
   }
 #endif
+};
 
+/// Finds the next byte of one of several classes. Calls with rising offsets take linear time
+/// together; a lower offset costs one more comparison of 64 bytes.
+template <typename... Classes>
+class FinderOf {
+  using Words = std::array<std::uint64_t, sizeof...(Classes)>;
+
+ public:
+  static constexpr std::size_t kWordSize = kMarkedBytes;
+
+  /// `text` must outlive this.
+  explicit FinderOf(std::string_view text) : text_(text) {}
+
+  /// The offset of the first byte of the class, counted from 0, from `from` on, or `end`, at most
+  /// the size of the text.
+  template <std::size_t kClass = 0>
+  std::size_t Find(std::size_t from, std::size_t end) {
+    for (std::size_t at = from; at < end; at = (at / kWordSize + 1) * kWordSize) {
+      if (at / kWordSize != word_) Mark(at / kWordSize);
+      const std::uint64_t bits = bits_[kClass] >> (at % kWordSize);
+      if (bits != 0) return std::min(at + static_cast<std::size_t>(std::countr_zero(bits)), end);
+    }
+    return end;
+  }
+
+ private:
   void Mark(std::size_t word) {
     word_ = word;
     const std::string_view bytes = text_.substr(word * kWordSize, kWordSize);
-    bits_ = bytes.size() == kWordSize ? Marks(bytes.data()) : MarksOfLast(bytes);
+    bits_ = bytes.size() == kWordSize ? Bits(bytes.data()) : BitsOfLast(bytes);
   }
+  static Words Bits(const char* bytes) { return {Classes::Marks(bytes)...}; }
   /// The marks of the text's last bytes. The bits after them mean nothing.
-  static std::uint64_t MarksOfLast(std::string_view bytes) {
+  static Words BitsOfLast(std::string_view bytes) {
     std::array<char, kWordSize> word{};
     std::copy(bytes.begin(), bytes.end(), word.begin());
-    return Marks(word.data());
+    return Bits(word.data());
   }
 
   std::string_view text_;
   std::size_t word_ = static_cast<std::size_t>(-1);  // that `bits_` marks
-  std::uint64_t bits_ = 0;
+  Words bits_{};
 };
 
-/// Bytes that give a library its structure.
-using StructureFinder = ByteFinder<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"'),
-                                   ByteRange::One('='), ByteRange::One(','), ByteRange::One('\n')>;
+/// Finds the next byte that is in one of the ranges.
+template <ByteRange... kRanges>
+class ByteFinder : public ByteClass<kRanges...>, public FinderOf<ByteClass<kRanges...>> {
+ public:
+  using FinderOf<ByteClass<kRanges...>>::FinderOf;
+};
+
 /// Braces and quotes.
 using BraceFinder = ByteFinder<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"')>;
 /// Bytes that are neither printable ASCII nor a tab nor break lines.
 using OddFinder = ByteFinder<ByteRange{-128, '\b'}, ByteRange{'\v', '\f'}, ByteRange{14, 31},
                              ByteRange::One(127)>;
+
+/// The classes of `StructureFinder`: braces, quotes and line feeds, which matter in values; and
+/// these with what stands between names and values.
+inline constexpr std::size_t kInValues = 0;
+inline constexpr std::size_t kInTags = 1;
+
+/// Bytes that give a library its structure.
+using StructureFinder = FinderOf<
+    ByteClass<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"'), ByteRange::One('\n')>,
+    ByteClass<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"'), ByteRange::One('\n'),
+              ByteRange::One('='), ByteRange::One(',')>>;
 
 }  // namespace tarvel

@@ -2,8 +2,8 @@
 #include "core/utf8.h"
 
 #include <array>
-#include <cstdint>
-#include <cstring>
+
+#include "core/byte_finder.h"
 
 namespace tarvel {
 
@@ -24,16 +24,7 @@ constexpr char32_t kHighestCode = 0x10FFFF;
 
 constexpr bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-/// The number of bytes below 128 that the text begins with.
-std::size_t AsciiSize(std::string_view text) {
-  std::size_t at = 0;
-  for (std::uint64_t word = 0; text.size() - at >= sizeof word; at += sizeof word) {
-    std::memcpy(&word, text.data() + at, sizeof word);
-    if ((word & 0x8080808080808080U) != 0) break;
-  }
-  while (at < text.size() && static_cast<signed char>(text[at]) >= 0) ++at;
-  return at;
-}
+using NonAsciiFinder = ByteFinder<ByteRange{-128, -1}>;
 
 }  // namespace
 
@@ -53,15 +44,16 @@ Utf8Character DecodeUtf8(std::string_view text) {
   return {size, code};
 }
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    text.remove_prefix(AsciiSize(text));
-    if (text.empty()) return true;
-    const std::size_t size = DecodeUtf8(text).size;
-    if (size == 0) return false;
-    text.remove_prefix(size);
+std::size_t FindBadUtf8(std::string_view text, std::size_t from) {
+  NonAsciiFinder non_ascii(text);
+  for (std::size_t size = 0;; from += size) {
+    from = non_ascii.Find(from, text.size());
+    if (from == text.size()) return from;
+    size = DecodeUtf8(text.substr(from)).size;
+    if (size == 0) return from;
   }
-  return true;
 }
+
+bool IsUtf8(std::string_view text) { return FindBadUtf8(text, 0) == text.size(); }
 
 }  // namespace tarvel

@@ -23,15 +23,18 @@ void EntryReader::Open(std::string_view key, std::size_t offset) {
   state_ = State::kInEntry;
   has_entry_ = true;
   closing_line_ = false;
-  line_is_taken_ = true;
+  taken_ = offset;
   head_ = offset;
   tag_ = {};
   tag_is_read_.reset();
 }
 
 void EntryReader::BeginLine(std::size_t offset) {
-  line_is_taken_ = IsInside();
-  if (!IsInside() && bytes_[offset] == '}') closing_line_ = true;
+  if (IsInside()) {
+    CheckContinuation(offset);
+  } else if (bytes_[offset] == '}') {
+    closing_line_ = true;
+  }
 }
 
 void EntryReader::Close(std::size_t next) {
@@ -54,19 +57,18 @@ void EntryReader::Close(std::size_t next) {
 std::size_t EntryReader::Read(std::size_t begin, std::size_t end) {
   part_ = begin;
   end_ = end;
-  std::size_t at = begin;
-  while (at < end && state_ != State::kOutside) {
-    if (IsInside()) {
-      at = ContinueValue(at);
-      continue;
-    }
-    at = SkipBetweenTags(at);
+  if (!IsOpen()) return begin;
+  for (std::size_t at = begin;;) {
+    if (IsInside()) at = ContinueValue(at);
+    while (at < end && kBetweenTags.Holds(bytes_[at])) ++at;
     if (at == end) return end;
+    if (bytes_[at] == '}' && at > 0 && bytes_[at - 1] == '\n') closing_line_ = true;
     if (state_ == State::kBeforeValue) {
       at = StartValue(at);
     } else if (bytes_[at] == '}') {
       state_ = State::kOutside;
       if (rules_.takes_all_tags) ReportAfterEntry(at);
+      return at;
     } else if (bytes_[at] == '#') {
       ReportJoined(at);
       at = SkipPiece(at + 1);
@@ -74,17 +76,6 @@ std::size_t EntryReader::Read(std::size_t begin, std::size_t end) {
       at = ReadTag(at);
     }
   }
-  return std::min(at, end);
-}
-
-/// Skips what may stand between tags; returns where to go on.
-std::size_t EntryReader::SkipBetweenTags(std::size_t at) {
-  for (; at < end_ && kBetweenTags.Holds(bytes_[at]); ++at) {
-    if (bytes_[at] != '\n') continue;
-    line_is_taken_ = false;
-    if (at + 1 < end_ && bytes_[at + 1] == '}') closing_line_ = true;
-  }
-  return at;
 }
 
 /// Reports tags on the line that ends their entry, after the "}" at `at`.
@@ -99,8 +90,8 @@ void EntryReader::ReportAfterEntry(std::size_t at) {
 }
 
 /// Reads "tag =" and the value's first byte, or skips what is none; returns where to go on.
-std::size_t EntryReader::ReadTag(std::size_t at) {
-  const std::size_t end = structure_.Find(at, end_);
+inline std::size_t EntryReader::ReadTag(std::size_t at) {
+  const std::size_t end = structure_.Find<kInTags>(at, end_);
   if (end == end_ || bytes_[end] != '=') {
     return end == end_ || bytes_[end] == '}' || bytes_[end] == '\n' ? end : end + 1;
   }
@@ -108,8 +99,11 @@ std::size_t EntryReader::ReadTag(std::size_t at) {
   tag_ = TrimEnd(bytes_.substr(at, end - at), IsBlank);
   tag_is_read_.reset();
   tag_offset_ = at;
-  if (line_is_taken_ && rules_.one_value_a_line) ReportSharedLine(before);
-  line_is_taken_ = true;
+  if (rules_.one_value_a_line &&
+      bytes_.substr(taken_, at - taken_).find('\n') == std::string_view::npos) {
+    ReportSharedLine(before);
+  }
+  taken_ = at;
   state_ = State::kBeforeValue;
   ++counts_.values;
   at = kBlanksInLine.FindOther(bytes_.substr(0, end_), end + 1);
@@ -120,8 +114,8 @@ std::size_t EntryReader::ReadTag(std::size_t at) {
 }
 
 /// Reads the first byte of a value, or of a piece of one; returns where to go on.
-std::size_t EntryReader::StartValue(std::size_t at) {
-  line_is_taken_ = true;
+inline std::size_t EntryReader::StartValue(std::size_t at) {
+  taken_ = at;
   depth_ = bytes_[at] == '{' ? 1 : 0;
   state_ = bytes_[at] == '{'   ? State::kInValue
            : bytes_[at] == '"' ? State::kInQuotes
@@ -137,16 +131,18 @@ std::size_t EntryReader::SkipPiece(std::size_t at) {
 }
 
 /// Goes on through a value in braces or quotes; returns where it ends.
-std::size_t EntryReader::ContinueValue(std::size_t at) {
+inline std::size_t EntryReader::ContinueValue(std::size_t at) {
   const char closing = state_ == State::kInQuotes ? '"' : '}';
   std::size_t depth = depth_;
-  for (at = structure_.Find(at, end_); at < end_; at = structure_.Find(at + 1, end_)) {
+  for (at = structure_.Find<kInValues>(at, end_); at < end_;
+       at = structure_.Find<kInValues>(at + 1, end_)) {
     const char byte = bytes_[at];
+    if (byte == '\n' && at + 1 < end_) CheckContinuation(at + 1);
     if (byte == '{') ++depth;
     if (byte == '}' && depth > 0) --depth;
     if (byte != closing || depth > 0) continue;
     state_ = State::kInEntry;
-    ++at;
+    taken_ = at++;
     break;
   }
   depth_ = depth;
@@ -200,8 +196,8 @@ void EntryReader::ReportJoined(std::size_t at) {
          {"the value of '", tag_, "' goes on after a '#': only the part before it is read"});
 }
 
-/// Whether the line mentions a tag that is read. Mostly its own tag is one; the whole line is
-/// looked through once, however many values stand on it.
+/// Whether the line, or what is read of it, mentions a tag that is read. It is looked through once,
+/// however many values stand on it.
 bool EntryReader::MentionsReadTag(std::size_t at) {
   if (!rules_.read_tags) return false;
   if (at == tag_offset_ && IsReadTag()) return true;
@@ -213,11 +209,13 @@ bool EntryReader::MentionsReadTag(std::size_t at) {
   return asked_answer_;
 }
 
-void EntryReader::CheckContinuation(std::string_view line, std::size_t offset) {
-  if (!IsInside() || !rules_.read_tags) return;
-  const std::size_t first = SkipBlanks(line, 0);
-  if (SkipContinuationBlanks(line, first) == first || !IsReadTag()) return;
-  const bool is_control = static_cast<signed char>(line[first]) >= 0;
+/// Reports the line at `offset`, on which a value goes on, if it begins with a control character or
+/// a byte from 128 on: such bytes are taken for blanks there.
+void EntryReader::CheckContinuation(std::size_t offset) {
+  const std::size_t first = kBlanksInLine.FindOther(bytes_, offset);
+  if (SkipContinuationBlanks(bytes_.substr(0, first + 1), first) == first) return;
+  if (bytes_[first] == '\n' || !IsReadTag()) return;
+  const bool is_control = static_cast<signed char>(bytes_[first]) >= 0;
   Report(WarningKind::kTextLost, offset,
          {"a line of the value of ", Quoted(tag_), " begins with a ",
           is_control ? "control character" : "letter that is not ASCII",

@@ -22,7 +22,7 @@ class EntryReader {
 
   /// Opens the entry whose first line begins at `offset`.
   void Open(std::string_view key, std::size_t offset);
-  /// Begins the line at `offset`, on which no entry begins.
+  /// Begins the line at `offset`, before anything of it is read.
   void BeginLine(std::size_t offset);
   /// Notes a line outside of values that begins with "}".
   void NoteClosingLine() { closing_line_ = true; }
@@ -32,10 +32,6 @@ class EntryReader {
   /// Closes the entry and reports what it lacks. The next one begins at `next`, or the library ends
   /// there.
   void Close(std::size_t next);
-  /// Reports the line of the open value if it begins with a control character or a byte from 128
-  /// on: such bytes are taken for blanks there.
-  void CheckContinuation(std::string_view line, std::size_t offset);
-
   bool IsOpen() const { return state_ != State::kOutside; }
   /// Whether a value in braces or quotes is open.
   bool IsInside() const { return state_ == State::kInValue || state_ == State::kInQuotes; }
@@ -50,11 +46,11 @@ class EntryReader {
  private:
   enum class State { kOutside, kInEntry, kBeforeValue, kInValue, kInQuotes };
 
-  std::size_t SkipBetweenTags(std::size_t at);
   std::size_t ReadTag(std::size_t at);
   std::size_t StartValue(std::size_t at);
   std::size_t ContinueValue(std::size_t at);
   std::size_t SkipPiece(std::size_t at);
+  void CheckContinuation(std::size_t offset);
   void ReportSharedLine(std::string_view before);
   void ReportAfterEntry(std::size_t at);
   void ReportUnbraced(std::size_t at);
@@ -89,7 +85,7 @@ class EntryReader {
   std::optional<bool> tag_is_read_;
   std::size_t tag_offset_ = 0;
   std::size_t depth_ = 0;
-  bool line_is_taken_ = false;  // something of the entry stands on the line already
+  std::size_t taken_ = 0;  // where the last part of the entry that takes its line stands
 
   // What each value of a line may ask for. It is looked up once for a line, so that a line of many
   // values takes linear time.

@@ -5,7 +5,6 @@
 #include <array>
 #include <string>
 
-#include "core/byte_finder.h"
 #include "core/byte_set.h"
 #include "core/entry_types.h"
 #include "core/text_primitives.h"
@@ -22,7 +21,8 @@ using namespace std::string_view_literals;
 /// What stands after an "@" and is no entry.
 constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
 
-constexpr ByteSet kBareEnds(",}");
+constexpr ByteSet kHeadEnds(",}\n");
+constexpr ByteSet kKeyStops(",\n");
 constexpr ByteSet kBeforeHead(" \t\r\n}\xEF\xBB\xBF");
 constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
 constexpr ByteSet kKeyEnds(" \t\r\n,{}()");
@@ -38,15 +38,14 @@ bool HoldsKey(std::string_view text) {
 }
 
 /// One pass over a library, or over a range of it. Special lines are looked at one by one: those
-/// with an "@", those with control characters or bytes that are not ASCII, and those that are
-/// longer than the limit. All lines between two of them are read at once.
+/// with an "@", those that are not valid UTF-8, and those that are longer than the limit. All lines
+/// between two of them are read at once.
 class LibraryScan {
  public:
   LibraryScan(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,
               FileWarnings& warnings)
       : bytes_(bytes.substr(0, range.end)),
         begin_(range.begin),
-        odd_(bytes_),
         rules_(rules),
         warnings_(warnings),
         entry_(bytes_, range.end < bytes.size(), rules, warnings) {}
@@ -64,6 +63,7 @@ class LibraryScan {
   void ReportOtherHead(std::string_view word, std::string_view rest, std::size_t offset);
   void ReportUpperCased(std::string_view line, std::size_t offset);
   void ReadLines(std::size_t begin, std::size_t end);
+  void ReadOn(std::size_t begin, std::size_t end);
   void ReadOutside(std::size_t begin, std::size_t end);
   void CheckOutside(std::string_view line, std::size_t offset);
   void Report(WarningKind kind, std::size_t offset, TextParts text) {
@@ -72,7 +72,6 @@ class LibraryScan {
 
   std::string_view bytes_;  // up to the end of the range
   std::size_t begin_;
-  OddFinder odd_;
   const ScanRules& rules_;
   FileWarnings& warnings_;
   EntryReader entry_;
@@ -81,13 +80,13 @@ class LibraryScan {
 
   // Offsets of what comes next; the size of the text if there is none.
   std::size_t next_at_ = 0;    // an "@"
-  std::size_t next_odd_ = 0;   // a byte that is not ASCII, or a control character
+  std::size_t next_bad_ = 0;   // a byte that begins no valid UTF-8 character
   std::size_t next_long_ = 0;  // a line longer than the limit
 };
 
 ValueCounts LibraryScan::Run() {
   next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
-  next_odd_ = odd_.Find(begin_, bytes_.size());
+  next_bad_ = FindBadUtf8(bytes_, begin_);
   next_long_ = NextLongLine(begin_);
   for (std::size_t at = begin_; at < bytes_.size();) {
     const std::size_t special = NextSpecialLine(at);
@@ -117,9 +116,9 @@ std::size_t LibraryScan::NextLongLine(std::size_t begin) {
 /// is none.
 std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
   if (next_at_ < begin) next_at_ = std::min(bytes_.find('@', begin), bytes_.size());
-  if (next_odd_ < begin) next_odd_ = odd_.Find(begin, bytes_.size());
+  if (next_bad_ < begin) next_bad_ = FindBadUtf8(bytes_, begin);
   if (next_long_ < begin) next_long_ = NextLongLine(begin);
-  const std::size_t next = std::min(next_at_, next_odd_);
+  const std::size_t next = std::min(next_at_, next_bad_);
   if (next == bytes_.size()) return next_long_;
   return std::min(LineBegin(bytes_, begin, next), next_long_);
 }
@@ -127,28 +126,32 @@ std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
 void LibraryScan::ScanSpecialLine(std::string_view line, std::size_t offset) {
   const std::size_t end = offset + line.size();
   const bool has_at = next_at_ < end;
-  const bool is_plain = next_odd_ >= end;
   if (offset == next_long_) {
     warnings_.Report(WarningKind::kLongLine, offset, {},
                      "a line of " + std::to_string(line.size()) + " bytes is read in pieces of " +
                          std::to_string(rules_.line_limit - 1));
   }
   const bool was_open = entry_.IsOpen();
-  if (!is_plain) entry_.CheckContinuation(line, offset);
+  entry_.BeginLine(offset);
   const bool head = has_at && TakeHead(line, offset);
   if (has_at && rules_.upper_cases) ReportUpperCased(line, offset);
-  if (!is_plain && !IsUtf8(line)) {
+  if (next_bad_ < end) {
     warnings_.Report(WarningKind::kBadBytes, offset,
                      was_open || head ? entry_.Key() : std::string_view(),
                      "the line holds bytes that are neither ASCII nor valid UTF-8");
   }
-  if (!head) ReadLines(offset, end);
+  if (!head) ReadOn(offset, end);
 }
 
 /// Reads lines that begin no entry.
 void LibraryScan::ReadLines(std::size_t begin, std::size_t end) {
   if (begin == end) return;
   entry_.BeginLine(begin);
+  ReadOn(begin, end);
+}
+
+/// The same after the first line was begun.
+void LibraryScan::ReadOn(std::size_t begin, std::size_t end) {
   if (!entry_.IsOpen()) return ReadOutside(begin, end);
   const std::size_t at = entry_.Read(begin, end);
   if (at < end) ReadOutside(LineEnd(bytes_, at), end);
@@ -183,20 +186,21 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
   upper_ = line;
   if (!IsKnownEntry(upper_)) return TakeOtherHead(line, offset);
   const std::size_t at = line.find('@');
-  const std::size_t base = offset + at;
-  entry_.Read(offset, base);
+  const std::size_t brace = line.find('{', at);
+  entry_.Read(offset, offset + at);
   if (!entry_.IsOpen() && line.starts_with('}')) entry_.NoteClosingLine();
   const bool begins_line = kBeforeEntry.FindOther(line, 0) == at;
   const bool follows = !entry_.IsOpen() && !begins_line;
-  const std::string_view rest = line.substr(at);
-  TakeKnownHead(CopyUntilChar(std::string_view(upper_).substr(at), '@', '{'),
-                CopyUntilChar(rest, '{', ','), offset);
+  const std::size_t end = kHeadEnds.Find(line, at);
+  const std::size_t key_end = kKeyStops.Find(line, std::max(end, brace + 1));
+  TakeKnownHead(std::string_view(upper_).substr(at + 1, brace - at - 1),
+                line.substr(brace + 1, key_end - brace - 1), offset);
   if (follows) {
     Report(WarningKind::kSharedLine, offset,
            {"the entry does not begin its line: it is not seen, or what stands before it becomes a "
             "part of it"});
   }
-  if (SkipBlanks(rest, rest.find('{') + 1) == rest.size()) {
+  if (SkipBlanks(line, brace + 1) == line.size()) {
     Report(WarningKind::kBrokenHead, offset,
            {"the key does not stand on the first line of the entry and is not read; put it there, "
             "with a comma after it"});
@@ -205,7 +209,7 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
            {"no comma follows the key, which is read as ", Quoted(entry_.Key())});
   }
   // What stands after the key on the same line.
-  entry_.Read(base + kBareEnds.Find(rest, 0), offset + line.size());
+  entry_.Read(offset + end, offset + line.size());
   return true;
 }
 

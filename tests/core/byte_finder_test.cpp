@@ -28,7 +28,7 @@ std::string RandomText(std::mt19937& random) {
   return text;
 }
 
-template <typename Finder, typename Test>
+template <typename Finder, std::size_t kClass, typename Test>
 void ExpectFindsLike(const Test& test) {
   std::mt19937 random(6);
   for (int run = 0; run < 2000; ++run) {
@@ -38,9 +38,15 @@ void ExpectFindsLike(const Test& test) {
     for (int ask = 0; ask < 30 && !text.empty(); ++ask) {
       from = random() % 4 == 0 ? random() % text.size() : std::min(from + 1, text.size());
       const std::size_t end = from + random() % (text.size() - from + 1);
-      ASSERT_EQ(finder.Find(from, end), PlainFind(text, from, end, test)) << from << ' ' << end;
+      ASSERT_EQ(finder.template Find<kClass>(from, end), PlainFind(text, from, end, test))
+          << from << ' ' << end;
     }
   }
+}
+
+template <typename Finder, typename Test>
+void ExpectMarksLike(const Test& test) {
+  ExpectFindsLike<Finder, 0>(test);
   for (int code = -128; code < 128; ++code) {
     const auto byte = static_cast<char>(code);
     EXPECT_EQ(Finder::Holds(byte), test(byte)) << code;
@@ -51,15 +57,24 @@ void ExpectFindsLike(const Test& test) {
 }
 
 TEST(ByteFinder, FindsTheBytesOfALibrarysStructure) {
-  ExpectFindsLike<StructureFinder>(
-      [](char byte) { return std::string_view("{}\"=,\n").find(byte) != std::string_view::npos; });
+  const auto any_of = [](std::string_view bytes) {
+    return [bytes](char byte) { return bytes.find(byte) != std::string_view::npos; };
+  };
+  ExpectFindsLike<StructureFinder, kInValues>(any_of("{}\"\n"));
+  ExpectFindsLike<StructureFinder, kInTags>(any_of("{}\"\n=,"));
+  ExpectMarksLike<BraceFinder>(any_of("{}\""));
 }
 
 TEST(ByteFinder, FindsBytesThatAreNotPrintable) {
-  ExpectFindsLike<OddFinder>([](char byte) {
+  ExpectMarksLike<OddFinder>([](char byte) {
     const auto code = static_cast<signed char>(byte);
     return (code < ' ' && byte != '\t' && byte != '\n' && byte != '\r') || code == 127;
   });
+}
+
+TEST(ByteFinder, FindsBytesThatAreNotAscii) {
+  ExpectMarksLike<ByteFinder<ByteRange{-128, -1}>>(
+      [](char byte) { return static_cast<signed char>(byte) < 0; });
 }
 
 TEST(ByteFinder, FindsNothingInAnEmptyText) {
@@ -68,11 +83,11 @@ TEST(ByteFinder, FindsNothingInAnEmptyText) {
 }
 
 TEST(ByteFinder, MarksEachByteAtItsOwnBit) {
-  std::string word(StructureFinder::kWordSize, 'x');
+  std::string word(BraceFinder::kWordSize, 'x');
   for (std::size_t at = 0; at < word.size(); ++at) {
     word[at] = '{';
-    EXPECT_EQ(StructureFinder::Marks(word.data()), std::uint64_t{1} << at);
-    EXPECT_EQ(StructureFinder::PlainMarks(word.data()), std::uint64_t{1} << at);
+    EXPECT_EQ(BraceFinder::Marks(word.data()), std::uint64_t{1} << at);
+    EXPECT_EQ(BraceFinder::PlainMarks(word.data()), std::uint64_t{1} << at);
     word[at] = 'x';
   }
 }

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
+#include <random>
 #include <string>
+#include <string_view>
 
 namespace tarvel {
 namespace {
@@ -74,6 +77,29 @@ TEST(IsUtf8, TakesWholeTexts) {
   EXPECT_FALSE(IsUtf8("caf\xE9"));
   EXPECT_FALSE(IsUtf8("caf\xC3"));
   EXPECT_FALSE(IsUtf8("\xC3\xA9\xA9"));
+}
+
+TEST(FindBadUtf8, FindsTheFirstByteThatIsOfNoCharacter) {
+  constexpr std::array<std::string_view, 9> kPieces{
+      "a",        "\n",           "plain text of some length",
+      "\xC3\xBC", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
+      "\xE9",     "\xA9",         "\xE2\x82"};
+  std::mt19937 random(3);
+  for (int run = 0; run < 20000; ++run) {
+    std::string text;
+    const auto bad = random() % 2 == 0 ? 3 : 0;
+    for (auto count = random() % 12; count > 0; --count) {
+      text += kPieces[random() % (kPieces.size() - 3 + bad)];
+    }
+    std::size_t plain = 0;
+    while (plain < text.size()) {
+      const std::size_t size = DecodeUtf8(std::string_view(text).substr(plain)).size;
+      if (size == 0) break;
+      plain += size;
+    }
+    ASSERT_EQ(FindBadUtf8(text, 0), plain) << text;
+    ASSERT_EQ(FindBadUtf8(text, plain), plain) << text;
+  }
 }
 
 }  // namespace
