@@ -324,7 +324,8 @@ void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
   const bool is_command = text_depth_ > 0 || text.starts_with('@');
   text_depth_ += OpenBraces(text);
   const bool says_nothing = IsFileHeader(Trim(text, "}),"));
-  if (!says_nothing && (starts_own || !in_text_)) {
+  const bool begins = !says_nothing && (starts_own || !in_text_);
+  if (begins && !input_warnings_.ReportNumber(WarningKind::kTextNotCopied)) {
     input_warnings_.Report(WarningKind::kTextNotCopied, start, {},
                            "text outside entries was not copied: " + Quoted(text));
   }

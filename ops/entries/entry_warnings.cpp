@@ -115,7 +115,7 @@ std::vector<Misread> MisreadValues(const TypeGroup& group, const EntryRecord& en
 void ReportMisread(const std::vector<Misread>& values, std::string_view key,
                    FileWarnings& warnings) {
   for (const Misread& value : values) {
-    if (IsBooktitle(value)) continue;
+    if (IsBooktitle(value) || warnings.ReportNumber(WarningKind::kOtherTag)) continue;
     warnings.Report(WarningKind::kOtherTag, value.offset, key, "the value of " + Describe(value));
   }
 }
