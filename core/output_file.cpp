@@ -5,40 +5,28 @@
 
 namespace tarvel {
 
-namespace {
-
-constexpr std::size_t kBufferSize = std::size_t{1} << 17;
-
-}  // namespace
-
 OutputFile::OutputFile(std::unique_ptr<ByteSink> sink, std::string path)
-    : sink_(std::move(sink)), path_(std::move(path)) {
-  buffer_.reserve(kBufferSize);
-}
+    : sink_(std::move(sink)),
+      path_(std::move(path)),
+      buffer_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {}
 
 OutputFile::~OutputFile() {
   (void)Close();  // a run that matters has closed its files and reported what failed
 }
 
 void OutputFile::Flush() {
-  if (error_.empty() && !buffer_.empty()) error_ = sink_->Write(buffer_);
-  buffer_.clear();
+  if (error_.empty() && used_ != 0) error_ = sink_->Write({buffer_.get(), used_});
+  used_ = 0;
 }
 
-void OutputFile::Write(std::string_view bytes) {
-  if (!error_.empty()) return;  // a run on a full disk ends soon
-  if (bytes.size() > kBufferSize - buffer_.size()) {
-    Flush();
-    if (bytes.size() >= kBufferSize) {
-      if (error_.empty()) error_ = sink_->Write(bytes);
-      return;
-    }
+/// Writes what the buffer has no room for.
+void OutputFile::WriteLarge(std::string_view bytes) {
+  Flush();
+  if (bytes.size() <= kBufferSize) {
+    Append(bytes);
+  } else if (error_.empty()) {  // a run on a full disk ends soon
+    error_ = sink_->Write(bytes);
   }
-  buffer_.append(bytes);
-}
-
-void OutputFile::Write(std::initializer_list<std::string_view> parts) {
-  for (const std::string_view part : parts) Write(part);
 }
 
 bool OutputFile::Close() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -39,8 +41,16 @@ class OutputFile {
   /// Writes out and closes what `Close` has not, as a process that ends in the middle would.
   ~OutputFile();
 
-  void Write(std::string_view bytes);
-  void Write(std::initializer_list<std::string_view> parts);
+  void Write(std::string_view bytes) {
+    if (bytes.size() <= kBufferSize - used_) {
+      Append(bytes);
+    } else {
+      WriteLarge(bytes);
+    }
+  }
+  void Write(std::initializer_list<std::string_view> parts) {
+    for (const std::string_view part : parts) Write(part);
+  }
 
   /// Writes out what is still in memory and closes the file; true when every byte arrived.
   [[nodiscard]] bool Close();
@@ -50,11 +60,20 @@ class OutputFile {
   const std::string& Error() const { return error_; }
 
  private:
+  static constexpr std::size_t kBufferSize = std::size_t{1} << 17;
+
+  /// Calls nothing but the copy: logs are written in small parts.
+  void Append(std::string_view bytes) {
+    std::copy(bytes.begin(), bytes.end(), buffer_.get() + used_);
+    used_ += bytes.size();
+  }
+  void WriteLarge(std::string_view bytes);
   void Flush();
 
   std::unique_ptr<ByteSink> sink_;
   std::string path_;
-  std::string buffer_;
+  std::unique_ptr<char[]> buffer_;
+  std::size_t used_ = 0;  // bytes of the buffer
   std::string error_;
 };
 
