@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -38,6 +37,14 @@ std::string_view KindOf(signed char code) {
   return code < 0 ? " <- negative value (!)" : " <- command (!)";
 }
 
+/// What the log says after the column of a bad byte.
+std::string NoteOf(char byte) {
+  const auto code = static_cast<signed char>(byte);
+  std::string note = "\n   character ";
+  note.append(std::to_string(code)).append(" (--").append(1, byte).append("--) could be found.");
+  return note.append(KindOf(code)).append("\n\n");
+}
+
 /// Whether the text ends with `word`, given in upper case, blanks and tabs skipped.
 bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
   for (; !word.empty(); word.remove_suffix(1)) {
@@ -57,9 +64,11 @@ std::size_t FindExemptTag(std::string_view line) {
        brace = line.find('{', brace + 1)) {
     std::string_view before = TrimEnd(line.substr(0, brace), IsBlankOrTab);
     if (!before.ends_with('=')) continue;
-    before.remove_suffix(1);
+    before = TrimEnd(before.substr(0, before.size() - 1), IsBlankOrTab);
+    const char last = before.empty() ? '\0' : ToUpper(before.back());
     for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
-      if (EndsIgnoringBlanks(before, kExemptTags[tag])) return tag;
+      const std::string_view word = kExemptTags[tag];
+      if (word.back() == last && EndsIgnoringBlanks(before, word)) return tag;
     }
   }
   return kNoTag;
@@ -122,9 +131,12 @@ class CharacterCleaner {
   OutputFile& log_;
   FileWarnings& warnings_;
   Tally left_out_;  // the names of the tags whose lines were left out
-  std::map<std::string, Occurrences, std::less<>> characters_;
+  static constexpr std::size_t kCodesOfPage = 4096;
+  std::map<std::string, Occurrences> characters_;
+  std::vector<std::vector<Occurrences*>> by_code_{0x110000 / kCodesOfPage};  // to `characters_`
   std::string bibitem_;
-  std::string log_line_;  // what the log says of all bad bytes of a line
+  std::string log_line_;                // what the log says of all bad bytes of a line
+  std::array<std::string, 256> notes_;  // of the bytes that were met
   int line_number_ = 0;
   int bad_bytes_ = 0;
 };
@@ -170,11 +182,13 @@ void CharacterCleaner::ReplaceBadBytes(std::string_view line) {
 /// Counts the character that the text begins with; a control and a byte inside a character are
 /// none.
 void CharacterCleaner::CountCharacter(std::string_view text) {
-  const std::string_view character = text.substr(0, DecodeUtf8(text).size);
-  if (character.size() < 2) return;
-  auto found = characters_.find(character);
-  if (found == characters_.end()) found = characters_.try_emplace(std::string(character)).first;
-  found->second.Add(offset_);
+  const Utf8Character character = DecodeUtf8(text);
+  if (character.size < 2) return;
+  std::vector<Occurrences*>& page = by_code_[character.code / kCodesOfPage];
+  page.resize(kCodesOfPage);
+  Occurrences*& known = page[character.code % kCodesOfPage];
+  if (!known) known = &characters_[std::string(text.substr(0, character.size))];
+  known->Add(offset_);
 }
 
 void CharacterCleaner::ReportFound() {
@@ -223,9 +237,9 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
 
 void CharacterCleaner::LogBadByte(char byte, std::size_t column) {
   ++bad_bytes_;
-  const auto code = static_cast<signed char>(byte);
-  log_.Write({log_line_, std::to_string(column), "\n   character ", std::to_string(code), " (--",
-              std::string_view(&byte, 1), "--) could be found.", KindOf(code), "\n\n"});
+  std::string& note = notes_[static_cast<unsigned char>(byte)];
+  if (note.empty()) note = NoteOf(byte);
+  log_.Write({log_line_, std::to_string(column), note});
 }
 
 int FailInBox(const RunContext& run, std::string_view message, std::string_view caption,
