@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "core/byte_set.h"
@@ -41,11 +42,39 @@ std::string_view OnlyName(std::string_view list) {
 
 using namespace std::string_view_literals;
 
+/// A few words, letter case aside. Most of what they are compared with differs in its first letter.
+template <std::size_t N>
+class FewWords {
+ public:
+  constexpr explicit FewWords(const std::array<std::string_view, N>& words)
+      : words_(words), initials_(InitialsOf(words)) {}
+
+  bool Holds(std::string_view word) const {
+    return !word.empty() && initials_.Holds(word.front()) &&
+           std::any_of(words_.begin(), words_.end(),
+                       [word](std::string_view other) { return EqualNoCase(word, other); });
+  }
+
+ private:
+  static constexpr ByteSet InitialsOf(const std::array<std::string_view, N>& words) {
+    std::array<char, 2 * N> initials{};
+    for (std::size_t i = 0; i < N; ++i) {
+      initials[2 * i] = ToUpper(words[i].front());
+      initials[2 * i + 1] = ToLower(words[i].front());
+    }
+    return ByteSet({initials.data(), initials.size()});
+  }
+
+  std::array<std::string_view, N> words_;
+  ByteSet initials_;
+};
+
 /// Words before a surname that belong to it.
-constexpr std::array kParticles{"van"sv, "von"sv, "der"sv, "den"sv, "de"sv,  "del"sv, "della"sv,
-                                "di"sv,  "da"sv,  "dos"sv, "das"sv, "du"sv,  "la"sv,  "le"sv,
-                                "ten"sv, "ter"sv, "zu"sv,  "zur"sv, "vom"sv, "af"sv,  "av"sv};
-constexpr std::array kSuffixes{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv};
+constexpr FewWords kParticles(std::array{"van"sv,   "von"sv, "der"sv, "den"sv, "de"sv,  "del"sv,
+                                         "della"sv, "di"sv,  "da"sv,  "dos"sv, "das"sv, "du"sv,
+                                         "la"sv,    "le"sv,  "ten"sv, "ter"sv, "zu"sv,  "zur"sv,
+                                         "vom"sv,   "af"sv,  "av"sv});
+constexpr FewWords kSuffixes(std::array{"JR"sv, "SR"sv, "II"sv, "III"sv, "IV"sv});
 
 /// Cuts the first word from the text; empty when none is left.
 std::string_view TakeWord(std::string_view& rest) {
@@ -56,13 +85,7 @@ std::string_view TakeWord(std::string_view& rest) {
   return word;
 }
 
-template <std::size_t N>
-bool IsOneOf(std::string_view word, const std::array<std::string_view, N>& words) {
-  return std::any_of(words.begin(), words.end(),
-                     [word](std::string_view other) { return EqualNoCase(word, other); });
-}
-
-bool IsSuffix(std::string_view word) { return IsOneOf(Trim(word, ".,"), kSuffixes); }
+bool IsSuffix(std::string_view word) { return kSuffixes.Holds(Trim(word, ".,")); }
 
 /// What follows each "{" of a text, up to the next brace.
 std::vector<std::string_view> AfterBraces(std::string_view text) {
@@ -74,21 +97,38 @@ std::vector<std::string_view> AfterBraces(std::string_view text) {
   return pieces;
 }
 
-/// Whether words in braces stand joined in the new list. `joined`: what follows its braces, sorted.
-bool LostBlanks(std::string_view name, const std::vector<std::string_view>& joined) {
+/// What follows the braces of a list, for searches.
+class BracedPieces {
+ public:
+  explicit BracedPieces(std::string_view list) : list_(list) {}
+
+  /// Whether a piece begins with the text. The first call takes the list apart.
+  bool Begins(std::string_view text) {
+    if (!pieces_) {
+      pieces_ = AfterBraces(list_);
+      std::sort(pieces_->begin(), pieces_->end());
+    }
+    const auto found = std::lower_bound(pieces_->begin(), pieces_->end(), text);
+    return found != pieces_->end() && found->starts_with(text);
+  }
+
+ private:
+  std::string_view list_;
+  std::optional<std::vector<std::string_view>> pieces_;  // sorted
+};
+
+/// Whether words in braces stand joined in the new list, whose pieces are given.
+bool LostBlanks(std::string_view name, BracedPieces& joined) {
   const std::vector<std::string_view> pieces = AfterBraces(name);
   return std::any_of(pieces.begin(), pieces.end(), [&joined](std::string_view piece) {
     std::string squeezed(Trim(piece, " "));
-    if (std::erase(squeezed, ' ') == 0) return false;
-    const auto found = std::lower_bound(joined.begin(), joined.end(), squeezed);
-    return found != joined.end() && found->starts_with(squeezed);
+    return std::erase(squeezed, ' ') != 0 && joined.Begins(squeezed);
   });
 }
 
 /// Why a name that was rearranged may have become wrong; empty when it has not. `joined`: what
-/// follows the braces of the new list, sorted. `commas`: the list has names with commas.
-std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::string_view>& joined,
-                                 bool commas) {
+/// follows the braces of the new list. `commas`: the list has names with commas.
+std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bool commas) {
   std::size_t words = 0;
   bool has_suffix = false;
   bool has_particle = false;  // before another word
@@ -96,7 +136,7 @@ std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::s
   for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
     const std::string_view next = TakeWord(rest);
     has_suffix = has_suffix || IsSuffix(word);
-    has_particle = has_particle || (!next.empty() && IsOneOf(word, kParticles));
+    has_particle = has_particle || (!next.empty() && kParticles.Holds(word));
     word = next;
   }
   if (words == 0) return {};
@@ -112,7 +152,7 @@ std::string_view WhyDoubtfulName(std::string_view name, const std::vector<std::s
 bool IsFullWord(std::string_view word) {
   const std::string_view letters = Trim(word, ",");
   return letters.size() > 2 && std::all_of(letters.begin(), letters.end(), IsLetter) &&
-         !IsOneOf(letters, kParticles);
+         !kParticles.Holds(letters);
 }
 
 /// The first name with a first name in full; empty when all have initials.
@@ -148,8 +188,7 @@ std::string WhyNoKnownForm(std::string_view list) {
 
 std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
   if (old_list == new_list) return {};
-  std::vector<std::string_view> joined = AfterBraces(new_list);
-  std::sort(joined.begin(), joined.end());
+  BracedPieces joined(new_list);
   const bool commas = HasComma(old_list);
   std::string reasons;
   NameParts names(old_list);
@@ -161,7 +200,7 @@ std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
   if (reasons.empty()) reasons = WhatChanged(old_list, new_list);
   const bool raised = !old_list.empty() && !new_list.empty() && old_list.front() >= 'a' &&
                       old_list.front() <= 'z' && new_list.front() == ToUpper(old_list.front());
-  if (raised && IsOneOf(TakeWord(old_list), kParticles)) {
+  if (raised && kParticles.Holds(TakeWord(old_list))) {
     reasons.append(reasons.empty() ? "" : "; ").append("the first name's particle is a capital");
   }
   return reasons;

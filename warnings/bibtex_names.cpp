@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "core/byte_set.h"
 #include "core/text_primitives.h"
@@ -18,12 +19,14 @@ constexpr std::array<std::string_view, 3> kOpenEnds{"et al", "ldots", "thers"};
 bool IsBetweenWords(char byte) { return byte == ' ' || byte == '\t' || byte == '~'; }
 
 /// Letters of plain ASCII, digits and bytes from 128 on.
-bool Counts(char byte) { return IsLetter(byte) || (byte >= '0' && byte <= '9') || byte < 0; }
+constexpr bool Counts(char byte) {
+  return IsLetter(byte) || (byte >= '0' && byte <= '9') || byte < 0;
+}
 
 /// The size of the separator that `text` begins with; 0: it begins with none.
 std::size_t AndSize(std::string_view text) {
   constexpr std::string_view kAnd = "and";
-  if (text.size() <= kAnd.size() || !IsBetweenWords(text[0])) return 0;
+  if (text.size() <= kAnd.size() || !IsBetweenWords(text[0]) || ToUpper(text[1]) != 'A') return 0;
   if (!EqualNoCase(text.substr(1, kAnd.size()), kAnd)) return 0;
   const std::size_t size = 1 + kAnd.size();
   return size == text.size() || IsBetweenWords(text[size]) ? size : 0;
@@ -143,9 +146,82 @@ FirstNames FirstNamesOf(std::string_view names, bool spelled) {
   return result;
 }
 
+/// What the bytes of plain first names are. Any other is none of such a name.
+enum class NameByte : std::uint8_t { kOther, kCounts, kSpace, kBreak, kApostrophe };
+constexpr std::array<NameByte, 256> kNameBytes = [] {
+  std::array<NameByte, 256> kinds{};
+  for (std::size_t code = 0; code < kinds.size(); ++code) {
+    if (Counts(static_cast<char>(code))) kinds[code] = NameByte::kCounts;
+  }
+  kinds[' '] = NameByte::kSpace;
+  kinds['-'] = kinds['.'] = NameByte::kBreak;
+  kinds['\''] = NameByte::kApostrophe;
+  return kinds;
+}();
+NameByte KindOf(char byte) { return kNameBytes[static_cast<unsigned char>(byte)]; }
+
+/// Cuts the first initial and what stands between it and the next.
+void TakeInitial(std::string_view& initials) {
+  std::size_t at = 1;
+  while (at < initials.size() && KindOf(initials[at]) == NameByte::kCounts) ++at;
+  while (at < initials.size() &&
+         (initials[at] == '.' || initials[at] == '-' || initials[at] == ' ')) {
+    ++at;
+  }
+  initials.remove_prefix(at);
+}
+
+/// Whether all words of `names` begin with a capital or a byte from 128 on, hold no braces and no
+/// command, and have exactly these initials.
+bool ArePlainInitials(std::string_view names, std::string_view initials) {
+  bool begins = true;  // a part of a word
+  NameByte before = NameByte::kSpace;
+  for (const char byte : names) {
+    const NameByte kind = KindOf(byte);
+    const bool begins_word = before == NameByte::kSpace && kind != NameByte::kSpace;
+    const bool is_capital = (byte >= 'A' && byte <= 'Z') || byte < 0;
+    if (kind == NameByte::kOther || (begins_word && !is_capital)) return false;
+    before = kind;
+    if (kind == NameByte::kCounts && begins) {
+      if (initials.empty() || initials.front() != ToUpper(byte)) return false;
+      TakeInitial(initials);
+      begins = false;
+    }
+    begins = begins || kind == NameByte::kSpace || kind == NameByte::kBreak;
+  }
+  return initials.empty();
+}
+
+/// Whether the surname is one word for BibTeX, with and without a comma after it.
+bool IsPlainSurname(std::string_view surname) {
+  int depth = 0;
+  for (const char byte : surname) {
+    if ((byte >= 0 && byte <= ' ') || byte == '~' || byte == ',') return false;
+    depth += (byte == '{' ? 1 : 0) - (byte == '}' ? 1 : 0);
+  }
+  return !surname.empty() && depth == 0;
+}
+
+/// Whether `after` is the surname of `before`, a comma, and the initials of plain first names, so
+/// that BibTeX reads the same person. Most names that were rearranged are like this; to take both
+/// apart for all of them took a sixth of Clean authors.
+bool IsPlainlyTheSame(std::string_view before, std::string_view after) {
+  const std::size_t comma = after.find(',');
+  if (comma == std::string_view::npos) return false;
+  const std::string_view surname = after.substr(0, comma);
+  const std::string_view initials = Trim(after.substr(comma + 1), " ");
+  if (initials.empty() || before.size() <= surname.size() || !IsPlainSurname(surname)) return false;
+  const std::size_t rest = before.size() - surname.size();
+  if (before[rest - 1] == ' ' && before.ends_with(surname)) {
+    return ArePlainInitials(before.substr(0, rest), initials);
+  }
+  return before[surname.size()] == ',' && before.starts_with(surname) &&
+         ArePlainInitials(before.substr(surname.size() + 1), initials);
+}
+
 /// What is wrong with a name that became another; empty when nothing is.
 std::string_view WhatChangedInName(std::string_view before, std::string_view after) {
-  if (before == after) return {};
+  if (before == after || IsPlainlyTheSame(before, after)) return {};
   const Name old_name = NameOf(before);
   const Name new_name = NameOf(after);
   if (!HaveSameEssence(old_name.surname, new_name.surname)) return " has another surname now";

@@ -3,6 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <random>
+#include <string>
+
 namespace tarvel {
 namespace {
 
@@ -54,6 +60,39 @@ TEST(WhatChanged, IsEmptyForTheSamePeople) {
       {"Andy Anders and Band Sand", "Anders, A. and Sand, B."},
   };
   for (const Case& c : cases) EXPECT_EQ(WhatChanged(c.before, c.after), "") << c.before;
+}
+
+TEST(WhatChanged, ReadsPlainNamesAsAllOthers) {
+  // Names with a tab are never plain, and mean the same to BibTeX.
+  constexpr std::array<std::string_view, 24> kPieces{
+      " ",  " ",  " ",        " ", ", ", "A",  "B", "Ann", "bo",    "Doe", "DOE", "{\\'E}",
+      "{Q", "r}", "\xC3\x84", "-", ".",  ". ", "'", "7",   " and ", "~",   "/",   "de "};
+  std::mt19937_64 random(1);
+  const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random() % end); };
+  const auto text = [&](std::size_t most) {
+    std::string made;
+    for (std::size_t count = below(most); count > 0; --count)
+      made += kPieces[below(kPieces.size())];
+    return made;
+  };
+  int same = 0;
+  for (int run = 0; run < 200000; ++run) {
+    const std::string first = text(5);
+    const std::string surname = text(4);
+    const std::string before = below(2) == 0 ? first + " " + surname : surname + "," + first;
+    std::string after = surname + ", ";
+    for (const char byte : first) {
+      const bool is_small = byte >= 'a' && byte <= 'z';
+      if (!is_small || below(6) == 0) after += below(20) == 0 ? 'X' : byte;
+      if (!is_small && below(2) == 0) after += below(9) == 0 ? "-" : ". ";
+    }
+    std::string with_tabs = after;
+    std::replace(with_tabs.begin(), with_tabs.end(), ' ', '\t');
+    const std::string change = WhatChanged(before, after);
+    EXPECT_EQ(change, WhatChanged(before, with_tabs)) << before << " | " << after;
+    if (change.empty() && before != after) ++same;
+  }
+  EXPECT_GT(same, 10000);
 }
 
 }  // namespace
