@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Journals: writes a library anew in which every journal that a list knows has its full name or its
 // abbreviation.
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -46,10 +47,12 @@ void WriteJournalList(OutputFile& log, const JournalTable& journals) {
   // One more than there are: readers of the log have always known this count so.
   log.Write({"There are ", std::to_string(journals.Journals().size() + 1),
              " journal names listed in the 'JournalStrings.bs' file:\n"});
+  const std::string fill(kNameColumn, ' ');
   for (const Journal& journal : journals.Journals()) {
     const std::string_view name = journal.abbreviation;
-    const std::string fill(name.size() < kNameColumn ? kNameColumn - name.size() : 0, ' ');
-    log.Write({"Journal name: ", fill, name,
+    const std::string_view before =
+        std::string_view(fill).substr(std::min(name.size(), kNameColumn));
+    log.Write({"Journal name: ", before, name,
                ", number of variations: ", std::to_string(journal.variations), "\n"});
   }
   log.Write("\n\n");

@@ -52,11 +52,21 @@ bool ReadName(LineStream& lines, std::string_view& name) {
   return true;
 }
 
-std::string SearchKeyOf(std::string_view name) {
-  std::string key;
+/// What names are compared by.
+void MakeSearchKey(std::string_view name, std::string& key) {
   SqueezeJournalName(name, key);
   StringToUpper(key);
-  return key;
+}
+
+/// Whether the search key of the name is this one.
+bool HasSearchKey(std::string_view name, std::string_view key) {
+  std::size_t matched = 0;
+  for (const char byte : name) {
+    if (kLeftOut[static_cast<unsigned char>(byte)]) continue;
+    if (matched == key.size() || ToUpper(byte) != key[matched]) return false;
+    ++matched;
+  }
+  return matched == key.size();
 }
 
 constexpr std::size_t kBuckets = 1024;
@@ -74,10 +84,13 @@ std::size_t BucketOf(std::string_view name) {
 }  // namespace
 
 void SqueezeJournalName(std::string_view source, std::string& destination) {
-  destination.clear();
+  destination.resize(source.size());
+  std::size_t size = 0;
   for (const char byte : source) {
-    if (!kLeftOut[static_cast<unsigned char>(byte)]) destination += byte;
+    destination[size] = byte;  // the next one takes its offset if it is left out
+    if (!kLeftOut[static_cast<unsigned char>(byte)]) ++size;
   }
+  destination.resize(size);
 }
 
 JournalListFault JournalTable::Read() {
@@ -147,20 +160,20 @@ void JournalTable::Link(std::size_t begin, std::size_t end) {
 
 /// The order of the names is the order of the search: of equal search keys the first counts.
 void JournalTable::IndexBucket(Bucket& bucket) const {
-  HashIndex& index = bucket.index.emplace();
+  auto& index = bucket.index.emplace();
   for (NameNumber number = bucket.first; number != kNoName; number = next_[number]) {
-    const std::string key = SearchKeyOf(NameAt(number).text);
-    index.FindOrPut(KeyedHash(key), number,
-                    [&](std::size_t other) { return SearchKeyOf(NameAt(other).text) == key; });
+    MakeSearchKey(NameAt(number).text, key_);
+    index.FindOrPut(KeyedHash(key_), number,
+                    [&](std::size_t other) { return HasSearchKey(NameAt(other).text, key_); });
   }
 }
 
 std::optional<JournalMatch> JournalTable::FindJournal(std::string_view value) const {
   Bucket& bucket = buckets_[BucketOf(value)];
   if (!bucket.index) IndexBucket(bucket);
-  const std::string key = SearchKeyOf(value);
+  MakeSearchKey(value, key_);
   const auto found = bucket.index->Find(
-      KeyedHash(key), [&](std::size_t other) { return SearchKeyOf(NameAt(other).text) == key; });
+      KeyedHash(key_), [&](std::size_t other) { return HasSearchKey(NameAt(other).text, key_); });
   return found ? std::optional(NameAt(*found)) : std::nullopt;
 }
 

@@ -68,7 +68,7 @@ class JournalTable {
   /// of a small library.
   struct Bucket {
     NameNumber first = kNoName;
-    std::optional<HashIndex> index;  // made when the bucket is first searched
+    std::optional<HashIndexOf<NameNumber>> index;  // made when the bucket is first searched
   };
   static constexpr NameNumber kNoName = static_cast<NameNumber>(-1);
 
@@ -86,6 +86,7 @@ class JournalTable {
   // The names are numbered in the order of the search: abbreviations, full names, variations.
   std::vector<NameNumber> next_;  // of the same bucket
   mutable std::vector<Bucket> buckets_;
+  mutable std::string key_;  // of the name that is searched for or indexed
 };
 
 }  // namespace tarvel
