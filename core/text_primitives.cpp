@@ -10,30 +10,13 @@ namespace tarvel {
 
 namespace {
 
-/// Upper-cases the type words; false when an "@" without a "{" after it ends the search.
-bool UpperCaseTypeWords(std::string& line) {
-  std::size_t at = line.find('@');
-  while (at != std::string::npos) {
-    if (at + 1 == line.size()) return false;
-    const std::size_t brace = line.find('{', at + 1);
-    if (brace == std::string::npos) return false;
-    for (std::size_t i = at + 1; i < brace; ++i) line[i] = ToUpper(line[i]);
-    at = line.find('@', brace);
-  }
-  return true;
-}
-
-/// Whether a known type stands after an "@". Types are prefixes of what they accept, except that
-/// "ELECTRONIC" wants its brace.
-bool HoldsEntryMarker(std::string_view line) {
-  for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
-    const std::string_view word = line.substr(at + 1);
-    for (const std::string_view type : kEntryTypes) {
-      if (!word.starts_with(type)) continue;
-      if (type != "ELECTRONIC" || word.substr(type.size()).starts_with('{')) return true;
-    }
-  }
-  return false;
+/// Whether the text after an "@" begins with a known type. Types are prefixes of what they accept,
+/// except that "ELECTRONIC" wants its brace.
+bool BeginsWithType(std::string_view word) {
+  return std::any_of(kEntryTypes.begin(), kEntryTypes.end(), [word](std::string_view type) {
+    if (!word.starts_with(type.front()) || !word.starts_with(type)) return false;
+    return type != "ELECTRONIC" || word.substr(type.size()).starts_with('{');
+  });
 }
 
 std::size_t FindOrLineEnd(std::string_view line, char byte, std::size_t from) {
@@ -52,7 +35,19 @@ std::size_t CommonPrefix(std::string_view text, std::string_view pattern) {
 
 }  // namespace
 
-bool IsKnownEntry(std::string& line) { return UpperCaseTypeWords(line) && HoldsEntryMarker(line); }
+bool IsKnownEntry(std::string& line) {
+  bool is_known = false;
+  std::size_t brace = 0;  // at the end of the type word
+  for (std::size_t at = line.find('@'); at != std::string::npos; at = line.find('@', at + 1)) {
+    if (at >= brace) {
+      brace = line.find('{', at + 1);
+      if (brace == std::string::npos) return false;
+      for (std::size_t i = at + 1; i < brace; ++i) line[i] = ToUpper(line[i]);
+    }
+    is_known = is_known || BeginsWithType(std::string_view(line).substr(at + 1));
+  }
+  return is_known;
+}
 
 bool IsKnownEntry(Line& line) {
   if (line.Text().find('@') == std::string_view::npos) return false;

@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "core/value_reader.h"
 
+#include <bit>
+
 #include "core/text_primitives.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace tarvel {
 
@@ -27,6 +33,25 @@ std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::si
   }
 }
 
+/// The offset of the first brace or line feed from `from` on, or the size of the text. Compares 16
+/// bytes at a time: a loop over single bytes took a tenth of Clean tags.
+std::size_t FindBraceOrLineFeed(std::string_view text, std::size_t from) {
+#if defined(__SSE2__)
+  constexpr std::size_t kBlock = sizeof(__m128i);
+  for (; from + kBlock <= text.size(); from += kBlock) {
+    const std::string_view block = text.substr(from, kBlock);
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block.data()));
+    const __m128i braces = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('{')),
+                                        _mm_cmpeq_epi8(bytes, _mm_set1_epi8('}')));
+    const __m128i found = _mm_or_si128(braces, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')));
+    const auto marks = static_cast<unsigned>(_mm_movemask_epi8(found));
+    if (marks != 0) return from + static_cast<std::size_t>(std::countr_zero(marks));
+  }
+#endif
+  while (from < text.size() && !IsByteOf(text[from], "{}\n")) ++from;
+  return from;
+}
+
 }  // namespace
 
 std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from) {
@@ -35,9 +60,10 @@ std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from) {
 }
 
 std::size_t FindValueStop(std::string_view text, std::size_t from, int& depth) {
-  for (; from < text.size() && text[from] != '\n'; ++from) {
-    if (text[from] == '{') ++depth;
-    if (text[from] == '}' && --depth == 0) break;
+  while ((from = FindBraceOrLineFeed(text, from)) < text.size() && text[from] != '\n') {
+    depth += text[from] == '{' ? 1 : -1;
+    if (depth == 0 && text[from] == '}') break;
+    ++from;
   }
   return from;
 }
