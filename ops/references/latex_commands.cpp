@@ -48,19 +48,18 @@ bool GrowsTooLong(std::string_view value, const LaTeXCommands::Row& row) {
   return too_long(value.size() / row.command.size()) && too_long(CountOf(row.command, value));
 }
 
-/// A row, and the first bytes of its command as a number that compares as they do.
-struct SortedRow {
+/// The first eight bytes of the text as a number, zeros after its end.
+std::uint64_t PrefixOf(std::string_view text) {
+  std::array<unsigned char, sizeof(std::uint64_t)> bytes{};
+  std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
   std::uint64_t prefix = 0;
-  std::size_t row = 0;
-};
+  for (const unsigned char byte : bytes) prefix = prefix << 8U | byte;
+  return prefix;
+}
 
-SortedRow MakeSortedRow(std::string_view command, std::size_t row) {
-  SortedRow sorted{0, row};
-  for (std::size_t at = 0; at < sizeof sorted.prefix; ++at) {
-    const char byte = at < command.size() ? command[at] : '\0';
-    sorted.prefix = sorted.prefix << 8U | static_cast<unsigned char>(byte);
-  }
-  return sorted;
+/// The first two bytes of the text as a number, zeros after its end.
+std::size_t PairOf(std::string_view text) {
+  return FirstByte(text) << 8U | (text.size() > 1 ? FirstByte(text.substr(1)) : 0);
 }
 
 /// The command at the start of `text`: a backslash and the letters after it.
@@ -73,77 +72,98 @@ std::string_view NameAt(std::string_view text) {
 }  // namespace
 
 LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
-  std::vector<SortedRow> rows_by_command;
+  std::vector<Command> by_command;  // one for each row
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const std::string& command = rows_[row].command;
     if (command.empty() || command.front() == kComment) continue;
-    rows_by_command.push_back(MakeSortedRow(command, row));
+    by_command.push_back({PrefixOf(command), row});
   }
-  // Most rows differ in their first bytes; comparing whole commands took a third of a small run.
-  std::sort(rows_by_command.begin(), rows_by_command.end(),
-            [this](const SortedRow& one, const SortedRow& other) {
-              if (one.prefix != other.prefix) return one.prefix < other.prefix;
-              const int order = rows_[one.row].command.compare(rows_[other.row].command);
-              return order != 0 ? order < 0 : one.row < other.row;
-            });
-  for (std::size_t i = 0; i < rows_by_command.size(); ++i) {
-    sorted_.push_back(rows_by_command[i].row);
-    Span& span = by_first_byte_[FirstByte(SortedCommand(i))];
-    if (span.end == 0) span.begin = i;
-    span.end = i + 1;
+  std::sort(by_command.begin(), by_command.end(), [this](const Command& one, const Command& other) {
+    if (one.prefix != other.prefix) return one.prefix < other.prefix;
+    const int order = TextOf(one).compare(TextOf(other));
+    return order != 0 ? order < 0 : one.row < other.row;
+  });
+  for (Command& command : by_command) {
+    const std::string_view text = TextOf(command);
+    if (commands_.empty() || TextOf(commands_.back()) != text) {
+      command.shorter = LongestStartOf(text);
+      commands_.push_back(command);
+      NoteBeginning(commands_.size() - 1);
+    }
+    sorted_rows_.push_back(command.row);
+    commands_.back().rows_end = sorted_rows_.size();
   }
 }
 
-/// The index in `sorted_` of the first row of the span that does not pass the test; those that pass
-/// stand before it.
-template <typename Test>
-std::size_t LaTeXCommands::FirstNot(Span span, Test passes) const {
-  const auto at = [this](std::size_t i) {
-    return sorted_.begin() + static_cast<std::ptrdiff_t>(i);
-  };
-  const auto found = std::partition_point(at(span.begin), at(span.end), passes);
-  return static_cast<std::size_t>(found - sorted_.begin());
+/// Enters the last command into the tables of beginnings.
+void LaTeXCommands::NoteBeginning(std::size_t command) {
+  const std::string_view text = TextOf(commands_[command]);
+  Span& span = by_first_byte_[FirstByte(text)];
+  if (span.end == 0) span.begin = command;
+  span.end = command + 1;
+  if (text.size() > 1) {
+    pairs_.set(PairOf(text));
+    return;
+  }
+  for (std::size_t second = 0; second < 256; ++second) pairs_.set(PairOf(text) + second);
 }
 
-/// The first row from `from` on whose command `text` begins with.
-std::size_t LaTeXCommands::FindRowAt(std::string_view text, std::size_t from) const {
-  std::size_t first = rows_.size();
-  // All commands of the span begin with the first `size` bytes of the text.
-  Span span = by_first_byte_[FirstByte(text)];
-  for (std::size_t size = 1; span.begin < span.end; ++size) {
-    // Those that end here are equal and stand in front of the longer ones, the lowest row first.
-    const auto ends_here = [&](std::size_t row) { return rows_[row].command.size() == size; };
-    const std::size_t longer = FirstNot(span, ends_here);
-    const std::size_t wanted =
-        FirstNot({span.begin, longer}, [&](std::size_t row) { return row < from; });
-    if (wanted < longer) first = std::min(first, sorted_[wanted]);
-    if (size == text.size()) break;
+/// Whether the command stands before the text, whose first bytes `prefix` is. Most differ in their
+/// first bytes; comparing all of them took a third of a small run.
+bool LaTeXCommands::IsBefore(const Command& command, std::uint64_t prefix,
+                             std::string_view text) const {
+  return command.prefix != prefix ? command.prefix < prefix : TextOf(command) < text;
+}
 
-    const std::size_t next = FirstByte(text.substr(size));
-    const auto byte_of = [&](std::size_t row) {
-      return FirstByte(std::string_view(rows_[row].command).substr(size));
-    };
-    span.begin = FirstNot({longer, span.end}, [&](std::size_t row) { return byte_of(row) < next; });
-    span.end = FirstNot(span, [&](std::size_t row) { return byte_of(row) == next; });
+/// The first command of the span, whose commands are sorted, that is not before the text.
+std::size_t LaTeXCommands::FirstNotBefore(Span span, std::string_view text) const {
+  const std::uint64_t prefix = PrefixOf(text);
+  const auto begin = commands_.begin();
+  const auto found =
+      std::partition_point(begin + static_cast<std::ptrdiff_t>(span.begin),
+                           begin + static_cast<std::ptrdiff_t>(span.end),
+                           [&](const Command& command) { return IsBefore(command, prefix, text); });
+  return static_cast<std::size_t>(found - begin);
+}
+
+/// The longest command that the text, which is not empty, begins with. All others that it begins
+/// with are the `shorter` ones of that. What stands in the sorted order between a beginning of the
+/// text and the text has that beginning, too: so each is one of the last command before the text.
+std::size_t LaTeXCommands::LongestStartOf(std::string_view text) const {
+  const Span span = by_first_byte_[FirstByte(text)];
+  const std::size_t next = FirstNotBefore(span, text);
+  if (next < span.end && TextOf(commands_[next]) == text) return next;
+  std::size_t command = next == span.begin ? kNone : next - 1;
+  while (command != kNone && !text.starts_with(TextOf(commands_[command]))) {
+    command = commands_[command].shorter;
   }
-  return first;
+  return command;
+}
+
+/// The first row of a command from `from` on, or the number of rows.
+std::size_t LaTeXCommands::RowOf(std::size_t command, std::size_t from) const {
+  const auto begin = sorted_rows_.begin();
+  const std::size_t rows_begin = command == 0 ? 0 : commands_[command - 1].rows_end;
+  const auto end = begin + static_cast<std::ptrdiff_t>(commands_[command].rows_end);
+  const auto row = std::lower_bound(begin + static_cast<std::ptrdiff_t>(rows_begin), end, from);
+  return row == end ? rows_.size() : *row;
+}
+
+/// False only for a text that begins with no command.
+bool LaTeXCommands::MayBegin(std::string_view text) const {
+  return by_first_byte_[FirstByte(text)].end != 0 && pairs_[PairOf(text)];
 }
 
 std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) const {
   std::size_t first = rows_.size();
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (by_first_byte_[FirstByte(text.substr(at))].end == 0) continue;
-    first = std::min(first, FindRowAt(text.substr(at), from));
+  for (; !text.empty(); text.remove_prefix(1)) {
+    if (!MayBegin(text)) continue;
+    for (std::size_t command = LongestStartOf(text); command != kNone;
+         command = commands_[command].shorter) {
+      first = std::min(first, RowOf(command, from));
+    }
   }
   return first;
-}
-
-/// The first command of the rows, in their sorted order, that is not before `text`; empty when
-/// there is none.
-std::string_view LaTeXCommands::FirstCommandFrom(std::string_view text) const {
-  const std::size_t found =
-      FirstNot({0, sorted_.size()}, [&](std::size_t row) { return rows_[row].command < text; });
-  return found < sorted_.size() ? SortedCommand(found) : std::string_view();
 }
 
 /// Whether a row's command is `name`, a backslash and letters, alone or with something after it
@@ -151,7 +171,9 @@ std::string_view LaTeXCommands::FirstCommandFrom(std::string_view text) const {
 bool LaTeXCommands::HasRowOf(std::string_view name) const {
   constexpr std::array<std::string_view, 3> kAfterLetters{"", "[", "{"};
   return std::any_of(kAfterLetters.begin(), kAfterLetters.end(), [&](std::string_view from) {
-    const std::string_view command = FirstCommandFrom(std::string(name).append(from));
+    const std::size_t found = FirstNotBefore({0, commands_.size()}, std::string(name).append(from));
+    if (found == commands_.size()) return false;
+    const std::string_view command = TextOf(commands_[found]);
     return command.starts_with(name) && NameAt(command) == name;
   });
 }
@@ -171,9 +193,10 @@ std::string_view LaTeXCommands::FindCut(std::string_view text) const {
 
 /// Whether a row's command is `name`, a backslash and letters, without its last letters.
 bool LaTeXCommands::HasRowOfBeginning(std::string_view name) const {
-  for (std::size_t size = 2; size < name.size(); ++size) {
-    const std::string_view shorter = name.substr(0, size);
-    if (FirstCommandFrom(shorter) == shorter) return true;
+  for (std::size_t command = LongestStartOf(name); command != kNone;
+       command = commands_[command].shorter) {
+    const std::size_t size = TextOf(commands_[command]).size();
+    if (size >= 2 && size < name.size()) return true;
   }
   return false;
 }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,23 +34,39 @@ class LaTeXCommands {
   std::string_view FindCut(std::string_view text) const;
 
  private:
-  // The rows that are applied, sorted by their commands' bytes and then by their row in the
-  // table: those whose commands begin with the same bytes stand together.
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  /// A command that rows are applied for.
+  struct Command {
+    std::uint64_t prefix = 0;     // its first bytes as a number, which compares as they do
+    std::size_t row = 0;          // the first of its rows
+    std::size_t rows_end = 0;     // of its rows in `sorted_rows_`
+    std::size_t shorter = kNone;  // the longest other command that it begins with
+  };
+
+  /// The commands from one to before another.
   struct Span {
     std::size_t begin = 0;
     std::size_t end = 0;
   };
-  template <typename Test>
-  std::size_t FirstNot(Span span, Test passes) const;
-  std::size_t FindRowAt(std::string_view text, std::size_t from) const;
-  std::string_view FirstCommandFrom(std::string_view text) const;
+
+  std::string_view TextOf(const Command& command) const { return rows_[command.row].command; }
+  bool IsBefore(const Command& command, std::uint64_t prefix, std::string_view text) const;
+  void NoteBeginning(std::size_t command);
+  bool MayBegin(std::string_view text) const;
+  std::size_t FirstNotBefore(Span span, std::string_view text) const;
+  std::size_t LongestStartOf(std::string_view text) const;
+  std::size_t RowOf(std::size_t command, std::size_t from) const;
   bool HasRowOf(std::string_view name) const;
   bool HasRowOfBeginning(std::string_view name) const;
-  std::string_view SortedCommand(std::size_t i) const { return rows_[sorted_[i]].command; }
 
   std::vector<Row> rows_;
-  std::vector<std::size_t> sorted_;
+  std::vector<std::size_t> sorted_rows_;  // by their commands' bytes, then as in the table
+  std::vector<Command> commands_;         // in the same order
+  // The commands that begin with a byte, and whether one may begin with two bytes: few bytes of a
+  // value are looked up, then, and among few commands.
   std::array<Span, 256> by_first_byte_{};
+  std::bitset<256 * 256> pairs_;
 };
 
 /// Reads the table of LaTeX commands below the program directory; returns 1, or 0 after a

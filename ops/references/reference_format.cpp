@@ -5,6 +5,8 @@
 #include <limits>
 #include <optional>
 
+#include "core/ascii.h"
+
 namespace tarvel {
 
 namespace {
@@ -26,7 +28,7 @@ struct Placeholder {
 /// long enough for come out as `kLargest`.
 std::size_t ReadNumber(std::string_view format, std::size_t& at) {
   std::size_t number = 0;
-  for (; at < format.size() && kDigits.find(format[at]) != std::string_view::npos; ++at) {
+  for (; at < format.size() && IsByteOf(format[at], kDigits); ++at) {
     const auto digit = static_cast<std::size_t>(format[at] - '0');
     number = std::min(number * 10 + digit, kLargest);
   }
@@ -37,7 +39,7 @@ std::size_t ReadNumber(std::string_view format, std::size_t& at) {
 std::optional<Placeholder> ReadPlaceholder(std::string_view format) {
   Placeholder placeholder;
   std::size_t at = 1;
-  for (; at < format.size() && kFlags.find(format[at]) != std::string_view::npos; ++at) {
+  for (; at < format.size() && IsByteOf(format[at], kFlags); ++at) {
     // The other flags mean nothing to a string; "0" pads it with blanks.
     if (format[at] == '-') placeholder.left = true;
   }

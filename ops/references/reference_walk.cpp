@@ -271,6 +271,7 @@ std::vector<ReferenceValue> PrintReference(OutputFile& output, const std::string
   std::uint64_t used = 0;
   output.Write(FormatReference(format, std::span(arguments).first(order.size()), &used));
   std::vector<ReferenceValue> shown;
+  shown.reserve(order.size());
   for (std::size_t i = 0; i < order.size(); ++i) {
     if ((used >> i & 1) != 0) shown.push_back(order[i]);
   }

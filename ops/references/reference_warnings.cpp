@@ -62,9 +62,13 @@ bool IsBalanced(std::string_view text) {
 }  // namespace
 
 void ReferenceWarnings::StartEntry(std::string_view key, std::size_t offset) {
+  if (!warnings_.Wanted()) return;
   key_ = key;
   offset_ = offset;
-  sources_.fill({});
+  for (Source& source : sources_) {
+    source.offset = source.own = source.earlier = 0;
+    source.cut.clear();
+  }
 }
 
 void ReferenceWarnings::NoteRead(ReferenceValue value, std::string_view name, std::string_view line,
