@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/value_reader.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "core/text_primitives.h"
@@ -38,18 +39,20 @@ std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::si
 std::size_t FindBraceOrLineFeed(std::string_view text, std::size_t from) {
 #if defined(__SSE2__)
   constexpr std::size_t kBlock = sizeof(__m128i);
-  for (; from + kBlock <= text.size(); from += kBlock) {
-    const std::string_view block = text.substr(from, kBlock);
+  for (; from < text.size() && text.size() >= kBlock; from += kBlock) {
+    // The last block begins with bytes that are passed over.
+    const std::size_t begin = std::min(from, text.size() - kBlock);
+    const std::string_view block = text.substr(begin, kBlock);
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block.data()));
     const __m128i braces = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('{')),
                                         _mm_cmpeq_epi8(bytes, _mm_set1_epi8('}')));
     const __m128i found = _mm_or_si128(braces, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')));
-    const auto marks = static_cast<unsigned>(_mm_movemask_epi8(found));
+    const auto marks = static_cast<unsigned>(_mm_movemask_epi8(found)) >> (from - begin);
     if (marks != 0) return from + static_cast<std::size_t>(std::countr_zero(marks));
   }
 #endif
   while (from < text.size() && !IsByteOf(text[from], "{}\n")) ++from;
-  return from;
+  return std::min(from, text.size());
 }
 
 }  // namespace

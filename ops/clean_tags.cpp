@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clean tags: writes a library anew in which every entry keeps only the tags that are not marked
 // for removal, each in one normal form.
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -52,6 +53,10 @@ constexpr std::array<std::string_view, kFilterSize> kFilterNames = [] {
   return names;
 }();
 
+// The tags on the two lines of an entry that counts as empty.
+constexpr std::array<std::string_view, 1> kOwnerName{"owner"};
+constexpr std::array<std::string_view, 1> kTimestampName{"timestamp"};
+
 struct Counters {
   int modified_entries = 0;
   int empty_entries = 0;
@@ -75,7 +80,8 @@ class TagCleaner {
  private:
   bool ReadToHead(Line& line);
   StringOutcome HandleStringLine(Line& line);
-  bool CheckEmptyEntry(Line& line);
+  void NoteOtherLine(std::string_view line);
+  bool CheckEmptyEntry(std::string_view line);
   TagOutcome SortTags(Line& line);
   std::optional<std::size_t> ReadTag(Line& line, std::string& name);
   void ReadValue(Line& line);
@@ -88,6 +94,8 @@ class TagCleaner {
   TagWarnings& warnings_;
   const NameMatcher filter_{kFilterNames};
   const NameMatcher tags_{kTagNames};
+  const NameMatcher owner_{kOwnerName};
+  const NameMatcher timestamp_{kTimestampName};
   LongValues long_values_;  // entries are read again where a head stands among their tags
   FieldValue value_;        // of the tag that was read last
   // The lines before the last head that hold no tag, from one offset to the other. An entry that
@@ -97,12 +105,12 @@ class TagCleaner {
   std::size_t untagged_end_ = 0;
 };
 
-/// Returns the text without every blank, tab, '.', ':' and ';'.
-void SqueezeTagName(std::string_view source, std::string& destination) {
-  destination.clear();
-  for (const char byte : source) {
-    if (!IsByteOf(byte, " \t.:;")) destination += byte;
-  }
+/// Puts the text without every blank, tab, '.', ':' and ';' into `name`.
+void SqueezeTagName(std::string_view text, std::string& name) {
+  name.resize(text.size());
+  const auto end = std::remove_copy_if(text.begin(), text.end(), name.begin(),
+                                       [](char byte) { return IsByteOf(byte, " \t.:;"); });
+  name.resize(static_cast<std::size_t>(end - name.begin()));
 }
 
 bool TagCleaner::Walk(Counters& counters) {
@@ -110,11 +118,13 @@ bool TagCleaner::Walk(Counters& counters) {
     const StringOutcome string = HandleStringLine(line);
     if (string == StringOutcome::kReadFailed) return false;
     if (string == StringOutcome::kRemoved) ++counters.removed_strings;
-    if (!CheckEmptyEntry(line)) {
+    if (!IsKnownEntry(line)) {
+      NoteOtherLine(line.Text());
+    } else if (!CheckEmptyEntry(line.Text())) {
       ++counters.empty_entries;
-      continue;
+    } else if (SortTags(line) == TagOutcome::kRemoved) {
+      ++counters.modified_entries;
     }
-    if (SortTags(line) == TagOutcome::kRemoved) ++counters.modified_entries;
   }
   return true;
 }
@@ -152,20 +162,26 @@ StringOutcome TagCleaner::HandleStringLine(Line& line) {
   return StringOutcome::kReadFailed;
 }
 
+/// Passes over a line with an "@" that is no head.
+void TagCleaner::NoteOtherLine(std::string_view line) {
+  const std::size_t start = input_.Position() - line.size();
+  warnings_.NoteSkippedOutside(input_.Bytes().substr(start, line.size()), start);
+}
+
 /// False when the entry whose head `line` is must be dropped: it has no key, or its first two lines
 /// are an owner line and a timestamp line, whatever follows them.
-bool TagCleaner::CheckEmptyEntry(Line& line) {
+bool TagCleaner::CheckEmptyEntry(std::string_view line) {
+  if (settings_.RemoveEmptyEntries != 1) return true;
   const std::size_t after_line = input_.Position();
-  if (!IsKnownEntry(line) || settings_.RemoveEmptyEntries != 1) return true;
-  const std::string_view key = CopyUntilChar(line.Text(), '{', ',');
+  const std::string_view key = CopyUntilChar(line, '{', ',');
   if (key.empty()) {
     warnings_.NoteDroppedWithoutKey(input_.Bytes(), after_line - 1);
     return false;
   }
-  for (const std::string_view name : {"owner", "timestamp"}) {
+  for (const NameMatcher* name : {&owner_, &timestamp_}) {
     const auto next = input_.ReadLine(limits::kLongLine);
     if (!next) return false;
-    if (!ContainsNoCase(*next, name)) {
+    if (!name->Any(*next)) {
       input_.SetPosition(after_line);
       return true;
     }
@@ -176,11 +192,6 @@ bool TagCleaner::CheckEmptyEntry(Line& line) {
 
 /// Writes the entry whose head `line` is, with the tags that are kept, and logs those that are not.
 TagOutcome TagCleaner::SortTags(Line& line) {
-  if (!IsKnownEntry(line)) {
-    const std::size_t start = input_.Position() - line.Text().size();
-    warnings_.NoteSkippedOutside(input_.Bytes().substr(start, line.Text().size()), start);
-    return TagOutcome::kNothingRemoved;
-  }
   warnings_.StartEntry(line.Text(), input_.Position() - 1);
   std::string& head = line.Edit();
   head.resize(head.size() - 2);  // the "," and the line break, in a library of the usual form
@@ -246,13 +257,17 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
   return static_cast<std::size_t>(tag);
 }
 
-/// Reads the line's value. Long values are looked up only where the tag's name ends before the
-/// value begins (else the name goes on in the joined line) and the line is as it stands in the
-/// file.
+/// Reads the line's value. One that goes on after the line is looked up among long values only
+/// where the tag's name ends before the value begins (else the name goes on in the joined line) and
+/// the line is as it stands in the file.
 void TagCleaner::ReadValue(Line& line) {
   const std::string_view text = line.Text();
   const std::size_t brace = text.find('{');
-  const bool named_before = brace != std::string_view::npos && text.find('=') < brace;
+  if (brace == std::string_view::npos) return value_.SetView({});
+  int depth = 1;
+  const std::size_t end = FindValueStop(text, brace + 1, depth);
+  if (depth == 0) return value_.SetView(text.substr(brace + 1, end - brace - 1));
+  const bool named_before = text.find('=') < brace;
   const bool in_file = text.data() + text.size() == input_.Bytes().data() + input_.Position();
   const auto found = named_before && in_file ? long_values_.LookUp(text, input_) : std::nullopt;
   if (found) return value_.SetView(*found);
