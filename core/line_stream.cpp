@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_stream.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
+
+#include "core/large_pages.h"
 
 namespace tarvel {
 
@@ -13,16 +13,6 @@ namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::size_t kReportDistance = std::size_t{1} << 18;
-constexpr std::size_t kHugePage = std::size_t{1} << 21;
-
-/// Asks for large pages, with which the memory of a library of 50 MB takes 20 ms less: 12 % of
-/// Clean tags, 19 % of Extract. Without them small pages do.
-void AdviseHugePages(char* bytes, std::size_t size) {
-  void* start = bytes;
-  if (std::align(kHugePage, kHugePage, start, size)) {
-    (void)madvise(start, size / kHugePage * kHugePage, MADV_HUGEPAGE);
-  }
-}
 
 }  // namespace
 
@@ -44,7 +34,7 @@ void LineStream::Grow(std::size_t capacity) {
   auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
-  AdviseHugePages(bytes_.get(), capacity);
+  AdviseLargePages(bytes_.get(), capacity);
   capacity_ = capacity;
 }
 

@@ -3,10 +3,13 @@
 
 #include <algorithm>
 
+#include "core/large_pages.h"
+
 namespace tarvel {
 
 GrowingLibrary::GrowingLibrary(std::string_view header, std::size_t expected_size) {
   bytes_.reserve(expected_size);
+  AdviseLargePages(bytes_.data(), bytes_.capacity());
   bytes_ = header;
 }
 
