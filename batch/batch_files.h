@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/file_system.h"
 
@@ -37,10 +39,25 @@ class BatchFiles final : public FileSystem {
   }
   ReadingObserver* Observer() override { return &observer_; }
 
+  void KeepLines(const std::string& path, const FileState& state, LineStream lines) override {
+    kept_.insert_or_assign(path, KeptLines{state, std::move(lines)});
+  }
+  std::optional<LineStream> TakeLines(const std::string& path, const FileState& state) override {
+    auto kept = kept_.extract(path);
+    if (!kept || kept.mapped().state != state) return std::nullopt;
+    return std::move(kept.mapped().lines);
+  }
+
  private:
+  struct KeptLines {
+    FileState state;
+    LineStream lines;
+  };
+
   FileSystem& files_;
   bool only_read_;
   ReadingObserver& observer_;
+  std::map<std::string, KeptLines> kept_;  // by path: what was read of files when they were picked
 };
 
 }  // namespace tarvel

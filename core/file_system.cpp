@@ -101,9 +101,11 @@ class PosixFileSystem final : public FileSystem {
 std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMode mode) {
   std::unique_ptr<ByteSource> source = OpenSource(path, mode);
   if (!source) return std::nullopt;
-  LineStream lines(std::move(source));
-  if (!lines.LoadAll()) return std::nullopt;
-  if (ReadingObserver* observer = Observer()) lines.Observe(*observer);
+  const std::optional<FileState> state = source->State();
+  std::optional<LineStream> lines = state ? TakeLines(path, *state) : std::nullopt;
+  if (!lines) lines.emplace(std::move(source));
+  if (!lines->LoadAll()) return std::nullopt;
+  if (ReadingObserver* observer = Observer()) lines->Observe(*observer);
   return lines;
 }
 

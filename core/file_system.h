@@ -41,6 +41,16 @@ class FileSystem {
     return IsSameFile(one, other);
   }
 
+  /// Offers the lines of a file that was read whole while it was in `state`, so that `OpenLines`
+  /// need not read it again. Does nothing where lines are not kept.
+  virtual void KeepLines(const std::string& /*path*/, const FileState& /*state*/,
+                         LineStream /*lines*/) {}
+  /// Gives up the lines that are kept of the file, if it is still in this state.
+  virtual std::optional<LineStream> TakeLines(const std::string& /*path*/,
+                                              const FileState& /*state*/) {
+    return std::nullopt;
+  }
+
   /// Who follows how far the reading of a file has come; null for nobody.
   virtual ReadingObserver* Observer() { return nullptr; }
 

@@ -3,7 +3,9 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/file_system.h"
@@ -31,6 +33,13 @@ class RunFiles final : public FileSystem {
   }
   bool IsSamePlace(const std::string& one, const std::string& other) override {
     return files_.IsSamePlace(one, other);
+  }
+
+  void KeepLines(const std::string& path, const FileState& state, LineStream lines) override {
+    files_.KeepLines(path, state, std::move(lines));
+  }
+  std::optional<LineStream> TakeLines(const std::string& path, const FileState& state) override {
+    return files_.TakeLines(path, state);
   }
 
   ReadingObserver* Observer() override { return files_.Observer(); }

@@ -19,6 +19,8 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 18;
+/// A file of more bytes is not kept in memory for the operation that will read it.
+constexpr std::size_t kMostKept = std::size_t{1} << 28;
 constexpr std::string_view kCopySuffix = "_linux";
 
 std::string_view SystemName(int system) {
@@ -31,6 +33,27 @@ std::string_view SystemName(int system) {
       return "Linux";
   }
 }
+
+/// Counts the line breaks of what is read through it.
+class CountingSource final : public ByteSource {
+ public:
+  /// `breaks` must outlive this.
+  CountingSource(std::unique_ptr<ByteSource> source, LineBreaks& breaks)
+      : source_(std::move(source)), breaks_(breaks) {}
+
+  std::ptrdiff_t Read(char* buffer, std::size_t size) override {
+    const std::ptrdiff_t got = source_->Read(buffer, size);
+    if (got > 0) CountLineBreaks({buffer, static_cast<std::size_t>(got)}, last_, breaks_);
+    return got;
+  }
+  std::size_t Size() const override { return source_->Size(); }
+  std::optional<FileState> State() const override { return source_->State(); }
+
+ private:
+  std::unique_ptr<ByteSource> source_;
+  LineBreaks& breaks_;
+  char last_ = 0;
+};
 
 /// Hands a file to `take` piece by piece; false when it cannot be read.
 template <typename Take>
@@ -162,6 +185,7 @@ void CountLineBreaks(std::string_view bytes, char& last, LineBreaks& breaks) {
   breaks.crlf += pairs;
   breaks.lone_lf += CountByte(bytes, '\n') - pairs;
   breaks.lone_cr += crs - pairs;
+  breaks.bytes += bytes.size();
   last = bytes.back();
 }
 
@@ -181,16 +205,24 @@ int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
   if (!source) return Refuse("Could not open the file!");
 
   LineBreaks breaks;
-  char last = 0;
-  bool empty = true;
-  const bool read = ReadPieces(*source, [&](std::string_view bytes) {
-    empty = false;
-    CountLineBreaks(bytes, last, breaks);
-  });
-  if (!read || empty) return 0;
+  const std::optional<FileState> state = source->State();
+  auto counting = std::make_unique<CountingSource>(std::move(source), breaks);
+  std::optional<LineStream> lines;
+  if (state && counting->Size() != 0 && counting->Size() <= kMostKept) {
+    lines.emplace(std::move(counting));
+    if (!lines->LoadAll()) return 0;
+  } else if (!ReadPieces(*counting, [](std::string_view) {})) {
+    return 0;
+  }
+  if (breaks.bytes == 0) return 0;
 
   const int system = SystemOf(breaks);
-  if (system == HostSystemCode) return 1;
+  if (system == HostSystemCode) {
+    // The operation that will read the file need not read it again.
+    if (lines) files.KeepLines(picked, *state, std::move(*lines));
+    return 1;
+  }
+  lines.reset();
   const auto copy = Convert(files, picked, system);
   if (!copy) return 0;
   ShowBox(std::string("It seems that the file was created by a different operating system (")

@@ -9,8 +9,9 @@
 
 namespace tarvel {
 
-/// How many line breaks of each kind a file holds.
+/// How many line breaks of each kind a file holds, and how many bytes.
 struct LineBreaks {
+  std::uint64_t bytes = 0;
   std::uint64_t crlf = 0;     // CR LF pairs
   std::uint64_t lone_cr = 0;  // CRs that no LF follows
   std::uint64_t lone_lf = 0;  // LFs that no CR precedes
