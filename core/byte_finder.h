@@ -47,7 +47,7 @@ struct ByteClass {
   static std::uint64_t Marks(const char* bytes) {
 #if defined(__SSE2__)
     std::uint64_t marks = 0;
-    for (unsigned part = 0; part < 4; ++part) {
+    for (std::size_t part = 0; part < 4; ++part) {
       const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + part * 16));
       const __m128i found = AnyOf(InRange(text, kRanges)...);
       marks |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(found))} << (part * 16);
