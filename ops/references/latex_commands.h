@@ -68,7 +68,7 @@ class LaTeXCommands {
   // begin with two bytes: few bytes of a value are looked up, then, and among few commands.
   ByteSet first_bytes_{{}};
   std::array<Span, 256> by_first_byte_{};
-  std::bitset<256 * 256> pairs_;
+  std::bitset<65536> pairs_;
 };
 
 /// Reads the table of LaTeX commands below the program directory; returns 1, or 0 after a
