@@ -11,6 +11,8 @@ namespace tarvel {
 
 namespace {
 
+// A check of the first line reads little; a whole library is read in few calls.
+constexpr std::size_t kFirstChunk = std::size_t{1} << 16;
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::size_t kReportDistance = std::size_t{1} << 18;
 
@@ -31,10 +33,9 @@ LineStream::LineStream(std::unique_ptr<ByteSource> source) : source_(std::move(s
 }
 
 void LineStream::Grow(std::size_t capacity) {
-  auto larger = std::make_unique_for_overwrite<char[]>(std::max<std::size_t>(capacity, 1));
+  LargeMemory larger = TakeLargeMemory(capacity);
   std::copy_n(bytes_.get(), loaded_, larger.get());
   bytes_ = std::move(larger);
-  AdviseLargePages(bytes_.get(), capacity);
   capacity_ = capacity;
 }
 
@@ -48,7 +49,8 @@ void LineStream::Fill(std::size_t wanted_end) {
       }
       Grow(capacity_ + std::max(capacity_, kChunk));
     }
-    const std::size_t room = std::min(capacity_ - loaded_, kChunk);
+    const std::size_t room =
+        std::min(capacity_ - loaded_, std::clamp(loaded_, kFirstChunk, kChunk));
     const std::ptrdiff_t got = source_->Read(bytes_.get() + loaded_, room);
     if (got <= 0) {
       read_failed_ = got < 0;

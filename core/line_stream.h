@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/large_pages.h"
+
 namespace tarvel {
 
 /// Line limits, as `fgets` takes them: one read gives at most `limit - 1` bytes.
@@ -100,7 +102,7 @@ class LineStream {
   void ReportPosition();
 
   std::unique_ptr<ByteSource> source_;  // while there is more to read
-  std::unique_ptr<char[]> bytes_;
+  LargeMemory bytes_;
   std::size_t capacity_ = 0;
   std::size_t loaded_ = 0;
   std::size_t position_ = 0;
