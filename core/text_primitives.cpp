@@ -80,9 +80,9 @@ std::string InCapitals(std::string_view text) {
 }
 
 std::size_t CountByte(std::string_view bytes, char wanted) {
-  // A counter of one byte lets the compiler compare many bytes at once, so it is emptied before it
-  // is full. With `std::count` Extract takes 1.1 times as long on a library of 52 MB.
-  constexpr std::size_t kRun = 255;
+  // A counter of one byte lets the compiler compare sixteen bytes at once, so it is emptied before
+  // it is full. With `std::count` Extract takes 1.1 times as long on a library of 52 MB.
+  constexpr std::size_t kRun = 240;
   std::size_t count = 0;
   for (; !bytes.empty(); bytes.remove_prefix(std::min(kRun, bytes.size()))) {
     std::uint8_t in_run = 0;

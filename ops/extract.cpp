@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "core/byte_finder.h"
 #include "core/keyed_hash.h"
 #include "core/text_primitives.h"
 #include "ops/citations/cited_keys.h"
@@ -110,9 +111,13 @@ int WriteKeys(const RunContext& run, const std::vector<std::string>& keys) {
 /// The macros that the entries of a text use, in capitals: values, or parts of them, that stand in
 /// neither braces nor quotes.
 void AddMacros(std::string_view entry, std::set<std::string>& macros) {
+  ByteFinder<ByteRange::One('{'), ByteRange::One('}'), ByteRange::One('"'), ByteRange::One('='),
+             ByteRange::One('#')>
+      stops(entry);
   int depth = 0;
   bool in_quotes = false;
-  for (std::size_t at = std::min(entry.find(','), entry.size()); at < entry.size(); ++at) {
+  for (std::size_t at = stops.Find(entry.find(','), entry.size()); at < entry.size();
+       at = stops.Find(at + 1, entry.size())) {
     const char byte = entry[at];
     if (byte == '{') ++depth;
     if (byte == '}') --depth;

@@ -14,8 +14,9 @@ constexpr std::size_t kOffsetDistance = 16;
 }  // namespace
 
 EntryLineEnd OverlappingReader::Read(LineStream& input, std::string_view head) {
-  std::swap(entry_, before_);
-  entry_.Start(head);
+  current_ = 1 - current_;
+  EntryRecord& entry = records_[current_];
+  entry.Start(head);
   new_lines_.clear();
   EntryLineEnd end = EntryLineEnd::kInside;
   while (end == EntryLineEnd::kInside) {
@@ -25,7 +26,7 @@ EntryLineEnd OverlappingReader::Read(LineStream& input, std::string_view head) {
       input.SetPosition(end_offset_);
       break;
     }
-    end = tags_.ReadLine(input, entry_, &long_values_);
+    end = tags_.ReadLine(input, entry, &long_values_);
     if (input.Position() != offset) Remember(offset);
   }
   if (end != EntryLineEnd::kInside) {
@@ -51,8 +52,8 @@ bool OverlappingReader::Joins(std::size_t offset) {
 /// Takes over the values that the lines from `offset` on gave.
 void OverlappingReader::TakeRest(std::size_t offset) {
   for (std::size_t i = 0; i < kFieldCount; ++i) {
-    FieldValue& earlier = before_.fields[i];
-    if (earlier.Offset() >= offset) std::swap(entry_.fields[i], earlier);
+    FieldValue& earlier = records_[1 - current_].fields[i];
+    if (earlier.Offset() >= offset) std::swap(records_[current_].fields[i], earlier);
   }
 }
 

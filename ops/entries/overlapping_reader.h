@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ class OverlappingReader {
   /// Every entry must begin after the beginning of the one before.
   EntryLineEnd Read(LineStream& input, std::string_view head);
   /// The entry that was read last.
-  const EntryRecord& Entry() const { return entry_; }
+  const EntryRecord& Entry() const { return records_[current_]; }
   /// Whether that entry was ended by the line that ends at `offset`, not by the end of the file.
   bool ClosedAt(std::size_t offset) const {
     return end_ == EntryLineEnd::kClosed && end_offset_ == offset;
@@ -36,8 +37,8 @@ class OverlappingReader {
 
   TagReader tags_;
   LongValues long_values_;
-  EntryRecord entry_;
-  EntryRecord before_;
+  std::array<EntryRecord, 2> records_;  // of the last entry and the one before it
+  std::size_t current_ = 0;
   // Where lines of the last reading begin, the last line first: those that were passed are removed
   // from the back.
   std::vector<std::size_t> lines_;
