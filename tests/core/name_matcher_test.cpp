@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/text_primitives.h"
 
@@ -36,7 +40,7 @@ TEST(NameMatcher, AgreesWithContainsNoCaseForEachName) {
     const NameMatcher matcher(views);
     for (int texts = 0; texts < 10; ++texts) {
       std::string text;
-      for (auto i = random() % 12; i > 0; --i) text += alphabet[random() % alphabet.size()];
+      for (auto i = random() % 40; i > 0; --i) text += alphabet[random() % alphabet.size()];
       int first = -1;
       for (std::size_t i = names.size(); i-- > 0;) {
         const bool found = ContainsNoCase(text, names[i]);
@@ -49,6 +53,31 @@ TEST(NameMatcher, AgreesWithContainsNoCaseForEachName) {
   }
 }
 
+TEST(NameMatcher, FindsTheSameNamesInLongTextsAsWithoutVectorCode) {
+  std::mt19937 random(8);
+  const std::string_view alphabet = "abcABC\xe4{ ";
+  for (int run = 0; run < 2000; ++run) {
+    std::vector<std::string> names(1 + random() % 12);
+    for (std::string& name : names) {
+      for (auto i = 3 + random() % 5; i > 0; --i) name += alphabet[random() % 3];
+    }
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    const NameMatcher matcher(views);
+    for (int texts = 0; texts < 10; ++texts) {
+      std::string text;
+      for (auto i = random() % 80; i > 0; --i) text += alphabet[random() % alphabet.size()];
+      std::uint64_t found = 0;
+      for (std::size_t i = 0; i < names.size(); ++i) {
+        if (ContainsNoCase(text, names[i])) found |= std::uint64_t{1} << i;
+      }
+      ASSERT_EQ(matcher.Find(text), found) << text;
+      ASSERT_EQ(matcher.FindPlain(text), found) << text;
+      ASSERT_EQ(matcher.First(text), found == 0 ? -1 : std::countr_zero(found)) << text;
+      ASSERT_EQ(matcher.Any(text), found != 0) << text;
+    }
+  }
+}
+
 TEST(NameMatcher, FindsTagsAtEveryOffsetOfALine) {
   constexpr std::array<std::string_view, 12> kNames{"journal", "year",  "pages",       "volume",
                                                     "author",  "title", "note",        "url",
@@ -56,7 +85,7 @@ TEST(NameMatcher, FindsTagsAtEveryOffsetOfALine) {
   const NameMatcher matcher(kNames);
   std::mt19937 random(5);
   for (std::size_t i = 0; i < kNames.size(); ++i) {
-    for (std::size_t before = 0; before < 12; ++before) {
+    for (std::size_t before = 0; before < 40; ++before) {
       for (std::size_t after = 0; after < 6; ++after) {
         std::string name(kNames[i]);
         if (random() % 2 == 0) StringToUpper(name);
@@ -80,6 +109,7 @@ TEST(NameMatcher, TakesSixtyFourNames) {
   for (std::size_t i = 0; i < names.size(); ++i) {
     EXPECT_EQ(matcher.Find("x " + names[i] + "x"), std::uint64_t{1} << i) << names[i];
     EXPECT_EQ(matcher.Find("x" + names[i]), std::uint64_t{1} << i) << names[i];
+    EXPECT_EQ(matcher.Find(std::string(30, 'x') + names[i]), std::uint64_t{1} << i) << names[i];
   }
 }
 
