@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 18;
 /// A file of more bytes is not kept in memory for the operation that will read it.
-constexpr std::size_t kMostKept = std::size_t{1} << 28;
+constexpr std::size_t kMostKept = std::size_t{1} << 30;
 constexpr std::string_view kCopySuffix = "_linux";
 
 std::string_view SystemName(int system) {
