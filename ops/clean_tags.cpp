@@ -3,7 +3,6 @@
 // for removal, each in one normal form.
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -68,17 +67,6 @@ struct Counters {
 enum class TagOutcome { kNothingRemoved = 1, kRemoved = 88 };
 enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
 
-/// The longest text before a "=" that is kept by itself.
-constexpr std::size_t kLongestKept = 100;
-
-/// What a line says before its first "=".
-struct TagName {
-  std::string text;            // as it stands there
-  std::string name;            // squeezed
-  int tag = -1;                // the row of `kTagRules` that serves it; -1 for none
-  bool passes_filter = false;  // whether it mentions a tag of the line filter
-};
-
 /// The files of one run and what walks them.
 class TagCleaner {
  public:
@@ -95,8 +83,7 @@ class TagCleaner {
   void NoteOtherLine(std::string_view line);
   bool CheckEmptyEntry(std::string_view line);
   TagOutcome SortTags(Line& line);
-  const TagName* ReadTag(Line& line);
-  const TagName& NameOf(std::string_view line);
+  std::optional<std::size_t> ReadTag(Line& line, std::string& name);
   void ReadValue(Line& line);
   void WriteTag(const TagRule& rule, std::string_view value);
 
@@ -109,9 +96,6 @@ class TagCleaner {
   const NameMatcher tags_{kTagNames};
   const NameMatcher owner_{kOwnerName};
   const NameMatcher timestamp_{kTimestampName};
-  // By the hash of their texts. Most lines begin with one of a few texts; without these Clean tags
-  // takes 1.07 times as long.
-  std::array<TagName, 1024> names_;
   LongValues long_values_;  // entries are read again where a head stands among their tags
   FieldValue value_;        // of the tag that was read last
   // The lines before the last head that hold no tag, from one offset to the other. An entry that
@@ -215,6 +199,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   const std::string key(CopyUntilChar(head, '{', ','));
 
   const std::size_t after_head = input_.Position();
+  std::string name;
   std::string removed;
   bool wrote_tag = false;
   bool at_next_head = false;
@@ -225,14 +210,13 @@ TagOutcome TagCleaner::SortTags(Line& line) {
       at_next_head = true;
       untagged_begin_ = untagged;
       untagged_end_ = input_.Position() - line.Text().size();
-    } else if (const TagName* const found = ReadTag(line)) {
-      const auto tag = static_cast<std::size_t>(found->tag);
-      const bool removes = settings_.RemoveTag[tag] != 0;
-      warnings_.NoteTag(line.Text(), kTagRules[tag].name, !removes, line_end - 1);
+    } else if (const auto tag = ReadTag(line, name)) {
+      const bool removes = settings_.RemoveTag[*tag] != 0;
+      warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, line_end - 1);
       if (removes) {
-        removed.append(found->name).append(", ");
+        removed.append(name).append(", ");
       } else {
-        WriteTag(kTagRules[tag], value_.Text());
+        WriteTag(kTagRules[*tag], value_.Text());
         wrote_tag = true;
       }
       untagged = input_.Position();
@@ -253,37 +237,24 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   return TagOutcome::kRemoved;
 }
 
-/// Reads the tag of a line after a head: its name, and into `value_` its value. Null for a line
-/// that holds no known tag. The result lasts until the next line.
-const TagName* TagCleaner::ReadTag(Line& line) {
-  const std::size_t line_end = input_.Position();
-  const TagName* name = &NameOf(line.Text());
-  if (!name->passes_filter && !filter_.Any(line.Text())) {
+/// Reads the tag of a line after a head: the row of `kTagRules` that serves it, its name as it
+/// stands there, squeezed, and into `value_` its value. Nothing for a line that holds no known tag.
+std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
+  const std::size_t offset = input_.Position() - 1;
+  if (!filter_.Any(line.Text())) {
     const std::size_t size = line.Text().size();
-    warnings_.NoteSkipped(input_.Bytes().substr(line_end - size, size), line_end - 1);
-    return nullptr;
+    warnings_.NoteSkipped(input_.Bytes().substr(offset + 1 - size, size), offset);
+    return std::nullopt;
   }
   ReadValue(line);
   warnings_.NoteAfterValue(line.Text(), value_.Text(), input_.Position() - 1);
-  // A name that does not end on its line goes on in those of the value.
-  if (input_.Position() != line_end) name = &NameOf(line.Text());
-  if (name->tag >= 0) return name;
-  warnings_.NoteSkippedTag(line.Text(), line_end - 1);
-  return nullptr;
-}
-
-const TagName& TagCleaner::NameOf(std::string_view line) {
-  const std::string_view text = CopyUntilChar(line, '=');
-  // Long texts, which are hardly names, share a place: all of them would take much memory.
-  const bool is_short = text.size() <= kLongestKept;
-  TagName& name = names_[is_short ? std::hash<std::string_view>()(text) % names_.size() : 0];
-  if (name.text != text) {
-    name.text = text;
-    SqueezeTagName(text, name.name);
-    name.tag = tags_.First(name.name);
-    name.passes_filter = filter_.Any(text);
+  SqueezeTagName(CopyUntilChar(line.Text(), '='), name);
+  const int tag = tags_.First(name);
+  if (tag < 0) {
+    warnings_.NoteSkippedTag(line.Text(), offset);
+    return std::nullopt;
   }
-  return name;
+  return static_cast<std::size_t>(tag);
 }
 
 /// Reads the line's value. One that goes on after the line is looked up among long values only

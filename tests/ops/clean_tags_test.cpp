@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdlib>
 #include <random>
 #include <string>
 #include <string_view>
 
-#include "app/tags.h"
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/outcome.h"
@@ -375,27 +373,6 @@ TEST(CleanTags, FailsOnAFullDiskAtEveryByte) {
 int RandomRuns() {
   const char* runs = std::getenv("TARVEL_RANDOM_RUNS");
   return runs ? std::atoi(runs) : 4000;
-}
-
-TEST(CleanTags, TellsThousandsOfNamesApart) {
-  std::mt19937 random(12);
-  const std::string_view between = " \t.:;";
-  std::string input = "@article{k,\n";
-  for (int line = 0; line < 5000; ++line) {
-    std::string name(std::array{"author", "title", "doi", "isbn", "url", "keywords"}[line % 6]);
-    for (int i = 0; i < 4; ++i) {
-      name.insert(random() % 2 == 0 ? 0 : name.size(), 1, between[random() % between.size()]);
-    }
-    if (random() % 4 == 0) name.insert(1, ".");
-    input += name + (random() % 8 == 0 ? " {a note},\n" : "= {v},\n");
-  }
-  input += "}\n";
-  Settings settings;
-  settings.RemoveTag[TagIndex("title")] = 1;
-  const Outcome outcome = Clean(input, settings);
-  const auto plain = testing::PlainCleanTags(input, "a.bib", "a_tag.bib", settings);
-  EXPECT_EQ(std::string(kBibHeader) + outcome.library, plain.library);
-  EXPECT_EQ(std::string(kLogHeader) + outcome.log, plain.log);
 }
 
 TEST(CleanTags, AgreesWithItsPlainTwin) {
