@@ -73,14 +73,11 @@ std::string_view NameAt(std::string_view text) {
 
 LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
   std::vector<Command> by_command;  // one for each row
-  std::string first_bytes;
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     const std::string& command = rows_[row].command;
     if (command.empty() || command.front() == kComment) continue;
     by_command.push_back({PrefixOf(command), row});
-    first_bytes.push_back(command.front());
   }
-  first_bytes_ = ByteSet(first_bytes);
   std::sort(by_command.begin(), by_command.end(), [this](const Command& one, const Command& other) {
     if (one.prefix != other.prefix) return one.prefix < other.prefix;
     const int order = TextOf(one).compare(TextOf(other));
@@ -89,7 +86,7 @@ LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
   for (Command& command : by_command) {
     const std::string_view text = TextOf(command);
     if (commands_.empty() || TextOf(commands_.back()) != text) {
-      if (!commands_.empty()) command.shorter = StartOf(text, commands_.size() - 1);
+      command.shorter = LongestStartOf(text);
       commands_.push_back(command);
       NoteBeginning(commands_.size() - 1);
     }
@@ -136,11 +133,7 @@ std::size_t LaTeXCommands::LongestStartOf(std::string_view text) const {
   const Span span = by_first_byte_[FirstByte(text)];
   const std::size_t next = FirstNotBefore(span, text);
   if (next < span.end && TextOf(commands_[next]) == text) return next;
-  return next == span.begin ? kNone : StartOf(text, next - 1);
-}
-
-/// The first of a command and its `shorter` ones that the text begins with.
-std::size_t LaTeXCommands::StartOf(std::string_view text, std::size_t command) const {
+  std::size_t command = next == span.begin ? kNone : next - 1;
   while (command != kNone && !text.starts_with(TextOf(commands_[command]))) {
     command = commands_[command].shorter;
   }
@@ -156,12 +149,16 @@ std::size_t LaTeXCommands::RowOf(std::size_t command, std::size_t from) const {
   return row == end ? rows_.size() : *row;
 }
 
+/// False only for a text that begins with no command.
+bool LaTeXCommands::MayBegin(std::string_view text) const {
+  return by_first_byte_[FirstByte(text)].end != 0 && pairs_[PairOf(text)];
+}
+
 std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) const {
   std::size_t first = rows_.size();
-  for (std::size_t at = 0; (at = first_bytes_.Find(text, at)) < text.size(); ++at) {
-    const std::string_view rest = text.substr(at);
-    if (!pairs_[PairOf(rest)]) continue;
-    for (std::size_t command = LongestStartOf(rest); command != kNone;
+  for (; !text.empty(); text.remove_prefix(1)) {
+    if (!MayBegin(text)) continue;
+    for (std::size_t command = LongestStartOf(text); command != kNone;
          command = commands_[command].shorter) {
       first = std::min(first, RowOf(command, from));
     }

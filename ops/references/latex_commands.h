@@ -9,7 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "core/byte_set.h"
 #include "ops/run_context.h"
 
 namespace tarvel {
@@ -54,9 +53,9 @@ class LaTeXCommands {
   std::string_view TextOf(const Command& command) const { return rows_[command.row].command; }
   bool IsBefore(const Command& command, std::uint64_t prefix, std::string_view text) const;
   void NoteBeginning(std::size_t command);
+  bool MayBegin(std::string_view text) const;
   std::size_t FirstNotBefore(Span span, std::string_view text) const;
   std::size_t LongestStartOf(std::string_view text) const;
-  std::size_t StartOf(std::string_view text, std::size_t command) const;
   std::size_t RowOf(std::size_t command, std::size_t from) const;
   bool HasRowOf(std::string_view name) const;
   bool HasRowOfBeginning(std::string_view name) const;
@@ -64,9 +63,8 @@ class LaTeXCommands {
   std::vector<Row> rows_;
   std::vector<std::size_t> sorted_rows_;  // by their commands' bytes, then as in the table
   std::vector<Command> commands_;         // in the same order
-  // The bytes that commands begin with, the commands that begin with each, and whether one may
-  // begin with two bytes: few bytes of a value are looked up, then, and among few commands.
-  ByteSet first_bytes_{{}};
+  // The commands that begin with a byte, and whether one may begin with two bytes: few bytes of a
+  // value are looked up, then, and among few commands.
   std::array<Span, 256> by_first_byte_{};
   std::bitset<65536> pairs_;
 };

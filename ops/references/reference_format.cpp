@@ -67,9 +67,6 @@ void AppendField(std::string& result, const Placeholder& placeholder, std::strin
 std::string FormatReference(std::string_view format, std::span<const std::string_view> values,
                             std::uint64_t* shown) {
   std::string result;
-  std::size_t size = format.size();
-  for (const std::string_view value : values) size += value.size();
-  result.reserve(size);
   std::size_t next = 0;
   while (!format.empty()) {
     const std::size_t literal = std::min(format.find('%'), format.size());

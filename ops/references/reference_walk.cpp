@@ -17,10 +17,10 @@ namespace {
 
 constexpr std::string_view kBooktitleTag = "booktitle";
 
-/// Where one of these stands after an "@" of a head in upper case, its entry is not reported as
-/// unsupported. So "@BOOKLET" is not, although no reference is printed for it.
-constexpr std::array<std::string_view, 6> kSupportedTypes{
-    "ARTICLE", "BOOK", "PHDTHESIS", "MASTERTHESIS", "INCOLLECTION", "INPROCEEDINGS"};
+/// Where one of these stands on a head in upper case, its entry is not reported as unsupported. So
+/// "@BOOKLET" is not, although no reference is printed for it.
+constexpr std::array<std::string_view, 6> kSupportedMarkers{
+    "@ARTICLE", "@BOOK", "@PHDTHESIS", "@MASTERTHESIS", "@INCOLLECTION", "@INPROCEEDINGS"};
 
 using enum ReferenceValue;
 
@@ -90,13 +90,10 @@ const std::array<TypeRow, 6>& Types() {
   return types;
 }
 
-bool HoldsSupportedType(std::string_view line) {
-  for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
-    const std::string_view word = line.substr(at + 1);
-    const auto begins = [word](std::string_view type) { return word.starts_with(type); };
-    if (std::any_of(kSupportedTypes.begin(), kSupportedTypes.end(), begins)) return true;
-  }
-  return false;
+bool HoldsSupportedMarker(std::string_view line) {
+  return std::any_of(
+      kSupportedMarkers.begin(), kSupportedMarkers.end(),
+      [line](std::string_view marker) { return line.find(marker) != std::string_view::npos; });
 }
 
 }  // namespace
@@ -141,7 +138,7 @@ bool ReferenceWalk::HandleEntry() {
   const std::size_t start = library_.Position();
   warnings_.StartEntry(key, start - 1);
   StringToUpper(line_.Edit());
-  if (!HoldsSupportedType(line_.Text())) {
+  if (!HoldsSupportedMarker(line_.Text())) {
     PassUnsupported(key, type_word);
     return true;
   }
