@@ -16,14 +16,6 @@ namespace {
 /// Memory that is given back when there is no more, for what has to be said then.
 constexpr std::size_t kReserve = std::size_t{1} << 18;
 
-/// Takes the memory. Only its first byte is written: to fill all took a twentieth of a small run.
-std::unique_ptr<char[]> TakeReserve() {
-  auto reserve = std::make_unique_for_overwrite<char[]>(kReserve);
-  // Without a write that counts, compilers leave out memory that is taken and given back.
-  *static_cast<volatile char*>(reserve.get()) = 0;
-  return reserve;
-}
-
 /// Makes `warnings` the ones of the run that is under way.
 class WarningsInUse {
  public:
@@ -86,7 +78,7 @@ int WholeRun::Run(const std::function<int()>& body, std::string_view no_memory) 
   std::unique_ptr<char[]> reserve;
   RunFiles& files = outer_ ? *outer_ : files_;
   try {
-    reserve = TakeReserve();
+    reserve = std::make_unique<char[]>(kReserve);
     const int result = body();
     const bool arrived = !files.WriteFailed();
     const std::string error = files.Publish();
