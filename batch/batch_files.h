@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -39,6 +40,7 @@ class BatchFiles final : public FileSystem {
   }
   ReadingObserver* Observer() override { return &observer_; }
 
+  std::size_t MostKept() const override { return std::size_t{1} << 30; }
   void KeepLines(const std::string& path, const FileState& state, LineStream lines) override {
     kept_.insert_or_assign(path, KeptLines{state, std::move(lines)});
   }

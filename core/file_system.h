@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,8 +42,10 @@ class FileSystem {
     return IsSameFile(one, other);
   }
 
-  /// Offers the lines of a file that was read whole while it was in `state`, so that `OpenLines`
-  /// need not read it again. Does nothing where lines are not kept.
+  /// The size in bytes up to which a file's lines are kept; 0 where none are.
+  virtual std::size_t MostKept() const { return 0; }
+  /// Keeps the lines of a file that was read whole while it was in `state`, so that `OpenLines`
+  /// need not read it again.
   virtual void KeepLines(const std::string& /*path*/, const FileState& /*state*/,
                          LineStream /*lines*/) {}
   /// Gives up the lines that are kept of the file, if it is still in this state.

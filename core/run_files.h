@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/file_system.h"
@@ -35,9 +34,6 @@ class RunFiles final : public FileSystem {
     return files_.IsSamePlace(one, other);
   }
 
-  void KeepLines(const std::string& path, const FileState& state, LineStream lines) override {
-    files_.KeepLines(path, state, std::move(lines));
-  }
   std::optional<LineStream> TakeLines(const std::string& path, const FileState& state) override {
     return files_.TakeLines(path, state);
   }

@@ -19,8 +19,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 18;
-/// A file of more bytes is not kept in memory for the operation that will read it.
-constexpr std::size_t kMostKept = std::size_t{1} << 30;
 constexpr std::string_view kCopySuffix = "_linux";
 
 std::string_view SystemName(int system) {
@@ -208,7 +206,7 @@ int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
   const std::optional<FileState> state = source->State();
   auto counting = std::make_unique<CountingSource>(std::move(source), breaks);
   std::optional<LineStream> lines;
-  if (state && counting->Size() != 0 && counting->Size() <= kMostKept) {
+  if (state && counting->Size() != 0 && counting->Size() <= disk.MostKept()) {
     lines.emplace(std::move(counting));
     if (!lines->LoadAll()) return 0;
   } else if (!ReadPieces(*counting, [](std::string_view) {})) {
@@ -219,7 +217,7 @@ int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
   const int system = SystemOf(breaks);
   if (system == HostSystemCode) {
     // The operation that will read the file need not read it again.
-    if (lines) files.KeepLines(picked, *state, std::move(*lines));
+    if (lines) disk.KeepLines(picked, *state, std::move(*lines));
     return 1;
   }
   lines.reset();
