@@ -24,7 +24,7 @@ struct ByteRange {
   }
 };
 
-/// So many bytes are looked at together.
+/// The number of bytes that are compared at once.
 inline constexpr std::size_t kMarkedBytes = 64;
 
 /// The bytes of a text that are in one of the ranges, marked many at a time: a loop over single
@@ -61,7 +61,7 @@ struct ByteClass {
 #if defined(__SSE2__)
  private:
   static __m128i InRange(__m128i text, ByteRange range) {
-    if (range.first == INT8_MIN && range.last == -1) return text;  // the highest bits are marks
+    if (range.first == INT8_MIN && range.last == -1) return text;  // their highest bit is set
     if (range.first == range.last) return _mm_cmpeq_epi8(text, _mm_set1_epi8(range.first));
     const __m128i below = _mm_cmplt_epi8(text, _mm_set1_epi8(range.first));
     const __m128i beyond = _mm_cmpgt_epi8(text, _mm_set1_epi8(range.last));

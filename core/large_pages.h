@@ -7,18 +7,18 @@
 
 namespace tarvel {
 
-/// Asks the system for large pages for memory that is not yet written to, with which that of a
-/// library of 50 MB takes 20 ms less: 12 % of Clean tags, 19 % of Extract. Without them small pages
-/// do.
+/// Asks the system to back memory, which is not yet written to, with large pages. A request that
+/// is refused does no harm. A library of 50 MB takes 20 ms less with them: 12 % of Clean tags, 19 %
+/// of Extract.
 void AdviseLargePages(char* bytes, std::size_t size);
 
 struct FreeMemory {
   void operator()(char* bytes) const { std::free(bytes); }
 };
-/// Bytes that are not set to anything.
+/// Bytes, not initialised.
 using LargeMemory = std::unique_ptr<char[], FreeMemory>;
 
-/// Memory for `size` bytes, in large pages as far as it fills them: it begins with one. Throws
+/// Memory for `size` bytes. If they fill a large page (2 MiB), the memory begins with one. Throws
 /// `std::bad_alloc`.
 LargeMemory TakeLargeMemory(std::size_t size);
 

@@ -11,7 +11,7 @@ namespace tarvel {
 
 namespace {
 
-// A check of the first line reads little; a whole library is read in few calls.
+// Reads begin small, as a check needs only the first line, and grow, as each call costs time.
 constexpr std::size_t kFirstChunk = std::size_t{1} << 16;
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::size_t kReportDistance = std::size_t{1} << 18;

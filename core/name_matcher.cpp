@@ -37,7 +37,7 @@ void VisitPlain(const NameMatcher::Prefixes& prefixes, std::string_view text, co
 }
 
 #if defined(__x86_64__)
-/// Whether the processor looks up sixteen bytes in a table of sixteen at once.
+/// Whether the processor can look up sixteen bytes in a table of sixteen at once.
 const bool kHasShuffle = __builtin_cpu_supports("ssse3") != 0;
 
 constexpr std::size_t kBlock = 16;
@@ -57,8 +57,8 @@ inline __m128i Load(const void* bytes) {
       _mm_shuffle_epi8(Load(groups.by_upper.data()), _mm_and_si128(_mm_srli_epi16(text, 4), low)));
 }
 
-/// The same for texts of `kRead` bytes and more and names that are as long as the prefix, sixteen
-/// offsets at a time. With single ones Compare takes 1.1 times as long.
+/// The same for texts of at least `kRead` bytes and names of at least `kPrefix`, sixteen offsets at
+/// a time. With single offsets Compare takes 1.1 times as long.
 template <typename Look>
 [[gnu::target("ssse3")]] void VisitByShuffle(const NameMatcher::Prefixes& prefixes,
                                              std::string_view text, const Look& look) {

@@ -16,8 +16,8 @@ struct Utf8Character {
 /// written in fewer bytes, surrogates and what is beyond U+10FFFF (RFC 3629).
 Utf8Character DecodeUtf8(std::string_view text);
 
-/// The offset of the first byte from `from` on, where a character begins, that begins no valid one;
-/// the size of the text if there is none.
+/// The offset of the first byte from `from` on at which no valid character begins; the size of the
+/// text if all are valid. A character must begin at `from`.
 std::size_t FindBadUtf8(std::string_view text, std::size_t from);
 
 /// Whether all of `text` is valid.

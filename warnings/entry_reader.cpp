@@ -196,8 +196,8 @@ void EntryReader::ReportJoined(std::size_t at) {
          {"the value of '", tag_, "' goes on after a '#': only the part before it is read"});
 }
 
-/// Whether the line, or what is read of it, mentions a tag that is read. It is looked through once,
-/// however many values stand on it.
+/// Whether the line mentions a tag that is read. Mostly its own tag is one; the whole line is
+/// looked through once, however many values stand on it.
 bool EntryReader::MentionsReadTag(std::size_t at) {
   if (!rules_.read_tags) return false;
   if (at == tag_offset_ && IsReadTag()) return true;
