@@ -38,6 +38,7 @@ class MemorySink final : public ByteSink {
     return {};
   }
   std::string Close() override { return {}; }
+  bool IsKept() const override { return kept_ != nullptr; }
 
  private:
   std::string* kept_;

@@ -23,6 +23,8 @@ class ByteSink {
   [[nodiscard]] virtual std::string Write(std::string_view bytes) = 0;
   /// Closes the file; returns an empty text, or why it failed.
   [[nodiscard]] virtual std::string Close() = 0;
+  /// Whether the bytes are kept anywhere; those of a run that only looks for warnings are not.
+  virtual bool IsKept() const { return true; }
   /// The path under which the bytes of a pending file can be read; empty for any other.
   virtual std::string PendingPath() const { return {}; }
   /// Does all of publishing that can lack room; returns an empty text, or why it failed.
@@ -55,6 +57,8 @@ class OutputFile {
   /// Writes out what is still in memory and closes the file; true when every byte arrived.
   [[nodiscard]] bool Close();
 
+  /// Whether what is written is kept; if not, it need not be composed.
+  bool IsKept() const { return sink_ && sink_->IsKept(); }
   const std::string& Path() const { return path_; }
   /// Why a write or the closing failed; empty when nothing did.
   const std::string& Error() const { return error_; }

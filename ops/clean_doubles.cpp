@@ -185,6 +185,7 @@ Decision DoubleCleaner::Decide(const TypeRule<DoublesRule>& rule,
 
 /// Logs what is said of every entry with the same key that is met in the search, up to the last.
 void DoubleCleaner::LogSameKeys(const TypeRule<DoublesRule>& rule, const KeptEntry* last) {
+  if (!log_.IsKept()) return;  // this part can grow with the square of the library
   const bool notes_key = rule.rule && !rule.rule->same_key_note.empty();
   if (!reader_.Entry().key.empty() && !notes_key) return;
   const std::string_view format =

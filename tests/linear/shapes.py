@@ -128,6 +128,10 @@ def same_key(n):
     return "".join(f"@misc{{k,\n note = {{{'x' * (i % 7)}}}\n}}\n" for i in range(n))
 
 
+def same_key_without_tags_to_compare(n):
+    return "".join(f"@other{{k,\n title = {{a {i}}}\n}}\n" for i in range(n))
+
+
 def conflicts_that_open_values(n, last="", between=""):
     fillers = "".join(f"@misc{{f{i},\n note = {{filler {i}}},\n}}\n" for i in range(n))
     pairs = "".join("@misc{k,\n note = {{{{{{{" f"c{i}" "\n}\n}}}}}},\n}\n"
@@ -180,6 +184,7 @@ SHAPES = (
     (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals", "check")),
+    (same_key_without_tags_to_compare, 10000, ("check",)),
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
     (conflicts_whose_values_close_late, 1500, ("clean-doubles",)),
     (conflicts_whose_values_close_later, 1500, ("clean-doubles",)),
