@@ -90,7 +90,7 @@ class DoubleCleaner {
   void CopyEntry(std::size_t start, bool rename);
   void Rename(Line& head);
   void AppendCopy();
-  void InsertCopy(std::size_t position);
+  void InsertCopy(const KeptEntry* after);
   void ForgetFacts(std::size_t begin, std::size_t end);
   void ReportDropped(const Decision& decision, const TypeGroup& group, std::size_t start);
   void ReportAfterEntry(const LibraryRange& lines);
@@ -168,7 +168,7 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
   WriteFormat(log_, kDoublesConflictHeadline, {reader_.Entry().key, decision.by->Key()});
   WriteDetails(log_, group, values, earlier);
   CopyEntry(start, true);
-  InsertCopy(append_renamed_ ? library_.Size() : decision.by->end);
+  InsertCopy(append_renamed_ ? nullptr : decision.by);
 }
 
 /// Finds the first entry of the new library, in its order, that stops the search: one with the same
@@ -256,17 +256,23 @@ void DoubleCleaner::AppendCopy() {
   if (copy_.closed && copy_.unchanged && reader_.ClosedAt(input_.Position())) {
     follower_.Append(copy_.text, reader_.Entry());
   } else {
-    follower_.Write(begin, copy_.closed ? copy_.text + "\n" : copy_.text);
+    follower_.Append(copy_.closed ? copy_.text + "\n" : copy_.text);
   }
   written_.Add({begin, begin + copy_.text.size(), head_});
 }
 
-/// Writes the copy after an entry. Where others follow, it replaces them byte by byte.
-void DoubleCleaner::InsertCopy(std::size_t position) {
+/// Writes the copy after an entry, or at the end. Where others follow, it replaces them byte by
+/// byte.
+void DoubleCleaner::InsertCopy(const KeptEntry* after) {
+  const std::size_t position = after ? after->end : library_.Size();
   const std::string text = copy_.closed ? copy_.text + "\n" : copy_.text;
   ReportOverwritten(position, position + text.size());
   ForgetFacts(position, position + text.size());
-  follower_.Write(position, text);
+  if (after) {
+    follower_.WriteAfter(after->head, text);
+  } else {
+    follower_.Append(text);
+  }
   written_.Add({position, position + copy_.text.size(), head_});
 }
 

@@ -41,6 +41,31 @@ class EntriesByOffset {
     others_.erase(first, next);
   }
 
+  /// The entry with this head; null if there is none.
+  Entry* Find(std::size_t head) {
+    if (!in_order_.empty() && in_order_.back().head >= head) {
+      const auto listed = FirstIn(in_order_, head);
+      if (listed->head == head && listed->end != head) return &*listed;
+    }
+    if (others_.empty() || others_.rbegin()->first < head) return nullptr;
+    const auto other = others_.find(head);
+    return other == others_.end() ? nullptr : &other->second;
+  }
+
+  /// Calls `visit` with each entry whose head stands at `begin` or after, but before `end`, in any
+  /// order.
+  template <typename Visit>
+  void ForEach(std::size_t begin, std::size_t end, const Visit& visit) {
+    if (!in_order_.empty() && in_order_.back().head >= begin) {
+      for (auto at = FirstIn(in_order_, begin); at != in_order_.end() && at->head < end; ++at) {
+        if (at->end != at->head) visit(*at);
+      }
+    }
+    for (auto at = others_.lower_bound(begin); at != others_.end() && at->first < end; ++at) {
+      visit(at->second);
+    }
+  }
+
   /// The head of the entry that begins before `offset` and ends after it; `offset` if there is
   /// none. No two entries may share a byte.
   std::size_t HeadOfEntryAt(std::size_t offset) const {

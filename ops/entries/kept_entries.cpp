@@ -71,9 +71,9 @@ const KeptEntry* EntryList::FirstFrom(std::size_t offset) const {
   return first == several_->end() ? nullptr : *first;
 }
 
-void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end,
-                      const LackingSizes& lacking) {
-  KeptEntry entry{head, end};
+KeptEntry& KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t end,
+                            const LackingSizes& lacking) {
+  KeptEntry entry{head, end, end};
   for (std::size_t i = 0; i < kFieldCount; ++i) {
     const bool present = lacking[i] > 0 || !record.fields[i].Text().empty();
     if (present) entry.present |= static_cast<std::uint16_t>(1U << i);
@@ -81,15 +81,20 @@ void KeptEntries::Add(const EntryRecord& record, std::size_t head, std::size_t e
   entry.same_key = &by_key_.FindOrAdd(record.key);
   KeptEntry& added = entries_.Add(std::move(entry));
   AddToIndexes(added);
+  path_.NoteReach(added);
   const TypeRule<DoublesRule> rule = DoublesRuleFor(record.type);
-  if (!rule.rule || !added.IsComplete(*rule.rule)) return;
+  if (!rule.rule || !added.IsComplete(*rule.rule)) return added;
   std::size_t size = 0;
   for (const Field field : rule.rule->group.compared) {
     size += lacking[static_cast<std::size_t>(field)];
   }
-  if (size == 0) return AddContent(added, record);
-  added.least_size = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
-  lacking_.emplace(added.least_size, &added);
+  if (size == 0) {
+    AddContent(added, record);
+  } else {
+    added.least_size = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
+    lacking_.emplace(added.least_size, &added);
+  }
+  return added;
 }
 
 void KeptEntries::AddContent(KeptEntry& entry, const EntryRecord& record) const {
@@ -109,6 +114,7 @@ void KeptEntries::ReadLacking(std::size_t size) const {
 
 void KeptEntries::Remove(std::size_t begin, std::size_t end) {
   entries_.Remove(begin, end, [this](KeptEntry& entry) { RemoveFromIndexes(entry); });
+  path_.Forget(begin, end);
 }
 
 const KeptValues& KeptEntries::ValuesOf(const KeptEntry& entry) const {
@@ -142,14 +148,10 @@ void KeptEntries::RemoveFromIndexes(KeptEntry& entry) {
   lacking_.erase({entry.least_size, &entry});
 }
 
-/// The first entry of the list, from `offset` on, that is not hidden.
+/// The first entry of the list, from `offset` on, that is on the path.
 const KeptEntry* KeptEntries::FirstVisible(const EntryList& list, std::size_t offset) const {
   const KeptEntry* entry = list.FirstFrom(offset);
-  while (entry) {
-    const std::size_t visible = hidden_.VisibleFrom(entry->head);
-    if (visible == entry->head) break;
-    entry = list.FirstFrom(visible);
-  }
+  while (entry && !path_.Holds(*entry)) entry = list.FirstFrom(path_.SearchFrom(*entry));
   return entry;
 }
 

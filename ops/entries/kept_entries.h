@@ -16,50 +16,15 @@
 #include "core/hash_index.h"
 #include "core/keyed_hash.h"
 #include "ops/entries/entries_by_offset.h"
+#include "ops/entries/entry_path.h"
 #include "ops/entries/entry_record.h"
 #include "ops/entries/group_rules.h"
-#include "ops/entries/hidden_ranges.h"
+#include "ops/entries/kept_entry.h"
 
 namespace tarvel {
 
-/// The values of an entry.
-class KeptValues {
- public:
-  explicit KeptValues(const EntryRecord& record);
-
-  /// The type word as its rule holds it; empty for a type of no rule.
-  std::string_view Type() const { return type_; }
-  /// The compared values, views into this.
-  ComparedValues ComparedValuesOf(const TypeGroup& group) const;
-
- private:
-  std::string_view type_;
-  std::string text_;  // all of them
-  std::array<std::size_t, kFieldCount + 1> bounds_{};
-};
-
 /// The sizes of what a record lacks of each value, as far as they are known; 0 for a whole value.
 using LackingSizes = std::array<std::size_t, kFieldCount>;
-
-struct SameKey;
-struct SameContent;
-
-/// An entry of the new library. There is one for each entry, so it is kept small: its values are
-/// read again when another entry is compared with it.
-struct KeptEntry {
-  std::size_t head = 0;          // the offset of its first line
-  std::size_t end = 0;           // the offset of the line after its last
-  std::uint16_t present = 0;     // bit i: the tag of field i is present
-  std::uint32_t least_size = 0;  // of the compared values at least, if their text is not read yet
-  SameKey* same_key = nullptr;
-  SameContent* same_content = nullptr;                    // null if one is missing or not read yet
-  mutable std::unique_ptr<const KeptValues> values = {};  // null until they are asked for
-
-  /// The key; lives as long as the `KeptEntries`.
-  std::string_view Key() const;
-  /// Whether all the compared tags of `rule` are present.
-  bool IsComplete(const DoublesRule& rule) const;
-};
 
 /// Entries that share something, in the order of the file. Nearly always it is just one.
 class EntryList {
@@ -145,17 +110,21 @@ class KeptEntries {
   /// Reads an entry of the library again.
   using ReadEntry = std::function<EntryRecord(const KeptEntry& entry)>;
 
-  /// `read` must return the record with which the entry was added.
-  explicit KeptEntries(ReadEntry read) : read_(std::move(read)) {}
+  /// `read` must return the record with which the entry was added. `block_size`: of the path.
+  explicit KeptEntries(ReadEntry read, std::size_t block_size = EntryPath::kBlockSize)
+      : read_(std::move(read)), path_(entries_, block_size) {}
 
-  /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head. Values
-  /// that lack a part are read when one that may be as long is searched for.
-  void Add(const EntryRecord& record, std::size_t head, std::size_t end,
-           const LackingSizes& lacking = {});
+  /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head. It is
+  /// found when the path leads to it. Values that lack a part are read when one that may be as long
+  /// is searched for.
+  KeptEntry& Add(const EntryRecord& record, std::size_t head, std::size_t end,
+                 const LackingSizes& lacking = {});
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
   void Remove(std::size_t begin, std::size_t end);
-  /// The ranges in which entries are not found.
-  HiddenRanges& Hidden() { return hidden_; }
+  /// The entry with this head; null if there is none.
+  KeptEntry* At(std::size_t head) { return entries_.Find(head); }
+  /// The path on which entries are found.
+  EntryPath& Path() { return path_; }
 
   /// The first entry with this key that has all tags that `rule` compares; null if there is none.
   const KeptEntry* FirstComplete(std::string_view key, const DoublesRule& rule) const;
@@ -178,12 +147,12 @@ class KeptEntries {
   void RemoveFromIndexes(KeptEntry& entry);
 
   ReadEntry read_;
-  EntriesByOffset<KeptEntry> entries_;  // the groups point into it
+  EntriesByOffset<KeptEntry> entries_;  // the groups and the path point into it
+  mutable EntryPath path_;
   // Groups stay until the end, also those of entries that were removed: few are.
   GroupTable<SameKey> by_key_;
   mutable GroupTable<SameContent> by_content_;
   mutable std::set<std::pair<std::size_t, KeptEntry*>> lacking_;  // by their least sizes
-  HiddenRanges hidden_;
 };
 
 }  // namespace tarvel

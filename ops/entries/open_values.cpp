@@ -16,7 +16,7 @@ constexpr std::size_t kLongest = limits::kShortLine - 2;
 }  // namespace
 
 std::optional<OpenValues::Passed> OpenValues::Pass(std::string_view bytes, std::size_t line,
-                                                   int depth) {
+                                                   int depth, bool ends_at_dash) {
   if (line % kBlockSize > kLongest) return std::nullopt;  // not the first line of a block
   Passed passed{line, depth};
   for (std::size_t number = line / kBlockSize; passed.line < bytes.size(); ++number) {
@@ -24,7 +24,7 @@ std::optional<OpenValues::Passed> OpenValues::Pass(std::string_view bytes, std::
     if (!blocks_[number]) blocks_[number] = BlockAt(bytes, number);
     const Block& block = *blocks_[number];
     const bool passes = block.can_be_passed && block.begin == passed.line;
-    if (!passes || passed.depth + block.lowest <= 0) break;
+    if (!passes || passed.depth + block.lowest <= 0 || (ends_at_dash && block.has_dash)) break;
     passed = {block.end, passed.depth + block.change, block.ends_blank, passed.size + block.size};
   }
   return passed.line > line ? std::optional(passed) : std::nullopt;
@@ -52,6 +52,8 @@ OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number
     if (!block.ends_blank) block.size += size - first - 1;
     block.end += size;
   }
+  block.has_dash =
+      bytes.substr(block.begin, block.end - block.begin).find('-') != std::string_view::npos;
   block.can_be_passed = true;
   return block;
 }

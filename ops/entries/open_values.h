@@ -23,8 +23,10 @@ class OpenValues {
   };
   /// Passes lines of `bytes`, from the one that begins at `line`, where `depth` braces are open.
   /// Passes whole blocks, as long as no line closes the value and no line is longer than 998 bytes,
-  /// which any reader takes at once. Returns nothing if no line can be passed.
-  std::optional<Passed> Pass(std::string_view bytes, std::size_t line, int depth);
+  /// which any reader takes at once, and, where `ends_at_dash`, none holds a "-". Returns nothing
+  /// if no line can be passed.
+  std::optional<Passed> Pass(std::string_view bytes, std::size_t line, int depth,
+                             bool ends_at_dash = false);
   /// Forgets the blocks of the bytes from `begin` to `end`, which were written anew.
   void Forget(std::size_t begin, std::size_t end);
 
@@ -36,6 +38,7 @@ class OpenValues {
     int change = 0;         // of the depth
     int lowest = 0;         // the lowest change on the way
     bool ends_blank = false;
+    bool has_dash = false;
     std::size_t size = 0;  // of the lines without the blanks that begin them
     bool can_be_passed = false;
   };

@@ -49,14 +49,19 @@ constexpr std::size_t kAll = static_cast<std::size_t>(-1);
 struct Kept {
   std::map<std::size_t, EntryRecord> records;  // by head
   int read = 0;
+  KeptEntry* last = nullptr;
   KeptEntries entries{[this](const KeptEntry& entry) {
     ++read;
     return records.at(entry.head);
   }};
 
-  void Add(const EntryRecord& record, std::size_t head) {
-    records[head] = record;
-    entries.Add(record, head, head + 50);
+  /// Adds an entry to which the path leads.
+  void Add(const EntryRecord& record, std::size_t head, const LackingSizes& lacking = {}) {
+    KeptEntry& added = entries.Add(record, head, head + 50, lacking);
+    records.try_emplace(head, record);
+    entries.Path().Lead(last, added, EntryPath::kNowhere);
+    if (last) last->next = head;
+    last = &added;
   }
 };
 
@@ -88,26 +93,28 @@ TEST(KeptEntries, FindTheFirstThatIsLeft) {
   EXPECT_EQ(entries.CountWithKey("k", kAll), 1U);
 }
 
-TEST(KeptEntries, SkipHiddenOnes) {
+TEST(KeptEntries, FindOnlyThoseOnThePath) {
   Kept kept;
   const KeptEntries& entries = kept.entries;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord book = Book("k", "T");
   const ComparedValues values = ComparedValuesOf(rule.rule->group, book);
   for (const std::size_t head : {100U, 200U, 300U, 400U}) kept.Add(book, head);
-  kept.entries.Hidden().Add(200, 300);
+  EntryPath& path = kept.entries.Path();
+  kept.entries.At(100)->next = 300;
+  EXPECT_FALSE(path.Lead(kept.entries.At(100), *kept.entries.At(300), 250));
   EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
   EXPECT_EQ(entries.CountWithKey("k", 400), 2U);
-  kept.entries.Hidden().Add(100, 350);
+  EXPECT_FALSE(path.Lead(nullptr, *kept.entries.At(400), 50));
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 400U);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule)->head, 400U);
   EXPECT_EQ(entries.FirstWithKey("k")->head, 400U);
-  kept.entries.Hidden().Add(50, HiddenRanges::kOpen);
+  path.End(nullptr);
   EXPECT_EQ(entries.FirstEqual(rule, values), nullptr);
   EXPECT_EQ(entries.FirstComplete("k", *rule.rule), nullptr);
   EXPECT_EQ(entries.FirstWithKey("k"), nullptr);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 0U);
-  for (const std::size_t range : {50U, 100U}) kept.entries.Hidden().Remove(range);
+  EXPECT_FALSE(path.Lead(nullptr, *kept.entries.At(100), 50));
   EXPECT_EQ(entries.FirstEqual(DoublesRuleFor("COMMENT"), values), nullptr) << "of no group";
   EXPECT_EQ(entries.FirstEqual(rule, values)->head, 100U);
   EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
@@ -139,8 +146,8 @@ TEST(KeptEntries, ReadLongValuesOnlyForThoseThatMayBeEqual) {
   kept.records[100] = kept.records[200] = whole;
   LackingSizes lacking{};
   lacking[static_cast<std::size_t>(Field::kTitle)] = 10;
-  kept.entries.Add(Book("k", ""), 100, 110, lacking);
-  kept.entries.Add(Book("k", ""), 200, 210, lacking);
+  kept.Add(Book("k", ""), 100, lacking);
+  kept.Add(Book("k", ""), 200, lacking);
   EXPECT_EQ(kept.entries.FirstComplete("k", *rule.rule)->head, 100U) << "the title is present";
   const EntryRecord shorter = Book("l", "T");
   EXPECT_EQ(kept.entries.FirstEqual(rule, ComparedValuesOf(rule.rule->group, shorter)), nullptr);

@@ -99,41 +99,32 @@ void ExpectSame(const KeptEntries& kept, std::string_view library) {
 }
 
 struct Followed {
+  explicit Followed(std::size_t block_size = EntryPath::kBlockSize)
+      : follower(library, block_size) {}
+
   GrowingLibrary library{kHeader, 0};
-  LibraryFollower follower{library};
+  LibraryFollower follower;
 
   void Check() const { ExpectSame(follower.Entries(), library.Bytes()); }
+  /// Writes after the entry that ends at `offset`, or at the end of the library.
+  void Write(std::size_t offset, std::string_view text) {
+    if (offset == library.Size()) return follower.Append(text);
+    for (const PlainEntry& entry : ReadAgain(library.Bytes())) {
+      if (entry.end == offset) return follower.WriteAfter(entry.head, text);
+    }
+    FAIL() << "no entry ends at " << offset;
+  }
 };
 
-const std::string kMisc = "@MISC{k,\n  note = {n},\n}\n";
+/// Blocks of some entries, of less than one, or of a whole library.
+std::size_t BlockSize(std::mt19937& random) { return std::size_t{16} << (random() % 11); }
 
-TEST(LastOffsets, KeepTheLastOfEachBlock) {
-  LastOffsets offsets;
-  EXPECT_FALSE(offsets.Has(0));
-  for (const std::size_t offset : {0U, 5U, 127U, 3U, 128U, 1000U}) offsets.Add(offset);
-  for (const std::size_t offset : {127U, 128U, 1000U}) EXPECT_TRUE(offsets.Has(offset));
-  for (const std::size_t offset : {0U, 5U, 126U, 129U, 255U, 999U, 2000U}) {
-    EXPECT_FALSE(offsets.Has(offset)) << offset;
-  }
-  EXPECT_EQ(offsets.LastIn(0, 2000), 1000U);
-  EXPECT_EQ(offsets.LastIn(0, 1000), 128U);
-  EXPECT_EQ(offsets.LastIn(127, 128), 127U);
-  EXPECT_EQ(offsets.LastIn(128, 128), std::nullopt);
-  EXPECT_EQ(offsets.LastIn(129, 1000), std::nullopt);
-  offsets.Remove(0, 127);
-  offsets.Remove(129, 1000);
-  offsets.Remove(1001, 5000);
-  for (const std::size_t offset : {127U, 128U, 1000U}) EXPECT_TRUE(offsets.Has(offset));
-  offsets.Remove(127, 1001);
-  for (const std::size_t offset : {127U, 128U, 1000U}) EXPECT_FALSE(offsets.Has(offset));
-  offsets.Add(100);
-  EXPECT_TRUE(offsets.Has(100));
-}
+const std::string kMisc = "@MISC{k,\n  note = {n},\n}\n";
 
 TEST(LibraryFollower, KnowsEntriesThatWereAppended) {
   Followed followed;
   followed.Check();
-  followed.follower.Write(followed.library.Size(), kMisc + "\n");
+  followed.Write(followed.library.Size(), kMisc + "\n");
   ASSERT_NE(followed.follower.Entries().FirstWithKey("k"), nullptr);
   EXPECT_EQ(followed.follower.Entries().FirstWithKey("k")->head, kHeader.size());
   EXPECT_EQ(followed.follower.Entries().FirstWithKey("k")->end, kHeader.size() + kMisc.size());
@@ -142,10 +133,10 @@ TEST(LibraryFollower, KnowsEntriesThatWereAppended) {
 
 TEST(LibraryFollower, ReadsOnInsideAValueThatGoesOn) {
   Followed followed;
-  followed.follower.Write(followed.library.Size(), "@MISC{a,\n  note = {x\n");
+  followed.Write(followed.library.Size(), "@MISC{a,\n  note = {x\n");
   EXPECT_EQ(followed.follower.Entries().FirstWithKey("a"), nullptr) << "it has not ended";
-  followed.follower.Write(followed.library.Size(), "\n   y {z}\n");
-  followed.follower.Write(followed.library.Size(), "w}\n}\n");
+  followed.Write(followed.library.Size(), "\n   y {z}\n");
+  followed.Write(followed.library.Size(), "w}\n}\n");
   const KeptEntry* const entry = followed.follower.Entries().FirstWithKey("a");
   ASSERT_NE(entry, nullptr);
   const TypeRule<DoublesRule> rule = DoublesRuleFor("MISC");
@@ -158,10 +149,10 @@ TEST(LibraryFollower, ReadsOnInsideAValueThatGoesOn) {
 TEST(LibraryFollower, ForgetsWhatAWriteReplaces) {
   Followed followed;
   for (const std::string key : {"a", "b", "c"}) {
-    followed.follower.Write(followed.library.Size(), "@MISC{" + key + ",\n  note = {n},\n}\n\n");
+    followed.Write(followed.library.Size(), "@MISC{" + key + ",\n  note = {n},\n}\n\n");
   }
   const std::size_t end = followed.follower.Entries().FirstWithKey("a")->end;
-  followed.follower.Write(end, "@MISC{x,\n  note = {a longer value},\n}\n\n");
+  followed.Write(end, "@MISC{x,\n  note = {a longer value},\n}\n\n");
   EXPECT_EQ(followed.follower.Entries().FirstWithKey("b"), nullptr);
   EXPECT_NE(followed.follower.Entries().FirstWithKey("x"), nullptr);
   EXPECT_NE(followed.follower.Entries().FirstWithKey("a"), nullptr);
@@ -170,16 +161,16 @@ TEST(LibraryFollower, ForgetsWhatAWriteReplaces) {
 
 TEST(LibraryFollower, KnowsThatAnEntryMayBeginAfterAnOpenValueThatReachesTheEnd) {
   Followed followed;
-  followed.follower.Write(followed.library.Size(), kMisc);
+  followed.Write(followed.library.Size(), kMisc);
   const std::size_t end = followed.library.Size();
-  followed.follower.Write(end, "@MISC{other,\n  note = {a longer value},\n}\n");
+  followed.Write(end, "@MISC{other,\n  note = {a longer value},\n}\n");
   std::string opens = "@MISC{x,\n  note = {{\n}\n";
   opens.resize(followed.library.Size() - end, '\n');
-  followed.follower.Write(end, opens);
+  followed.Write(end, opens);
   followed.Check();
-  followed.follower.Write(followed.library.Size(), "@MISC{y,\n}\n");
+  followed.Write(followed.library.Size(), "@MISC{y,\n}\n");
   followed.Check();
-  followed.follower.Write(end, "@MISC{x,\n  note = {n}\n}\n");
+  followed.Write(end, "@MISC{x,\n  note = {n}\n}\n");
   EXPECT_NE(followed.follower.Entries().FirstWithKey("y"), nullptr);
   followed.Check();
 }
@@ -204,8 +195,8 @@ TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
   std::size_t hidden = 0;
   const int runs = RandomRuns(40);
   for (int run = 0; run < runs; ++run) {
-    Followed followed;
-    followed.follower.Write(followed.library.Size(), ManyEntries(random, 400));
+    Followed followed(BlockSize(random));
+    followed.Write(followed.library.Size(), ManyEntries(random, 400));
     for (int writes = 0; writes < 12; ++writes) {
       const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
       const bool opens = random() % 2 == 0;
@@ -215,9 +206,9 @@ TEST(LibraryFollower, ReturnsToEntriesThatAnOpenValueHid) {
       const std::size_t offset =
           appends ? followed.library.Size() : entries[random() % entries.size() / 3].end;
       const std::string closes = std::string(random() % 12, '}') + "\n}\n";
-      followed.follower.Write(offset, random() % 5 == 0              ? ManyEntries(random, 3)
-                                      : appends && random() % 2 == 0 ? closes
-                                                                     : text);
+      followed.Write(offset, random() % 5 == 0              ? ManyEntries(random, 3)
+                             : appends && random() % 2 == 0 ? closes
+                                                            : text);
       // An entry that nobody asks about is read again late, after other writes.
       if (run % 2 == 0 || writes == 11) followed.Check();
       if (HasFatalFailure()) return;
@@ -264,9 +255,9 @@ TEST(LibraryFollower, ReturnsToEntriesThatWereInsideOthers) {
   std::size_t came_back = 0;
   const int runs = RandomRuns(1500);
   for (int run = 0; run < runs; ++run) {
-    Followed followed;
-    followed.follower.Write(followed.library.Size(),
-                            LinesInAnyOrder(random, 20 + random() % (run % 40 == 0 ? 1500 : 200)));
+    Followed followed(BlockSize(random));
+    followed.Write(followed.library.Size(),
+                   LinesInAnyOrder(random, 20 + random() % (run % 40 == 0 ? 1500 : 200)));
     std::size_t before = 0;
     for (int writes = 0; writes < 12; ++writes) {
       const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
@@ -276,7 +267,7 @@ TEST(LibraryFollower, ReturnsToEntriesThatWereInsideOthers) {
       const std::size_t offset = appends
                                      ? followed.library.Size()
                                      : entries[random() % entries.size() / (1 + random() % 4)].end;
-      followed.follower.Write(offset, LinesInAnyOrder(random, 1 + random() % 5));
+      followed.Write(offset, LinesInAnyOrder(random, 1 + random() % 5));
       if (run % 2 == 0 || writes == 11) followed.Check();
       if (HasFatalFailure()) return;
     }
@@ -293,7 +284,7 @@ TEST(LibraryFollower, KnowsWhatReadingAgainWouldFind) {
   std::size_t appended = 0;
   const int runs = RandomRuns(300);
   for (int i = runs; i > 0; --i) {
-    Followed followed;
+    Followed followed(BlockSize(random));
     for (int writes = 0; writes < 6; ++writes) {
       std::string text = libraries.Next() + "\n";
       const std::vector<PlainEntry> entries = ReadAgain(followed.library.Bytes());
@@ -307,13 +298,13 @@ TEST(LibraryFollower, KnowsWhatReadingAgainWouldFind) {
           text.resize(rest);
           text.back() = '\n';
         }
-        followed.follower.Write(offset, text);
+        followed.Write(offset, text);
         ++replaced;
       } else if (random() % 2 == 0 && !alone.empty() && alone[0].head == 0) {
         followed.follower.Append(text.substr(0, alone[0].end), alone[0].record);
         ++appended;
       } else {
-        followed.follower.Write(followed.library.Size(), text);
+        followed.Write(followed.library.Size(), text);
       }
       if (i % 2 == 0 || writes == 5) followed.Check();
       if (HasFatalFailure()) return;
