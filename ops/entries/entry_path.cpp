@@ -49,7 +49,7 @@ bool EntryPath::Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled) 
   if (entered > number) {
     if (!blocks_[number].is_marked) return false;
     if (settled != kNowhere) LeaveOut(begin, to.head);
-    if (to.on_path && to.head >= settled) return true;
+    if (to.on_path) return true;  // it did not change: a new entry is not on the path yet
     to.on_path = true;
     return false;
   }

@@ -33,7 +33,7 @@ class EntryPath {
 
   /// Leads the path from one entry on it, null for the beginning, to the next. True when the path
   /// was led to that one before, and nothing changed from `settled` on: then the rest of it stays.
-  /// `settled` is `kNowhere` where the path ended before.
+  /// `settled` is `kNowhere` where the path grows at its end: no entry after `to` is known then.
   bool Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled);
   /// Whether a step from one entry to the next comes to another block.
   bool Enters(const KeptEntry* from, const KeptEntry& to) const {

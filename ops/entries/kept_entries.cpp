@@ -85,14 +85,16 @@ KeptEntry& KeptEntries::Add(const EntryRecord& record, std::size_t head, std::si
   const TypeRule<DoublesRule> rule = DoublesRuleFor(record.type);
   if (!rule.rule || !added.IsComplete(*rule.rule)) return added;
   std::size_t size = 0;
+  bool is_whole = true;
   for (const Field field : rule.rule->group.compared) {
-    size += lacking[static_cast<std::size_t>(field)];
+    size += record[field].Text().size() + lacking[static_cast<std::size_t>(field)];
+    is_whole = is_whole && lacking[static_cast<std::size_t>(field)] == 0;
   }
-  if (size == 0) {
+  if (is_whole) {
     AddContent(added, record);
   } else {
-    added.least_size = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
-    lacking_.emplace(added.least_size, &added);
+    added.unread_size = static_cast<std::uint32_t>(size);
+    unread_.emplace(added.unread_size, &added);
   }
   return added;
 }
@@ -104,10 +106,10 @@ void KeptEntries::AddContent(KeptEntry& entry, const EntryRecord& record) const 
   entry.same_content->all.Add(entry);
 }
 
-/// Reads the values of which not all is known and which may have this size.
-void KeptEntries::ReadLacking(std::size_t size) const {
-  while (!lacking_.empty() && lacking_.begin()->first <= size) {
-    KeptEntry& entry = *lacking_.extract(lacking_.begin()).value().second;
+/// Reads the values of which not all is known, if they have this size.
+void KeptEntries::ReadLacking(std::uint32_t size) const {
+  for (auto at = unread_.lower_bound({size, nullptr}); at != unread_.end() && at->first == size;) {
+    KeptEntry& entry = *unread_.extract(at++).value().second;
     AddContent(entry, read_(entry));
   }
 }
@@ -145,7 +147,7 @@ void KeptEntries::RemoveFromIndexes(KeptEntry& entry) {
     if (entry.IsComplete(kDoublesRules[i])) (*same.complete)[i].Remove(entry);
   }
   if (entry.same_content) entry.same_content->all.Remove(entry);
-  lacking_.erase({entry.least_size, &entry});
+  unread_.erase({entry.unread_size, &entry});
 }
 
 /// The first entry of the list, from `offset` on, that is on the path.
@@ -168,7 +170,7 @@ const KeptEntry* KeptEntries::FirstEqual(const TypeRule<DoublesRule>& rule,
   if (!ComparesTags(rule.rule) || !values.Complete()) return nullptr;
   std::size_t size = 0;
   for (const std::string_view value : values.values) size += value.size();
-  ReadLacking(size);
+  ReadLacking(static_cast<std::uint32_t>(size));
   const SameContent* const found = by_content_.Find(ContentHash(rule.type, values));
   const KeptEntry* entry = found ? FirstVisible(found->all) : nullptr;
   for (; entry; entry = FirstVisible(found->all, entry->head + 1)) {

@@ -23,7 +23,7 @@
 
 namespace tarvel {
 
-/// The sizes of what a record lacks of each value, as far as they are known; 0 for a whole value.
+/// The sizes of what a record lacks of each value; 0 for a whole value.
 using LackingSizes = std::array<std::size_t, kFieldCount>;
 
 /// Entries that share something, in the order of the file. Nearly always it is just one.
@@ -115,8 +115,8 @@ class KeptEntries {
       : read_(std::move(read)), path_(entries_, block_size) {}
 
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head. It is
-  /// found when the path leads to it. Values that lack a part are read when one that may be as long
-  /// is searched for.
+  /// found when the path leads to it. Values that lack a part are read when some of the same size
+  /// are searched for.
   KeptEntry& Add(const EntryRecord& record, std::size_t head, std::size_t end,
                  const LackingSizes& lacking = {});
   /// Removes all entries whose heads stand at `begin` or after, but before `end`.
@@ -142,7 +142,7 @@ class KeptEntries {
  private:
   const KeptEntry* FirstVisible(const EntryList& list, std::size_t offset = 0) const;
   void AddContent(KeptEntry& entry, const EntryRecord& record) const;
-  void ReadLacking(std::size_t size) const;
+  void ReadLacking(std::uint32_t size) const;
   static void AddToIndexes(const KeptEntry& entry);
   void RemoveFromIndexes(KeptEntry& entry);
 
@@ -152,7 +152,7 @@ class KeptEntries {
   // Groups stay until the end, also those of entries that were removed: few are.
   GroupTable<SameKey> by_key_;
   mutable GroupTable<SameContent> by_content_;
-  mutable std::set<std::pair<std::size_t, KeptEntry*>> lacking_;  // by their least sizes
+  mutable std::set<std::pair<std::uint32_t, KeptEntry*>> unread_;  // by their sizes
 };
 
 }  // namespace tarvel

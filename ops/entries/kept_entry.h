@@ -35,12 +35,12 @@ struct SameContent;
 /// An entry of the new library. There is one for each entry, so it is kept small: its values are
 /// read again when another entry is compared with it.
 struct KeptEntry {
-  std::size_t head = 0;          // the offset of its first line
-  std::size_t end = 0;           // the offset of the line after its last
-  std::size_t next = 0;          // the next entry's head, or how far the lines before it were read
-  std::uint16_t present = 0;     // bit i: the tag of field i is present
-  bool on_path = false;          // for `EntryPath`
-  std::uint32_t least_size = 0;  // of the compared values at least, if their text is not read yet
+  std::size_t head = 0;           // the offset of its first line
+  std::size_t end = 0;            // the offset of the line after its last
+  std::size_t next = 0;           // the next entry's head, or how far the lines before it were read
+  std::uint16_t present = 0;      // bit i: the tag of field i is present
+  bool on_path = false;           // for `EntryPath`
+  std::uint32_t unread_size = 0;  // of the compared values mod 2^32, if their text is not read yet
   SameKey* same_key = nullptr;
   SameContent* same_content = nullptr;                    // null if one is missing or not read yet
   mutable std::unique_ptr<const KeptValues> values = {};  // null until they are asked for

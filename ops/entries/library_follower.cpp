@@ -65,7 +65,7 @@ void LibraryFollower::Forget(std::size_t begin, std::size_t end) {
 }
 
 /// Follows the path from an entry on it, null for the beginning, and reads what is not known yet.
-/// Nothing changed from `settled` on; `kNowhere` where the path ended before.
+/// Nothing changed from `settled` on; `kNowhere` where text was appended.
 void LibraryFollower::Follow(KeptEntry* entry, std::size_t settled) {
   EntryPath& path = entries_.Path();
   while (KeptEntry* const next = ReadNext(entry)) {
@@ -117,9 +117,10 @@ bool LibraryFollower::PassLines(Reading& reading) {
   reading.next = passed->line;
   reading.depth = passed->depth;
   reading.limit = passed->after_blank ? limits::kShortLine : limits::kContinuation;
-  if (!reading.page_ended) {
-    reading.lacking[static_cast<std::size_t>(reading.field)] += passed->size;
-  }
+  if (reading.page_ended || passed->size == 0) return true;
+  reading.lacking[static_cast<std::size_t>(reading.field)] +=
+      passed->size - (reading.at_line_break ? 0 : 1);
+  reading.at_line_break = true;
   return true;
 }
 

@@ -49,7 +49,7 @@ OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number
     }
     const std::size_t first = SkipContinuationBlanks(line.substr(0, size), 0);
     block.ends_blank = first == size;
-    if (!block.ends_blank) block.size += size - first - 1;
+    if (!block.ends_blank) block.size += size - first;  // a blank in place of the line feed
     block.end += size;
   }
   block.has_dash =

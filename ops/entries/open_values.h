@@ -19,7 +19,7 @@ class OpenValues {
     std::size_t line = 0;      // where the next line begins
     int depth = 0;             // of the braces there
     bool after_blank = false;  // the last line that was passed is blank
-    std::size_t size = 0;      // what the lines add to the value, without a blank for each break
+    std::size_t size = 0;      // what the lines add to the value, with a blank before each
   };
   /// Passes lines of `bytes`, from the one that begins at `line`, where `depth` braces are open.
   /// Passes whole blocks, as long as no line closes the value and no line is longer than 998 bytes,
@@ -39,7 +39,7 @@ class OpenValues {
     int lowest = 0;         // the lowest change on the way
     bool ends_blank = false;
     bool has_dash = false;
-    std::size_t size = 0;  // of the lines without the blanks that begin them
+    std::size_t size = 0;  // of the lines that are not blank, with one blank before each
     bool can_be_passed = false;
   };
   static Block BlockAt(std::string_view bytes, std::size_t number);

@@ -51,7 +51,7 @@ TEST(EntryPath, HoldsWhatEachEntryLeadsTo) {
   steps.Add(40, 360);
   steps.Add(350, 400);
   steps.Add(360, 410);
-  EXPECT_EQ(steps.Follow(nullptr, 10, EntryPath::kNowhere), 0U);
+  EXPECT_EQ(steps.Follow(nullptr, 10, 0), 0U);
   EXPECT_EQ(steps.Held(), (std::set<std::size_t>{10, 30, 350}));
   EXPECT_EQ(steps.path.SearchFrom(inside), 21U) << "the path goes on in this block";
   first.next = 20;
@@ -69,7 +69,7 @@ TEST(EntryPath, SaysWhereItJoinsTheOldOne) {
   steps.Add(20, 210);
   steps.Add(30, 210);
   steps.Add(210, 300);
-  steps.Follow(nullptr, 10, EntryPath::kNowhere);
+  steps.Follow(nullptr, 10, 0);
   first.next = 20;
   EXPECT_EQ(steps.Follow(&first, 10, 12), 210U);
   EXPECT_EQ(steps.Held(), (std::set<std::size_t>{10, 20, 210}));
@@ -104,7 +104,7 @@ TEST(EntryPath, HoldsWhatAWalkFromTheBeginningFinds) {
     for (std::size_t head = 0; head < 2000; ++head) {
       if (head == 0 || random() % 100 != 0) add(head);
     }
-    steps.Follow(nullptr, 0, EntryPath::kNowhere);
+    steps.Follow(nullptr, 0, 0);
     for (int change = 0; change < 20; ++change) {
       std::set<std::size_t> walked;
       for (std::size_t head = 0; plain.contains(head); head = plain[head]) walked.insert(head);

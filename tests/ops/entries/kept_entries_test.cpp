@@ -102,7 +102,7 @@ TEST(KeptEntries, FindOnlyThoseOnThePath) {
   for (const std::size_t head : {100U, 200U, 300U, 400U}) kept.Add(book, head);
   EntryPath& path = kept.entries.Path();
   kept.entries.At(100)->next = 300;
-  EXPECT_FALSE(path.Lead(kept.entries.At(100), *kept.entries.At(300), 250));
+  EXPECT_TRUE(path.Lead(kept.entries.At(100), *kept.entries.At(300), 250));
   EXPECT_EQ(entries.CountWithKey("k", kAll), 3U);
   EXPECT_EQ(entries.CountWithKey("k", 400), 2U);
   EXPECT_FALSE(path.Lead(nullptr, *kept.entries.At(400), 50));
@@ -139,18 +139,19 @@ TEST(KeptEntries, ReadAnEntryAgainOnlyOnce) {
   }
 }
 
-TEST(KeptEntries, ReadLongValuesOnlyForThoseThatMayBeEqual) {
+TEST(KeptEntries, ReadLongValuesOnlyForThoseOfTheirSize) {
   Kept kept;
   const TypeRule<DoublesRule> rule = DoublesRuleFor("BOOK");
   const EntryRecord whole = Book("k", "a long title");
   kept.records[100] = kept.records[200] = whole;
   LackingSizes lacking{};
-  lacking[static_cast<std::size_t>(Field::kTitle)] = 10;
+  lacking[static_cast<std::size_t>(Field::kTitle)] = whole[Field::kTitle].Text().size();
   kept.Add(Book("k", ""), 100, lacking);
   kept.Add(Book("k", ""), 200, lacking);
   EXPECT_EQ(kept.entries.FirstComplete("k", *rule.rule)->head, 100U) << "the title is present";
-  const EntryRecord shorter = Book("l", "T");
-  EXPECT_EQ(kept.entries.FirstEqual(rule, ComparedValuesOf(rule.rule->group, shorter)), nullptr);
+  for (const EntryRecord& other : {Book("l", "T"), Book("l", "another long title")}) {
+    EXPECT_EQ(kept.entries.FirstEqual(rule, ComparedValuesOf(rule.rule->group, other)), nullptr);
+  }
   EXPECT_EQ(kept.read, 0);
   kept.entries.Remove(100, 101);
   const ComparedValues values = ComparedValuesOf(rule.rule->group, whole);

@@ -179,8 +179,14 @@ TEST(LibraryFollower, KnowsThatAnEntryMayBeginAfterAnOpenValueThatReachesTheEnd)
 std::string ManyEntries(std::mt19937& random, std::size_t number) {
   std::string text;
   for (std::size_t i = 0; i < number; ++i) {
-    text += "@MISC{f" + std::to_string(random() % 50) + ",\n  note = {";
+    const std::string key = "{f" + std::to_string(random() % 50) + ",\n";
+    const bool has_pages = random() % 3 == 0;
+    text += has_pages
+                ? "@ARTICLE" + key + " journal = {j},\n volume = {1},\n year = {2},\n pages = {"
+                : "@MISC" + key + "  note = {";
+    if (random() % 8 == 0) text += '\n';
     for (std::size_t line = random() % 4; line > 0; --line) text += "n {m}\n\n";
+    if (has_pages && random() % 20 == 0) text += "-9\n";
     if (random() % 4 == 0) text += "\n@MISC{q,\n  note = {r},\n}\n{";
     if (random() % 300 == 0) text.append(random() % 1500, '{');
     if (random() % 300 == 0) text.append(random() % 1500, '}');

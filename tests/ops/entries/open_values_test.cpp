@@ -17,6 +17,7 @@ std::string Lines(std::mt19937& random, std::size_t size) {
     const std::size_t kind = random() % 60;
     if (kind == 0) text.append(random() % 4, '{');
     if (kind == 1) text.append(random() % 4, '}');
+    if (kind == 3 && random() % 4 == 0) text += "1-2";
     if (kind == 2 && random() % 8 == 0) text.append(998 + random() % 3, 'x');
     if (kind > 50) text += "  ";
     if (kind > 5) text += "{text}";
@@ -38,7 +39,8 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
   std::mt19937 random(3);
   std::size_t passed = 0;
   std::size_t stopped = 0;
-  for (int run = 0; run < 60; ++run) {
+  std::size_t dashes = 0;
+  for (int run = 0; run < 120; ++run) {
     std::string text = Lines(random, 30000);
     OpenValues values;
     for (int write = 0; write < 20; ++write) {
@@ -51,8 +53,12 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
       values.Forget(at, at + part.size());
       for (std::size_t line = 0; line < text.size(); line = text.find('\n', line) + 1) {
         const int before = 1 + static_cast<int>(random() % 6);
-        const auto offset = values.Pass(text, line, before);
+        const bool ends_at_dash = random() % 2 == 0;
+        const auto offset = values.Pass(text, line, before, ends_at_dash);
         if (!offset) continue;
+        const bool has_dash = text.find('-', line) < offset->line;
+        EXPECT_FALSE(ends_at_dash && has_dash);
+        if (has_dash) ++dashes;
         ++passed;
         if (offset->line < text.size()) ++stopped;
         int depth = before;
@@ -65,7 +71,8 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
         for (std::size_t from = line; from < offset->line; from = text.find('\n', from) + 1) {
           const std::size_t newline = text.find('\n', from);
           longest = std::max(longest, newline + 1 - from);
-          size += newline - std::min(newline, text.find_first_not_of(' ', from));
+          const std::size_t first = text.find_first_not_of(' ', from);
+          if (first < newline) size += 1 + newline - first;
         }
         EXPECT_EQ(offset->size, size);
         EXPECT_LE(longest, 998U);
@@ -73,6 +80,7 @@ TEST(OpenValues, PassLinesThatLeaveTheValueOpenAlsoAfterWrites) {
     }
   }
   EXPECT_GT(passed, 1000U);
+  EXPECT_GT(dashes, 100U);
   EXPECT_GT(stopped, 1000U);
 }
 
