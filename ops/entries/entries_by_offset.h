@@ -11,10 +11,11 @@
 namespace tarvel {
 
 /// The entries of a file, found by their offsets. An `Entry` has two offsets, `head` and `end`,
-/// which must differ. The address of an entry does not change.
+/// which must differ. The address of an entry does not change; that of a removed one is not used
+/// again, and its `end` is its `head`.
 ///
-/// Nearly all entries of a growing library are added in the order of the file. Those are in a list,
-/// which takes a third of the memory of a map. Removing an entry leaves an empty one in the list.
+/// Nearly all entries of a growing library are added in the order of the file. A list of them takes
+/// a third of the memory of a map.
 template <typename Entry>
 class EntriesByOffset {
  public:
@@ -22,8 +23,8 @@ class EntriesByOffset {
   Entry& Add(Entry entry) {
     const std::size_t head = entry.head;
     const bool is_last = in_order_.empty() || in_order_.back().head < head;
-    return is_last ? in_order_.emplace_back(std::move(entry))
-                   : others_.emplace(head, std::move(entry)).first->second;
+    if (is_last) return in_order_.emplace_back(std::move(entry));
+    return *others_.emplace(head, &out_of_order_.emplace_back(std::move(entry))).first->second;
   }
 
   /// Removes the entries whose heads stand at `begin` or after, but before `end`; calls `removed`
@@ -37,7 +38,10 @@ class EntriesByOffset {
     }
     const auto first = others_.lower_bound(begin);
     auto next = first;
-    for (; next != others_.end() && next->first < end; ++next) removed(next->second);
+    for (; next != others_.end() && next->first < end; ++next) {
+      removed(*next->second);
+      *next->second = Entry{next->first, next->first};
+    }
     others_.erase(first, next);
   }
 
@@ -49,7 +53,7 @@ class EntriesByOffset {
     }
     if (others_.empty() || others_.rbegin()->first < head) return nullptr;
     const auto other = others_.find(head);
-    return other == others_.end() ? nullptr : &other->second;
+    return other == others_.end() ? nullptr : other->second;
   }
 
   /// Calls `visit` with each entry whose head stands at `begin` or after, but before `end`, in any
@@ -62,7 +66,7 @@ class EntriesByOffset {
       }
     }
     for (auto at = others_.lower_bound(begin); at != others_.end() && at->first < end; ++at) {
-      visit(at->second);
+      visit(*at->second);
     }
   }
 
@@ -74,7 +78,7 @@ class EntriesByOffset {
       return std::prev(listed)->head;
     }
     const auto other = others_.lower_bound(offset);
-    const bool holds = other != others_.begin() && std::prev(other)->second.end > offset;
+    const bool holds = other != others_.begin() && std::prev(other)->second->end > offset;
     return holds ? std::prev(other)->first : offset;
   }
 
@@ -87,7 +91,8 @@ class EntriesByOffset {
   }
 
   std::deque<Entry> in_order_;
-  std::map<std::size_t, Entry> others_;  // those that were added out of order, by head
+  std::deque<Entry> out_of_order_;
+  std::map<std::size_t, Entry*> others_;  // those of `out_of_order_`, by head
 };
 
 }  // namespace tarvel

@@ -10,9 +10,16 @@ EntryPath::Block& EntryPath::BlockAt(std::size_t number) {
   return blocks_[number];
 }
 
-/// The entry to which this one leads, if it is known and in the same block.
-KeptEntry* EntryPath::NextInBlock(const KeptEntry& entry) {
-  return NumberOf(entry.next) == NumberOf(entry.head) ? entries_.Find(entry.next) : nullptr;
+KeptEntry* EntryPath::Following(KeptEntry& entry) {
+  const KeptEntry* const last = entry.following;
+  const bool is_same = last && last->head == entry.next && last->end != last->head;
+  if (!is_same) entry.following = entries_.Find(entry.next);
+  return entry.following;
+}
+
+/// The same if it is in the same block.
+KeptEntry* EntryPath::NextInBlock(KeptEntry& entry) {
+  return NumberOf(entry.next) == NumberOf(entry.head) ? Following(entry) : nullptr;
 }
 
 bool EntryPath::Holds(const KeptEntry& entry) {
@@ -47,13 +54,17 @@ bool EntryPath::Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled) 
   const std::size_t begin = from ? from->head + 1 : 0;
   std::size_t entered = from ? NumberOf(from->head) + 1 : 0;
   if (entered > number) {
-    if (!blocks_[number].is_marked) return false;
+    Block& block = blocks_[number];
+    if (!block.is_marked) return false;
     if (settled != kNowhere) LeaveOut(begin, to.head);
     if (to.on_path) return true;  // it did not change: a new entry is not on the path yet
     to.on_path = true;
+    block.is_marked = to.head < settled;  // many may follow that were left out before
     return false;
   }
-  if (settled != kNowhere) LeaveOut(begin, entered * block_size_);
+  if (from && settled != kNowhere && blocks_[entered - 1].is_marked) {
+    LeaveOut(begin, entered * block_size_);
+  }
   for (; entered <= number; ++entered) {
     Block& block = blocks_[entered];
     const bool stays = block.first == to.head && entered * block_size_ >= settled;
@@ -66,8 +77,10 @@ bool EntryPath::Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled) 
   return false;
 }
 
-KeptEntry& EntryPath::LastFrom(KeptEntry& first) {
-  std::vector<Passage>& passages = BlockAt(NumberOf(first.head)).passages;
+KeptEntry& EntryPath::GoOnFrom(KeptEntry& first) {
+  Block& block = BlockAt(NumberOf(first.head));
+  if (block.is_marked) return first;
+  std::vector<Passage>& passages = block.passages;
   auto found = std::find_if(passages.begin(), passages.end(),
                             [&](const Passage& passage) { return passage.head == first.head; });
   if (found == passages.end()) found = passages.insert(found, {first.head, &first});

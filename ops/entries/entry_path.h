@@ -35,12 +35,11 @@ class EntryPath {
   /// was led to that one before, and nothing changed from `settled` on: then the rest of it stays.
   /// `settled` is `kNowhere` where the path grows at its end: no entry after `to` is known then.
   bool Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled);
-  /// Whether a step from one entry to the next comes to another block.
-  bool Enters(const KeptEntry* from, const KeptEntry& to) const {
-    return !from || NumberOf(from->head) != NumberOf(to.head);
-  }
-  /// The last entry in the block of `first` at which a path that enters the block there arrives.
-  KeptEntry& LastFrom(KeptEntry& first);
+  /// The entry to which this one leads; null if it is not known.
+  KeptEntry* Following(KeptEntry& entry);
+  /// An entry that the path from `first`, to which it was led, comes to: the last in its block, or
+  /// `first` itself where the steps in the block must be led one by one.
+  KeptEntry& GoOnFrom(KeptEntry& first);
   /// Ends the path at an entry, null for the beginning.
   void End(const KeptEntry* last);
 
@@ -66,7 +65,7 @@ class EntryPath {
 
   std::size_t NumberOf(std::size_t offset) const { return offset / block_size_; }
   Block& BlockAt(std::size_t number);
-  KeptEntry* NextInBlock(const KeptEntry& entry);
+  KeptEntry* NextInBlock(KeptEntry& entry);
   void Mark(std::size_t number);
   void LeaveOut(std::size_t begin, std::size_t end);
 

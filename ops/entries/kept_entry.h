@@ -41,6 +41,7 @@ struct KeptEntry {
   std::uint16_t present = 0;      // bit i: the tag of field i is present
   bool on_path = false;           // for `EntryPath`
   std::uint32_t unread_size = 0;  // of the compared values mod 2^32, if their text is not read yet
+  KeptEntry* following = nullptr;  // the one at `next`, when it was last looked up
   SameKey* same_key = nullptr;
   SameContent* same_content = nullptr;                    // null if one is missing or not read yet
   mutable std::unique_ptr<const KeptValues> values = {};  // null until they are asked for

@@ -70,7 +70,7 @@ void LibraryFollower::Follow(KeptEntry* entry, std::size_t settled) {
   EntryPath& path = entries_.Path();
   while (KeptEntry* const next = ReadNext(entry)) {
     if (path.Lead(entry, *next, settled)) return;
-    entry = path.Enters(entry, *next) ? &path.LastFrom(*next) : next;
+    entry = &path.GoOnFrom(*next);
   }
   if (settled != EntryPath::kNowhere) path.End(entry);
   last_ = entry;
@@ -84,7 +84,8 @@ std::size_t& LibraryFollower::NextOf(KeptEntry* entry) { return entry ? entry->n
 KeptEntry* LibraryFollower::ReadNext(KeptEntry* entry) {
   std::size_t& next = NextOf(entry);
   while (true) {
-    if (KeptEntry* const known = entries_.At(next)) return known;
+    KeptEntry* const known = entry ? entries_.Path().Following(*entry) : entries_.At(next);
+    if (known) return known;
     const auto text = library_.ReadLine(next, limits::kPairLine);
     if (!text) return nullptr;
     if (Line line(*text); IsKnownEntry(line)) return ReadEntry(next);

@@ -149,6 +149,21 @@ def conflicts_whose_values_close_later(n):
     return conflicts_that_open_values(n, between="@misc{z#,\n note = {#}}}}}}}}},\n}\n")
 
 
+def conflicts_that_switch_between_two_readings(n):
+    """Each filler ends a value that was opened two fillers before, and opens another, so that every
+    second one is an entry. Which of them are depends on the copy of a conflict before them."""
+    fillers = "".join(f"@misc{{p{i:05},\n }}}}}}}} note = {{{{{{{{\n}}\n" for i in range(n))
+    pairs = "".join(f"@misc{{k,\n note = {{{{{{{{c{i:05}{'x' * 36}\n}}\n}}}}}}}},\n}}\n"
+                    f"@misc{{k,\n note = {{d{i:05}}},\n}}\n" for i in range(n))
+    return "@misc{k,\n note = {first},\n}\n" + fillers + pairs
+
+
+def conflicts_with_pages_that_close_late(n):
+    library = conflicts_whose_values_close_late(n).replace(
+        "@misc{k,\n note", "@article{k,\n journal = {j},\n volume = {1},\n year = {2},\n pages")
+    return library.replace("@misc{z,\n note", "@article{z,\n pages")
+
+
 def unknown_tags(n):
     return "@misc{k,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
 
@@ -188,6 +203,8 @@ SHAPES = (
     (conflicts_that_open_values, 2000, ("clean-doubles", "clean-tags", "text")),
     (conflicts_whose_values_close_late, 1500, ("clean-doubles",)),
     (conflicts_whose_values_close_later, 1500, ("clean-doubles",)),
+    (conflicts_that_switch_between_two_readings, 2000, ("clean-doubles",)),
+    (conflicts_with_pages_that_close_late, 1500, ("clean-doubles",)),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),

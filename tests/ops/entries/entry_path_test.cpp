@@ -28,7 +28,7 @@ struct Steps {
     KeptEntry* next = entries.Find(from ? from->next : first);
     while (next) {
       if (path.Lead(from, *next, settled)) return next->head;
-      from = path.Enters(from, *next) ? &path.LastFrom(*next) : next;
+      from = &path.GoOnFrom(*next);
       next = entries.Find(from->next);
     }
     path.End(from);

@@ -175,6 +175,43 @@ TEST(LibraryFollower, KnowsThatAnEntryMayBeginAfterAnOpenValueThatReachesTheEnd)
   followed.Check();
 }
 
+TEST(LibraryFollower, KnowsTheSizeOfAValueThatBeginsWhereLinesArePassed) {
+  constexpr std::size_t kPassed = 4096;  // lines are passed from multiples of it on
+  const std::string begin = "@MISC{a,\n  note = {\n";
+  std::string value;
+  while (value.size() < 2 * kPassed) value += "line\n";
+  for (const std::size_t shift : {0U, 1U}) {
+    Followed followed;
+    followed.Write(followed.library.Size(),
+                   std::string(kPassed - begin.size() - kHeader.size() - 1 + shift, '#') + "\n");
+    followed.Write(followed.library.Size(), begin + value + "}\n}\n");
+    ASSERT_NE(followed.follower.Entries().FirstWithKey("a"), nullptr);
+    followed.Check();
+  }
+}
+
+TEST(LibraryFollower, ForgetsTheEntryInsideAnotherWhoseEndIsReplaced) {
+  Followed followed;
+  const std::string opens = "@MISC{o,\n  note = {\n";
+  const std::string text(opens.size() - 1, '#');
+  followed.Write(followed.library.Size(), kMisc);
+  const std::size_t first = followed.library.Size();
+  followed.Write(first, text + "\n");
+  const std::size_t inner = followed.library.Size();
+  // Its last lines are text after the entry 'o', which ends at the first "}" line.
+  followed.Write(inner, "@MISC{h,\n}} note = {{{\n}\n");
+  const std::size_t end = followed.library.Size();
+  followed.Write(end, "x}}\n}\n" + kMisc);
+  EXPECT_NE(followed.follower.Entries().FirstWithKey("h"), nullptr);
+  followed.Write(first, opens);
+  EXPECT_EQ(followed.follower.Entries().FirstWithKey("h"), nullptr);
+  followed.Check();
+  followed.Write(end, "}\n@MISC{p,\n}\n");
+  followed.Check();
+  followed.Write(first, text + "\n");
+  followed.Check();
+}
+
 /// Libraries of many short lines, whose values are passed by blocks.
 std::string ManyEntries(std::mt19937& random, std::size_t number) {
   std::string text;
