@@ -36,7 +36,7 @@ std::size_t EntryPath::SearchFrom(const KeptEntry& entry) const {
 void EntryPath::Mark(std::size_t number) {
   Block& block = blocks_[number];
   block.is_marked = true;
-  LeaveOut(number * block_size_, (number + 1) * block_size_);
+  LeaveOut(BeginOf(number), BeginOf(number + 1));
   if (NumberOf(block.first) != number) return;
   for (KeptEntry* entry = entries_.Find(block.first); entry; entry = NextInBlock(*entry)) {
     entry->on_path = true;
@@ -63,11 +63,11 @@ bool EntryPath::Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled) 
     return false;
   }
   if (from && settled != kNowhere && blocks_[entered - 1].is_marked) {
-    LeaveOut(begin, entered * block_size_);
+    LeaveOut(begin, BeginOf(entered));
   }
   for (; entered <= number; ++entered) {
     Block& block = blocks_[entered];
-    const bool stays = block.first == to.head && entered * block_size_ >= settled;
+    const bool stays = block.first == to.head && BeginOf(entered) >= settled;
     if (stays && entered == number) return true;
     if (stays) continue;
     block.first = to.head;
@@ -91,7 +91,7 @@ KeptEntry& EntryPath::GoOnFrom(KeptEntry& first) {
 void EntryPath::End(const KeptEntry* last) {
   const std::size_t begin = last ? last->head + 1 : 0;
   const std::size_t after = last ? NumberOf(last->head) + 1 : 0;
-  LeaveOut(begin, after * block_size_);
+  LeaveOut(begin, BeginOf(after));
   for (std::size_t number = after; number < blocks_.size(); ++number) {
     blocks_[number].first = kNowhere;
     blocks_[number].is_marked = false;
@@ -113,7 +113,7 @@ std::vector<KeptEntry*> EntryPath::TakeReaching(std::size_t offset) {
     if (block.reach <= offset) continue;
     block.passages.clear();
     block.reach = 0;
-    entries_.ForEach(number * block_size_, (number + 1) * block_size_, [&](KeptEntry& entry) {
+    entries_.ForEach(BeginOf(number), BeginOf(number + 1), [&](KeptEntry& entry) {
       const bool reaches = entry.head < offset && entry.next > offset;
       if (reaches) reaching.push_back(&entry);
       block.reach = std::max(block.reach, reaches ? offset : entry.next);

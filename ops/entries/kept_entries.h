@@ -110,9 +110,9 @@ class KeptEntries {
   /// Reads an entry of the library again.
   using ReadEntry = std::function<EntryRecord(const KeptEntry& entry)>;
 
-  /// `read` must return the record with which the entry was added. `block_size`: of the path.
-  explicit KeptEntries(ReadEntry read, std::size_t block_size = EntryPath::kBlockSize)
-      : read_(std::move(read)), path_(entries_, block_size) {}
+  /// `read` must return the record with which the entry was added. `block_bits`: of the path.
+  explicit KeptEntries(ReadEntry read, unsigned block_bits = EntryPath::kBlockBits)
+      : read_(std::move(read)), path_(entries_, block_bits) {}
 
   /// Adds an entry, which stands from `head` to `end`; there is none yet with the same head. It is
   /// found when the path leads to it. Values that lack a part are read when some of the same size

@@ -9,10 +9,10 @@
 
 namespace tarvel {
 
-LibraryFollower::LibraryFollower(GrowingLibrary& library, std::size_t block_size)
+LibraryFollower::LibraryFollower(GrowingLibrary& library, unsigned block_bits)
     : library_(library),
       tags_(kDoublesTagNames),
-      entries_([this](const KeptEntry& entry) { return RecordOf(entry); }, block_size) {
+      entries_([this](const KeptEntry& entry) { return RecordOf(entry); }, block_bits) {
   Follow(nullptr, EntryPath::kNowhere);
 }
 
@@ -118,10 +118,9 @@ bool LibraryFollower::PassLines(Reading& reading) {
   reading.next = passed->line;
   reading.depth = passed->depth;
   reading.limit = passed->after_blank ? limits::kShortLine : limits::kContinuation;
-  if (reading.page_ended || passed->size == 0) return true;
-  reading.lacking[static_cast<std::size_t>(reading.field)] +=
-      passed->size - (reading.at_line_break ? 0 : 1);
-  reading.at_line_break = true;
+  if (!reading.page_ended) {
+    reading.lacking[static_cast<std::size_t>(reading.field)] += passed->size;
+  }
   return true;
 }
 

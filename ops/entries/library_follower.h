@@ -21,9 +21,9 @@ namespace tarvel {
 /// stand inside others are not found, but stay known, as a later write may lead back to them.
 class LibraryFollower {
  public:
-  /// Follows `library`, which must outlive it; only its header may have been written. `block_size`:
+  /// Follows `library`, which must outlive it; only its header may have been written. `block_bits`:
   /// of the path.
-  explicit LibraryFollower(GrowingLibrary& library, std::size_t block_size = EntryPath::kBlockSize);
+  explicit LibraryFollower(GrowingLibrary& library, unsigned block_bits = EntryPath::kBlockBits);
 
   /// Appends text. All texts but the last end with a line feed.
   void Append(std::string_view text);

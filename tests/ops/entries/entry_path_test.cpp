@@ -11,12 +11,12 @@
 namespace tarvel {
 namespace {
 
-constexpr std::size_t kBlock = 100;
+constexpr unsigned kBlockBits = 6;
 
 /// Entries, each of which leads to the next, and the path among them.
 struct Steps {
   EntriesByOffset<KeptEntry> entries;
-  EntryPath path{entries, kBlock};
+  EntryPath path{entries, kBlockBits};
 
   KeptEntry& Add(std::size_t head, std::size_t next) {
     KeptEntry& added = entries.Add({head, head + 1, next});
