@@ -13,9 +13,9 @@ namespace tarvel {
 /// the one that is found after it; the path is the chain of these from the first.
 ///
 /// A write in the middle of a file can lead the path to other entries up to the end, and the next
-/// write back. To switch without a step for each entry, the file is divided into blocks. For each
-/// block it is known where the path enters it, and which entry a path that enters there leaves
-/// last.
+/// write back. To switch without a step for each entry, the file is divided into blocks. Each block
+/// knows where the path enters it, and for each entry at which a path has entered it, the last
+/// entry of that path in the block.
 class EntryPath {
  public:
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
@@ -28,8 +28,8 @@ class EntryPath {
 
   /// Whether the path leads to the entry.
   bool Holds(const KeptEntry& entry);
-  /// Where to search on for an entry on the path, after one that is not: an offset after its head
-  /// that passes none; `kNowhere` if none follows.
+  /// For an entry that is not on the path: the offset after its head from which to search for the
+  /// next entry that is; `kNowhere` if there is none.
   std::size_t SearchFrom(const KeptEntry& entry) const;
 
   /// Leads the path from an entry on it, null for the beginning, to the next. Nothing has changed
@@ -39,8 +39,8 @@ class EntryPath {
   bool Lead(const KeptEntry* from, KeptEntry& to, std::size_t settled);
   /// The entry to which this one leads; null if it is not known.
   KeptEntry* Following(KeptEntry& entry);
-  /// The entry from which to lead on, after the path was led to `first`: the last one of the path
-  /// in this block, or `first` where the entries of the block are marked one by one.
+  /// The entry from which to continue after `Lead` to `first`: the last one of the path in this
+  /// block, or `first` itself where the entries of the block are marked one by one.
   KeptEntry& GoOnFrom(KeptEntry& first);
   /// Ends the path at an entry, null for the beginning.
   void End(const KeptEntry* last);
@@ -54,7 +54,7 @@ class EntryPath {
   void Forget(std::size_t begin, std::size_t end);
 
  private:
-  /// The way of a path through a block.
+  /// A path through a block.
   struct Passage {
     std::size_t head;  // of the entry at which the path enters the block
     KeptEntry* last;   // before it leaves the block

@@ -110,7 +110,8 @@ class KeptEntries {
   /// Reads an entry of the library again.
   using ReadEntry = std::function<EntryRecord(const KeptEntry& entry)>;
 
-  /// `read` must return the record with which the entry was added. `block_bits`: of the path.
+  /// `read` must return the record with which the entry was added. The path has blocks of
+  /// 2^`block_bits` bytes.
   explicit KeptEntries(ReadEntry read, unsigned block_bits = EntryPath::kBlockBits)
       : read_(std::move(read)), path_(entries_, block_bits) {}
 

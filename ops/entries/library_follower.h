@@ -21,8 +21,8 @@ namespace tarvel {
 /// stand inside others are not found, but stay known, as a later write may lead back to them.
 class LibraryFollower {
  public:
-  /// Follows `library`, which must outlive it; only its header may have been written. `block_bits`:
-  /// of the path.
+  /// Follows `library`, which must outlive it; only its header may have been written. The path
+  /// among its entries has blocks of 2^`block_bits` bytes.
   explicit LibraryFollower(GrowingLibrary& library, unsigned block_bits = EntryPath::kBlockBits);
 
   /// Appends text. All texts but the last end with a line feed.
