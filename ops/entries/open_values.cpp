@@ -10,27 +10,73 @@ namespace tarvel {
 
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{1} << 12;
+constexpr std::size_t kBlockSize = std::size_t{1} << 10;
+constexpr std::size_t kBlocksInNext = 16;  // of a level, in a block of the next
 constexpr std::size_t kLongest = limits::kShortLine - 2;
+static_assert(kLongest < kBlockSize);  // so a line begins in each block
+
+/// Whether the line is the first that begins in its block.
+bool BeginsBlock(std::string_view bytes, std::size_t line) {
+  const std::size_t begin = line - line % kBlockSize;
+  if (begin == 0) return line == 0;
+  return bytes.substr(begin - 1, line - begin).find('\n') == std::string_view::npos;
+}
 
 }  // namespace
 
 std::optional<OpenValues::Passed> OpenValues::Pass(std::string_view bytes, std::size_t line,
                                                    int depth, bool ends_at_dash) {
-  if (line % kBlockSize > kLongest) return std::nullopt;  // not the first line of a block
+  if (!BeginsBlock(bytes, line)) return std::nullopt;
   Passed passed{line, depth};
-  for (std::size_t number = line / kBlockSize; passed.line < bytes.size(); ++number) {
-    if (number >= blocks_.size()) blocks_.resize(number + 1);
-    if (!blocks_[number]) blocks_[number] = BlockAt(bytes, number);
-    const Block& block = *blocks_[number];
-    const bool passes = block.can_be_passed && block.begin == passed.line;
-    if (!passes || passed.depth + block.lowest <= 0 || (ends_at_dash && block.has_dash)) break;
-    passed = {block.end, passed.depth + block.change, block.ends_blank, passed.size + block.size};
+  std::size_t level = 0;
+  std::size_t number = line / kBlockSize;
+  while (passed.line < bytes.size()) {
+    const Block& block = BlockAt(bytes, level, number);
+    const bool ends = passed.depth + block.lowest <= 0 || (ends_at_dash && block.has_dash);
+    if (block.can_be_passed && !ends) {
+      passed = {block.end, passed.depth + block.change, block.ends_blank, passed.size + block.size};
+      for (++number; number % kBlocksInNext == 0 && level + 1 < levels_.size(); ++level) {
+        number /= kBlocksInNext;
+      }
+    } else if (level > 0) {  // perhaps its first blocks can be passed
+      --level;
+      number *= kBlocksInNext;
+    } else {
+      break;
+    }
   }
   return passed.line > line ? std::optional(passed) : std::nullopt;
 }
 
-OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number) {
+const OpenValues::Block& OpenValues::BlockAt(std::string_view bytes, std::size_t level,
+                                             std::size_t number) {
+  std::vector<std::optional<Block>>& blocks = levels_[level];
+  if (number >= blocks.size()) blocks.resize(number + 1);
+  if (!blocks[number]) {
+    blocks[number] = level == 0 ? ReadBlock(bytes, number)
+                                : JoinBlocks(bytes, level - 1, number * kBlocksInNext);
+  }
+  return *blocks[number];
+}
+
+/// Joins the blocks of a level from number `first` on to one of the next level.
+OpenValues::Block OpenValues::JoinBlocks(std::string_view bytes, std::size_t level,
+                                         std::size_t first) {
+  Block joined = BlockAt(bytes, level, first);
+  for (std::size_t i = 1; i < kBlocksInNext && joined.can_be_passed; ++i) {
+    const Block& next = BlockAt(bytes, level, first + i);
+    joined.lowest = std::min(joined.lowest, joined.change + next.lowest);
+    joined.change += next.change;
+    joined.end = next.end;
+    joined.size += next.size;
+    joined.ends_blank = next.ends_blank;
+    joined.has_dash = joined.has_dash || next.has_dash;
+    joined.can_be_passed = next.can_be_passed;
+  }
+  return joined;
+}
+
+OpenValues::Block OpenValues::ReadBlock(std::string_view bytes, std::size_t number) {
   const std::size_t begin = number * kBlockSize;
   Block block;
   if (begin > 0) {
@@ -60,9 +106,15 @@ OpenValues::Block OpenValues::BlockAt(std::string_view bytes, std::size_t number
 
 /// A block's last line may begin up to `kLongest` bytes before the new ones.
 void OpenValues::Forget(std::size_t begin, std::size_t end) {
-  const std::size_t first = (begin - std::min(begin, kLongest)) / kBlockSize;
-  const std::size_t last = std::min(end / kBlockSize + 1, blocks_.size());
-  for (std::size_t number = first; number < last; ++number) blocks_[number].reset();
+  std::size_t first = (begin - std::min(begin, kLongest)) / kBlockSize;
+  std::size_t last = end / kBlockSize;
+  for (std::vector<std::optional<Block>>& blocks : levels_) {
+    for (std::size_t number = first; number <= last && number < blocks.size(); ++number) {
+      blocks[number].reset();
+    }
+    first /= kBlocksInNext;
+    last /= kBlocksInNext;
+  }
 }
 
 }  // namespace tarvel

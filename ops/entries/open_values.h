@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -9,9 +10,9 @@
 namespace tarvel {
 
 /// Follows a value whose closing brace is far away, without reading its bytes again: notes for each
-/// block of 4 KiB of a growing file how its lines change the depth of the braces. Without this,
-/// values that never close would be read to the end of the file once for every entry that begins
-/// one.
+/// block of 1 KiB of a growing file how its lines change the depth of the braces, and the same for
+/// 16, 256 and 4096 blocks together. Without this, values that never close would be read to the end
+/// of the file once for every entry that begins one.
 class OpenValues {
  public:
   /// How far lines were passed, and what is known there.
@@ -42,9 +43,12 @@ class OpenValues {
     std::size_t size = 0;  // of the lines that are not blank, with one blank before each
     bool can_be_passed = false;
   };
-  static Block BlockAt(std::string_view bytes, std::size_t number);
+  const Block& BlockAt(std::string_view bytes, std::size_t level, std::size_t number);
+  static Block ReadBlock(std::string_view bytes, std::size_t number);
+  Block JoinBlocks(std::string_view bytes, std::size_t level, std::size_t first);
 
-  std::vector<std::optional<Block>> blocks_;
+  // The blocks that were asked for; on each level those that make one of the next.
+  std::array<std::vector<std::optional<Block>>, 4> levels_;
 };
 
 }  // namespace tarvel

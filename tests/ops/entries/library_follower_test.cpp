@@ -175,7 +175,7 @@ TEST(LibraryFollower, KnowsThatAnEntryMayBeginAfterAnOpenValueThatReachesTheEnd)
 }
 
 TEST(LibraryFollower, KnowsTheSizeOfAValueThatBeginsWhereLinesArePassed) {
-  constexpr std::size_t kPassed = 4096;  // lines are passed from multiples of it on
+  constexpr std::size_t kPassed = 1024;  // lines are passed from multiples of it on
   const std::string begin = "@MISC{a,\n  note = {\n";
   std::string value;
   while (value.size() < 2 * kPassed) value += "line\n";
