@@ -3,7 +3,9 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "core/line_stream.h"
@@ -13,7 +15,7 @@ namespace tarvel {
 
 /// Reads entries of which each may begin inside the one read before: an entry's tags can go on
 /// after the offset where its copy ends, as in a library whose entries close with "} title". As
-/// soon as a reading comes to a line that the one before it also read, it takes over what that one
+/// soon as a reading comes to a line that an earlier one also read, it takes over what that one
 /// found from there on, so that no line is read many times. Values that go on over the entries
 /// after them are looked up, not read again.
 class OverlappingReader {
@@ -27,24 +29,32 @@ class OverlappingReader {
   const EntryRecord& Entry() const { return records_[current_]; }
   /// Whether that entry was ended by the line that ends at `offset`, not by the end of the file.
   bool ClosedAt(std::size_t offset) const {
-    return end_ == EntryLineEnd::kClosed && end_offset_ == offset;
+    return rest_.end == EntryLineEnd::kClosed && rest_.end_offset == offset;
   }
 
  private:
-  void Remember(std::size_t offset);
-  bool Joins(std::size_t offset);
-  void TakeRest(std::size_t offset);
+  /// What reading on from a line gives: where the last line of each field begins, 0 for a field
+  /// that no line fills, and what ends the entry.
+  struct Rest {
+    std::array<std::size_t, kFieldCount> fields{};
+    EntryLineEnd end = EntryLineEnd::kClosed;
+    std::size_t end_offset = 0;
+  };
+
+  void KeepLines(std::size_t from);
+  void TakeRest(LineStream& input);
 
   TagReader tags_;
   LongValues long_values_;
   std::array<EntryRecord, 2> records_;  // of the last entry and the one before it
   std::size_t current_ = 0;
-  // Where lines of the last reading begin, the last line first: those that were passed are removed
-  // from the back.
+  // Of the last reading: where its lines begin, up to one that was known, and the rest from there.
   std::vector<std::size_t> lines_;
-  std::vector<std::size_t> new_lines_;
-  EntryLineEnd end_ = EntryLineEnd::kClosed;
-  std::size_t end_offset_ = 0;
+  Rest rest_;
+  // Of the earlier ones, by the offsets of lines: numbers of `rests_`.
+  std::unordered_map<std::size_t, std::uint32_t> known_;
+  std::vector<Rest> rests_;
+  std::size_t farthest_ = 0;  // of their ends
 };
 
 }  // namespace tarvel
