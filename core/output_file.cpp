@@ -16,6 +16,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::Flush() {
   if (error_.empty() && used_ != 0) error_ = sink_->Write({buffer_.get(), used_});
+  flushed_ += used_;
   used_ = 0;
 }
 
@@ -24,8 +25,9 @@ void OutputFile::WriteLarge(std::string_view bytes) {
   Flush();
   if (bytes.size() <= kBufferSize) {
     Append(bytes);
-  } else if (error_.empty()) {  // a run on a full disk ends soon
-    error_ = sink_->Write(bytes);
+  } else {
+    if (error_.empty()) error_ = sink_->Write(bytes);  // a run on a full disk ends soon
+    flushed_ += bytes.size();
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -59,6 +60,8 @@ class OutputFile {
 
   /// Whether what is written is kept; if not, it need not be composed.
   bool IsKept() const { return sink_ && sink_->IsKept(); }
+  /// How many bytes were written so far, whether they arrived or not.
+  std::uint64_t Written() const { return flushed_ + used_; }
   const std::string& Path() const { return path_; }
   /// Why a write or the closing failed; empty when nothing did.
   const std::string& Error() const { return error_; }
@@ -78,6 +81,7 @@ class OutputFile {
   std::string path_;
   std::unique_ptr<char[]> buffer_;
   std::size_t used_ = 0;  // bytes of the buffer
+  std::uint64_t flushed_ = 0;
   std::string error_;
 };
 

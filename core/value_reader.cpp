@@ -13,21 +13,6 @@ bool IsContinuationBlank(char byte) {
   return code <= ' ' && code != 0;
 }
 
-/// Puts the next line of the stream in place of everything from `at` on, and again while it is
-/// blank to its end; returns the offset of its first byte that is not blank, or npos at the end of
-/// the file.
-std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::size_t limit) {
-  for (;; limit = limits::kShortLine) {
-    const auto next = stream.ReadLine(limit);
-    if (!next) return std::string_view::npos;
-    std::string& text = line.Edit();
-    text.resize(at);
-    text.append(*next);
-    const std::size_t start = SkipContinuationBlanks(text, at);
-    if (start < text.size()) return start;
-  }
-}
-
 }  // namespace
 
 std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from) {
@@ -43,6 +28,18 @@ std::size_t FindValueStop(std::string_view text, std::size_t from, int& depth) {
     if (depth == 0 && text[from] == '}') break;
   }
   return from;
+}
+
+std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::size_t limit) {
+  for (;; limit = limits::kShortLine) {
+    const auto next = stream.ReadLine(limit);
+    if (!next) return std::string_view::npos;
+    std::string& text = line.Edit();
+    text.resize(at);
+    text.append(*next);
+    const std::size_t start = SkipContinuationBlanks(text, at);
+    if (start < text.size()) return start;
+  }
 }
 
 bool ReadFieldValue(Line& line, LineStream& stream, std::string& value) {

@@ -19,6 +19,11 @@ std::size_t SkipContinuationBlanks(std::string_view text, std::size_t from);
 /// number of braces that are open there, 0 for that "}".
 std::size_t FindValueStop(std::string_view text, std::size_t from, int& depth);
 
+/// Puts the next line of the stream, read with `limit`, in place of everything from `at` on, and
+/// again while it is blank to its end, with the limit 1,000. Returns the offset of its first byte
+/// that is not blank, or npos at the end of the file.
+std::size_t ContinueLine(Line& line, LineStream& stream, std::size_t at, std::size_t limit);
+
 /// Reads the value after the first "{" of `line` into `value`, across lines as needed; returns true
 /// when it was read whole.
 ///

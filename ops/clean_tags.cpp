@@ -3,6 +3,8 @@
 // for removal, each in one normal form.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +15,7 @@
 #include "core/text_primitives.h"
 #include "core/value_reader.h"
 #include "ops/entries/entry_record.h"
+#include "ops/entries/untagged_lines.h"
 #include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
@@ -28,6 +31,9 @@ constexpr std::string_view kLibraryNotCreated =
     "Function Clean_tags_3 => Could not create a new BibTeX file?";
 constexpr std::string_view kLogNotCreated =
     "Function Clean_tags_4 => Could not create the log file?";
+
+constexpr std::string_view kRereadEntries =
+    "values that do not close hold other entries, which are written again";
 
 constexpr std::string_view kStringMarker = "@STRING{";
 
@@ -70,9 +76,16 @@ enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
 /// The files of one run and what walks them.
 class TagCleaner {
  public:
-  TagCleaner(LineStream& input, OutputFile& library, OutputFile& log, const Settings& settings,
-             TagWarnings& warnings)
-      : input_(input), library_(library), log_(log), settings_(settings), warnings_(warnings) {}
+  /// The new files have about `usual_size` bytes where no entry is written again.
+  TagCleaner(const RunContext& run, LineStream& input, OutputFile& library, OutputFile& log,
+             std::uint64_t usual_size, TagWarnings& warnings)
+      : input_(input),
+        library_(library),
+        log_(log),
+        settings_(run.settings),
+        warnings_(warnings),
+        library_size_(run, library, usual_size, kRereadEntries),
+        log_size_(run, log, usual_size, kRereadEntries) {}
 
   /// Walks the whole library; false when a kept @STRING block runs into the end of the file.
   bool Walk(Counters& counters);
@@ -85,6 +98,8 @@ class TagCleaner {
   TagOutcome SortTags(Line& line);
   std::optional<std::size_t> ReadTag(Line& line, std::string& name);
   void ReadValue(Line& line);
+  std::string_view Value(std::string_view line);
+  void JoinName(Line& line, std::size_t start);
   void WriteTag(const TagRule& rule, std::string_view value);
 
   LineStream& input_;
@@ -96,13 +111,12 @@ class TagCleaner {
   const NameMatcher tags_{kTagNames};
   const NameMatcher owner_{kOwnerName};
   const NameMatcher timestamp_{kTimestampName};
-  LongValues long_values_;  // entries are read again where a head stands among their tags
-  FieldValue value_;        // of the tag that was read last
-  // The lines before the last head that hold no tag, from one offset to the other. An entry that
-  // comes to them again, after a value that went on over many entries, skips them: entries that do
-  // not close would take the square of their number.
-  std::size_t untagged_begin_ = 0;
-  std::size_t untagged_end_ = 0;
+  LongValues long_values_;       // entries are read again where a head stands among their tags
+  FieldValue value_;             // of the tag that was read last
+  std::size_t in_capitals_ = 0;  // bytes of it that are to be taken from its line instead
+  GrowingOutput library_size_;
+  GrowingOutput log_size_;
+  UntaggedLines untagged_;
 };
 
 /// Puts the text without every blank, tab, '.', ':' and ';' into `name`.
@@ -115,6 +129,8 @@ void SqueezeTagName(std::string_view text, std::string& name) {
 
 bool TagCleaner::Walk(Counters& counters) {
   for (Line line; ReadToHead(line);) {
+    library_size_.Look(input_.Position(), input_.Bytes().size());
+    log_size_.Look(input_.Position(), input_.Bytes().size());
     const StringOutcome string = HandleStringLine(line);
     if (string == StringOutcome::kReadFailed) return false;
     if (string == StringOutcome::kRemoved) ++counters.removed_strings;
@@ -203,27 +219,30 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   std::string removed;
   bool wrote_tag = false;
   bool at_next_head = false;
-  std::size_t untagged = after_head;
+  untagged_.Start(after_head);
   while (!at_next_head && ReadLine(input_, limits::kTagLine, line)) {
     const std::size_t line_end = input_.Position();
+    const std::size_t line_begin = line_end - line.Text().size();
     if (IsKnownEntry(line)) {
       at_next_head = true;
-      untagged_begin_ = untagged;
-      untagged_end_ = input_.Position() - line.Text().size();
+      untagged_.End(line_begin);
     } else if (const auto tag = ReadTag(line, name)) {
       const bool removes = settings_.RemoveTag[*tag] != 0;
       warnings_.NoteTag(line.Text(), kTagRules[*tag].name, !removes, line_end - 1);
       if (removes) {
         removed.append(name).append(", ");
       } else {
-        WriteTag(kTagRules[*tag], value_.Text());
+        WriteTag(kTagRules[*tag], Value(line.Text()));
         wrote_tag = true;
       }
-      untagged = input_.Position();
+      untagged_.End(line_begin);
+      untagged_.Start(input_.Position());
+    } else if (input_.Position() != line_end) {
+      untagged_.Pass(line_begin, input_.Position());
     }
-    if (input_.Position() != line_end) untagged = input_.Position();  // after a value of no tag
+    // The pieces of a line that was read in part may be other ones this time.
     const std::size_t next = input_.Position();
-    if (next >= untagged_begin_ && next < untagged_end_) input_.SetPosition(untagged_end_);
+    if (input_.Bytes()[next - 1] == '\n') input_.SetPosition(untagged_.SkipFrom(next));
   }
   library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");
@@ -257,23 +276,48 @@ std::optional<std::size_t> TagCleaner::ReadTag(Line& line, std::string& name) {
   return static_cast<std::size_t>(tag);
 }
 
-/// Reads the line's value. One that goes on after the line is looked up among long values only
-/// where the tag's name ends before the value begins (else the name goes on in the joined line) and
-/// the line is as it stands in the file.
+/// Reads the line's value. One that goes on after the line is looked up among long values; only the
+/// tag's name is then joined to the line.
 void TagCleaner::ReadValue(Line& line) {
+  in_capitals_ = 0;
   const std::string_view text = line.Text();
   const std::size_t brace = text.find('{');
   if (brace == std::string_view::npos) return value_.SetView({});
   int depth = 1;
   const std::size_t end = FindValueStop(text, brace + 1, depth);
   if (depth == 0) return value_.SetView(text.substr(brace + 1, end - brace - 1));
-  const bool named_before = text.find('=') < brace;
-  const bool in_file = text.data() + text.size() == input_.Bytes().data() + input_.Position();
-  const auto found = named_before && in_file ? long_values_.LookUp(text, input_) : std::nullopt;
-  if (found) return value_.SetView(*found);
   const std::size_t start = input_.Position();
+  const std::string_view in_file = input_.Bytes().substr(start - text.size(), text.size());
+  if (const auto found = long_values_.LookUp(in_file, input_)) {
+    value_.SetView(*found);
+    if (text.data() != in_file.data()) in_capitals_ = end - brace - 1;
+    return JoinName(line, start);
+  }
   ReadFieldValue(line, input_, value_.SetJoined());
   long_values_.CountRead(input_.Position() - start);
+}
+
+/// The value that was read. What stands on its first line can differ from the file: there, words
+/// after an "@" that is no head were put in capitals.
+std::string_view TagCleaner::Value(std::string_view line) {
+  if (in_capitals_ > 0) {
+    const std::string_view rest = value_.Text().substr(in_capitals_);
+    value_.SetJoined().assign(line, line.find('{') + 1, in_capitals_).append(rest);
+    in_capitals_ = 0;
+  }
+  return value_.Text();
+}
+
+/// Joins lines from `start` on to the one before, up to the "=" that ends the tag's name or to the
+/// end of the value, after which the input stands.
+void TagCleaner::JoinName(Line& line, std::size_t start) {
+  const std::size_t end = input_.Position();
+  input_.SetPosition(start);
+  std::size_t from = 0;  // no "=" stands before it
+  while (line.Text().find('=', from) == std::string_view::npos && input_.Position() < end) {
+    from = ContinueLine(line, input_, line.Text().size() - 1, limits::kContinuation);
+  }
+  input_.SetPosition(end);
 }
 
 void TagCleaner::WriteTag(const TagRule& rule, std::string_view value) {
@@ -319,7 +363,9 @@ int RunCleanTags(const RunContext& run) {
                     "each definition of a string is copied with all that follows it");
   TagWarnings warnings(file_warnings);
   Counters counters;
-  const bool whole = TagCleaner(*input, *library, *log, run.settings, warnings).Walk(counters);
+  const bool whole =
+      TagCleaner(run, *input, *library, *log, input->Bytes().size() + strings.Bytes(), warnings)
+          .Walk(counters);
   warnings.ReportTags();
   if (!whole) {
     file_warnings.Report(WarningKind::kEndedEarly, input->Bytes().size(), {},

@@ -85,7 +85,6 @@ class Comparison {
   const Verdict& Judge(const Matches::Match& match, const ComparedValues& values) const;
   void Log(const KnownEntry& known, const Verdict& verdict, const ComparedValues& values);
   void Count(Counted counted);
-  void CountCopied(std::uint64_t bytes);
   FirstLibrary::OnEntry ReportFirst();
   void ReportSecond();
   const KeptEntryFacts& FactsOf(const KnownEntry& known);
@@ -98,14 +97,14 @@ class Comparison {
   FileWarnings first_warnings_;
   FileWarnings second_warnings_;
   std::size_t swallowed_ = 0;  // up to where entries within equal ones are reported
-  std::uint64_t copied_ = 0;   // bytes of entries of the first library
-  bool warned_of_copies_ = false;
   std::map<std::size_t, KeptEntryFacts> facts_;  // by offset: of entries that others equal
   FirstLibrary first_;
   SecondLibrary second_;
   OutputFile& log_;
   OutputFile& missing_;
   OutputFile& equal_;
+  GrowingOutput copies_{run_, equal_, first_stream_.Bytes().size(),
+                        "an entry is copied once for each that equals it"};
   Counters counters_;
 };
 
@@ -114,7 +113,7 @@ Counters Comparison::Walk() {
     ReportSecond();
     if (const KnownEntry* counterpart = FindCounterpart()) {
       first_.Copy(*counterpart, equal_);
-      CountCopied(first_stream_.Position() - counterpart->start);
+      copies_.Look(second_.Start(), second_stream_.Bytes().size());
       ReportCut(first_stream_, {counterpart->start, first_stream_.Position()}, first_warnings_);
     } else if (second_.Copy(missing_)) {
       log_.Write({"----    - Missing entry: ", second_.Entry().key, "\n\n"});
@@ -227,18 +226,6 @@ void Comparison::ReportCut(const LineStream& library, const LibraryRange& copied
   const std::string_view bytes = library.Bytes();
   const std::string_view text = bytes.substr(copied.begin, copied.end - copied.begin);
   ReportCutEntry(bytes, {text, copied.end}, warnings);
-}
-
-/// Adds to the size of the copies. Warns once, when it exceeds that of the first library by
-/// `kLargeOutput` bytes. The final size is not known yet: it is estimated from how much of the
-/// second library has been read.
-void Comparison::CountCopied(std::uint64_t bytes) {
-  copied_ += bytes;
-  if (warned_of_copies_ || copied_ < first_stream_.Bytes().size() + kLargeOutput) return;
-  warned_of_copies_ = true;
-  WarnOfLargeOutput(run_, equal_.Path(),
-                    copied_ * second_stream_.Bytes().size() / (second_.Start() + 1),
-                    "an entry is copied once for each that equals it");
 }
 
 void Comparison::Count(Counted counted) {

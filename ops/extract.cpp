@@ -16,6 +16,7 @@
 #include "ops/citations/cited_keys.h"
 #include "ops/entries/entry_warnings.h"
 #include "ops/entries/passed_heads.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "ops/references/reference_walk.h"
 #include "warnings/library_scan.h"
@@ -232,6 +233,7 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
   if (ReadJournalStyles(run, run.styles) != kSucceeded) return kFailed;
 
   FileWarnings warnings = WarningsOf(run, source, *library);
+  GrowingOutput size(run, *references, 4 * library->Bytes().size(), kLongValues);
   const WalkRules rules{
       .line_limit = limits::kLongLine,
       .strips_titles = true,
@@ -240,10 +242,9 @@ int WriteReferences(const RunContext& run, std::size_t cited, int found) {
       .advice = kAdvice,
       .name_reference =
           [](std::string_view key) { return std::string("\\bibitem{").append(key).append("}"); },
-      .print =
-          [&](const EntryKind& entry, EntryValues& values) {
-            return PrintExtracted(run, *references, entry, values);
-          }};
+      .print = [&](const EntryKind& entry,
+                   EntryValues& values) { return PrintExtracted(run, *references, entry, values); },
+      .size = &size};
   ReferenceWalk walk(*library, *references, run.settings, rules, warnings);
   if (!walk.ReadNext()) return Fail(run, kNoHeader);
   if (!walk.Run(found)) return Fail(run, kLibraryTooShort);

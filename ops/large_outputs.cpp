@@ -17,6 +17,12 @@ void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint
       {.kind = WarningKind::kLargeOutput, .file = path, .line = 0, .key = {}, .text = text});
 }
 
+void GrowingOutput::Warn(std::uint64_t read, std::uint64_t size) {
+  const std::uint64_t estimate = file_.Written() * size / (read + 1);
+  most_ = 10 * estimate;
+  WarnOfLargeOutput(run_, file_.Path(), estimate, why_);
+}
+
 void KeptStrings::AddUpTo(std::size_t entry) {
   for (; next_ < entry; next_ = library_.find(marker_, next_ + 1)) bytes_ += entry - next_;
 }

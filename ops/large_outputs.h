@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/output_file.h"
 #include "ops/run_context.h"
 #include "warnings/library_scan.h"
 
@@ -20,6 +21,29 @@ inline constexpr std::uint64_t kLargeOutput = 10'000'000;
 /// `kLargeOutput` or more and anybody wants warnings. For what grows with the square of a library.
 void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint64_t bytes,
                        std::string_view why);
+
+/// Watches a new file that may grow with the square of the library. Warns when it has
+/// `kLargeOutput` bytes more than `usual`. The final size is not known yet: it is estimated from
+/// how much of the library has been read. Warns anew at ten times the estimate.
+class GrowingOutput {
+ public:
+  /// `run`, `file` and what `why` shows must outlive this.
+  GrowingOutput(const RunContext& run, const OutputFile& file, std::uint64_t usual,
+                std::string_view why)
+      : run_(run), file_(file), most_(usual + kLargeOutput), why_(why) {}
+  /// Looks at the file, where `read` bytes of `size` have been read.
+  void Look(std::size_t read, std::size_t size) {
+    if (file_.Written() >= most_) Warn(read, size);
+  }
+
+ private:
+  void Warn(std::uint64_t read, std::uint64_t size);
+
+  const RunContext& run_;
+  const OutputFile& file_;
+  std::uint64_t most_;
+  std::string_view why_;
+};
 
 /// Adds up what Clean tags writes of definitions of strings that it keeps: each is copied with all
 /// that stands between it and the next entry.
@@ -38,6 +62,10 @@ class KeptStrings {
   std::size_t next_;
   std::uint64_t bytes_ = 0;
 };
+
+/// The reason for an output that shows very long keys or values.
+inline constexpr std::string_view kLongValues =
+    "it shows keys or values that are very long again and again";
 
 /// The reason for a log that `NamedKeys` finds large: it repeats very long keys.
 inline constexpr std::string_view kLongKeys = "it names keys that are very long again and again";

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "ops/references/latex_commands.h"
 #include "ops/references/reference_walk.h"
@@ -104,6 +105,7 @@ int RunText(const RunContext& run) {
               warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
   bool too_long = false;
+  GrowingOutput size(run, *output, 4 * library->Bytes().size(), kLongValues);
   const WalkRules rules{
       .line_limit = limits::kShortLine,
       .strips_titles = false,
@@ -120,7 +122,8 @@ int RunText(const RunContext& run) {
       .find_cut =
           [&](std::string_view value) {
             return latex ? std::string_view() : commands.FindCut(value);
-          }};
+          },
+      .size = &size};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(entries)) return Fail(run, kLibraryTooShort);
   if (too_long) return Fail(run, kValueTooLong);

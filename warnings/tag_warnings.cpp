@@ -16,6 +16,7 @@ constexpr std::string_view kStringMarker = "@STRING{";
 }  // namespace
 
 void TagWarnings::StartEntry(std::string_view head, std::size_t offset) {
+  FollowDropped(offset);
   in_entries_ = true;
   in_text_ = false;
   depth_ = 0;
@@ -46,29 +47,39 @@ void TagWarnings::EndEntry(bool at_next_head) {
 }
 
 /// What follows the dropped entry, of whose first line `offset` is the last byte, is text again. An
-/// entry that begins within another one's lines ends with it, so that no line is read twice.
+/// entry that begins within another one's lines ends with it.
 void TagWarnings::SkipEntry(std::string_view library, std::size_t offset) {
   key_.clear();
   in_entries_ = false;
   in_text_ = false;
+  FollowDropped(offset);
   if (offset < dropped_end_) return;
-  std::ptrdiff_t depth = 0;
-  for (dropped_end_ = library.substr(0, offset).rfind('\n') + 1; dropped_end_ < library.size();
-       ++dropped_end_) {
-    if (dropped_end_ > offset && library.substr(dropped_end_).starts_with("\n@")) break;
-    if (library[dropped_end_] == '{') ++depth;
-    if (library[dropped_end_] == '}') --depth;
-    if (library[dropped_end_] == '}' && depth <= 0) return EndDropped(library);
-    if (dropped_end_ >= offset && depth <= 0) break;
-  }
-  ++dropped_end_;
+  library_ = library;
+  dropped_head_ = offset;
+  dropped_at_ = library.substr(0, offset).rfind('\n') + 1;
+  dropped_depth_ = 0;
+  dropped_end_ = kOpen;
 }
 
-/// The dropped entry ends with the brace at `dropped_end_`: what follows it on its line is text.
-void TagWarnings::EndDropped(std::string_view library) {
-  const std::size_t line_end = std::min(library.find('\n', dropped_end_), library.size());
-  const std::string_view rest = library.substr(dropped_end_ + 1, line_end - dropped_end_ - 1);
-  if (!Trim(rest, ", \t\r").empty()) ReportText(rest, dropped_end_);
+/// Looks for the end of the dropped entry, but not from `to` on.
+void TagWarnings::FollowDropped(std::size_t to) {
+  for (; dropped_end_ == kOpen && dropped_at_ < to; ++dropped_at_) {
+    const char byte = library_[dropped_at_];
+    if (byte == '{') ++dropped_depth_;
+    if (byte == '}') --dropped_depth_;
+    const bool ends_line = dropped_at_ > dropped_head_ && library_.substr(dropped_at_, 2) == "\n@";
+    if (!ends_line && byte == '}' && dropped_depth_ <= 0) return EndDropped();
+    if (ends_line || (dropped_at_ >= dropped_head_ && dropped_depth_ <= 0)) {
+      dropped_end_ = dropped_at_ + 1;
+    }
+  }
+}
+
+/// The dropped entry ends with the brace at `dropped_at_`: what follows it on its line is text.
+void TagWarnings::EndDropped() {
+  const std::size_t line_end = std::min(library_.find('\n', dropped_at_), library_.size());
+  const std::string_view rest = library_.substr(dropped_at_ + 1, line_end - dropped_at_ - 1);
+  if (!Trim(rest, ", \t\r").empty()) ReportText(rest, dropped_at_);
   in_text_ = false;
   dropped_end_ = line_end + 1;
 }
@@ -101,6 +112,7 @@ void TagWarnings::NoteRemovedString(std::string_view line, std::size_t offset) {
 
 void TagWarnings::NoteSkippedOutside(std::string_view text, std::size_t offset) {
   if (in_entries_ || !warnings_.Wanted()) return;
+  FollowDropped(offset + text.size());
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     const bool is_string = line.find(kStringMarker) != std::string_view::npos;

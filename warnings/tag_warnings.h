@@ -45,7 +45,8 @@ class TagWarnings {
 
  private:
   void SkipEntry(std::string_view library, std::size_t offset);
-  void EndDropped(std::string_view library);
+  void FollowDropped(std::size_t to);
+  void EndDropped();
   void ReportRenamed(std::string_view name, std::string_view known, std::size_t offset);
   bool CountTag(std::string_view line, std::size_t offset);
   void ReportText(std::string_view line, std::size_t offset);
@@ -53,7 +54,14 @@ class TagWarnings {
   FileWarnings& warnings_;
   std::string key_;
   bool in_entries_ = false;
-  std::size_t dropped_end_ = 0;  // of a dropped entry, whose lines are no text
+  // A dropped entry, whose lines are no text: the last byte of its first line, how far its end was
+  // looked for, the depth of the braces there, and the end.
+  static constexpr std::size_t kOpen = static_cast<std::size_t>(-1);  // not found yet
+  std::string_view library_;
+  std::size_t dropped_head_ = 0;
+  std::size_t dropped_at_ = 0;
+  std::ptrdiff_t dropped_depth_ = 0;
+  std::size_t dropped_end_ = 0;
   bool in_text_ = false;
   std::ptrdiff_t depth_ = 0;  // of the braces of a dropped value that goes on
   Tally unknown_tags_;

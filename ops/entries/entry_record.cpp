@@ -71,11 +71,10 @@ std::optional<std::string_view> LongValues::LookUp(std::string_view line, LineSt
   if (!joined_ && !stream.LoadAll()) return std::nullopt;
   if (!joined_) joined_.emplace(stream.Bytes());
   const auto start = static_cast<std::size_t>(line.data() - stream.Bytes().data());
-  const auto value = joined_->ValueAfter(start + line.find('{'));
-  if (!value) return std::nullopt;
-  stream.SetPosition(value->line);
-  (void)stream.ReadLine(value->limit);
-  return value->text;
+  const JoinedText::FoundValue value = joined_->ValueAfter(start + line.find('{'));
+  stream.SetPosition(value.line);
+  (void)stream.ReadLine(value.limit);
+  return value.text;
 }
 
 EntryLineEnd TagReader::ReadLine(LineStream& stream, EntryRecord& record,

@@ -14,6 +14,8 @@ namespace {
 
 std::ptrdiff_t StepOf(char byte) { return byte == '{' ? 1 : byte == '}' ? -1 : 0; }
 
+bool IsBlank(std::string_view text) { return SkipContinuationBlanks(text, 0) == text.size(); }
+
 std::size_t AfterLine(std::string_view bytes, std::size_t start) {
   const std::size_t newline = bytes.find('\n', start);
   return newline == std::string_view::npos ? bytes.size() : newline + 1;
@@ -26,7 +28,9 @@ JoinedText::JoinedText(std::string_view bytes) : bytes_(bytes) {
   lines_.reserve(CountByte(bytes, '\n') + 2);
   lines_.push_back({0, 0, 0, 0});
   for (std::size_t start = 0; start < bytes.size();) {
-    const std::size_t end = AfterLine(bytes, start);
+    const std::string_view piece = bytes.substr(start, LimitOf(lines_.size() - 1) - 1);
+    const bool is_blank = piece.find('\n') == std::string_view::npos && IsBlank(piece);
+    const std::size_t end = is_blank ? start + piece.size() : AfterLine(bytes, start);
     AddLine(start, end);
     start = end;
   }
@@ -51,7 +55,7 @@ void JoinedText::AddLine(std::size_t start, std::size_t end) {
     added.lowest = std::min(added.lowest, depth);
   }
   const bool fits = is_whole && line.size() < LimitOf(lines_.size() - 1);
-  if (!fits && !(is_blank && end == bytes_.size())) barriers_.push_back(lines_.size() - 1);
+  if (!fits && !is_blank) barriers_.push_back(lines_.size() - 1);
   lines_.push_back({end, 0, depth, 0});
 }
 
@@ -75,8 +79,7 @@ std::size_t JoinedText::LimitOf(std::size_t number) const {
   if (number == 0) return limits::kContinuation;
   const std::size_t start = lines_[number - 1].start;
   const std::string_view before = bytes_.substr(start, lines_[number].start - start);
-  return SkipContinuationBlanks(before, 0) == before.size() ? limits::kShortLine
-                                                            : limits::kContinuation;
+  return IsBlank(before) ? limits::kShortLine : limits::kContinuation;
 }
 
 /// The first line from this one on in which the depth falls below `depth`, or the end.
@@ -93,7 +96,7 @@ std::size_t JoinedText::NextBarrier(std::size_t number) const {
   return barrier == barriers_.end() ? lines_.size() - 1 : *barrier;
 }
 
-std::optional<JoinedText::FoundValue> JoinedText::ValueAfter(std::size_t brace) const {
+JoinedText::FoundValue JoinedText::ValueAfter(std::size_t brace) const {
   const auto next = std::upper_bound(
       lines_.begin(), lines_.end(), brace,
       [](std::size_t offset, const JoinedLine& line) { return offset < line.start; });
@@ -106,15 +109,14 @@ std::optional<JoinedText::FoundValue> JoinedText::ValueAfter(std::size_t brace) 
   const std::size_t limit = LimitOf(last);
   const std::string_view piece = LineAt(last).substr(0, limit - 1);
   const std::size_t first = SkipContinuationBlanks(piece, 0);
-  if (first == piece.size() && !piece.empty()) return std::nullopt;
-  std::ptrdiff_t depth = lines_[last].depth;
-  std::size_t size = first;
-  while (size < piece.size() && (depth += StepOf(piece[size])) >= inside) ++size;
+  int depth = static_cast<int>(lines_[last].depth - inside) + 1;
+  const bool closes = lines_[last].lowest < inside;  // perhaps after the piece
+  const std::size_t size = closes ? FindValueStop(piece, first, depth) : piece.size();
 
   const std::size_t begin =
       line.joined + (brace + 1 - line.start - SkipContinuationBlanks(LineAt(number), 0));
   const std::size_t end = lines_[last].joined + (size - first);
-  return FoundValue{std::string_view(text_).substr(begin, end - begin), lines_[last].start, limit};
+  return {std::string_view(text_).substr(begin, end - begin), lines_[last].start, limit};
 }
 
 }  // namespace tarvel

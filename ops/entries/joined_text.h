@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,15 +22,15 @@ class JoinedText {
   /// A value and where it ends.
   struct FoundValue {
     std::string_view text;  // lives as long as the `JoinedText`
-    std::size_t line;       // where the line begins that ends it, or the end of the file
+    std::size_t line;       // where the line or piece begins that ends it, or the end of the file
     std::size_t limit;      // with which that line is read
   };
   /// The value after the brace at `brace`. The line of the brace must end with a line feed, and
-  /// must not end the value. Returns nothing when the value comes to a line whose first piece is
-  /// blank: then it must be read.
-  std::optional<FoundValue> ValueAfter(std::size_t brace) const;
+  /// must not end the value.
+  FoundValue ValueAfter(std::size_t brace) const;
 
  private:
+  // A line, or a piece of one that begins with more blanks than are read at once.
   struct JoinedLine {
     std::size_t start;           // in the file
     std::size_t joined;          // in the joined text, of its first byte that is not blank

@@ -123,7 +123,13 @@ bool ReferenceWalk::Run(int entries) {
     while (!IsKnownEntry(line_)) {
       if (!ReadNext()) return false;
     }
+    const std::size_t position = library_.Position();
     if (!HandleEntry()) break;
+    if (rules_.size) rules_.size->Look(library_.Position(), library_.Bytes().size());
+    if (library_.Position() == position) {
+      RepeatLastLine(entries - handled - 1);
+      break;
+    }
   }
   return true;
 }
@@ -139,7 +145,9 @@ bool ReferenceWalk::HandleEntry() {
   warnings_.StartEntry(key, start - 1);
   StringToUpper(line_.Edit());
   if (!HoldsSupportedMarker(line_.Text())) {
-    PassUnsupported(key, type_word);
+    WriteUnsupported(key, type_word);
+    while (ReadNext() && !IsKnownEntry(line_)) {
+    }
     return true;
   }
   if (!ReadNext()) {
@@ -186,11 +194,20 @@ void ReferenceWalk::ReportReference(const EntryKind& kind, std::span<const Refer
   if (has_editors && kind.kind == ReferenceKind::kInpro) warnings_.ReportRawEditors(values_);
 }
 
-void ReferenceWalk::PassUnsupported(std::string_view key, std::string_view type_word) {
+void ReferenceWalk::WriteUnsupported(std::string_view key, std::string_view type_word) {
   ++unsupported_;
   output_.Write({"\n\nAttention!\n==========\nThe entry type of the bibitem-key '", key, "' is '@",
                  type_word, "', which is not supported, so far.\n", rules_.advice, "\n\n\n\n"});
-  while (ReadNext() && !IsKnownEntry(line_)) {
+}
+
+/// Handles the last line of the library, an unsupported head, for each entry that is left. Where a
+/// value ran into the end of the file, the line can be as long as that: it is looked at only once.
+void ReferenceWalk::RepeatLastLine(int entries) {
+  const std::string type_word(CopyUntilChar(line_.Text(), '@', '{'));
+  const std::string key(CopyUntilChar(line_.Text(), '{', ','));
+  for (; entries > 0; --entries) {
+    WriteUnsupported(key, type_word);
+    if (rules_.size) rules_.size->Look(library_.Position(), library_.Bytes().size());
   }
 }
 

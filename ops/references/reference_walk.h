@@ -16,6 +16,7 @@
 #include "core/output_file.h"
 #include "core/reports.h"
 #include "ops/journal_styles.h"
+#include "ops/large_outputs.h"
 #include "ops/references/reference_warnings.h"
 
 namespace tarvel {
@@ -61,6 +62,8 @@ struct WalkRules {
   std::function<std::vector<ReferenceValue>(const EntryKind& kind, EntryValues& values)> print;
   /// Returns a LaTeX command of the value that printing replaces in part; may be empty.
   std::function<std::string_view(std::string_view value)> find_cut = {};
+  /// Watches the output; may be null.
+  GrowingOutput* size = nullptr;
 };
 
 /// Walks a library and has a reference printed for each entry of a supported type.
@@ -85,7 +88,8 @@ class ReferenceWalk {
   void NoteCutCommands(const EntryKind& kind);
   void ReportReference(const EntryKind& kind, std::span<const ReferenceValue> shown,
                        std::size_t start);
-  void PassUnsupported(std::string_view key, std::string_view type_word);
+  void WriteUnsupported(std::string_view key, std::string_view type_word);
+  void RepeatLastLine(int entries);
   void ReadTags(const EntryKind& kind);
   void ReadTagsOfLine(const EntryKind& kind);
   void ReportSwallowed(const TagRead& tag, std::size_t start);

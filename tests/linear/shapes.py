@@ -82,6 +82,47 @@ def values_that_close_late(n):
     return heads + "}\n" * (2 * n) + "@book{last,\n title={x}\n}\n"
 
 
+def values_that_close_after_a_blank_line(n):
+    """A line of more blanks than are read at once, and not from its beginning."""
+    return values_that_close_late(n).replace("\n}\n", "\n" + " " * 30000 + "\n}\n", 1)
+
+
+def values_before_their_equals_sign(n):
+    heads = "".join(f"@book{{k{i},\n{{ abstract = {{{{\n" for i in range(n))
+    return heads + "}\n" * (4 * n) + "@book{last,\n title={x}\n}\n"
+
+
+def tags_after_values_that_close_late(n):
+    return values_that_close_late(n).replace("@book{last", " title = {x}\n@book{last")
+
+
+def values_with_an_at_sign_that_close_late(n):
+    """Words after an "@" that is no head are put in capitals."""
+    heads = "".join(f"@book{{k{i},\nabstract = {{a@b {{\n" for i in range(n))
+    return heads + "}\n" * (3 * n) + "@book{last,\n title={x}\n}\n"
+
+
+def heads_side_by_side_of_values_that_close_late(n):
+    heads = "".join(f"@book{{k{i}\njournal@misc{{k{i},\nx{{ abstract = {{\n" for i in range(n))
+    return heads + "}\n" * (4 * n) + "@book{last,\n title={x}\n}\n"
+
+
+def readings_that_take_turns(n):
+    """Each entry's value ends on the head after the next, so that an entry shares lines with every
+    second one."""
+    return ("}}@article{k, author$ year = {1999},\nvon\n" * n + "x\n" * (4 * n)
+            + "}\n")
+
+
+def dropped_entries_in_turns(n):
+    return "".join(f"x @misc{{,\nnote={{{{\ny @misc{{k{i},\n note = {{x}},\n" for i in range(n))
+
+
+def entries_in_the_last_value(n):
+    entries = "".join(f"@misc{{k{i},\n note = {{x}},\n}}\n" for i in range(n))
+    return "@book{b,\n title = {\n" + entries
+
+
 def pieces_after_a_long_name(n):
     return "@misc{k,\n" + "x" * (4 * n) + " = {a}\n" + "# {b}\n" * n + "}\n"
 
@@ -189,6 +230,14 @@ SHAPES = (
     (keys_of_two_letters, 20000, ALL),
     (long_values_of_other_middles, 500, ALL),
     (values_that_close_late, 5000, ALL),
+    (values_that_close_after_a_blank_line, 5000, ALL),
+    (values_before_their_equals_sign, 5000, ALL),
+    (tags_after_values_that_close_late, 5000, ALL),
+    (values_with_an_at_sign_that_close_late, 5000, ALL),
+    (heads_side_by_side_of_values_that_close_late, 2000, ALL),
+    (readings_that_take_turns, 5000, ALL),
+    (dropped_entries_in_turns, 3000, ALL),
+    (entries_in_the_last_value, 5000, ALL),
     (values_that_never_close, 5000, ALL),
     (pieces_after_a_long_name, 10000, ALL),
     (lines_after_a_long_name, 10000, ALL),

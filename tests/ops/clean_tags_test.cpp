@@ -375,6 +375,19 @@ int RandomRuns() {
   return runs ? std::atoi(runs) : 4000;
 }
 
+/// Cleans the library with settings of chance and holds the files against those of the plain twin.
+void ExpectAsPlainTwin(const std::string& input, std::mt19937& random) {
+  Settings settings;
+  if (random() % 2 == 0) settings.RemoveJournalStrings = 0;
+  if (random() % 2 == 0) settings.RemoveEmptyEntries = 0;
+  for (Flag& flag : settings.RemoveTag) flag = random() % 3 == 0 ? 1 : 0;
+  const auto plain = testing::PlainCleanTags(input, "a.bib", "a_tag.bib", settings);
+  const Outcome fast = Clean(input, settings);
+  ASSERT_EQ(fast.result, plain.result) << input;
+  ASSERT_EQ(std::string(kBibHeader) + fast.library, plain.library) << input;
+  ASSERT_EQ(std::string(kLogHeader) + fast.log, plain.log) << input;
+}
+
 TEST(CleanTags, AgreesWithItsPlainTwin) {
   std::mt19937 random(11);
   const std::string pieces[] = {"@article{a,\n",
@@ -413,15 +426,57 @@ TEST(CleanTags, AgreesWithItsPlainTwin) {
   for (int run = 0; run < RandomRuns(); ++run) {
     std::string input;
     for (auto i = random() % 16; i > 0; --i) input += pieces[random() % std::size(pieces)];
-    Settings settings;
-    if (random() % 2 == 0) settings.RemoveJournalStrings = 0;
-    if (random() % 2 == 0) settings.RemoveEmptyEntries = 0;
-    for (Flag& flag : settings.RemoveTag) flag = random() % 3 == 0 ? 1 : 0;
-    const auto plain = testing::PlainCleanTags(input, "a.bib", "a_tag.bib", settings);
-    const Outcome fast = Clean(input, settings);
-    ASSERT_EQ(fast.result, plain.result) << input;
-    ASSERT_EQ(std::string(kBibHeader) + fast.library, plain.library) << input;
-    ASSERT_EQ(std::string(kLogHeader) + fast.log, plain.log) << input;
+    ExpectAsPlainTwin(input, random);
+    if (HasFatalFailure()) return;
+  }
+}
+
+/// Entries that begin values, lines that end them, and an entry after these: most values hold many
+/// entries, and are read again with each of them.
+std::string Overlapping(std::mt19937& random) {
+  static const std::string long_blanks(1100, ' ');
+  static const std::string opening[] = {
+      "abstract={\n", "{ abstract = {{\n", "abstract {\n",     "title { x\n",
+      "{note\n",      "isbn{ \xe9\n",      "title={\n",        "x{} title\n",
+      "year = {{\n",  "doi {\n = {\n",     "author {\n\n",     "x={ title\n",
+      "url { = \r\n", "a = {author\n",     "title = {a@b {\n", "note {a@b c{ d\n"};
+  static const std::string between[] = {"\n",
+                                        " \t\n",
+                                        "= x\n",
+                                        "\xe4 = y\n",
+                                        "\x01\x02 = z\n",
+                                        "\xff\xff\n",
+                                        "text\n",
+                                        "{}\n",
+                                        " \t= {\n",
+                                        "}\n",
+                                        "\x01" + long_blanks + "\n",
+                                        long_blanks + "x\n",
+                                        "\n" + long_blanks + "\xe4=\n",
+                                        "doi = {1},\n"};
+  static const std::string closing[] = {"}\n",     "}}\n", "} = q\n", "}, doi = {x}\n",
+                                        "\xe9}\n", " }\n", "=}\n",    "\n"};
+  const auto any = [&random](const auto& texts) { return texts[random() % std::size(texts)]; };
+  const auto rarely = [&random] { return random() % 300 == 0; };
+  std::string library;
+  const std::size_t entries = 5 + random() % 30;
+  for (std::size_t i = 0; i < entries; ++i) {
+    library += "@book{k" + std::to_string(i) + ",\n" + any(opening);
+    while (random() % 4 == 0) library += any(between);
+  }
+  if (rarely()) library.append(25000, ' ');
+  for (std::size_t i = random() % (3 * entries); i > 0; --i) {
+    library += any(closing);
+    if (random() % 8 == 0) library += any(between);
+    if (rarely()) library.append(25000 + random() % 3, random() % 2 == 0 ? ' ' : 'x');
+  }
+  return library + "@book{last,\n title={x}\n}\n";
+}
+
+TEST(CleanTags, OfValuesThatHoldOtherEntriesAgreesWithItsPlainTwin) {
+  std::mt19937 random(12);
+  for (int run = 0; run < RandomRuns() / 8 && !HasFatalFailure(); ++run) {
+    ExpectAsPlainTwin(Overlapping(random), random);
   }
 }
 

@@ -104,5 +104,25 @@ TEST(LargeOutputs, AreWarnedOfBeforeALongKeyFillsALog) {
   }
 }
 
+TEST(LargeOutputs, AreWarnedOfBeforeValuesThatDoNotCloseAreWrittenAgain) {
+  const auto entries = [](int count, const std::string& opening) {
+    std::string library;
+    std::string end;
+    for (int i = 0; i < count; ++i) {
+      library += "@misc{k" + std::to_string(i) + ",\n " + opening;
+      end += "}\n}\n";
+    }
+    return library + end + "@misc{last,\n title = {t},\n}\n";
+  };
+  EXPECT_EQ(WarnedOf(RunCleanTags, entries(500, "title = {\n")), "");
+  EXPECT_NE(
+      WarnedOf(RunCleanTags, entries(2000, "title = {\n")).find("lit_tag.bib:0 [] may become"),
+      std::string::npos);
+  EXPECT_NE(
+      WarnedOf(RunCleanTags, entries(2000, "abstract {\n")).find("lit_tag.log:0 [] may become"),
+      std::string::npos);
+  EXPECT_EQ(WarnedOf(RunCleanTags, entries(2000, "abstract = {\n")), "") << "it is not written";
+}
+
 }  // namespace
 }  // namespace tarvel

@@ -63,12 +63,23 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
 
 TEST_F(TagWarningsTest, WhatFollowsADroppedEntryIsText) {
   const std::string reported = "text-not-copied l:1 [] text that is of no tag was not copied: ";
-  std::string library = "@MISC{,\n} % end\ntext\n";
+  const std::string dropped = "entry-dropped l:1 [] an entry without a key was dropped";
+  std::string library = "@MISC{,\n} % end\ntext\n@MISC{a,\n";
   warnings_.NoteDroppedWithoutKey(library, 7);
-  EXPECT_EQ(Reported(), (Lines{"entry-dropped l:1 [] an entry without a key was dropped",
-                               reported + "'% end'"}));
-  warnings_.NoteSkippedOutside("text\n", 16);
-  EXPECT_EQ(Reported().size(), 1U) << "the next lines are a text of their own";
+  warnings_.NoteSkippedOutside("} % end\ntext\n", 8);
+  EXPECT_EQ(Reported(), (Lines{dropped, reported + "'% end'",
+                               "text-not-copied l:2 [] text that is of no tag was not copied: "
+                               "'text'"}))
+      << "the next lines are a text of their own";
+  warnings_.StartEntry("@MISC{a,\n", 29);
+  warnings_.NoteDroppedWithoutKey(library, 7);
+  warnings_.StartEntry("@MISC{a,\n", 29);
+  EXPECT_EQ(Reported(), (Lines{dropped, reported + "'% end'"}));
+  library = "@MISC{, {\nx\n@y\n} text\n";
+  warnings_.NoteDroppedWithoutKey(library, 9);
+  warnings_.NoteSkippedOutside("x\n@y\n", 10);
+  EXPECT_EQ(Reported().size(), 2U) << "it ends before a line that begins with an @";
+  warnings_.StartEntry("@MISC{a,\n", 29);
   library = "@MISC{, a = {b}}\n@x\n";
   warnings_.NoteDroppedWithoutKey(library, 16);
   warnings_.NoteSkippedOutside("@x\n", 17);

@@ -34,12 +34,11 @@ int ExpectValuesAsRead(const std::string& file, std::size_t limit) {
     ReadFieldValue(line, stream, value);
     if (stream.Position() == start + text->size() && !stream.AtEnd()) continue;  // ends on its line
 
-    const auto found = joined.ValueAfter(start + brace);
-    if (!found) continue;
+    const JoinedText::FoundValue found = joined.ValueAfter(start + brace);
     ++looked_up;
-    EXPECT_EQ(found->text, value) << "after byte " << start + brace;
-    lines.SetPosition(found->line);
-    (void)lines.ReadLine(found->limit);
+    EXPECT_EQ(found.text, value) << "after byte " << start + brace;
+    lines.SetPosition(found.line);
+    (void)lines.ReadLine(found.limit);
     EXPECT_EQ(lines.Position(), stream.Position()) << "after byte " << start + brace;
     EXPECT_EQ(lines.AtEnd(), stream.AtEnd()) << "after byte " << start + brace;
     lines.SetPosition(start + text->size());

@@ -100,6 +100,24 @@ TEST(ReferenceWalk, NotesEntriesOfUnsupportedTypes) {
   EXPECT_EQ(walked.unsupported, 1);
 }
 
+TEST(ReferenceWalk, TakesAnUnsupportedHeadOnTheLastLineForAllThatAreLeft) {
+  const auto note = [](const std::string& type, const std::string& key) {
+    return "\n\nAttention!\n==========\nThe entry type of the bibitem-key '" + key + "' is '@" +
+           type + "', which is not supported, so far.\nADVICE\n\n\n\n";
+  };
+  const Walked last = Walk("@book{a,\n}\n@misc{m,\n", 4);
+  EXPECT_EQ(last.output,
+            "a||||||||||||\n" + note("MISC", "m") + note("MISC", "M") + note("MISC", "M"))
+      << "in capitals from the second time on";
+  EXPECT_EQ(last.unsupported, 3);
+  EXPECT_TRUE(last.whole);
+  EXPECT_EQ(Walk("@misc{m,\n", 1).output, note("MISC", "m"));
+  const Walked in_value = Walk("@book{a,\n  title = {t\n  @misc{m,\n}\n", 3);
+  EXPECT_EQ(in_value.output,
+            "a||t @misc{m, }||||||||||\n" + note("MISC", "t  @MISC{m") + note("MISC", "T  @MISC{M"))
+      << "a value that runs into the end of the file is a part of the last line";
+}
+
 TEST(ReferenceWalk, TreatsValuesAsItsRulesAndSettingsSay) {
   const std::string library = "@article{a,\n  title = {{T}},\n  pages = {1--2--3},\n}\n";
   Settings range;
