@@ -26,11 +26,14 @@ TEST(OutputFile, WritesEveryByteInOrder) {
       file.Write({part, "\n"});
       expected += part + "\n";
     }
+    EXPECT_EQ(file.Written(), expected.size());
     const std::string large(3 << 20, 'x');
     file.Write(large);
     file.Write("end");
     expected += large + "end";
+    EXPECT_EQ(file.Written(), expected.size());
     EXPECT_TRUE(file.Close());
+    EXPECT_EQ(file.Written(), expected.size());
     EXPECT_EQ(file.Error(), "");
   }
   EXPECT_EQ(testing::ReadDiskFile(path), expected);
