@@ -219,6 +219,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   std::string removed;
   bool wrote_tag = false;
   bool at_next_head = false;
+  bool passed_lines = false;  // by a value that went on in them
   untagged_.Start(after_head);
   while (!at_next_head && ReadLine(input_, limits::kTagLine, line)) {
     const std::size_t line_end = input_.Position();
@@ -242,7 +243,10 @@ TagOutcome TagCleaner::SortTags(Line& line) {
     }
     // The pieces of a line that was read in part may be other ones this time.
     const std::size_t next = input_.Position();
-    if (input_.Bytes()[next - 1] == '\n') input_.SetPosition(untagged_.SkipFrom(next));
+    passed_lines = passed_lines || next != line_end;
+    if (passed_lines && input_.Bytes()[next - 1] == '\n') {
+      input_.SetPosition(untagged_.SkipFrom(next));
+    }
   }
   library_.Write(wrote_tag || !at_next_head ? "\n" : ",\n");
   library_.Write("}\n\n");

@@ -5,11 +5,10 @@
 
 namespace tarvel {
 
-void UntaggedLines::End(std::size_t offset) {
-  constexpr std::size_t kMany = 500;  // bytes; fewer are read as fast
-  if (offset - start_ < kMany) return;
-  for (const auto& [begin, end] : passed_) known_.insert_or_assign(begin, Lines{end, offset});
-  known_.insert_or_assign(begin_, Lines{offset, offset});
+/// Remembers what was passed since the last tag, and that it leads to `next`.
+void UntaggedLines::Keep(std::size_t next) {
+  for (const auto& [begin, end] : passed_) known_.insert_or_assign(begin, Lines{end, next});
+  known_.insert_or_assign(begin_, Lines{next, next});
 }
 
 std::size_t UntaggedLines::SkipFrom(std::size_t line) const {

@@ -23,11 +23,17 @@ class UntaggedLines {
     begin_ = next;
   }
   /// A tag or a head begins at an offset.
-  void End(std::size_t offset);
+  void End(std::size_t offset) {
+    if (offset - start_ >= kMany) Keep(offset);
+  }
   /// Where the next tag or head begins if the line at an offset was read before, else that offset.
   std::size_t SkipFrom(std::size_t line) const;
 
  private:
+  static constexpr std::size_t kMany = 500;  // bytes; fewer are read as fast
+
+  void Keep(std::size_t next);
+
   struct Lines {
     std::size_t end;
     std::size_t next;  // the tag or head after them
