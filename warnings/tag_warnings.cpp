@@ -63,6 +63,7 @@ void TagWarnings::SkipEntry(std::string_view library, std::size_t offset) {
 
 /// Looks for the end of the dropped entry, but not from `to` on.
 void TagWarnings::FollowDropped(std::size_t to) {
+  to = std::min(to, library_.size());
   for (; dropped_end_ == kOpen && dropped_at_ < to; ++dropped_at_) {
     const char byte = library_[dropped_at_];
     if (byte == '{') ++dropped_depth_;

@@ -23,8 +23,10 @@ class TagWarnings {
   /// this entry's head will be read again.
   void EndEntry(bool at_next_head);
   /// An entry without a key is dropped. `offset` is that of the last byte of its first line.
+  /// `library` must outlive this.
   void NoteDroppedWithoutKey(std::string_view library, std::size_t offset);
   /// An entry is dropped for its first two tags; `rest_at` is where the rest of it begins.
+  /// `library` must outlive this.
   void NoteDroppedAsEmpty(std::string_view key, std::size_t offset, std::string_view library,
                           std::size_t rest_at);
   /// A line that defines a string is removed and logged.

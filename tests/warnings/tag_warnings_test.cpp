@@ -51,11 +51,14 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
   const std::string library(41, 'x');
   warnings_.NoteDroppedWithoutKey(library, 30);
   EXPECT_EQ(Reported(), Lines{"entry-dropped l:4 [] an entry without a key was dropped"});
-  warnings_.NoteDroppedAsEmpty("k", 40, library + "}\n", library.size());
-  warnings_.NoteDroppedAsEmpty("k", 40, library + "\n  note = {x}", library.size());
-  warnings_.NoteDroppedAsEmpty("k", 40, library + "", library.size());
+  const std::string closed = library + "}\n";
+  const std::string blank_line = library + "\n  note = {x}";
+  const std::string more = library + "  note = {x}\n}\n";
+  warnings_.NoteDroppedAsEmpty("k", 40, closed, library.size());
+  warnings_.NoteDroppedAsEmpty("k", 40, blank_line, library.size());
+  warnings_.NoteDroppedAsEmpty("k", 40, library, library.size());
   EXPECT_EQ(Reported(), Lines()) << "only the next line counts";
-  warnings_.NoteDroppedAsEmpty("k", 40, library + "  note = {x}\n}\n", library.size());
+  warnings_.NoteDroppedAsEmpty("k", 40, more, library.size());
   EXPECT_EQ(Reported(),
             Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
                   "'note'"});
