@@ -224,6 +224,7 @@ TagOutcome TagCleaner::SortTags(Line& line) {
   while (!at_next_head && ReadLine(input_, limits::kTagLine, line)) {
     const std::size_t line_end = input_.Position();
     const std::size_t line_begin = line_end - line.Text().size();
+    bool writes = false;  // else the line need not be read again
     if (IsKnownEntry(line)) {
       at_next_head = true;
       untagged_.End(line_begin);
@@ -236,6 +237,9 @@ TagOutcome TagCleaner::SortTags(Line& line) {
         WriteTag(kTagRules[*tag], Value(line.Text()));
         wrote_tag = true;
       }
+      writes = library_.IsKept();
+    }
+    if (writes) {
       untagged_.End(line_begin);
       untagged_.Start(input_.Position());
     } else if (input_.Position() != line_end) {

@@ -96,6 +96,11 @@ def tags_after_values_that_close_late(n):
     return values_that_close_late(n).replace("@book{last", " title = {x}\n@book{last")
 
 
+def many_tags_after_values_that_close_late(n):
+    """Clean tags writes them with each entry; a check need not walk so."""
+    return values_that_close_late(n).replace("@book{last", " title = {x}\n" * n + "@book{last")
+
+
 def values_with_an_at_sign_that_close_late(n):
     """Words after an "@" that is no head are put in capitals."""
     heads = "".join(f"@book{{k{i},\nabstract = {{a@b {{\n" for i in range(n))
@@ -233,6 +238,7 @@ SHAPES = (
     (values_that_close_after_a_blank_line, 5000, ALL),
     (values_before_their_equals_sign, 5000, ALL),
     (tags_after_values_that_close_late, 5000, ALL),
+    (many_tags_after_values_that_close_late, 2000, ("check",)),
     (values_with_an_at_sign_that_close_late, 5000, ALL),
     (heads_side_by_side_of_values_that_close_late, 2000, ALL),
     (readings_that_take_turns, 5000, ALL),
