@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -49,6 +50,9 @@ struct RunContext {
   CitationRules citations = {};
   /// Further files that are never opened for writing: those whose copies the run reads.
   std::vector<std::string> kept_files = {};
+  /// What the rows of the table of LaTeX commands may look at in any library, in the steps of
+  /// `RowBudget`: some seconds.
+  std::uint64_t row_steps = 20'000'000'000;
 };
 
 /// The path of an operation's new file beside `library`, or in `directory` unless that is empty.

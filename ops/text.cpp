@@ -31,6 +31,8 @@ constexpr std::string_view kLibraryTooShort =  // sic: the library is not a new 
 constexpr std::string_view kValueTooLong =
     "Function CreateText()_6 => The rows of 'LaTeXCommands.tvl' make a value longer than "
     "1,000,000 bytes!";
+constexpr std::string_view kChangedTooOften =
+    "Function CreateText()_7 => The rows of 'LaTeXCommands.tvl' change the values too often!";
 
 constexpr std::string_view kAdvice = "You have to type the entry yourself. ";
 constexpr std::string_view kTextName = "_text.txt";
@@ -52,19 +54,24 @@ std::string NameReference(const Settings& settings, std::string_view key) {
   return std::string(latex ? "\\bibitem{" : "[").append(key).append(latex ? "}" : "]");
 }
 
-/// Makes the values ready to be printed; false when one became too long. They stay so: what an
-/// entry takes over from the one before it is treated once more.
-bool TreatValues(const Settings& settings, const LaTeXCommands& commands, ReferenceKind kind,
-                 EntryValues& values) {
+/// What the rows of the table may look at for a byte of the library. In real libraries they need at
+/// most five steps for it.
+constexpr std::uint64_t kStepsForAByte = 300;
+
+/// Makes the values ready to be printed. They stay so: what an entry takes over from the one before
+/// it is treated once more.
+Treatment TreatValues(const Settings& settings, const LaTeXCommands& commands, RowBudget& budget,
+                      ReferenceKind kind, EntryValues& values) {
   if (settings.UseLaTeXCode != 0) {
     StripBraces(values[kTitle]);
     StripBraces(values[kBooktitle]);
-    return true;
+    return Treatment::kDone;
   }
-  const auto& texts = kTexts[static_cast<std::size_t>(kind)];
-  return std::all_of(texts.begin(), texts.end(), [&](ReferenceValue value) {
-    return ApplyLaTeXCommands(values[value], commands);
-  });
+  for (const ReferenceValue value : kTexts[static_cast<std::size_t>(kind)]) {
+    const Treatment treatment = ApplyLaTeXCommands(values[value], commands, budget);
+    if (treatment != Treatment::kDone) return treatment;
+  }
+  return Treatment::kDone;
 }
 
 std::vector<ReferenceValue> PrintText(const RunContext& run, OutputFile& output, ReferenceKind kind,
@@ -104,7 +111,10 @@ int RunText(const RunContext& run) {
                .stray_tags = &tags},
               warnings);
   const bool latex = run.settings.UseLaTeXCode != 0;
-  bool too_long = false;
+  Treatment treatment = Treatment::kDone;
+  const std::uint64_t steps = run.row_steps + kStepsForAByte * library->Bytes().size();
+  RowBudget budget(steps);
+  RowBudget warning_budget(steps / 4);  // what is printed does not depend on warnings
   GrowingOutput size(run, *output, 4 * library->Bytes().size(), kLongValues);
   const WalkRules rules{
       .line_limit = limits::kShortLine,
@@ -115,18 +125,21 @@ int RunText(const RunContext& run) {
       .name_reference = [&](std::string_view key) { return NameReference(run.settings, key); },
       .print =
           [&](const EntryKind& entry, EntryValues& values) {
-            too_long = too_long || !TreatValues(run.settings, commands, entry.kind, values);
-            if (too_long) return std::vector<ReferenceValue>();
+            if (treatment == Treatment::kDone) {
+              treatment = TreatValues(run.settings, commands, budget, entry.kind, values);
+            }
+            if (treatment != Treatment::kDone) return std::vector<ReferenceValue>();
             return PrintText(run, *output, entry.kind, values);
           },
       .find_cut =
           [&](std::string_view value) {
-            return latex ? std::string_view() : commands.FindCut(value);
+            return latex ? std::string_view() : commands.FindCut(value, warning_budget);
           },
       .size = &size};
   ReferenceWalk walk(*library, *output, run.settings, rules, warnings);
   if (!walk.Run(entries)) return Fail(run, kLibraryTooShort);
-  if (too_long) return Fail(run, kValueTooLong);
+  if (treatment == Treatment::kTooLong) return Fail(run, kValueTooLong);
+  if (treatment == Treatment::kTooOften) return Fail(run, kChangedTooOften);
   ReportUnsupported(run.reporter, walk.Unsupported(), kTextName);
   return CloseOutputs(run, {output.get()}) ? kSucceeded : kFailed;
 }

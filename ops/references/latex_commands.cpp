@@ -2,6 +2,7 @@
 #include "ops/references/latex_commands.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <utility>
 
@@ -140,13 +141,17 @@ std::size_t LaTeXCommands::LongestStartOf(std::string_view text) const {
   return command;
 }
 
+/// The rows of a command, in the order of the table.
+std::span<const std::size_t> LaTeXCommands::RowsOf(std::size_t command) const {
+  const std::size_t begin = command == 0 ? 0 : commands_[command - 1].rows_end;
+  return std::span(sorted_rows_).subspan(begin, commands_[command].rows_end - begin);
+}
+
 /// The first row of a command from `from` on, or the number of rows.
 std::size_t LaTeXCommands::RowOf(std::size_t command, std::size_t from) const {
-  const auto begin = sorted_rows_.begin();
-  const std::size_t rows_begin = command == 0 ? 0 : commands_[command - 1].rows_end;
-  const auto end = begin + static_cast<std::ptrdiff_t>(commands_[command].rows_end);
-  const auto row = std::lower_bound(begin + static_cast<std::ptrdiff_t>(rows_begin), end, from);
-  return row == end ? rows_.size() : *row;
+  const std::span<const std::size_t> rows = RowsOf(command);
+  const auto row = std::lower_bound(rows.begin(), rows.end(), from);
+  return row == rows.end() ? rows_.size() : *row;
 }
 
 /// False only for a text that begins with no command.
@@ -154,14 +159,24 @@ bool LaTeXCommands::MayBegin(std::string_view text) const {
   return by_first_byte_[FirstByte(text)].end != 0 && pairs_[PairOf(text)];
 }
 
-std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from) const {
+std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from,
+                                   RowBudget& budget) const {
+  // A call and a comparison, in steps.
+  constexpr std::uint64_t kCall = 64;
+  constexpr std::uint64_t kComparison = 8;
   std::size_t first = rows_.size();
+  budget.Take(kCall + text.size());
   for (; !text.empty(); text.remove_prefix(1)) {
     if (!MayBegin(text)) continue;
+    if (budget.IsSpent()) return rows_.size();
+    const Span span = by_first_byte_[FirstByte(text)];
+    std::uint64_t steps = kComparison * std::bit_width(span.end - span.begin);
     for (std::size_t command = LongestStartOf(text); command != kNone;
          command = commands_[command].shorter) {
       first = std::min(first, RowOf(command, from));
+      steps += kComparison * std::bit_width(RowsOf(command).size());
     }
+    budget.Take(steps);
   }
   return first;
 }
@@ -178,7 +193,7 @@ bool LaTeXCommands::HasRowOf(std::string_view name) const {
   });
 }
 
-std::string_view LaTeXCommands::FindCut(std::string_view text) const {
+std::string_view LaTeXCommands::FindCut(std::string_view text, RowBudget& budget) const {
   for (std::size_t at = text.find('\\'); at != std::string_view::npos;
        at = text.find('\\', at + 1)) {
     const std::string_view name = NameAt(text.substr(at));
@@ -186,7 +201,8 @@ std::string_view LaTeXCommands::FindCut(std::string_view text) const {
     // A later row can restore what a row for the beginning replaced: this is how the table keeps
     // commands whole.
     std::string treated(name);
-    if (ApplyLaTeXCommands(treated, *this) && treated != name) return name;
+    const Treatment treatment = ApplyLaTeXCommands(treated, *this, budget);
+    if (treatment != Treatment::kTooLong && treated != name) return name;
   }
   return {};
 }
@@ -216,16 +232,16 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
   return kSucceeded;
 }
 
-bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands) {
+Treatment ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands, RowBudget& budget) {
   // Between two rows that occur the text does not change, so the rows skipped would not have
   // changed it either.
   const std::vector<LaTeXCommands::Row>& rows = commands.Rows();
-  for (std::size_t row = commands.FindRow(value, 0); row < rows.size();
-       row = commands.FindRow(value, row + 1)) {
-    if (GrowsTooLong(value, rows[row])) return false;
+  for (std::size_t row = commands.FindRow(value, 0, budget); row < rows.size();
+       row = commands.FindRow(value, row + 1, budget)) {
+    if (GrowsTooLong(value, rows[row])) return Treatment::kTooLong;
     ReplaceString(value, rows[row].command, rows[row].replacement);
   }
-  return true;
+  return budget.IsSpent() ? Treatment::kTooOften : Treatment::kDone;
 }
 
 }  // namespace tarvel

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +14,19 @@
 #include "ops/run_context.h"
 
 namespace tarvel {
+
+/// How much may still be looked at to find rows. The rows of a table can change the same values
+/// again and again, so that a small table and a small library would take hours.
+class RowBudget {
+ public:
+  /// One step is about a byte of a value that is looked at.
+  explicit RowBudget(std::uint64_t steps) : left_(steps) {}
+  void Take(std::uint64_t steps) { left_ -= std::min(left_, steps); }
+  bool IsSpent() const { return left_ == 0; }
+
+ private:
+  std::uint64_t left_;
+};
 
 /// The table of LaTeX commands and what plain text has in their place, with an index that finds the
 /// rows that can change a text.
@@ -27,11 +42,14 @@ class LaTeXCommands {
 
   const std::vector<Row>& Rows() const { return rows_; }
   /// The first row from `from` on that is applied and whose command occurs in `text`; the number of
-  /// rows when there is none. Rows without a command and rows that begin with "#" are not applied.
-  std::size_t FindRow(std::string_view text, std::size_t from) const;
+  /// rows when there is none or the budget is spent. Rows without a command and rows that begin
+  /// with
+  /// "#" are not applied.
+  std::size_t FindRow(std::string_view text, std::size_t from, RowBudget& budget) const;
   /// The first command of `text`, a backslash and letters, that has no row of its own while a row
-  /// for a shorter one replaces its beginning; empty when there is none.
-  std::string_view FindCut(std::string_view text) const;
+  /// for a shorter one replaces its beginning; empty when there is none. Once the budget is spent,
+  /// no more is found.
+  std::string_view FindCut(std::string_view text, RowBudget& budget) const;
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
@@ -56,6 +74,7 @@ class LaTeXCommands {
   bool MayBegin(std::string_view text) const;
   std::size_t FirstNotBefore(Span span, std::string_view text) const;
   std::size_t LongestStartOf(std::string_view text) const;
+  std::span<const std::size_t> RowsOf(std::size_t command) const;
   std::size_t RowOf(std::size_t command, std::size_t from) const;
   bool HasRowOf(std::string_view name) const;
   bool HasRowOfBeginning(std::string_view name) const;
@@ -80,10 +99,13 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands);
 /// The most bytes that the rows may make of a value.
 inline constexpr std::size_t kLongestTreated = 1'000'000;
 
+/// Whether all rows were applied to a value.
+enum class Treatment { kDone, kTooLong, kTooOften };
+
 /// Applies the rows to `value`, one after the other, each with `ReplaceString` to what those before
-/// it left. Stops, and returns false, at a row that could make it longer than it is and than
-/// `kLongestTreated` bytes: rows whose replacements hold the commands of others can double a value
-/// again and again.
-bool ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands);
+/// it left. Stops when the budget is spent (kTooOften), and at a row that could make the value
+/// longer than it is and than `kLongestTreated` bytes (kTooLong): rows whose replacements hold the
+/// commands of others can double a value again and again.
+Treatment ApplyLaTeXCommands(std::string& value, const LaTeXCommands& commands, RowBudget& budget);
 
 }  // namespace tarvel

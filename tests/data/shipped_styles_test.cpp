@@ -56,7 +56,7 @@ TEST(ShippedLaTeXCommands, TurnTitlesAndNamesIntoText) {
   for (const auto& row : rows) {
     for (std::size_t table = 0; table < 2; ++table) {
       std::string value = row[0];
-      ApplyLaTeXCommands(value, tables[table]);
+      ApplyAll(value, tables[table]);
       EXPECT_EQ(value, row[table + 1]) << row[0];
     }
   }
@@ -81,7 +81,7 @@ TEST(ShippedLaTeXCommands, GiveWhatTryingEveryRowGives) {
       std::string expected = value;
       PlainApply(expected, rows);
       std::string got = value;
-      ApplyLaTeXCommands(got, commands);
+      ApplyAll(got, commands);
       ASSERT_EQ(got, expected) << value;
     }
   }

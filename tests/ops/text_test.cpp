@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "app/globals.h"
 #include "ops/operations.h"
 #include "tests/support/outcome.h"
+#include "tests/support/recording_warnings.h"
 #include "tests/support/reference_worlds.h"
 
 namespace tarvel {
@@ -69,6 +72,31 @@ TEST(Text, FailsWhenTheCommandsMakeAValueTooLong) {
   EXPECT_EQ(outcome.result, 0);
   EXPECT_NE(outcome.printed.find("make a value longer than 1,000,000 bytes!"), std::string::npos);
   EXPECT_LT(outcome.files.at("_text.txt").size(), 1000U) << "nothing is printed of it";
+}
+
+/// The result of Text where the rows may look at so much.
+int ResultWith(std::uint64_t row_steps, const PlainWorld& world, Warnings* warnings) {
+  GlobalJournalStyles = {};
+  MemoryFiles files = testing::FilesOf(world);
+  RunContext run = MemoryRun(files, kLibraryPath);
+  run.settings = world.settings;
+  run.row_steps = row_steps;
+  run.warnings = warnings;
+  return testing::RunWorld(&RunText, run, files).result;
+}
+
+TEST(Text, FailsWhenTheCommandsChangeTheValuesTooOften) {
+  std::string rows;
+  for (int i = 0; i < 1000; ++i) rows += "a b\nb a\n";
+  const PlainWorld world =
+      World("@article{k,\n  title = {\\foo a},\n}\n@article{l,\n}\n", rows + "\\fo y\n", {});
+  EXPECT_EQ(ResultWith(0, world, nullptr), 0);
+  std::uint64_t enough = 1000;
+  while (enough < 1'000'000 && ResultWith(enough, world, nullptr) == 0) enough += 1000;
+  EXPECT_LT(enough, 1'000'000U);
+  testing::RecordingWarnings warnings;
+  EXPECT_EQ(ResultWith(enough, world, &warnings), 1) << "warnings take nothing of it";
+  EXPECT_EQ(warnings.Of(WarningKind::kCommandCut).size(), 1U);
 }
 
 TEST(Text, PrintsEveryEntryInTheOrderOfTheLibrary) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/reference_worlds.h"
 
+#include <cstdint>
+#include <limits>
+
 namespace tarvel::testing {
 
 namespace {
@@ -11,6 +14,11 @@ const std::vector<std::string> kKeys{"a", "b",        "c", " a",  "a b",
                                      "",  "\xC3\xA9", "B", "a{b", "x\0y"s};
 
 }  // namespace
+
+Treatment ApplyAll(std::string& value, const LaTeXCommands& commands) {
+  RowBudget budget(std::numeric_limits<std::uint64_t>::max());
+  return ApplyLaTeXCommands(value, commands, budget);
+}
 
 std::vector<std::string> DefinitionNames() {
   std::vector<std::string> names;

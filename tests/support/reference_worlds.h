@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ops/journal_styles.h"
+#include "ops/references/latex_commands.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/plain_references.h"
 
@@ -20,6 +21,9 @@ inline constexpr std::string_view kDocumentPath = "/paper/paper.tex";
 inline constexpr std::string_view kLibraryPath = "/lib/lit.bib";
 inline constexpr std::string_view kStylesPath = "/program/JournalStyles/Journal_styles_linux.tvl";
 inline constexpr std::string_view kCommandsPath = "/program/LaTeXCommands/LaTeXCommands_linux.tvl";
+
+/// Applies all rows to the value, however much they look at.
+Treatment ApplyAll(std::string& value, const LaTeXCommands& commands);
 
 /// The names of the 71 definitions that a style file has: all but the plain thesis of
 /// Springer_Comp_Sci.

@@ -186,7 +186,7 @@ TEST(Guards, PlainTextIsTheSame) {
   for (const std::string name : {"LaTeXCommands_linux.tvl", "LaTeXCommands_ascii.tvl"}) {
     const LaTeXCommands commands = Table(name);
     const auto plain = [&](std::string value) {
-      ApplyLaTeXCommands(value, commands);
+      testing::ApplyAll(value, commands);
       return value;
     };
     const std::string ends[] = {"Structure of {DNA}", "{DNA} and {RNA}", "{\\'E}tude",

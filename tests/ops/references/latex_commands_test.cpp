@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "tests/support/memory_files.h"
 #include "tests/support/plain_text.h"
 #include "tests/support/recording_reporter.h"
@@ -32,7 +34,7 @@ PlainRows RowsOf(const LaTeXCommands& commands) {
 }
 
 std::string Applied(std::string value, const std::string& table) {
-  ApplyLaTeXCommands(value, Read("START\n" + table));
+  testing::ApplyAll(value, Read("START\n" + table));
   return value;
 }
 
@@ -139,7 +141,7 @@ TEST(ApplyLaTeXCommands, GivesWhatTryingEveryRowGives) {
       std::string value = maker.Pieces(letters, 12);
       std::string expected = value;
       testing::PlainApply(expected, testing::PlainReadCommands(file));
-      ApplyLaTeXCommands(value, commands);
+      testing::ApplyAll(value, commands);
       ASSERT_EQ(value, expected) << file;
     }
   }
@@ -153,43 +155,69 @@ TEST(ApplyLaTeXCommands, StopsBeforeAValueGrowsWithoutBound) {
     rows.append("\n");
   }
   std::string value = "{abc}";
-  EXPECT_FALSE(ApplyLaTeXCommands(value, Read(rows)));
+  EXPECT_EQ(testing::ApplyAll(value, Read(rows)), Treatment::kTooLong);
   EXPECT_LE(value.size(), kLongestTreated);
   EXPECT_GT(value.size(), 1000U) << "what is short enough is done";
 
   std::string most(kLongestTreated - 1, 'x');
   most += "a";
-  EXPECT_TRUE(ApplyLaTeXCommands(most, Read("START\na b\n"))) << "what does not grow goes on";
-  EXPECT_FALSE(ApplyLaTeXCommands(most, Read("START\nb cc\n")));
+  EXPECT_EQ(testing::ApplyAll(most, Read("START\na b\n")), Treatment::kDone)
+      << "what does not grow goes on";
+  EXPECT_EQ(testing::ApplyAll(most, Read("START\nb cc\n")), Treatment::kTooLong);
   most.pop_back();
   most.back() = 'b';
-  EXPECT_TRUE(ApplyLaTeXCommands(most, Read("START\nb cc\n"))) << "up to the last byte";
+  EXPECT_EQ(testing::ApplyAll(most, Read("START\nb cc\n")), Treatment::kDone)
+      << "up to the last byte";
   EXPECT_EQ(most.size(), kLongestTreated);
 }
 
+TEST(ApplyLaTeXCommands, StopsWhenTheRowsHaveLookedAtTooMuch) {
+  // Every row applies to what the one before it left.
+  std::string rows = "START\n";
+  for (int i = 0; i < 1000; ++i) rows += "a b\nb a\n";
+  const LaTeXCommands commands = Read(rows);
+  std::string value = "xxxxa";
+  EXPECT_EQ(testing::ApplyAll(value, commands), Treatment::kDone);
+
+  // Each row looks at five bytes, and for one of them at a command of a thousand rows.
+  constexpr std::uint64_t kEach = 64 + 5 + 8 + 8 * 10;
+  RowBudget enough(2001 * kEach + 1);
+  EXPECT_EQ(ApplyLaTeXCommands(value, commands, enough), Treatment::kDone);
+  RowBudget small(20 * kEach);
+  EXPECT_EQ(ApplyLaTeXCommands(value, commands, small), Treatment::kTooOften);
+  EXPECT_TRUE(small.IsSpent());
+  std::string other = "none of them";
+  EXPECT_EQ(ApplyLaTeXCommands(other, commands, small), Treatment::kTooOften)
+      << "nothing more is done";
+}
+
 TEST(FindCut, GivesACommandOfWhichOnlyTheBeginningHasARow) {
+  RowBudget budget(10'000);
   const LaTeXCommands commands = Read("START\n\\a x\n\\alpha y\n");
   for (const std::string whole : {"\\a", "\\alpha", "\\b", "\\ba", "alphabet", "\\"}) {
-    EXPECT_EQ(commands.FindCut(whole), "") << whole;
+    EXPECT_EQ(commands.FindCut(whole, budget), "") << whole;
   }
-  EXPECT_EQ(commands.FindCut("\\ab"), "\\ab") << "two letters";
-  EXPECT_EQ(commands.FindCut("a \\alpha \\b and \\alphabet soup"), "\\alphabet");
+  EXPECT_EQ(commands.FindCut("\\ab", budget), "\\ab") << "two letters";
+  EXPECT_EQ(commands.FindCut("a \\alpha \\b and \\alphabet soup", budget), "\\alphabet");
   const LaTeXCommands guarded = Read(
       "START\n\\fo \x1D"
       "fo\n\\f x\n\x1D \\\n");
-  EXPECT_EQ(guarded.FindCut("\\foo"), "") << "the last row gives back what the first took";
-  EXPECT_EQ(guarded.FindCut("\\foo \\fan"), "\\fan");
+  EXPECT_EQ(guarded.FindCut("\\foo", budget), "") << "the last row gives back what the first took";
+  EXPECT_EQ(guarded.FindCut("\\foo \\fan", budget), "\\fan");
+  RowBudget none(0);
+  EXPECT_EQ(guarded.FindCut("\\foo", none), "") << "not looked for any more";
 }
 
 TEST(FindRow, GivesTheFirstRowThatOccurs) {
+  RowBudget budget(10'000);
   const LaTeXCommands commands = Read("START\nb x\n#a x\na x\nab x\nb x\n\nabc x\n");
-  EXPECT_EQ(commands.FindRow("abc", 0), 0U);
-  EXPECT_EQ(commands.FindRow("abc", 1), 2U);
-  EXPECT_EQ(commands.FindRow("abc", 3), 3U);
-  EXPECT_EQ(commands.FindRow("abc", 4), 4U);
-  EXPECT_EQ(commands.FindRow("abc", 5), 6U);
-  EXPECT_EQ(commands.FindRow("ab", 5), 7U) << "none";
-  EXPECT_EQ(commands.FindRow("", 0), 7U) << "nothing occurs in an empty text";
+  EXPECT_EQ(commands.FindRow("abc", 0, budget), 0U);
+  EXPECT_EQ(commands.FindRow("abc", 1, budget), 2U);
+  EXPECT_EQ(commands.FindRow("abc", 3, budget), 3U);
+  EXPECT_EQ(commands.FindRow("abc", 4, budget), 4U);
+  EXPECT_EQ(commands.FindRow("abc", 5, budget), 6U);
+  EXPECT_EQ(commands.FindRow("ab", 5, budget), 7U) << "none";
+  EXPECT_EQ(commands.FindRow("", 0, budget), 7U) << "nothing occurs in an empty text";
 }
 
 }  // namespace
