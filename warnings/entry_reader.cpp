@@ -91,7 +91,7 @@ void EntryReader::ReportAfterEntry(std::size_t at) {
 
 /// Reads "tag =" and the value's first byte, or skips what is none; returns where to go on.
 inline std::size_t EntryReader::ReadTag(std::size_t at) {
-  const std::size_t end = structure_.Find<kInTags>(at, end_);
+  const std::size_t end = structure_.Find(at, end_);
   if (end == end_ || bytes_[end] != '=') {
     return end == end_ || bytes_[end] == '}' || bytes_[end] == '\n' ? end : end + 1;
   }
@@ -107,9 +107,7 @@ inline std::size_t EntryReader::ReadTag(std::size_t at) {
   state_ = State::kBeforeValue;
   ++counts_.values;
   at = kBlanksInLine.FindOther(bytes_.substr(0, end_), end + 1);
-  if (!EndsLine(at) && bytes_[at] == '{') return StartValue(at);
-  ++counts_.unbraced;
-  ReportUnbraced(at);
+  if (EndsLine(at) || bytes_[at] != '{') ReportUnbraced(at);
   return EndsLine(at) ? at : StartValue(at);
 }
 
@@ -134,8 +132,7 @@ std::size_t EntryReader::SkipPiece(std::size_t at) {
 inline std::size_t EntryReader::ContinueValue(std::size_t at) {
   const char closing = state_ == State::kInQuotes ? '"' : '}';
   std::size_t depth = depth_;
-  for (at = structure_.Find<kInValues>(at, end_); at < end_;
-       at = structure_.Find<kInValues>(at + 1, end_)) {
+  for (at = structure_.Find(at, end_); at < end_; at = structure_.Find(at + 1, end_)) {
     const char byte = bytes_[at];
     if (byte == '\n' && at + 1 < end_) CheckContinuation(at + 1);
     if (byte == '{') ++depth;
@@ -176,9 +173,10 @@ void EntryReader::ReportSharedLine(std::string_view before) {
   }
 }
 
-/// Reports the value at `at`, which has no braces around it, if its line mentions a tag that is
-/// read.
+/// Counts the value at `at`, which has no braces around it, and reports it if its line mentions a
+/// tag that is read.
 void EntryReader::ReportUnbraced(std::size_t at) {
+  ++counts_.unbraced;
   if (!MentionsReadTag(tag_offset_)) return;
   if (warnings_.ReportNumber(WarningKind::kUnbracedValue)) return;
   const std::string_view how =

@@ -16,10 +16,8 @@ namespace tarvel {
 
 namespace {
 
-using namespace std::string_view_literals;
-
 /// What stands after an "@" and is no entry.
-constexpr std::array kNoEntries{"COMMENT"sv, "STRING"sv, "PREAMBLE"sv};
+constexpr std::array<std::string_view, 3> kNoEntries{"COMMENT", "STRING", "PREAMBLE"};
 
 constexpr ByteSet kHeadEnds(",}\n");
 constexpr ByteSet kKeyStops(",\n");
@@ -27,8 +25,6 @@ constexpr ByteSet kBeforeHead(" \t\r\n}\xEF\xBB\xBF");
 constexpr ByteSet kBeforeEntry(" \t\xEF\xBB\xBF");
 constexpr ByteSet kKeyEnds(" \t\r\n,{}()");
 constexpr ByteSet kTypeEnds(" \t\r\n{(,=\"}@");
-
-bool IsLower(char byte) { return byte >= 'a' && byte <= 'z'; }
 
 /// Whether the text is a brace or parenthesis, a key and a comma.
 bool HoldsKey(std::string_view text) {
@@ -62,7 +58,6 @@ class LibraryScan {
   bool TakeOtherHead(std::string_view line, std::size_t offset);
   void ReportOtherHead(std::string_view word, std::string_view rest, std::size_t offset);
   void ReportUpperCased(std::string_view line, std::size_t offset);
-  void ReadLines(std::size_t begin, std::size_t end);
   void ReadOn(std::size_t begin, std::size_t end);
   void ReadOutside(std::size_t begin, std::size_t end);
   void CheckOutside(std::string_view line, std::size_t offset);
@@ -78,19 +73,19 @@ class LibraryScan {
   std::string upper_;        // the line of a head, its type in capitals
   bool in_unknown_ = false;  // in an entry that is reported as none
 
-  // Offsets of what comes next; the size of the text if there is none.
+  // Offsets, looked for anew from these on; the size of the text if there is none.
   std::size_t next_at_ = 0;    // an "@"
   std::size_t next_bad_ = 0;   // a byte that begins no valid UTF-8 character
   std::size_t next_long_ = 0;  // a line longer than the limit
 };
 
 ValueCounts LibraryScan::Run() {
-  next_at_ = std::min(bytes_.find('@', begin_), bytes_.size());
-  next_bad_ = FindBadUtf8(bytes_, begin_);
-  next_long_ = NextLongLine(begin_);
   for (std::size_t at = begin_; at < bytes_.size();) {
     const std::size_t special = NextSpecialLine(at);
-    ReadLines(at, special);
+    if (at < special) {
+      entry_.BeginLine(at);
+      ReadOn(at, special);
+    }
     if (special == bytes_.size()) break;
     at = LineEnd(bytes_, special);
     ScanSpecialLine(bytes_.substr(special, at - special), special);
@@ -115,9 +110,9 @@ std::size_t LibraryScan::NextLongLine(std::size_t begin) {
 /// The offset of the first special line from the line at `begin` on; the size of the text if there
 /// is none.
 std::size_t LibraryScan::NextSpecialLine(std::size_t begin) {
-  if (next_at_ < begin) next_at_ = std::min(bytes_.find('@', begin), bytes_.size());
-  if (next_bad_ < begin) next_bad_ = FindBadUtf8(bytes_, begin);
-  if (next_long_ < begin) next_long_ = NextLongLine(begin);
+  if (next_at_ <= begin) next_at_ = std::min(bytes_.find('@', begin), bytes_.size());
+  if (next_bad_ <= begin) next_bad_ = FindBadUtf8(bytes_, begin);
+  if (next_long_ <= begin) next_long_ = NextLongLine(begin);
   const std::size_t next = std::min(next_at_, next_bad_);
   if (next == bytes_.size()) return next_long_;
   return std::min(LineBegin(bytes_, begin, next), next_long_);
@@ -143,14 +138,7 @@ void LibraryScan::ScanSpecialLine(std::string_view line, std::size_t offset) {
   if (!head) ReadOn(offset, end);
 }
 
-/// Reads lines that begin no entry.
-void LibraryScan::ReadLines(std::size_t begin, std::size_t end) {
-  if (begin == end) return;
-  entry_.BeginLine(begin);
-  ReadOn(begin, end);
-}
-
-/// The same after the first line was begun.
+/// Reads lines that begin no entry, after the first of them was begun.
 void LibraryScan::ReadOn(std::size_t begin, std::size_t end) {
   if (!entry_.IsOpen()) return ReadOutside(begin, end);
   const std::size_t at = entry_.Read(begin, end);
@@ -189,8 +177,7 @@ bool LibraryScan::TakeHead(std::string_view line, std::size_t offset) {
   const std::size_t brace = line.find('{', at);
   entry_.Read(offset, offset + at);
   if (!entry_.IsOpen() && line.starts_with('}')) entry_.NoteClosingLine();
-  const bool begins_line = kBeforeEntry.FindOther(line, 0) == at;
-  const bool follows = !entry_.IsOpen() && !begins_line;
+  const bool follows = !entry_.IsOpen() && kBeforeEntry.FindOther(line, 0) != at;
   const std::size_t end = kHeadEnds.Find(line, at);
   const std::size_t key_end = kKeyStops.Find(line, std::max(end, brace + 1));
   TakeKnownHead(std::string_view(upper_).substr(at + 1, brace - at - 1),
@@ -289,7 +276,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     const std::string_view text = line.substr(at, brace - at);
     const std::string_view word = TrimEnd(text.substr(1), IsBlank);
     const bool is_type = !FindEntryType(InCapitals(word)).empty();
-    if (!is_type && std::any_of(text.begin(), text.end(), IsLower)) {
+    if (!is_type && InCapitals(text) != text) {
       const std::string_view named = TagNameOf(line);
       const std::string_view tag = named.empty() ? entry_.Tag() : named;
       Report(WarningKind::kUpperCased, offset,
@@ -304,8 +291,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
 }  // namespace
 
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings) {
-  if (!warnings.Wanted()) return;
-  const ValueCounts counts = LibraryScan(bytes, {0, bytes.size()}, rules, warnings).Run();
+  const ValueCounts counts = ScanRange(bytes, {0, bytes.size()}, rules, warnings);
   if (rules.read_tags) warnings.ReportValues(counts.values, counts.unbraced);
 }
 

@@ -2,7 +2,6 @@
 #include "warnings/line_tags.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 
 #include "app/texts.h"
@@ -86,19 +85,7 @@ std::vector<LineTag> TagsOf(std::string_view text) {
 }
 
 std::ptrdiff_t OpenBraces(std::string_view text) {
-  // As in `CountByte`: counters of one byte let the compiler compare sixteen bytes at once.
-  constexpr std::size_t kRun = 240;
-  std::ptrdiff_t open = 0;
-  for (; !text.empty(); text.remove_prefix(std::min(kRun, text.size()))) {
-    std::uint8_t opened = 0;
-    std::uint8_t closed = 0;
-    for (const char byte : text.substr(0, kRun)) {
-      opened = static_cast<std::uint8_t>(opened + (byte == '{' ? 1 : 0));
-      closed = static_cast<std::uint8_t>(closed + (byte == '}' ? 1 : 0));
-    }
-    open += opened - closed;
-  }
-  return open;
+  return static_cast<std::ptrdiff_t>(CountByte(text, '{') - CountByte(text, '}'));
 }
 
 std::string_view TagNameOf(std::string_view line) {

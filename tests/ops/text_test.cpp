@@ -91,9 +91,12 @@ TEST(Text, FailsWhenTheCommandsChangeTheValuesTooOften) {
   const PlainWorld world =
       World("@article{k,\n  title = {\\foo a},\n}\n@article{l,\n}\n", rows + "\\fo y\n", {});
   EXPECT_EQ(ResultWith(0, world, nullptr), 0);
-  std::uint64_t enough = 1000;
-  while (enough < 1'000'000 && ResultWith(enough, world, nullptr) == 0) enough += 1000;
-  EXPECT_LT(enough, 1'000'000U);
+  std::uint64_t enough = std::uint64_t{1} << 20U;
+  EXPECT_EQ(ResultWith(enough, world, nullptr), 1);
+  for (std::uint64_t step = enough / 2; step > 0; step /= 2) {
+    if (ResultWith(enough - step, world, nullptr) == 1) enough -= step;
+  }
+  EXPECT_EQ(ResultWith(enough - 1, world, nullptr), 0) << "it is the least";
   testing::RecordingWarnings warnings;
   EXPECT_EQ(ResultWith(enough, world, &warnings), 1) << "warnings take nothing of it";
   EXPECT_EQ(warnings.Of(WarningKind::kCommandCut).size(), 1U);

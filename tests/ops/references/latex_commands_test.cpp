@@ -183,6 +183,8 @@ TEST(ApplyLaTeXCommands, StopsWhenTheRowsHaveLookedAtTooMuch) {
   constexpr std::uint64_t kEach = 64 + 5 + 8 + 8 * 10;
   RowBudget enough(2001 * kEach + 1);
   EXPECT_EQ(ApplyLaTeXCommands(value, commands, enough), Treatment::kDone);
+  RowBudget scant(2001 * kEach);
+  EXPECT_EQ(ApplyLaTeXCommands(value, commands, scant), Treatment::kTooOften);
   RowBudget small(20 * kEach);
   EXPECT_EQ(ApplyLaTeXCommands(value, commands, small), Treatment::kTooOften);
   EXPECT_TRUE(small.IsSpent());
