@@ -170,14 +170,6 @@ std::size_t FindDelimiter(std::string_view bytes, std::size_t from, std::size_t 
 }
 
 std::size_t FindOddWhite(std::string_view text, std::size_t from) {
-  using Breaks = ByteFinder<ByteRange::One('\t'), ByteRange::One('\n'), ByteRange::One('\r')>;
-  using Blanks = ByteFinder<ByteRange::One(' ')>;
-  // Each time all but the last of the marked bytes, which may be the first of two blanks.
-  for (; from + Breaks::kWordSize <= text.size(); from += Breaks::kWordSize - 1) {
-    const std::uint64_t blanks = Blanks::Marks(text.data() + from);
-    const std::uint64_t odd = Breaks::Marks(text.data() + from) | (blanks & (blanks >> 1U));
-    if (odd != 0) return from + static_cast<std::size_t>(std::countr_zero(odd));
-  }
   while (from < text.size() && (kCodes.At(text, from) & kOddWhite) == 0) ++from;
   return from;
 }
