@@ -25,7 +25,7 @@ LaTeXCommands::Row ReadRow(std::string_view line) {
   const std::string_view command = line.substr(0, command_end);
   line.remove_prefix(command_end);
   line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-  return {std::string(command), std::string(line.substr(0, line.find(' ')))};
+  return {command, line.substr(0, line.find(' '))};
 }
 
 /// How often `wanted`, which is not empty, stands in `text`, side by side.
@@ -72,10 +72,12 @@ std::string_view NameAt(std::string_view text) {
 
 }  // namespace
 
-LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
+LaTeXCommands::LaTeXCommands(LineStream file) : file_(std::move(file)) {
+  ReadRows();
   std::vector<Command> by_command;  // one for each row
+  by_command.reserve(rows_.size());
   for (std::size_t row = 0; row < rows_.size(); ++row) {
-    const std::string& command = rows_[row].command;
+    const std::string_view command = rows_[row].command;
     if (command.empty() || command.front() == kComment) continue;
     by_command.push_back({PrefixOf(command), row});
   }
@@ -93,6 +95,16 @@ LaTeXCommands::LaTeXCommands(std::vector<Row> rows) : rows_(std::move(rows)) {
     }
     sorted_rows_.push_back(command.row);
     commands_.back().rows_end = sorted_rows_.size();
+  }
+}
+
+void LaTeXCommands::ReadRows() {
+  (void)file_->LoadAll();  // what cannot be read ends the table
+  rows_.reserve(CountByte(file_->Bytes(), '\n') + 1);
+  bool started = false;
+  while (const auto line = file_->ReadLine(limits::kShortLine)) {
+    if (started) rows_.push_back(ReadRow(*line));
+    started = started || line->find(kStartMark) != std::string_view::npos;
   }
 }
 
@@ -222,13 +234,7 @@ int CreateText_LaTeXArray(const RunContext& run, LaTeXCommands& commands) {
   std::optional<LineStream> file = run.files.OpenLines(path, ReadMode::kRead);
   if (!file) return Fail(run, kNotOpened);
 
-  std::vector<LaTeXCommands::Row> rows;
-  bool started = false;
-  while (const auto line = file->ReadLine(limits::kShortLine)) {
-    if (started) rows.push_back(ReadRow(*line));
-    started = started || line->find(kStartMark) != std::string_view::npos;
-  }
-  commands = LaTeXCommands(std::move(rows));
+  commands = LaTeXCommands(std::move(*file));
   return kSucceeded;
 }
 

