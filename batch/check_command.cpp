@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <compare>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
@@ -110,12 +111,12 @@ class SilentReporter final : public Reporter {
 /// long as the library, and each finding in the entry holds it.
 constexpr std::size_t kMostKey = 1000;
 
-/// What is wrong in one line.
+/// What is wrong in one line. A library can have millions of findings, so they are kept small.
 struct Finding {
   std::size_t line;
   WarningKind kind;
-  std::string key;
-  std::string text;
+  std::uint16_t key_size;
+  std::string words;  // the key and the text
   auto operator<=>(const Finding&) const = default;
 };
 
@@ -126,17 +127,19 @@ class Findings final : public Warnings {
 
   void Report(const Warning& warning) override {
     if (RowOf(warning.kind).about != About::kReading || !IsWanted(RowOf(warning.kind).name)) return;
-    found_.insert({warning.line, warning.kind, std::string(warning.key.substr(0, kMostKey)),
-                   std::string(warning.text)});
+    const std::string_view key = warning.key.substr(0, kMostKey);
+    found_.insert({warning.line, warning.kind, static_cast<std::uint16_t>(key.size()),
+                   std::string(key).append(warning.text)});
   }
   /// Prints them; true when there are any.
   bool Print(const std::string& path) const {
     for (const Finding& finding : found_) {
+      const std::string_view words = finding.words;
       const Warning warning{.kind = finding.kind,
                             .file = path,
                             .line = finding.line,
-                            .key = finding.key,
-                            .text = finding.text};
+                            .key = words.substr(0, finding.key_size),
+                            .text = words.substr(finding.key_size)};
       PrintOn(stdout, LineOf(warning) + "\n");
     }
     return !found_.empty();

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <vector>
 
 #include "core/ascii.h"
 
@@ -250,9 +249,19 @@ class DocumentReader {
     --depth_;
   }
 
-  /// Takes the keys of a list; false when it is none.
+  /// Takes the keys of a list; false when it is none. Only its end shows that, and it can have
+  /// millions of keys, so it is read twice.
   bool TakeKeys() {
-    std::vector<KeyInDocument> keys(1, {{}, kNone, 0});
+    const std::size_t begin = at_;
+    if (!ReadKeys([](const KeyInDocument&) {})) return false;
+    at_ = begin;
+    return ReadKeys([this](KeyInDocument& key) { ReportKey(key); });
+  }
+
+  /// Reads a list and calls `take(key)` for each key; false when it is none.
+  template <typename Take>
+  bool ReadKeys(const Take& take) {
+    KeyInDocument key{{}, kNone, 0};
     for (++at_; at_ < text_.size() && text_[at_] != '}';) {
       const char byte = text_[at_];
       if (byte == '\\' || byte == '{') return false;
@@ -260,21 +269,22 @@ class DocumentReader {
         const std::size_t begin = at_;
         SkipSpace();
         if (at_ == begin || Now() == '\n' || Now() == '\r') return false;  // an empty line
-        if (byte != '%' && !keys.back().text.empty()) keys.back().text += ' ';
+        if (byte != '%' && !key.text.empty()) key.text += ' ';
         continue;
       }
       if (byte == ',') {
-        keys.push_back({{}, kNone, 0});
+        take(key);
+        key = {{}, kNone, 0};
       } else {
-        keys.back().text += byte;
-        keys.back().begin = std::min(keys.back().begin, at_);
-        keys.back().end = at_ + 1;
+        key.text += byte;
+        key.begin = std::min(key.begin, at_);
+        key.end = at_ + 1;
       }
       ++at_;
     }
     if (at_ == text_.size()) return false;
     ++at_;
-    for (KeyInDocument& key : keys) ReportKey(key);
+    take(key);
     return true;
   }
 
