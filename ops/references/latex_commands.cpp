@@ -98,6 +98,7 @@ LaTeXCommands::LaTeXCommands(LineStream file) : file_(std::move(file)) {
   }
 }
 
+/// Reads the rows after the line that begins the table.
 void LaTeXCommands::ReadRows() {
   (void)file_->LoadAll();  // what cannot be read ends the table
   rows_.reserve(CountByte(file_->Bytes(), '\n') + 1);

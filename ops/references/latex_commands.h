@@ -46,9 +46,8 @@ class LaTeXCommands {
 
   const std::vector<Row>& Rows() const { return rows_; }
   /// The first row from `from` on that is applied and whose command occurs in `text`; the number of
-  /// rows when there is none or the budget is spent. Rows without a command and rows that begin
-  /// with
-  /// "#" are not applied.
+  /// rows when there is none, or when the budget is spent. Rows without a command and rows that
+  /// begin with "#" are not applied.
   std::size_t FindRow(std::string_view text, std::size_t from, RowBudget& budget) const;
   /// The first command of `text`, a backslash and letters, that has no row of its own while a row
   /// for a shorter one replaces its beginning; empty when there is none. Once the budget is spent,
