@@ -3,14 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "app/entry_points.h"
@@ -117,7 +116,13 @@ struct Finding {
   WarningKind kind;
   std::uint16_t key_size;
   std::string words;  // the key and the text
-  auto operator<=>(const Finding&) const = default;
+
+  std::string_view Key() const { return std::string_view(words).substr(0, key_size); }
+  std::string_view Text() const { return std::string_view(words).substr(key_size); }
+  bool operator<(const Finding& other) const {
+    return std::tuple(line, kind, Key(), Text()) <
+           std::tuple(other.line, other.kind, other.Key(), other.Text());
+  }
 };
 
 /// Collects what the operations find, each once.
@@ -134,12 +139,11 @@ class Findings final : public Warnings {
   /// Prints them; true when there are any.
   bool Print(const std::string& path) const {
     for (const Finding& finding : found_) {
-      const std::string_view words = finding.words;
       const Warning warning{.kind = finding.kind,
                             .file = path,
                             .line = finding.line,
-                            .key = words.substr(0, finding.key_size),
-                            .text = words.substr(finding.key_size)};
+                            .key = finding.Key(),
+                            .text = finding.Text()};
       PrintOn(stdout, LineOf(warning) + "\n");
     }
     return !found_.empty();
