@@ -52,7 +52,7 @@ struct RunContext {
   std::vector<std::string> kept_files = {};
   /// What the rows of the table of LaTeX commands may look at in any library, in the steps of
   /// `RowBudget`: some seconds.
-  std::uint64_t row_steps = 20'000'000'000;
+  std::uint64_t row_steps = 12'000'000'000;
 };
 
 /// The path of an operation's new file beside `library`, or in `directory` unless that is empty.

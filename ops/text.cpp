@@ -56,7 +56,7 @@ std::string NameReference(const Settings& settings, std::string_view key) {
 
 /// What the rows of the table may look at for a byte of the library. In real libraries they need at
 /// most five steps for it.
-constexpr std::uint64_t kStepsForAByte = 300;
+constexpr std::uint64_t kStepsForAByte = 200;
 
 /// Makes the values ready to be printed. They stay so: what an entry takes over from the one before
 /// it is treated once more.

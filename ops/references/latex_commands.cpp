@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "core/text_primitives.h"
@@ -16,6 +17,7 @@ constexpr std::string_view kNotOpened =
     "Function CreateText_LaTeXArray()_1: Could not open the 'LaTeXCommands.tvl' file !\n";
 constexpr std::string_view kStartMark = "START";
 constexpr char kComment = '#';
+constexpr std::uint64_t kComparison = 8;  // of two texts or numbers, in steps of `RowBudget`
 
 std::size_t FirstByte(std::string_view text) { return static_cast<unsigned char>(text.front()); }
 
@@ -74,6 +76,7 @@ std::string_view NameAt(std::string_view text) {
 
 LaTeXCommands::LaTeXCommands(LineStream file) : file_(std::move(file)) {
   ReadRows();
+  RowBudget unlimited(std::numeric_limits<std::uint64_t>::max());
   std::vector<Command> by_command;  // one for each row
   by_command.reserve(rows_.size());
   for (std::size_t row = 0; row < rows_.size(); ++row) {
@@ -89,7 +92,7 @@ LaTeXCommands::LaTeXCommands(LineStream file) : file_(std::move(file)) {
   for (Command& command : by_command) {
     const std::string_view text = TextOf(command);
     if (commands_.empty() || TextOf(commands_.back()) != text) {
-      command.shorter = LongestStartOf(text);
+      command.shorter = LongestStartOf(text, unlimited);
       commands_.push_back(command);
       NoteBeginning(commands_.size() - 1);
     }
@@ -143,13 +146,15 @@ std::size_t LaTeXCommands::FirstNotBefore(Span span, std::string_view text) cons
 /// The longest command that the text, which is not empty, begins with. All others that it begins
 /// with are the `shorter` ones of that. What stands in the sorted order between a beginning of the
 /// text and the text has that beginning, too: so each is one of the last command before the text.
-std::size_t LaTeXCommands::LongestStartOf(std::string_view text) const {
+std::size_t LaTeXCommands::LongestStartOf(std::string_view text, RowBudget& budget) const {
   const Span span = by_first_byte_[FirstByte(text)];
+  budget.Take(kComparison * std::bit_width(span.end - span.begin));
   const std::size_t next = FirstNotBefore(span, text);
   if (next < span.end && TextOf(commands_[next]) == text) return next;
   std::size_t command = next == span.begin ? kNone : next - 1;
   while (command != kNone && !text.starts_with(TextOf(commands_[command]))) {
     command = commands_[command].shorter;
+    budget.Take(kComparison);
   }
   return command;
 }
@@ -174,22 +179,17 @@ bool LaTeXCommands::MayBegin(std::string_view text) const {
 
 std::size_t LaTeXCommands::FindRow(std::string_view text, std::size_t from,
                                    RowBudget& budget) const {
-  // A call and a comparison, in steps.
-  constexpr std::uint64_t kCall = 64;
-  constexpr std::uint64_t kComparison = 8;
+  constexpr std::uint64_t kCall = 64;  // in steps
   std::size_t first = rows_.size();
   budget.Take(kCall + text.size());
   for (; !text.empty(); text.remove_prefix(1)) {
     if (!MayBegin(text)) continue;
     if (budget.IsSpent()) return rows_.size();
-    const Span span = by_first_byte_[FirstByte(text)];
-    std::uint64_t steps = kComparison * std::bit_width(span.end - span.begin);
-    for (std::size_t command = LongestStartOf(text); command != kNone;
+    for (std::size_t command = LongestStartOf(text, budget); command != kNone;
          command = commands_[command].shorter) {
       first = std::min(first, RowOf(command, from));
-      steps += kComparison * std::bit_width(RowsOf(command).size());
+      budget.Take(kComparison * std::bit_width(RowsOf(command).size()));
     }
-    budget.Take(steps);
   }
   return first;
 }
@@ -210,7 +210,7 @@ std::string_view LaTeXCommands::FindCut(std::string_view text, RowBudget& budget
   for (std::size_t at = text.find('\\'); at != std::string_view::npos;
        at = text.find('\\', at + 1)) {
     const std::string_view name = NameAt(text.substr(at));
-    if (name.size() < 3 || HasRowOf(name) || !HasRowOfBeginning(name)) continue;
+    if (name.size() < 3 || HasRowOf(name) || !HasRowOfBeginning(name, budget)) continue;
     // A later row can restore what a row for the beginning replaced: this is how the table keeps
     // commands whole.
     std::string treated(name);
@@ -221,8 +221,8 @@ std::string_view LaTeXCommands::FindCut(std::string_view text, RowBudget& budget
 }
 
 /// Whether a row's command is `name`, a backslash and letters, without its last letters.
-bool LaTeXCommands::HasRowOfBeginning(std::string_view name) const {
-  for (std::size_t command = LongestStartOf(name); command != kNone;
+bool LaTeXCommands::HasRowOfBeginning(std::string_view name, RowBudget& budget) const {
+  for (std::size_t command = LongestStartOf(name, budget); command != kNone;
        command = commands_[command].shorter) {
     const std::size_t size = TextOf(commands_[command]).size();
     if (size >= 2 && size < name.size()) return true;

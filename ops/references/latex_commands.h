@@ -77,11 +77,11 @@ class LaTeXCommands {
   void NoteBeginning(std::size_t command);
   bool MayBegin(std::string_view text) const;
   std::size_t FirstNotBefore(Span span, std::string_view text) const;
-  std::size_t LongestStartOf(std::string_view text) const;
+  std::size_t LongestStartOf(std::string_view text, RowBudget& budget) const;
   std::span<const std::size_t> RowsOf(std::size_t command) const;
   std::size_t RowOf(std::size_t command, std::size_t from) const;
   bool HasRowOf(std::string_view name) const;
-  bool HasRowOfBeginning(std::string_view name) const;
+  bool HasRowOfBeginning(std::string_view name, RowBudget& budget) const;
 
   std::optional<LineStream> file_;
   std::vector<Row> rows_;
