@@ -24,7 +24,7 @@ void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint
 
 /// Watches a new file that may grow with the square of the library. Warns when it has
 /// `kLargeOutput` bytes more than `usual`. The final size is not known yet: it is estimated from
-/// how much of the library has been read. Warns anew at ten times the estimate.
+/// how much of the library has been read. Warns again at ten times the estimate.
 class GrowingOutput {
  public:
   /// `run`, `file` and what `why` shows must outlive this.
@@ -64,11 +64,10 @@ class KeptStrings {
 };
 
 /// The reason for an output that shows very long keys or values.
-inline constexpr std::string_view kLongValues =
-    "it shows keys or values that are very long again and again";
+inline constexpr std::string_view kLongValues = "it repeats very long keys or values";
 
 /// The reason for a log that `NamedKeys` finds large: it repeats very long keys.
-inline constexpr std::string_view kLongKeys = "it names keys that are very long again and again";
+inline constexpr std::string_view kLongKeys = "it repeats very long keys";
 
 /// Adds up the size of a log that repeats the keys of entries. It is large only when a key is very
 /// long: text that is taken for a key because its comma is far away.

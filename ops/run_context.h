@@ -50,8 +50,8 @@ struct RunContext {
   CitationRules citations = {};
   /// Further files that are never opened for writing: those whose copies the run reads.
   std::vector<std::string> kept_files = {};
-  /// What the rows of the table of LaTeX commands may look at in any library, in the steps of
-  /// `RowBudget`: some seconds.
+  /// How many steps of `RowBudget` Text may take, besides those that the size of the library
+  /// allows. They take some seconds; tests give fewer.
   std::uint64_t row_steps = 12'000'000'000;
 };
 

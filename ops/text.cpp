@@ -34,6 +34,9 @@ constexpr std::string_view kValueTooLong =
 constexpr std::string_view kChangedTooOften =
     "Function CreateText()_7 => The rows of 'LaTeXCommands.tvl' change the values too often!";
 
+/// Steps of `RowBudget` that each byte of the library allows. Real libraries need at most five.
+constexpr std::uint64_t kStepsForAByte = 200;
+
 constexpr std::string_view kAdvice = "You have to type the entry yourself. ";
 constexpr std::string_view kTextName = "_text.txt";
 
@@ -53,10 +56,6 @@ std::string NameReference(const Settings& settings, std::string_view key) {
   const bool latex = settings.UseLaTeXCode != 0;
   return std::string(latex ? "\\bibitem{" : "[").append(key).append(latex ? "}" : "]");
 }
-
-/// What the rows of the table may look at for a byte of the library. In real libraries they need at
-/// most five steps for it.
-constexpr std::uint64_t kStepsForAByte = 200;
 
 /// Makes the values ready to be printed. They stay so: what an entry takes over from the one before
 /// it is treated once more.

@@ -73,7 +73,7 @@ class LibraryScan {
   std::string upper_;        // the line of a head, its type in capitals
   bool in_unknown_ = false;  // in an entry that is reported as none
 
-  // Offsets, looked for anew from these on; the size of the text if there is none.
+  // Offsets, found again once a line begins there or later; the size of the text if there is none.
   std::size_t next_at_ = 0;    // an "@"
   std::size_t next_bad_ = 0;   // a byte that begins no valid UTF-8 character
   std::size_t next_long_ = 0;  // a line longer than the limit

@@ -214,8 +214,8 @@ std::string_view LaTeXCommands::FindCut(std::string_view text, RowBudget& budget
     // A later row can restore what a row for the beginning replaced: this is how the table keeps
     // commands whole.
     std::string treated(name);
-    const Treatment treatment = ApplyLaTeXCommands(treated, *this, budget);
-    if (treatment != Treatment::kTooLong && treated != name) return name;
+    const bool is_done = ApplyLaTeXCommands(treated, *this, budget) == Treatment::kDone;
+    if (is_done && treated != name) return name;
   }
   return {};
 }

@@ -17,11 +17,11 @@
 
 namespace tarvel {
 
-/// How much may still be looked at to find rows. The rows of a table can change the same values
-/// again and again, so that a small table and a small library would take hours.
+/// The work that the rows of a table may still cause. They can change the same values again and
+/// again, so that a small table and a small library would take hours.
 class RowBudget {
  public:
-  /// One step is about a byte of a value that is looked at.
+  /// A step is about the work of looking at one byte of a value.
   explicit RowBudget(std::uint64_t steps) : left_(steps) {}
   void Take(std::uint64_t steps) { left_ -= std::min(left_, steps); }
   bool IsSpent() const { return left_ == 0; }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Runs Text with large tables of LaTeX commands, and fails when it takes more memory than 50 times the
-size of the table: tables.py TARVEL-BATCH
+"""Runs Text with large tables of LaTeX commands, and fails when it takes more memory than 50 times
+the size of the table: tables.py TARVEL-BATCH
 
 20 MB of such a table must not take a gigabyte.
 """
@@ -33,7 +33,6 @@ def main():
         with open(os.path.join(directory, "lit.bib"), "w", encoding="ascii") as file:
             file.write(LIBRARY)
         table = os.path.join(directory, "LaTeXCommands/LaTeXCommands_linux.tvl")
-        peak = 0
         for name, rows in TABLES.items():
             with open(table, "w", encoding="ascii") as file:
                 file.write("START\n" + rows)
