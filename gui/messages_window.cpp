@@ -13,11 +13,15 @@
 #include <wx/weakref.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "app/globals.h"
 #include "app/process.h"
+#include "core/run_files.h"
 #include "gui/base/file_picker.h"
 #include "gui/message_box.h"
 #include "gui/wx_text.h"
@@ -44,13 +48,25 @@ void NameForScreenReaders(const wxTextCtrl& text) {
   atk_object_set_name(gtk_widget_get_accessible(inner), std::string(kTitle).c_str());
 }
 
+/// Shows the text from `position` on, as far as there are lines after it. (`ShowPosition` scrolls
+/// no further than to show this one line, which then is the last.)
+void ScrollToTop(const wxTextCtrl& text, long position) {
+  auto* const view = GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(text.GetHandle())));
+  GtkTextBuffer* const buffer = gtk_text_view_get_buffer(view);
+  GtkTextIter start;
+  gtk_text_buffer_get_iter_at_offset(buffer, &start, static_cast<gint>(position));
+  GtkTextMark* const mark = gtk_text_buffer_create_mark(buffer, nullptr, &start, TRUE);
+  gtk_text_view_scroll_to_mark(view, mark, 0, TRUE, 0, 0);
+}
+
 /// Writes the file as a whole or not at all; returns the reason, or nothing on success.
-std::string WriteFile(const std::string& path, const std::string& bytes) {
-  GError* error = nullptr;
-  g_file_set_contents(path.c_str(), bytes.data(), static_cast<gssize>(bytes.size()), &error);
-  const std::string reason = error ? error->message : "";
-  g_clear_error(&error);
-  return reason;
+std::string WriteFile(const std::string& path, std::string_view bytes) {
+  RunFiles files(RealFileSystem());
+  const std::unique_ptr<ByteSink> file = files.CreateSink(path, CreateMode::kWrite);
+  if (!file) return "Could not create the file '" + path + "': " + std::strerror(errno);
+  std::string error = file->Write(bytes);
+  if (error.empty()) error = file->Close();
+  return error.empty() ? files.Publish() : "Could not write the file '" + path + "': " + error;
 }
 
 }  // namespace
@@ -95,13 +111,17 @@ void MessagesWindow::Add(std::string_view run, std::string_view messages) {
   const long start = text_->GetLastPosition() + static_cast<long>(heading);
   bytes_ += bytes;
   text_->AppendText(ToWx(bytes));
+  text_->SetInsertionPoint(start);  // a screen reader reads on from there
+  if (IsShown()) RequestUserAttention();
   ShowWithoutActivating();
-  text_->ShowPosition(start);
+  ScrollToTop(*text_, start);
 }
 
 void MessagesWindow::OnCopy(wxCommandEvent& /*event*/) {
   wxClipboardLocker open;
-  if (!!open) wxTheClipboard->SetData(new wxTextDataObject(text_->GetValue()));
+  if (!open) return;
+  wxTheClipboard->SetData(new wxTextDataObject(text_->GetValue()));
+  wxTheClipboard->Flush();  // it stays there when the program ends
 }
 
 void MessagesWindow::OnSave(wxCommandEvent& /*event*/) {

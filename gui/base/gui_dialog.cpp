@@ -12,23 +12,22 @@ namespace tarvel {
 
 namespace {
 
-constexpr int kSpacerHeight = 20;       // above "About" and "Quit"
 constexpr std::size_t kFirstGroup = 4;  // rows above the space in the middle
-
-int Gap() { return wxSizerFlags::GetDefaultBorder(); }
 
 }  // namespace
 
 GUIDialog::GUIDialog(wxWindow* parent, wxWindowID id, const wxString& title,
                      const wxPoint& position, const wxSize& size, long style)
     : wxDialog(parent, id, title, position, size, style) {
+  const int border = 2 * Gap(*this);
   auto* parts = new wxBoxSizer(wxVERTICAL);
-  parts->Add(BuildFiles(), wxSizerFlags().Expand().DoubleBorder());
-  parts->Add(BuildOperations(), wxSizerFlags(1).Expand().DoubleBorder(wxLEFT | wxRIGHT));
-  parts->AddSpacer(FromDIP(kSpacerHeight));
-  parts->Add(BuildButtons(), wxSizerFlags().Expand().DoubleBorder(wxLEFT | wxRIGHT | wxBOTTOM));
+  parts->Add(BuildFiles(), wxSizerFlags().Expand().Border(wxALL, border));
+  parts->Add(BuildOperations(), wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, border));
+  parts->AddSpacer(2 * border);
+  parts->Add(BuildButtons(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, border));
   AlignColumns();
   SetSizerAndFit(parts);
+  StandAlone(*this);
   ConnectEvents();
 }
 
@@ -45,7 +44,8 @@ wxPanel* GUIDialog::BuildFiles() {
   second_file_label_ = NewLabel(files_panel_, "Load second file");
   second_file_picker_ = new FilePicker(files_panel_, "Load second file");
 
-  auto* grid = new wxFlexGridSizer(2, Gap(), Gap());
+  const int gap = Gap(*this);
+  auto* grid = new wxFlexGridSizer(2, gap, gap);
   grid->AddGrowableCol(1);
   grid->Add(first_file_label_, wxSizerFlags().CentreVertical());
   grid->Add(first_file_picker_, wxSizerFlags().Expand());
@@ -76,11 +76,12 @@ GUIDialog::Row GUIDialog::BuildRow(const Operation& operation, wxSizer& grid) {
 wxPanel* GUIDialog::BuildOperations() {
   constexpr int kColumns = 4;
   operations_panel_ = new wxPanel(this);
-  auto* grid = new wxFlexGridSizer(kColumns, Gap(), Gap());
+  const int gap = Gap(*this);
+  auto* grid = new wxFlexGridSizer(kColumns, gap, gap);
   grid->AddGrowableCol(0);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     if (i == kFirstGroup) {
-      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(2 * Gap());
+      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(2 * gap);
     }
     rows_[i] = BuildRow(kOperations[i], *grid);
   }
@@ -94,7 +95,7 @@ wxPanel* GUIDialog::BuildButtons() {
   quit_button_ = NewButton(buttons_panel_, "&Quit", {}, "Quit");
   auto* line = new wxBoxSizer(wxHORIZONTAL);
   buttons_indent_ = line->AddSpacer(0);
-  line->Add(about_button_, wxSizerFlags().Border(wxRIGHT));
+  line->Add(about_button_, wxSizerFlags().Border(wxRIGHT, Gap(*this)));
   line->Add(quit_button_);
   buttons_panel_->SetSizer(line);
   return buttons_panel_;
@@ -108,10 +109,10 @@ void GUIDialog::AlignColumns() {
     // The best size of a bold label is that of a plain one as long as the dialog is not shown.
     width = std::max(width, label->GetTextExtent(label->GetLabel()).x);
   }
-  width += Gap();  // the label itself may be a little wider
+  width += Gap(*this);  // the label itself may be a little wider
   first_file_label_->SetMinSize(wxSize(width, -1));
   rows_[0].description->SetMinSize(wxSize(width, -1));
-  buttons_indent_->AssignSpacer(width + Gap(), 0);
+  buttons_indent_->AssignSpacer(width + Gap(*this), 0);
 }
 
 void GUIDialog::ConnectEvents() {

@@ -11,31 +11,26 @@
 
 namespace tarvel {
 
-namespace {
-
-int Gap() { return wxSizerFlags::GetDefaultBorder(); }
-
-}  // namespace
-
 PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
                        const wxPoint& position, const wxSize& size, long style,
                        std::span<const PreferenceSection> sections)
     : wxDialog(parent, id, title, position, size, style), lines_(new wxBoxSizer(wxVERTICAL)) {
   for (const PreferenceSection& section : sections) AddSection(section);
   auto* border = new wxBoxSizer(wxVERTICAL);
-  border->Add(lines_, wxSizerFlags(1).Expand().DoubleBorder());
+  border->Add(lines_, wxSizerFlags(1).Expand().Border(wxALL, 2 * Gap(*this)));
   SetSizer(border);
+  StandAlone(*this);
   Bind(wxEVT_CLOSE_WINDOW, &PrefDialog::OnClose, this);
 }
 
 void PrefDialog::AddSection(const PreferenceSection& section) {
   auto* heading = new wxStaticText(this, wxID_ANY, ToWx(section.heading));
   heading->SetFont(GetFont().Bold());
-  lines_->Add(heading, wxSizerFlags().Border(wxBOTTOM));
+  lines_->Add(heading, wxSizerFlags().Border(wxBOTTOM, Gap(*this)));
   if (!section.radios.empty()) AddRadios(section.radios);
-  if (!section.radios.empty() && !section.check_boxes.empty()) lines_->AddSpacer(Gap());
+  if (!section.radios.empty() && !section.check_boxes.empty()) lines_->AddSpacer(Gap(*this));
   if (!section.check_boxes.empty()) AddCheckBoxes(section);
-  lines_->AddSpacer(2 * Gap());
+  lines_->AddSpacer(2 * Gap(*this));
 }
 
 void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
@@ -50,7 +45,7 @@ void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
     radio->SetName(ToWx(row.label));
     radio->Bind(wxEVT_RADIOBUTTON, [this, &row](wxCommandEvent&) { OnRadio(row); });
     radios_.emplace_back(radio, row.flag);
-    lines_->Add(radio, wxSizerFlags().Border(wxLEFT | wxBOTTOM));
+    lines_->Add(radio, wxSizerFlags().Border(wxLEFT | wxBOTTOM, Gap(*this)));
   }
 }
 
@@ -60,7 +55,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
   for (std::size_t i = 0; i < section.check_boxes.size(); ++i) {
     if (i % kColumnHeight == 0) {
       column = new wxBoxSizer(wxVERTICAL);
-      columns->Add(column, wxSizerFlags().DoubleBorder(wxRIGHT));
+      columns->Add(column, wxSizerFlags().Border(wxRIGHT, 2 * Gap(*this)));
     }
     const CheckRow& row = section.check_boxes[i];
     auto* box = new wxCheckBox(this, wxID_ANY, ToWx(row.label));
@@ -71,7 +66,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
     box->Bind(wxEVT_CHECKBOX,
               [this, &row](wxCommandEvent& event) { OnCheckBox(row, event.IsChecked()); });
     check_boxes_.emplace_back(box, row.flag);
-    column->Add(box, wxSizerFlags().Border(wxLEFT | wxBOTTOM));
+    column->Add(box, wxSizerFlags().Border(wxLEFT | wxBOTTOM, Gap(*this)));
   }
   lines_->Add(columns);
 }
@@ -81,7 +76,7 @@ void PrefDialog::AddButtons(std::initializer_list<wxButton*> buttons) {
   done_button_->Bind(wxEVT_BUTTON, &PrefDialog::OnDone, this);
   auto* line = new wxBoxSizer(wxHORIZONTAL);
   line->AddStretchSpacer();
-  for (wxButton* button : buttons) line->Add(button, wxSizerFlags().Border(wxRIGHT));
+  for (wxButton* button : buttons) line->Add(button, wxSizerFlags().Border(wxRIGHT, Gap(*this)));
   line->Add(done_button_);
   lines_->Add(line, wxSizerFlags().Expand());
   lines_->SetMinSize(TitleBarWidth(*this, GetTitle()), -1);

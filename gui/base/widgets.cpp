@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "gui/base/widgets.h"
 
+#include <gtk/gtk.h>
+#include <wx/display.h>
+#include <wx/sizer.h>
+
 #include "gui/wx_text.h"
 
 namespace tarvel {
@@ -19,6 +23,18 @@ wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view v
     Describe(*button, std::string(verb).append(object));
   }
   return button;
+}
+
+void StandAlone(wxDialog& dialog) {
+  gtk_window_set_type_hint(GTK_WINDOW(dialog.GetHandle()), GDK_WINDOW_TYPE_HINT_NORMAL);
+}
+
+int Gap(const wxWindow& window) {
+  constexpr int kLow =
+      600;  // with the usual gaps the main dialog takes about 550 with its title bar
+  constexpr int kSmallGap = 2;
+  const int height = wxDisplay(&window).GetClientArea().height;
+  return height < window.FromDIP(kLow) ? kSmallGap : wxSizerFlags::GetDefaultBorder();
 }
 
 int TitleBarWidth(const wxWindow& window, const wxString& title) {

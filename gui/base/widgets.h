@@ -2,6 +2,7 @@
 #pragma once
 
 #include <wx/button.h>
+#include <wx/dialog.h>
 #include <wx/window.h>
 
 #include <string_view>
@@ -16,6 +17,13 @@ void Describe(wxWindow& widget, std::string_view what);
 /// label says it all.
 wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view verb,
                     std::string_view object);
+
+/// Makes a dialog without a parent, before it is shown, a window like any other for the desktop.
+/// Otherwise some desktops keep it in front of all other windows of the program.
+void StandAlone(wxDialog& dialog);
+
+/// The gap between the controls of a window, in pixels: a small one on a low display.
+int Gap(const wxWindow& window);
 
 /// How wide a window with this title should be, for a title bar to show all of it. What else a
 /// title bar holds is up to the desktop; four buttons are rarely too few.

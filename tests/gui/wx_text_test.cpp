@@ -13,6 +13,8 @@ TEST(ToWx, TakesUtf8) {
 
 TEST(ToWx, TakesBytesOneByOneWhenTheyAreNotUtf8) {
   EXPECT_EQ(ToWx("caf\xE9.bib"), wxString(L"caf\u00E9.bib"));
+  EXPECT_EQ(ToWx("\xC3\xA9/\xE9/\xC3\xA9"), wxString(L"\u00E9/\u00E9/\u00E9"));
+  EXPECT_EQ(ToWx("\xC3\xA9\xE2\x82"), wxString(L"\u00E9\u00E2\u0082")) << "a cut character";
 }
 
 }  // namespace tarvel

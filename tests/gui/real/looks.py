@@ -1,13 +1,12 @@
 # SPDX-License-Identifier: MIT
-"""Where things stand, and whether they fit: looks.py PROGRAM
+"""Where things stand, and whether they fit: looks.py PROGRAM"""
 
-On a screen of 1024x600.
-"""
+import os
 
 from window import (FIRST, HELP_TITLE, MAIN, PREFERENCES, SECOND, WindowTest, extents,
                     main, place_of, press, property_of)
 
-SCREEN = (1024, 600)
+SCREEN = tuple(int(size) for size in os.environ["TARVEL_SCREEN"].split("x")[:2])
 HELPS = ["Extract", "Compare", "Text", "Journals", "Clean doubles", "Clean authors",
          "Clean characters", "Clean tags"]
 
@@ -20,7 +19,7 @@ def frame_of(window):
     return x - left, y - top, x + width + right, y + height + bottom
 
 
-class Looks(WindowTest):
+class FitTest(WindowTest):
     def assert_on_screen(self, box, what):
         left, top, right, bottom = box
         self.assertTrue(left >= 0 and top >= 0 and right <= SCREEN[0] and bottom <= SCREEN[1],
@@ -44,8 +43,7 @@ class Looks(WindowTest):
                                  f"{title}: '{node.get_name()}' {box} over '{name}' {other}")
             boxes.append((box, node.get_name()))
 
-    def test_dialogs_and_boxes_with_large_letters_fit_a_small_screen(self):
-        program = self.start(environment={"GDK_DPI_SCALE": "1.5"})
+    def assert_dialogs_fit(self, program):
         self.assert_fits(program, MAIN)
         for operation, title in PREFERENCES.items():
             program.open_preferences(operation)
@@ -53,6 +51,12 @@ class Looks(WindowTest):
             press("Escape")
             program.wait_gone(title)
             program.wait_active(MAIN)
+
+
+class Looks(FitTest):
+    def test_dialogs_and_boxes_with_large_letters_fit_a_small_screen(self):
+        program = self.start(environment={"GDK_DPI_SCALE": "1.5"})
+        self.assert_dialogs_fit(program)
         for operation in HELPS:
             program.click(program.button("Help", f"Help for {operation}"))
             program.wait_active(HELP_TITLE)

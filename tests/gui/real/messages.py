@@ -8,8 +8,8 @@ from pathlib import Path
 
 import gi
 
-from window import (FIRST, LIBRARY, MAIN, Atspi, WindowTest, main, middle, output_of, press,
-                    property_of, uri_of, wait_for)
+from window import (FIRST, LIBRARY, MAIN, PREFERENCES, Atspi, WindowTest, extents, main, middle,
+                    output_of, press, property_of, uri_of, wait_for)
 
 gi.require_version("Gdk", "3.0")
 gi.require_version("Gtk", "3.0")
@@ -85,6 +85,42 @@ class Messages(WindowTest):
         places = [run.index(part) for part in ("No space left", "Edwin", "lit_author.bib ")]
         self.assertEqual(places, sorted(places), "failures, warnings, all else")
 
+    def test_a_further_run_is_seen(self):
+        program = self.start_with("lit.bib")
+        runs = 8  # more than the window has lines for
+        for _ in range(runs):
+            self.run_operation(program, "Clean authors")
+            window = program.window(MESSAGES)
+            program.wait_active(MAIN)
+        text = self.text(program)
+        self.assertEqual(text.count("Clean authors:\n"), runs)
+        start = text.rindex("Clean authors:\n")
+        node = program.find("text", MESSAGES)
+        self.assertEqual(Atspi.Text.get_caret_offset(node), start)
+        _, top, _, height = extents(node)
+
+        def is_seen(offset):
+            line = Atspi.Text.get_character_extents(node, offset, Atspi.CoordType.SCREEN)
+            return top <= line.y and line.y + line.height <= top + height
+        self.assertFalse(is_seen(0))
+        for offset in (start, len(text) - 2):
+            wait_for(f"the character {offset}", lambda: is_seen(offset))
+        # The window stays where it is, and says that there is something new.
+        self.assertIn("DEMANDS_ATTENTION", property_of(window, "_NET_WM_STATE"))
+
+    def test_each_window_can_be_in_front(self):
+        program = self.start_with("lit.bib")
+        self.run_operation(program, "Clean authors")
+        program.window(MESSAGES)
+        program.open_preferences("Clean tags")
+        for title in (MESSAGES, MAIN, PREFERENCES["Clean tags"], MESSAGES):
+            output_of("xdotool", "windowactivate", "--sync", program.window(title))
+            wait_for(f"'{title}' in front", lambda: self.window_in_front(program) == title)
+
+    def window_in_front(self, program):
+        stack = output_of("xprop", "-root", "_NET_CLIENT_LIST_STACKING").partition("# ")[2]
+        return program.windows().get(str(int(stack.split(", ")[-1], 16)))
+
     def test_a_run_without_messages_opens_no_window(self):
         program = self.start_with("lit.bib", LIBRARY)
         self.run_operation(program, "Clean tags")
@@ -144,8 +180,8 @@ class Messages(WindowTest):
         output_of("xdotool", "type", "--delay", "20", "/proc/messages.txt")
         press("Return")
         alert = program.find("alert")
-        self.assertTrue(any("/proc/messages.txt" in node.get_name()
-                            for node in program.walk(alert)))
+        self.assertIn("Could not create the file '/proc/messages.txt': No such file or directory",
+                      [node.get_name() for node in program.walk(alert)])
         program.answer("Save messages")
         program.wait_active(MESSAGES)
 
