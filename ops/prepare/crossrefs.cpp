@@ -2,8 +2,10 @@
 #include "ops/prepare/crossrefs.h"
 
 #include <algorithm>
+#include <array>
 #include <deque>
 #include <unordered_set>
+#include <utility>
 
 #include "core/keyed_hash.h"
 #include "ops/prepare/letters.h"
@@ -22,6 +24,10 @@ constexpr std::size_t kAroundTag = 16;
 
 /// How far parents of parents are followed, so that a circle has an end.
 constexpr std::size_t kMostParents = 32;
+
+// Tags of a book, and what they are called in its parts.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 2> kBookTitles{
+    {{"title", "booktitle"}, {"subtitle", "booksubtitle"}}};
 
 template <typename Tags>
 std::string_view ValueOf(const Tags& tags, std::string_view name) {
@@ -43,21 +49,34 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
   std::deque<std::string> own;  // names in lower case
   std::unordered_set<std::string_view, KeyedStringHash> names;
   for (const BibTag& tag : entry.tags) names.insert(own.emplace_back(Lower(tag.name)));
+  const bool is_part = IsPartOfBook(FindKnownType(entry.type, {}).type);
   while (!key.empty()) {
     if (parents_ == kMostParents) return Parent::kTooMany;
     const OwnEntry* const parent = ParentOf(key, entry.begin);
     if (!parent) break;
     ++parents_;
     for (const OwnTag& tag : parent->tags) {
-      if (!names.insert(tag.name).second) continue;
-      const std::size_t bytes = 2 * tag.name.size() + tag.value.size() + kAroundTag;
-      if (!TakeRoom(bytes)) return Parent::kTooLong;
-      entry.tags.push_back({tag.name, tag.value, entry.begin, FactsOf(tag.value)});
+      if (names.insert(tag.name).second && !Add(entry, tag.name, tag.value)) {
+        return Parent::kTooLong;
+      }
+    }
+    // In biblatex the title of a book is the "booktitle" of its parts.
+    for (const auto& [name, in_part] : kBookTitles) {
+      const std::string_view title = is_part ? ValueOf(parent->tags, name) : std::string_view();
+      if (title.empty() || !names.insert(in_part).second) break;
+      if (!Add(entry, in_part, title)) return Parent::kTooLong;
     }
     key = parent->crossref;
   }
   if (parents_ > 0) return Parent::kFound;
   return EqualNoCase(key, entry.key) ? Parent::kItself : Parent::kMissing;
+}
+
+/// Adds a tag; false when there is no room for it.
+bool CrossReferences::Add(BibItem& entry, std::string_view name, std::string_view value) {
+  if (!TakeRoom(2 * name.size() + value.size() + kAroundTag)) return false;
+  entry.tags.push_back({name, value, entry.begin, FactsOf(value)});
+  return true;
 }
 
 /// Whether so many bytes may still be added. Once it says no it always does, so that no more tags

@@ -15,7 +15,8 @@ namespace tarvel {
 
 /// Gives entries the tags of the entry that their "crossref" names, by BibTeX's rule for a
 /// document that cites everything: a tag that the entry lacks is that of its parent, wherever the
-/// parent stands. Unlike BibTeX, which warns of it, it follows the "crossref" of a parent too.
+/// parent stands. Unlike BibTeX, which warns of it, it follows the "crossref" of a parent too; and
+/// like biblatex it makes the title of a book the "booktitle" of its parts.
 class CrossReferences {
  public:
   /// `bytes` must outlive this. The library is read once for its keys when the first entry with a
@@ -59,6 +60,7 @@ class CrossReferences {
   const OwnEntry* ParentOf(std::string_view key, std::size_t child);
   const OwnEntry& OwnEntryAt(std::size_t begin);
   static void TakeSchool(Tags& tags);
+  bool Add(BibItem& entry, std::string_view name, std::string_view value);
   bool TakeRoom(std::size_t bytes);
 
   std::string_view bytes_;

@@ -97,12 +97,27 @@ void EntryNamer::ChangeNames() {
   const bool any = std::any_of(tags_.begin(), tags_.end(),
                                [](const FormedTag& tag) { return tag.known->row.is_renamed; });
   if (!any) return;
+  for (const TagChange& change : TagChanges()) DropReplaced(change);
   for (const TagChange& change : TagChanges()) {
     if (FormedTag* const tag = Find(change.from)) Change(change, *tag);
   }
   tags_.erase(std::remove_if(tags_.begin(), tags_.end(),
                              [](const FormedTag& tag) { return tag.is_left_out; }),
               tags_.end());
+}
+
+/// Drops what the entry has from a parent though it has its own, under a name that is changed. With
+/// its own date it also has no use for the parent's month.
+void EntryNamer::DropReplaced(const TagChange& change) {
+  using How = TagChange::How;
+  if (change.how != How::kRename && change.how != How::kDate) return;
+  const FormedTag* const own = Find(change.from);
+  const FormedTag* const other = Find(change.to);
+  if (!own || own->is_inherited || (other && !other->is_inherited)) return;
+  std::erase_if(tags_, [&change](const FormedTag& tag) {
+    return tag.is_inherited &&
+           (tag.Name() == change.to || (change.how == How::kDate && tag.Name() == "month"));
+  });
 }
 
 void EntryNamer::Change(const TagChange& change, FormedTag& tag) {

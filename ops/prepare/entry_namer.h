@@ -29,6 +29,7 @@ class EntryNamer {
   void TakeTags(const BibItem& entry, std::size_t inherited);
   void TakeType(const BibItem& entry);
   void ChangeNames();
+  void DropReplaced(const TagChange& change);
   void Change(const TagChange& change, FormedTag& tag);
   void AppendTo(FormedTag& tag, FormedTag& whole);
   void ChangeDate(FormedTag& tag, bool has_year);

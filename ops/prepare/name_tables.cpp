@@ -97,6 +97,8 @@ constexpr std::array kKnownTypes{
     "STANDARD"sv,         "PERIODICAL"sv, "PATENT"sv,     "MEETINGABSTRACT"sv,
     "PROCEEDINGSPAPER"sv, "LETTER"sv,     "REVIEW"sv,     "EDITORIALMATERIAL"sv};
 
+constexpr std::array kPartsOfBooks{"INCOLLECTION"sv, "INPROCEEDINGS"sv, "INBOOK"sv, "CONFERENCE"sv};
+
 // The types of biblatex and other programs, and spellings that people use.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 56> kTypeChanges{{
     {"mastersthesis"sv, "MASTERTHESIS"sv},
@@ -188,5 +190,9 @@ KnownType FindKnownType(std::string_view word, std::string_view thesis_type) {
 }
 
 bool IsThesis(std::string_view type) { return type == "PHDTHESIS" || type == "MASTERTHESIS"; }
+
+bool IsPartOfBook(std::string_view type) {
+  return std::find(kPartsOfBooks.begin(), kPartsOfBooks.end(), type) != kPartsOfBooks.end();
+}
 
 }  // namespace tarvel

@@ -49,5 +49,7 @@ struct KnownType {
 KnownType FindKnownType(std::string_view word, std::string_view thesis_type);
 /// Whether a known type is one of the two types of theses.
 bool IsThesis(std::string_view type);
+/// Whether entries of a known type are parts of books, of which they have a "booktitle".
+bool IsPartOfBook(std::string_view type);
 
 }  // namespace tarvel

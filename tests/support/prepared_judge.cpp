@@ -83,6 +83,8 @@ PlainBibEntry WithParents(const PlainBibLibrary& library, PlainBibEntry entry) {
     for (const auto& [name, value] : own.tags) {
       if (!value.empty() && !entry.Holds(name)) entry.tags.emplace_back(name, value);
     }
+    // The title of a book is that of the book in its parts.
+    if (own.Holds("title")) entry.tags.emplace_back("booktitle", own.Value("title"));
     key = own.Value("crossref");
   }
   return entry;

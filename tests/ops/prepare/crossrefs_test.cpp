@@ -48,6 +48,29 @@ TEST(CrossReferences, AnEntryThatIsNotWrittenIsNoParent) {
             "crossref=p;x=2;");
 }
 
+TEST(CrossReferences, TheTitleOfABookIsTheBooktitleOfItsParts) {
+  using Parent = CrossReferences::Parent;
+  const std::string book = "@collection{b, title={B}, subtitle={S}}";
+  for (const std::string type : {"incollection", "InProceedings", "inbook", "conference"}) {
+    EXPECT_EQ(TagsOfFirst("@" + type + "{a, title={T}, subtitle={U}, crossref={b}}" + book,
+                          Parent::kFound),
+              "title=T;subtitle=U;crossref=b;booktitle=B;booksubtitle=S;");
+  }
+  EXPECT_EQ(TagsOfFirst("@article{a, title={T}, crossref={b}}" + book, Parent::kFound),
+            "title=T;crossref=b;subtitle=S;");
+  EXPECT_EQ(
+      TagsOfFirst("@inbook{a, booktitle={O}, subtitle={}, crossref={b}}" + book, Parent::kFound),
+      "booktitle=O;subtitle=;crossref=b;title=B;");
+  EXPECT_EQ(TagsOfFirst("@inbook{a, title={T}, crossref={b}}@book{b, title={B}, booktitle={C}}",
+                        Parent::kFound),
+            "title=T;crossref=b;booktitle=C;");
+  EXPECT_EQ(TagsOfFirst("@inbook{a, title={T}, crossref={b}}@book{b, title={}, crossref={c}}"
+                        "@book{c, title={C}}",
+                        Parent::kFound),
+            "title=T;crossref=b;booktitle=C;")
+      << "of the nearest parent that has one";
+}
+
 TEST(CrossReferences, AMissingParentAndTheEntryItselfGiveNothing) {
   EXPECT_EQ(TagsOfFirst("@misc{a, crossref={q}}", CrossReferences::Parent::kMissing),
             "crossref=q;");

@@ -57,6 +57,22 @@ TEST(EntryNamer, TakesYearAndMonthFromADate) {
   EXPECT_EQ(NameEntry("@misc{k, month={May}, date={2001-02}}").tags, "MISC month=May; year=2001;");
 }
 
+TEST(EntryNamer, PrefersAnOwnTagOfAnOldNameToThatOfAParent) {
+  EXPECT_EQ(
+      NameEntry("@article{k, journaltitle={J}, location={L}, journal={K}, address={A}}", 2).tags,
+      "ARTICLE journal=J; address=L;");
+  EXPECT_EQ(NameEntry("@article{k, journaltitle={J}, journal={K}, location={L}}", 2).tags,
+            "ARTICLE journaltitle=J; journal=K; address=L;")
+      << "its own tag of the new name is the one";
+  EXPECT_EQ(NameEntry("@misc{k, date={2010-03}, year={1950}, month={May}}", 1).tags,
+            "MISC year=2010; month=March;");
+  EXPECT_EQ(NameEntry("@misc{k, date={2010}, month={May}}", 1).tags, "MISC year=2010;");
+  EXPECT_EQ(NameEntry("@misc{k, date={2010-03}, month={May}, year={1950}}", 2).tags,
+            "MISC year=2010; month=May;");
+  EXPECT_EQ(NameEntry("@misc{k, date={2010-03}, year={1950}, month={May}}", 2).tags,
+            "MISC date=2010-03; year=1950; month=May;");
+}
+
 TEST(EntryNamer, KeepsTheFirstOfOneNameAndLogsTheOthers) {
   const Named named = NameEntry("@misc{k, note={a}, Note={b}}");
   EXPECT_EQ(named.tags, "MISC note=a;");

@@ -258,6 +258,12 @@ TEST(Prepare, ReportsParentsWhoseTagsAreMissing) {
             Texts{"missing-parent [a] its parents have too many parents, or are in a circle"});
 }
 
+TEST(Prepare, ReportsWhatItDoesNotFollow) {
+  EXPECT_EQ(Prepare("@misc{a, XData={p,q}}@misc{p, note={n}}").warnings,
+            Texts{"missing-parent [a] its 'xdata' is not followed: copy the tags of 'p,q' into the "
+                  "entry"});
+}
+
 TEST(Prepare, FollowsParentsOfParents) {
   std::string library;
   for (int i = 0; i < 30; ++i) {
