@@ -11,6 +11,7 @@
 #include "app/entry_points.h"
 #include "app/globals.h"
 #include "app/reporter.h"
+#include "app/run_operation.h"
 #include "batch/request.h"
 #include "core/file_names.h"
 #include "ops/citations/key_map.h"
@@ -20,12 +21,12 @@ namespace tarvel {
 namespace {
 
 constexpr std::string_view kSuffix = "_rekeyed";
+constexpr std::string_view kNoMemory = "Not enough memory!";
 
 /// A document and its place.
 struct Document {
   std::string path;
   std::string new_path;
-  LineStream lines;
 };
 
 void PrintReason(const std::string& reason) {
@@ -46,6 +47,10 @@ std::string NewPath(const std::string& path, const std::string& directory) {
                            : InDirectory(new_name, directory);
 }
 
+std::string CouldNotRead(const std::string& path) {
+  return "could not read the document '" + path + "'";
+}
+
 /// Reads the map; returns why that fails, or nothing.
 std::string ReadMap(const std::string& path, KeyMap& map) {
   std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
@@ -56,13 +61,12 @@ std::string ReadMap(const std::string& path, KeyMap& map) {
          ": not a line of a key map: an old key, a tab, a new key";
 }
 
-/// Reads the documents; returns why one cannot be taken, or nothing.
-std::string ReadDocuments(const BatchRequest& request, std::vector<Document>& documents) {
+/// Finds the documents; returns why one cannot be taken, or nothing.
+std::string FindDocuments(const BatchRequest& request, std::vector<Document>& documents) {
   for (std::size_t i = 1; i < request.files.size(); ++i) {
     const std::string& path = request.files[i];
-    std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
-    if (!lines) return "could not read the document '" + path + "'";
-    documents.push_back({path, NewPath(path, request.output_directory), std::move(*lines)});
+    if (!GlobalFiles().OpenSource(path, ReadMode::kRead)) return CouldNotRead(path);
+    documents.push_back({path, NewPath(path, request.output_directory)});
   }
   for (const Document& document : documents) {
     const auto is_taken = [&](const std::string& file) {
@@ -71,7 +75,10 @@ std::string ReadDocuments(const BatchRequest& request, std::vector<Document>& do
     if (std::any_of(request.files.begin(), request.files.end(), is_taken)) {
       return "the new file '" + document.new_path + "' would replace a file that is read";
     }
-    const auto is_new = [&](const Document& other) { return other.new_path == document.new_path; };
+    const auto is_new = [&](const Document& other) {
+      return other.new_path == document.new_path ||
+             GlobalFiles().IsSamePlace(other.new_path, document.new_path);
+    };
     if (std::count_if(documents.begin(), documents.end(), is_new) > 1) {
       return "two documents would become the file '" + document.new_path + "'";
     }
@@ -93,20 +100,24 @@ void WarnOfMap(const KeyMap& map) {
 
 /// Writes a document with its new keys; false after a message.
 bool Write(const Document& document, const KeyMap& map, const BatchRequest& request) {
+  const auto lines = GlobalRun().files.OpenLines(document.path, ReadMode::kRead);
+  if (!lines) {
+    PrintReason(CouldNotRead(document.path));
+    return false;
+  }
   std::vector<std::string> names = request.citations.commands;
   names.emplace_back("all");
-  LineNumbers numbers(document.lines.Bytes());
-  const RekeyedDocument rekeyed =
-      ReplaceKeys(document.lines.Bytes(), CiteCommands(names), map,
-                  [&](std::string_view command, std::size_t offset) {
-                    if (request.quiet) return;
-                    const std::string text = "'\\" + std::string(command) + "' is not read";
-                    GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
-                                                  .file = document.path,
-                                                  .line = numbers.At(offset),
-                                                  .key = {},
-                                                  .text = text}));
-                  });
+  LineNumbers numbers(lines->Bytes());
+  const RekeyedDocument rekeyed = ReplaceKeys(
+      lines->Bytes(), CiteCommands(names), map, [&](std::string_view command, std::size_t offset) {
+        if (request.quiet) return;
+        const std::string text = "'\\" + std::string(command) + "' is not read";
+        GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
+                                      .file = document.path,
+                                      .line = numbers.At(offset),
+                                      .key = {},
+                                      .text = text}));
+      });
   const auto output = CreateOutput(GlobalRun(), document.new_path, CreateMode::kWrite);
   if (output) output->Write(rekeyed.text);
   if (!output || !output->Close()) {
@@ -130,12 +141,15 @@ int RunRekeyCommand(const BatchRequest& request) {
     return Refuse(reason);
   }
   std::vector<Document> documents;
-  if (const std::string reason = ReadDocuments(request, documents); !reason.empty()) {
+  if (const std::string reason = FindDocuments(request, documents); !reason.empty()) {
     return Refuse(reason);
   }
   if (!request.quiet) WarnOfMap(map);
   bool good = true;
-  for (const Document& document : documents) good = Write(document, map, request) && good;
+  for (const Document& document : documents) {
+    const auto write = [&] { return Write(document, map, request) ? 1 : 0; };
+    good = WholeRun().Run(write, kNoMemory) == 1 && good;
+  }
   return good ? 0 : 1;
 }
 

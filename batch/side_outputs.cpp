@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "batch/side_outputs.h"
 
+#include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "app/entry_points.h"
 #include "app/globals.h"
@@ -14,10 +17,18 @@ namespace tarvel {
 
 namespace {
 
+void PrintFailure(std::string_view what, const std::string& path, std::string_view reason) {
+  std::string text("could not ");
+  text.append(what).append(" the file '").append(path).append("'");
+  if (!reason.empty()) text.append(": ").append(reason);
+  PrintOn(stderr, "tarvel-batch: " + EscapeControls(text) + "\n");
+}
+
 /// Creates a side file; null, after a message, when that fails.
 std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
+  errno = 0;
   std::unique_ptr<OutputFile> file = CreateOutput(GlobalRun(), path, CreateMode::kWrite);
-  if (!file) PrintOn(stderr, "tarvel-batch: could not create the file '" + path + "'\n");
+  if (!file) PrintFailure("create", path, errno == 0 ? "" : std::strerror(errno));
   return file;
 }
 
@@ -41,8 +52,7 @@ int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& r
   GlobalWarningOutputs = {};
   for (OutputFile* file : {warnings.get(), key_map.get()}) {
     if (!file || file->Close()) continue;
-    PrintOn(stderr, "tarvel-batch: could not write the file '" + file->Path() +
-                        "': " + file->Error() + "\n");
+    PrintFailure("write", file->Path(), file->Error());
     good = false;
   }
   if (!good) return 1;

@@ -34,6 +34,8 @@ class FileSystem {
   /// What distinguishes the file at `path` as it is now from another, and from itself before a
   /// change; nothing when there is no such file.
   virtual std::optional<FileState> StateAt(const std::string& /*path*/) { return std::nullopt; }
+  /// Keeps the run from writing to the file at `path`; true when it was about to.
+  virtual bool Protect(const std::string& /*path*/) { return false; }
   /// Whether both paths lead to the same file on disk, links followed. False when either does not
   /// exist.
   virtual bool IsSameFile(const std::string& one, const std::string& other) = 0;

@@ -119,7 +119,9 @@ class PendingFile final : public FileSink {
     name_ = TakeName(path_, [&](const std::string& name) {
       return linkat(AT_FDCWD, from.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
     });
-    return name_.empty() ? std::strerror(errno) : std::string();
+    if (name_.empty()) return std::strerror(errno);
+    Register(true);
+    return {};
   }
 
   std::string Publish() override {
@@ -152,6 +154,32 @@ class PendingFile final : public FileSink {
   std::string name_;
 };
 
+/// A file that is written under its name. What it holds stays until the first write, for the case
+/// that there is none.
+class FileInPlace final : public FileSink {
+ public:
+  explicit FileInPlace(int descriptor) : FileSink(descriptor) {}
+  std::string Write(std::string_view bytes) override {
+    std::string error = Empty();
+    return error.empty() ? FileSink::Write(bytes) : error;
+  }
+  std::string Close() override {
+    const std::string error = Empty();
+    const std::string other = FileSink::Close();
+    return error.empty() ? other : error;
+  }
+
+ private:
+  std::string Empty() {
+    struct stat status {};
+    if (std::exchange(is_empty_, true)) return {};
+    if (fstat(Descriptor(), &status) == 0 && !S_ISREG(status.st_mode)) return {};
+    return ftruncate(Descriptor(), 0) == 0 ? std::string() : std::strerror(errno);
+  }
+
+  bool is_empty_ = false;
+};
+
 /// What has to be known of the file that a new one will replace.
 struct Target {
   bool exists = false;
@@ -182,10 +210,15 @@ Target LookAt(const std::string& path) {
   return target;
 }
 
+/// Null for a pipe that nobody reads, too: "w+" would open it, and lose what is written.
 std::unique_ptr<ByteSink> CreateInPlace(const std::string& path, int flags) {
-  const int descriptor = open(path.c_str(), flags | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+  struct stat status {};
+  const bool is_pipe = stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+  if (is_pipe) flags = O_WRONLY | O_NONBLOCK;
+  const int descriptor = open(path.c_str(), flags | O_CREAT | O_CLOEXEC, kNewFileMode);
   if (descriptor < 0) return nullptr;
-  return std::make_unique<FileSink>(descriptor);
+  if (is_pipe) (void)fcntl(descriptor, F_SETFL, O_WRONLY);
+  return std::make_unique<FileInPlace>(descriptor);
 }
 
 /// Whether emptying an existing file would work; nothing of it is changed.

@@ -13,16 +13,22 @@ namespace tarvel {
 /// Writes into a new file, which stays with the run.
 class RunFiles::Writer final : public ByteSink {
  public:
-  Writer(std::shared_ptr<ByteSink> sink, bool& failed) : sink_(std::move(sink)), failed_(failed) {}
-  std::string Write(std::string_view bytes) override { return Noted(sink_->Write(bytes)); }
-  std::string Close() override { return Noted(sink_->Close()); }
+  Writer(const NewFile& file, bool& failed)
+      : sink_(file.sink), is_protected_(file.is_protected), failed_(failed) {}
+  std::string Write(std::string_view bytes) override {
+    return Noted(*is_protected_ ? kProtected : sink_->Write(bytes));
+  }
+  std::string Close() override { return Noted(*is_protected_ ? kProtected : sink_->Close()); }
 
  private:
+  static constexpr const char* kProtected = "the run reads it";
+
   std::string Noted(std::string error) {
     failed_ = failed_ || !error.empty();
     return error;
   }
   std::shared_ptr<ByteSink> sink_;
+  std::shared_ptr<bool> is_protected_;
   bool& failed_;
 };
 
@@ -48,8 +54,28 @@ std::unique_ptr<ByteSink> RunFiles::CreateSink(const std::string& path, CreateMo
   }
   std::shared_ptr<ByteSink> sink = files_.CreatePending(path, mode);
   if (!sink) return nullptr;
-  new_files_.push_back({path, sink});
-  return std::make_unique<Writer>(std::move(sink), write_failed_);
+  // A link to it. The file itself may be one that an earlier run has written, and is replaced.
+  if (sink->PendingPath().empty() && HasRead(path)) {
+    errno = EBUSY;
+    return nullptr;
+  }
+  new_files_.push_back({path, std::move(sink), std::make_shared<bool>(false)});
+  return std::make_unique<Writer>(new_files_.back(), write_failed_);
+}
+
+bool RunFiles::HasRead(const std::string& path) const {
+  return std::any_of(read_.begin(), read_.end(),
+                     [&](const auto& file) { return files_.IsSameFile(path, file.first); });
+}
+
+bool RunFiles::Protect(const std::string& path) {
+  bool any = false;
+  for (const NewFile& file : new_files_) {
+    if (!files_.IsSamePlace(path, file.path)) continue;
+    *file.is_protected = true;
+    any = true;
+  }
+  return any;
 }
 
 std::string RunFiles::ChangedInput() const {
@@ -57,6 +83,16 @@ std::string RunFiles::ChangedInput() const {
     if (files_.StateAt(path) != state) return path;
   }
   return {};
+}
+
+/// The new files that stood under their names at once.
+std::string RunFiles::WrittenInPlace() const {
+  std::string names;
+  for (const NewFile& file : new_files_) {
+    if (!file.sink->PendingPath().empty()) continue;
+    names.append(names.empty() ? "'" : ", '").append(file.path).append("'");
+  }
+  return names;
 }
 
 std::string RunFiles::PublishAll() {
@@ -77,9 +113,11 @@ std::string RunFiles::Publish() {
   std::string error;
   if (!write_failed_) {
     const std::string changed = ChangedInput();
+    const std::string in_place = WrittenInPlace();
     error = changed.empty()
                 ? PublishAll()
-                : "The file '" + changed + "' was changed during the run. No new file was written.";
+                : "The file '" + changed + "' was changed during the run. No new file was written" +
+                      (in_place.empty() ? "." : ", except in place: " + in_place + ".");
   }
   Discard();
   return error;

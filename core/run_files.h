@@ -24,9 +24,13 @@ class RunFiles final : public FileSystem {
   std::optional<FileState> StateAt(const std::string& path) override {
     return files_.StateAt(path);
   }
-  /// Null also when another output of the run is the same file. The sink must not outlive this;
-  /// what it takes after `Publish` goes straight into the published file.
+  /// Null also when another output of the run is the same file, or when it would be written in
+  /// place and the run has read it (EBUSY). The sink must not outlive this; what it takes after
+  /// `Publish` goes straight into the published file.
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override;
+  /// All writes to a protected file fail, and with them the run. For files that the run finds only
+  /// after it has created its outputs.
+  bool Protect(const std::string& path) override;
   bool IsSameFile(const std::string& one, const std::string& other) override {
     return files_.IsSameFile(one, other);
   }
@@ -54,8 +58,11 @@ class RunFiles final : public FileSystem {
   struct NewFile {
     std::string path;
     std::shared_ptr<ByteSink> sink;
+    std::shared_ptr<bool> is_protected;
   };
+  bool HasRead(const std::string& path) const;
   std::string ChangedInput() const;
+  std::string WrittenInPlace() const;
   std::string PublishAll();
 
   FileSystem& files_;

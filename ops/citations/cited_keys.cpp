@@ -84,6 +84,7 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
     for (const std::string& file : NamesOf(command, name)) {
       const std::string path = absolute ? file : std::string(directory).append(file);
       if (MarkRead(path)) return;
+      if (run_.files.Protect(path)) return;  // the run fails
       std::optional<LineStream> lines = run_.files.OpenLines(path, ReadMode::kRead);
       if (!lines) continue;
       Read(Add(path, std::move(*lines)));

@@ -61,7 +61,8 @@ TEST(RunWithSideFiles, FailsWhereAFileTakesNoByte) {
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(RunWithSideFiles(request, [] { return true; }), 1);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "tarvel-batch: could not create the file '/nowhere/keys'\n");
+            "tarvel-batch: could not create the file '/nowhere/keys': No such file or "
+            "directory\n");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
@@ -225,7 +226,11 @@ TEST_F(PendingFileTest, IsWrittenInPlaceWhereARenameWouldChangeMoreThanBytes) {
     EXPECT_TRUE(failing.Failed()) << row.call;
     ASSERT_TRUE(file) << row.call;
     EXPECT_EQ(file->PendingPath(), "") << row.call;
-    EXPECT_EQ(ReadDiskFile(path_), "") << row.call;
+    EXPECT_EQ(ReadDiskFile(path_), "old") << row.call;
+    EXPECT_EQ(file->Write("n"), "") << row.call;
+    EXPECT_EQ(file->Write("ew"), "") << row.call;
+    EXPECT_EQ(file->Close(), "") << row.call;
+    EXPECT_EQ(ReadDiskFile(path_), "new") << row.call;
     EXPECT_EQ(FilesThere(), 1U) << row.call;
   }
   const FailingCall old_kernel("statx", ENOSYS);
@@ -308,8 +313,29 @@ TEST_F(PendingFileTest, LeavesANameThatIsAnothersNow) {
 TEST_F(PendingFileTest, IsWrittenThroughALink) {
   WriteDiskFile(directory_ / "other", "old");
   std::filesystem::create_symlink("other", path_);
-  EXPECT_EQ(CreatePendingFile(path_, CreateMode::kWrite)->PendingPath(), "");
+  auto file = CreatePendingFile(path_, CreateMode::kWrite);
+  EXPECT_EQ(file->PendingPath(), "");
+  file.reset();
+  EXPECT_EQ(ReadDiskFile(directory_ / "other"), "old") << "nothing was written";
+  EXPECT_EQ(CreatePendingFile(path_, CreateMode::kWrite)->Close(), "");
   EXPECT_EQ(ReadDiskFile(directory_ / "other"), "");
+}
+
+TEST_F(PendingFileTest, DoesNotWriteIntoAPipeThatNobodyReads) {
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  errno = 0;
+  EXPECT_FALSE(CreatePendingFile(path_, CreateMode::kWriteRead));
+  EXPECT_EQ(errno, ENXIO);
+  const int reader = open(path_.c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+  const auto file = CreatePendingFile(path_, CreateMode::kWriteRead);
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file->Write("new"), "");
+  EXPECT_EQ(file->Close(), "");
+  std::string bytes(8, ' ');
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(read(reader, bytes.data(), 8), 0)));
+  EXPECT_EQ(bytes, "new");
+  close(reader);
 }
 
 TEST_F(PendingFileTest, KeepsTheOwnerOfWhatItReplaces) {

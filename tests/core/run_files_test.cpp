@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -76,6 +77,57 @@ TEST_F(RunFilesTest, NameAnInputThatWasChanged) {
     EXPECT_NE(run_.Publish().find("'" + input + "' was changed"), std::string::npos);
     EXPECT_EQ(ReadDiskFile(library_), "old");
   }
+}
+
+TEST_F(RunFilesTest, RefuseToWriteThroughALinkToWhatTheRunHasRead) {
+  const std::string chapter = directory_ / "ch1.tex";
+  for (const bool hard : {false, true}) {
+    WriteDiskFile(chapter, "chapter");
+    ASSERT_EQ(hard ? link(chapter.c_str(), library_.c_str()) : symlink("ch1.tex", library_.c_str()),
+              0);
+    EXPECT_NE(run_.CreateSink(library_, CreateMode::kWrite), nullptr) << "not read so far";
+    run_.Discard();
+    EXPECT_TRUE(run_.OpenLines(chapter, ReadMode::kRead));
+    EXPECT_EQ(run_.CreateSink(library_, CreateMode::kWrite), nullptr);
+    EXPECT_EQ(errno, EBUSY);
+    EXPECT_EQ(ReadDiskFile(chapter), "chapter");
+    run_.Discard();
+    std::filesystem::remove(library_);
+  }
+  // What an earlier run has written may be read and replaced.
+  EXPECT_TRUE(run_.OpenLines(chapter, ReadMode::kRead));
+  Create(chapter, "new");
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_EQ(ReadDiskFile(chapter), "new");
+}
+
+TEST_F(RunFilesTest, WriteNothingToAProtectedFile) {
+  WriteDiskFile(library_, "old");
+  ASSERT_EQ(symlink("lit_tag.bib", (directory_ / "link").c_str()), 0);
+  for (const std::string& path : {library_, directory_ / "link"}) {
+    OutputFile file(run_.CreateSink(path, CreateMode::kWrite), path);
+    EXPECT_FALSE(run_.Protect(log_));
+    EXPECT_TRUE(run_.Protect(directory_ / "./lit_tag.bib"));
+    file.Write("new");
+    EXPECT_FALSE(file.Close());
+    EXPECT_EQ(file.Error(), "the run reads it");
+    EXPECT_EQ(run_.Publish(), "") << "the run reports it";
+    EXPECT_EQ(ReadDiskFile(library_), "old");
+  }
+}
+
+TEST_F(RunFilesTest, NameWhatWasWrittenInPlace) {
+  const std::string input = directory_ / "lit.bib";
+  WriteDiskFile(input, "input");
+  ASSERT_EQ(symlink("elsewhere", library_.c_str()), 0);
+  EXPECT_TRUE(run_.OpenLines(input, ReadMode::kRead));
+  Create(library_, "new");
+  Create(log_, "log");
+  std::filesystem::resize_file(input, 3);
+  EXPECT_EQ(run_.Publish(), "The file '" + input +
+                                "' was changed during the run. No new file was written, except in "
+                                "place: '" +
+                                library_ + "'.");
 }
 
 TEST_F(RunFilesTest, KeepWhatStandsWhenAWriteFailed) {
