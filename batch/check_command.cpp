@@ -172,7 +172,9 @@ bool HasEntry(LineStream& lines) {
 std::string WhyNotRead(FileSystem& files, const std::string& path) {
   std::optional<LineStream> lines = files.OpenLines(path, ReadMode::kRead);
   if (!lines) return "could not be read";
-  return HasEntry(*lines) ? std::string() : "is no BibTeX library: it has no entry of a known type";
+  if (HasEntry(*lines)) return {};
+  if (IsUtf16(lines->Bytes())) return std::string(kIsUtf16);
+  return "is no BibTeX library: it has no entry of a known type";
 }
 
 /// Runs the operations on a library, without their outputs.
@@ -193,18 +195,23 @@ void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Fin
 
 /// Checks one file; returns the exit status for it.
 int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
+  const std::optional<FileState> state = GlobalFiles().StateAt(path);
   ReadOnlyFiles files(GlobalFiles(), path);
   PathBuffer picked("library");
   picked.Set(kLibrary);
   ConvertLineEndings(picked, files);
   files.DropNewFiles();
   const std::string& library = picked.Get();
-  if (const std::string reason = WhyNotRead(files, library); !reason.empty()) {
+  std::string reason = WhyNotRead(files, library);
+  Findings findings(request);
+  if (reason.empty()) Collect(library, files, reporter, findings);
+  if (reason.empty() && GlobalFiles().StateAt(path) != state) {
+    reason = "was changed while it was read";
+  }
+  if (!reason.empty()) {
     PrintOn(stderr, "tarvel-batch: " + EscapeControls(path) + " " + reason + "\n");
     return 2;
   }
-  Findings findings(request);
-  Collect(library, files, reporter, findings);
   return findings.Print(path) ? 1 : 0;
 }
 

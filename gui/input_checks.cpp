@@ -7,6 +7,7 @@
 #include "app/operations.h"
 #include "app/reporter.h"
 #include "core/text_primitives.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 
@@ -81,6 +82,7 @@ bool Passes(const FileCheck& check, FileSystem& files) {
   if (!source) return Stop(check.not_opened_message, check.other_caption);
   LineStream lines(std::move(source));
   if (AnyLineSettles(lines, check.settles)) return true;
+  WarnOfUtf16(GlobalReporter(), check.path.Get(), lines.Bytes());
   return Stop(check.wrong_kind_message, check.other_caption);
 }
 

@@ -288,9 +288,9 @@ std::uint64_t BytesOfVerdicts(const KeyUses& first, const KeyUses& second) {
 int RunCompare(const RunContext& run) {
   if (run.first_path.empty()) return FailAt(run, Failure::kNoFirst);
   if (run.second_path.empty()) return FailAt(run, Failure::kNoSecond);
-  std::optional<LineStream> first = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  std::optional<LineStream> first = OpenForUpdate(run, run.first_path);
   if (!first) return FailAt(run, Failure::kFirstNotOpened);
-  std::optional<LineStream> second = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+  std::optional<LineStream> second = OpenForUpdate(run, run.second_path);
   if (!second) return FailAt(run, Failure::kSecondNotOpened);
 
   const auto log = CreateWithHeader(run, run.first_path, Output::kCompareLog);

@@ -173,7 +173,7 @@ void ReportPassedHeads(std::string_view library, const std::vector<std::string>&
 /// Writes the library of the cited entries; returns their number, 0 after a `PrintError`.
 int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
                  const std::function<void(std::size_t)>& on_missing) {
-  std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+  std::optional<LineStream> library = OpenForUpdate(run, run.second_path);
   if (!library) return Fail(run, kLibraryNotOpened);
   const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
   if (!output) return Fail(run, kLibraryNotCreated);
@@ -225,7 +225,7 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
 int WriteReferences(const RunContext& run, std::size_t cited, int found) {
   const std::string source =
       OutputPath(run.second_path, Output::kExtractLibrary, run.output_directory);
-  std::optional<LineStream> library = run.files.OpenLines(source, ReadMode::kUpdate);
+  std::optional<LineStream> library = OpenForUpdate(run, source);
   if (!library) return Fail(run, kNewLibraryNotOpened);
   const auto references = CreateWithHeader(run, run.second_path, Output::kExtractTex);
   if (!references) return Fail(run, kReferencesNotCreated);
@@ -303,7 +303,7 @@ int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& outpu
 int RunExtract(const RunContext& run) {
   if (run.first_path.empty()) return Fail(run, kNoDocument);
   if (run.second_path.empty()) return Fail(run, kNoLibrary);
-  std::optional<LineStream> document = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  std::optional<LineStream> document = OpenForUpdate(run, run.first_path);
   if (!document) return Fail(run, kDocumentNotOpened);
   CitedKeys cited(run);
   if (run.citations.LikeLaTeX()) {
@@ -312,7 +312,7 @@ int RunExtract(const RunContext& run) {
     cited.ReadPlainly(std::move(*document), ScanCitations);
   }
   if (cited.NeedsLibrary()) {
-    std::optional<LineStream> library = run.files.OpenLines(run.second_path, ReadMode::kUpdate);
+    std::optional<LineStream> library = OpenForUpdate(run, run.second_path);
     if (!library) return Fail(run, kLibraryNotOpened);
     cited.ReadLibrary(std::move(*library));
   }

@@ -33,7 +33,7 @@ void ReportNotCreated(const RunContext& run, const std::string& library, const s
   std::string text = "warning: could not create the file '" + path + "'";
   if (path.empty()) {
     text = "warning: '" + library + "' has no extension, and new files are named after it";
-  } else if (IsInput(run, path)) {
+  } else if (IsInput(run, path) || error == EBUSY) {
     text += ": the run reads it";
   } else if (error != 0) {
     text.append(": ").append(std::strerror(error));
@@ -52,6 +52,17 @@ std::string OutputPath(const std::string& library, std::string_view suffix,
   if (directory.empty()) return ChangeExtension(library, suffix).value_or(std::string());
   const auto name = ChangeExtension(library.substr(library.rfind('/') + 1), suffix);
   return name ? InDirectory(*name, directory) : std::string();
+}
+
+std::optional<LineStream> OpenForUpdate(const RunContext& run, const std::string& path) {
+  std::optional<LineStream> lines = run.files.OpenLines(path, ReadMode::kUpdate);
+  if (!lines && run.files.OpenSource(path, ReadMode::kRead)) {
+    run.reporter.Warn(
+        EscapeControls("warning: the file '" + path +
+                       "' is read-only, and this operation takes only files that "
+                       "could be written; copy it, or run tarvel-batch with --output-dir"));
+  }
+  return lines;
 }
 
 std::unique_ptr<OutputFile> CreateOutput(const RunContext& run, const std::string& path,

@@ -64,6 +64,11 @@ std::string OutputPath(const std::string& library, Output output,
 std::string OutputPath(const std::string& library, std::string_view suffix,
                        const std::string& directory);
 
+/// Opens and reads a picked file by stdio's "r+". When that fails because the file could not be
+/// written, says so on the terminal: the operations' own texts do not.
+[[nodiscard]] std::optional<LineStream> OpenForUpdate(const RunContext& run,
+                                                      const std::string& path);
+
 /// Creates a new file. Null when that fails, when `path` is empty, or when it names one of the
 /// picked files, which are never opened for writing.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,

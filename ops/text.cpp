@@ -88,7 +88,7 @@ std::vector<ReferenceValue> PrintText(const RunContext& run, OutputFile& output,
 
 int RunText(const RunContext& run) {
   if (run.first_path.empty()) return Fail(run, kNoLibrary);
-  std::optional<LineStream> library = run.files.OpenLines(run.first_path, ReadMode::kUpdate);
+  std::optional<LineStream> library = OpenForUpdate(run, run.first_path);
   if (!library) return Fail(run, kNotOpened);
   const int entries = CountEntries(*library);
   // What was read to count the entries serves the walk, too.

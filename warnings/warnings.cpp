@@ -112,6 +112,15 @@ std::string EscapeControls(std::string_view text) {
   return result;
 }
 
+bool IsUtf16(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+}
+
+void WarnOfUtf16(Reporter& reporter, std::string_view path, std::string_view bytes) {
+  if (!IsUtf16(bytes)) return;
+  reporter.Warn("warning: the file '" + EscapeControls(path) + "' " + std::string(kIsUtf16));
+}
+
 std::string Quoted(std::string_view text) {
   return std::string("'").append(Shorten(text, kLongestQuote)).append("'");
 }

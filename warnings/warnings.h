@@ -91,6 +91,14 @@ class FileWarnings {
 /// The text with every control character and DEL written as "\n", "\t", "\r" or "\xNN".
 std::string EscapeControls(std::string_view text);
 
+/// Whether a file that begins with these bytes is in UTF-16, in which no operation sees anything.
+bool IsUtf16(std::string_view bytes);
+/// What to say of such a file, after its path.
+inline constexpr std::string_view kIsUtf16 =
+    "is in UTF-16; convert it with 'iconv -f UTF-16 -t UTF-8'";
+/// Warns of such a file.
+void WarnOfUtf16(Reporter& reporter, std::string_view path, std::string_view bytes);
+
 /// The text between single quotes; of a long one only the beginning, with "..." after it. What
 /// warnings quote of a library goes through this, so that a crafted library makes no flood of them.
 std::string Quoted(std::string_view text);

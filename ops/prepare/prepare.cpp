@@ -190,10 +190,16 @@ void Preparer::TakeEntry() {
   WriteEntry();
 }
 
-/// Warns of a "crossref" by which the entry does not get all tags.
+/// Warns of a "crossref" by which the entry does not get all tags, and of an "xdata".
 void Preparer::ReportParent(CrossReferences::Parent parent) {
   const std::string_view text = kParentTexts[static_cast<std::size_t>(parent)];
   if (!text.empty()) log_.Warn(WarningKind::kMissingParent, item_.begin, text);
+  for (const BibTag& tag : item_.tags) {
+    if (!EqualNoCase(tag.name, "xdata")) continue;
+    log_.Warn(
+        WarningKind::kMissingParent, item_.begin,
+        "its 'xdata' is not followed: copy the tags of " + Quoted(tag.value) + " into the entry");
+  }
 }
 
 /// Warns of a key that makes operations misread the entry's first line: no form cures that.
@@ -307,7 +313,10 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
       PrepareLibrary(input->Bytes(), options, warn,
                      {.library = [&library](std::string_view text) { library.Write(text); },
                       .log = [&log](std::string_view text) { log.Write(text); }});
-  if (prepared.entries == 0 && prepared.unread == 0) return Fail(run, kNoEntry);
+  if (prepared.entries == 0 && prepared.unread == 0) {
+    WarnOfUtf16(run.reporter, run.first_path, input->Bytes());
+    return Fail(run, kNoEntry);
+  }
 
   log.Write(prepared.log);
   if (!log.File()) return Fail(run, kLogNotCreated);

@@ -56,6 +56,23 @@ TEST_F(InputChecks, ReportAFirstLibraryThatIsNotPicked) {
   }
 }
 
+TEST_F(InputChecks, SayWhyALibraryInUtf16IsNone) {
+  const std::string library("@\0a\0{\0k\0,\0\n\0", 12);
+  for (const std::string mark : {"\xFF\xFE", "\xFE\xFF"}) {
+    testing::RecordingReporter reporter;
+    const std::string path = File("wide.bib", mark + library);
+    FirstFilePath.Set(path);
+    EXPECT_EQ(CheckInputFiles(9002), 0);
+    EXPECT_EQ(reporter.warnings, std::vector<std::string>{
+                                     "warning: the file '" + path +
+                                     "' is in UTF-16; convert it with 'iconv -f UTF-16 -t UTF-8'"});
+  }
+  testing::RecordingReporter reporter;
+  FirstFilePath.Set(neither_);
+  EXPECT_EQ(CheckInputFiles(9002), 0);
+  EXPECT_EQ(reporter.warnings, std::vector<std::string>());
+}
+
 TEST_F(InputChecks, ReportAFirstLibraryThatIsNoLibrary) {
   for (const int code : {9000, 9001, 9002, 9003, 9004, 9006, 9007}) {
     for (const std::string& path : {missing_, directory_ / ""}) {

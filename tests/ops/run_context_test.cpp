@@ -123,6 +123,24 @@ TEST(CreateOutput, SaysWhyAnOperationsFileCannotBeCreated) {
                                 no + (directory / "a_double.bib") + "': File exists"}));
 }
 
+TEST(OpenForUpdate, SaysOfAFileThatItIsReadOnly) {
+  testing::RecordingReporter reporter;
+  const TemporaryDirectory directory;
+  testing::WriteDiskFile(directory / "a.bib", "x");
+  RunFiles files(RealFileSystem());
+  const RunContext run = MemoryRun(files, directory / "a.bib");
+  ASSERT_TRUE(OpenForUpdate(run, directory / "a.bib"));
+  EXPECT_EQ(OpenForUpdate(run, directory / "a.bib")->Bytes(), "x");
+  EXPECT_FALSE(OpenForUpdate(run, directory / "none.bib"));
+  EXPECT_EQ(reporter.warnings, std::vector<std::string>());
+  // A program that runs cannot be written, not even by root, whom permissions do not stop.
+  EXPECT_FALSE(OpenForUpdate(run, "/proc/self/exe"));
+  EXPECT_EQ(reporter.warnings, std::vector<std::string>{
+                                   "warning: the file '/proc/self/exe' is read-only, and this "
+                                   "operation takes only files that could be written; copy it, or "
+                                   "run tarvel-batch with --output-dir"});
+}
+
 TEST(Fail, PrintsTheTextAndReturnsTheResult) {
   testing::RecordingReporter reporter;
   MemoryFiles files;
