@@ -4,12 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "batch/request.h"
 #include "tests/support/disk_files.h"
+#include "tests/support/failing_calls.h"
 
 namespace tarvel {
 namespace {
@@ -33,6 +35,23 @@ Checked CheckLibrary(const std::string& path, const std::string& library,
   request.files = {path};
   request.only = only;
   return Check(request);
+}
+
+TEST(Check, NoticesThatTheFileWasChanged) {
+  const testing::TemporaryDirectory directory;
+  const std::string path = directory / "lit.bib";
+  constexpr int kMostLooks = 100;
+  bool noticed = false;
+  // One of the looks at the file is the last, after it was read.
+  for (int n = 1; n <= kMostLooks && !noticed; ++n) {
+    const testing::FailingCall gone("stat", ENOENT, n);
+    ::testing::internal::CaptureStderr();
+    const Checked checked = CheckLibrary(path, "@misc{a,\n}\n");
+    noticed = ::testing::internal::GetCapturedStderr() ==
+                  "tarvel-batch: " + path + " was changed while it was read\n" &&
+              checked.status == 2 && checked.out.empty();
+  }
+  EXPECT_TRUE(noticed);
 }
 
 TEST(Check, SortsByLineAndWritesNothing) {

@@ -67,6 +67,7 @@ TEST(Rekey, GoesOnWithTheOtherDocumentsAfterOneThatFails) {
   const testing::TemporaryDirectory directory;
   testing::WriteDiskFile(directory / "keys", "a\tb\n");
   testing::WriteDiskFile(directory / "one.tex", "\\cite{a}");
+  testing::WriteDiskFile(directory / "one_rekeyed.tex", "earlier");
   testing::WriteDiskFile(directory / "two.tex", "\\cite{a}");
   BatchRequest request;
   request.quiet = true;
@@ -79,6 +80,7 @@ TEST(Rekey, GoesOnWithTheOtherDocumentsAfterOneThatFails) {
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tarvel-batch: could not write the file '" +
                                                           (directory / "one_rekeyed.tex") +
                                                           "': No space left on device\n");
+  EXPECT_EQ(testing::ReadDiskFile(directory / "one_rekeyed.tex"), "earlier");
   EXPECT_EQ(testing::ReadDiskFile(directory / "two_rekeyed.tex"), "\\cite{b}");
 }
 
