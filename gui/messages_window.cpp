@@ -112,7 +112,8 @@ void MessagesWindow::Add(std::string_view run, std::string_view messages) {
   bytes_ += bytes;
   text_->AppendText(ToWx(bytes));
   text_->SetInsertionPoint(start);  // a screen reader reads on from there
-  if (IsShown()) RequestUserAttention();
+  // Until it is looked at. Attention for a few seconds takes a timer that outlives the window.
+  if (IsShown()) RequestUserAttention(wxUSER_ATTENTION_ERROR);
   ShowWithoutActivating();
   ScrollToTop(*text_, start);
 }

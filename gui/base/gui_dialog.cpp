@@ -12,6 +12,7 @@ namespace tarvel {
 
 namespace {
 
+constexpr int kSpacerHeight = 20;       // above "About" and "Quit"
 constexpr std::size_t kFirstGroup = 4;  // rows above the space in the middle
 
 }  // namespace
@@ -23,7 +24,7 @@ GUIDialog::GUIDialog(wxWindow* parent, wxWindowID id, const wxString& title,
   auto* parts = new wxBoxSizer(wxVERTICAL);
   parts->Add(BuildFiles(), wxSizerFlags().Expand().Border(wxALL, border));
   parts->Add(BuildOperations(), wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, border));
-  parts->AddSpacer(2 * border);
+  parts->AddSpacer(FromDIP(kSpacerHeight));
   parts->Add(BuildButtons(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, border));
   AlignColumns();
   SetSizerAndFit(parts);
