@@ -131,16 +131,21 @@ bool LostBlanks(std::string_view name, BracedPieces& joined) {
 std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bool commas) {
   std::size_t words = 0;
   bool has_suffix = false;
+  bool ends_in_suffix = false;
   bool has_particle = false;  // before another word
   std::string_view rest = name;
   for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
     const std::string_view next = TakeWord(rest);
-    has_suffix = has_suffix || IsSuffix(word);
+    ends_in_suffix = IsSuffix(word);
+    has_suffix = has_suffix || ends_in_suffix;
     has_particle = has_particle || (!next.empty() && kParticles.Holds(word));
     word = next;
   }
   if (words == 0) return {};
   if (words == 1 && EqualNoCase(Trim(name, " ~"), "others")) return "became a person";
+  if (words == 2 && ends_in_suffix && !commas) {
+    return "has a suffix and no first name: it ends in a comma now, which BibTeX refuses";
+  }
   if (has_suffix) return "has a suffix, which may have moved";
   if (LostBlanks(name, joined)) return "lost the blanks in its braces";
   if (commas) return {};
@@ -148,11 +153,18 @@ std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bo
   return has_particle ? "has a particle, which became an initial"sv : ""sv;
 }
 
-/// Whether the word is one of a first name in full.
+/// Whether the word is one of a first name in full: it has more letters than a pair of initials,
+/// and no full stop. A UTF-8 character counts as one letter.
 bool IsFullWord(std::string_view word) {
-  const std::string_view letters = Trim(word, ",");
-  return letters.size() > 2 && std::all_of(letters.begin(), letters.end(), IsLetter) &&
-         !kParticles.Holds(letters);
+  if (word.find('.') != kNone || kParticles.Holds(Trim(word, ",")) || IsSuffix(word)) return false;
+  std::size_t letters = 0;
+  bool ends_low = false;
+  for (const char byte : word) {
+    if (!IsLetter(byte) && static_cast<unsigned char>(byte) < 0xC0) continue;
+    ++letters;
+    ends_low = byte >= 'a' && byte <= 'z';
+  }
+  return letters > 2 || (letters == 2 && ends_low);
 }
 
 /// The first name with a first name in full; empty when all have initials.

@@ -19,6 +19,15 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
       {"Doe, John", "'Doe, John' is a single name with a comma"},
       {"Smith, John A. and Doe, J.",
        "'Smith, John A.' has a first name in full, but a '.' stands in the list"},
+      {"Doe, Al and Roe, B.", "'Doe, Al' has a first name in full, but a '.' stands in the list"},
+      {"Doe, Jean-Paul and Roe, B.",
+       "'Doe, Jean-Paul' has a first name in full, but a '.' stands in the list"},
+      {"Doe, Jos\\'e and Roe, B.",
+       "'Doe, Jos\\'e' has a first name in full, but a '.' stands in the list"},
+      {"Doe, {\\AA}ke and Roe, B.",
+       "'Doe, {\\AA}ke' has a first name in full, but a '.' stands in the list"},
+      {"Doe, \xC3\x89\xC3\xA9n and Roe, B.",
+       "'Doe, \xC3\x89\xC3\xA9n' has a first name in full, but a '.' stands in the list"},
   };
   for (const Case& c : cases) EXPECT_EQ(WhyNoKnownForm(c.list), c.reason) << c.list;
 }
@@ -26,7 +35,8 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
 TEST(WhyNoKnownForm, IsEmptyWhereNothingIsWrong) {
   for (const std::string_view list :
        {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.", "Doe, van and Roe, K.",
-        "Doe, John and Roe, Karl", "Doe, JP and Roe, K."}) {
+        "Doe, John and Roe, Karl", "Doe, JP and Roe, K.", "Doe, Jr, J. and Roe, K.",
+        "Doe, {\\AA} and Roe, K.", "Doe, \xC3\x89. and Roe, \xC3\x89", "Doe, J.-P. and Roe, K."}) {
     EXPECT_EQ(WhyNoKnownForm(list), "") << list;
   }
 }
@@ -45,6 +55,10 @@ TEST(WhyDoubtful, NamesTheNamesThatMayBeWrong) {
       {"Kees van der Laan", "Laan, K. V. D.",
        "'Kees van der Laan' has a particle, which became an initial"},
       {"King, Jr, Martin", "King, J. M.", "'King, Jr, Martin' has a suffix, which may have moved"},
+      {"Jones Jr and Bob Smith", "Jones Jr, and Smith, B.",
+       "'Jones Jr' has a suffix and no first name: it ends in a comma now, which BibTeX refuses"},
+      {"Bob Jones Jr. and Bob Smith", "Jones Jr., B. and Smith, B.",
+       "'Bob Jones Jr.' has a suffix, which may have moved"},
       {"von Davier, Jr, Ann and Doe, John", "Von Davier Jr, A. and Doe, J.",
        "'von Davier, Jr, Ann' has a suffix, which may have moved; the first name's particle is a "
        "capital"},
