@@ -30,8 +30,8 @@ void StandAlone(wxDialog& dialog) {
 }
 
 int Gap(const wxWindow& window) {
-  constexpr int kLow =
-      600;  // with the usual gaps the main dialog takes about 550 with its title bar
+  // With the usual gaps and a title bar the main dialog takes about 550.
+  constexpr int kLow = 600;
   constexpr int kSmallGap = 2;
   const int height = wxDisplay(&window).GetClientArea().height;
   return height < window.FromDIP(kLow) ? kSmallGap : wxSizerFlags::GetDefaultBorder();

@@ -97,7 +97,9 @@ void EntryNamer::ChangeNames() {
   const bool any = std::any_of(tags_.begin(), tags_.end(),
                                [](const FormedTag& tag) { return tag.known->row.is_renamed; });
   if (!any) return;
-  for (const TagChange& change : TagChanges()) DropReplaced(change);
+  if (tags_.back().is_inherited) {
+    for (const TagChange& change : TagChanges()) DropReplaced(change);
+  }
   for (const TagChange& change : TagChanges()) {
     if (FormedTag* const tag = Find(change.from)) Change(change, *tag);
   }
