@@ -136,8 +136,8 @@ std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bo
   std::string_view rest = name;
   for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
     const std::string_view next = TakeWord(rest);
-    ends_in_suffix = IsSuffix(word);
-    has_suffix = has_suffix || ends_in_suffix;
+    has_suffix = has_suffix || IsSuffix(word);
+    ends_in_suffix = IsSuffix(word) && (word.starts_with("Jr") || word.starts_with("Sr"));
     has_particle = has_particle || (!next.empty() && kParticles.Holds(word));
     word = next;
   }
@@ -158,13 +158,15 @@ std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bo
 bool IsFullWord(std::string_view word) {
   if (word.find('.') != kNone || kParticles.Holds(Trim(word, ",")) || IsSuffix(word)) return false;
   std::size_t letters = 0;
+  bool begins_low = false;
   bool ends_low = false;
   for (const char byte : word) {
     if (!IsLetter(byte) && static_cast<unsigned char>(byte) < 0xC0) continue;
     ++letters;
     ends_low = byte >= 'a' && byte <= 'z';
+    begins_low = begins_low || (letters == 1 && ends_low);
   }
-  return letters > 2 || (letters == 2 && ends_low);
+  return letters > 2 || (letters == 2 && ends_low && !begins_low);  // "Al", not "JP" and "et"
 }
 
 /// The first name with a first name in full; empty when all have initials.

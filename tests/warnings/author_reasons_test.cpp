@@ -35,8 +35,9 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
 TEST(WhyNoKnownForm, IsEmptyWhereNothingIsWrong) {
   for (const std::string_view list :
        {"", "   ", " and ", "Doe, J.", "Doe, J. and Roe, K.", "Doe, van and Roe, K.",
-        "Doe, John and Roe, Karl", "Doe, JP and Roe, K.", "Doe, Jr, J. and Roe, K.",
-        "Doe, {\\AA} and Roe, K.", "Doe, \xC3\x89. and Roe, \xC3\x89", "Doe, J.-P. and Roe, K."}) {
+        "Doe, John and Roe, Karl", "Doe, JP and Roe, K.", "Doe, J. et al.",
+        "Doe, Jr, J. and Roe, K.", "Doe, {\\AA} and Roe, K.", "Doe, \xC3\x89. and Roe, \xC3\x89",
+        "Doe, J.-P. and Roe, K."}) {
     EXPECT_EQ(WhyNoKnownForm(list), "") << list;
   }
 }
@@ -57,6 +58,8 @@ TEST(WhyDoubtful, NamesTheNamesThatMayBeWrong) {
       {"King, Jr, Martin", "King, J. M.", "'King, Jr, Martin' has a suffix, which may have moved"},
       {"Jones Jr and Bob Smith", "Jones Jr, and Smith, B.",
        "'Jones Jr' has a suffix and no first name: it ends in a comma now, which BibTeX refuses"},
+      {"Jones III and Bob Smith", "Iii, J. and Smith, B.",
+       "'Jones III' has a suffix, which may have moved"},
       {"Bob Jones Jr. and Bob Smith", "Jones Jr., B. and Smith, B.",
        "'Bob Jones Jr.' has a suffix, which may have moved"},
       {"von Davier, Jr, Ann and Doe, John", "Von Davier Jr, A. and Doe, J.",
