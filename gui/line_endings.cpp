@@ -2,8 +2,6 @@
 #include "gui/line_endings.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,7 +13,6 @@
 #include "core/output_file.h"
 #include "core/run_files.h"
 #include "core/text_primitives.h"
-#include "warnings/warnings.h"
 
 namespace tarvel {
 
@@ -151,13 +148,6 @@ std::optional<std::string> CopyPath(std::string_view picked) {
   return InDirectory(*name, GlobalOutputDirectory);
 }
 
-/// `error` is the system's, or 0.
-void WarnOfNoCopy(const std::string& path, int error) {
-  std::string text = "warning: could not create the file '" + path + "'";
-  if (error != 0) text.append(": ").append(std::strerror(error));
-  GlobalReporter().Warn(EscapeControls(text + "; the line breaks stay as they are"));
-}
-
 /// Writes the converted copy and returns its path; nothing after a failure.
 std::optional<std::string> Convert(RunFiles& files, const std::string& picked, int system) {
   auto new_path = CopyPath(picked);
@@ -168,12 +158,8 @@ std::optional<std::string> Convert(RunFiles& files, const std::string& picked, i
   if (files.IsSameFile(*new_path, picked)) return std::nullopt;
   auto source = files.OpenSource(picked, ReadMode::kRead);
   if (!source) return std::nullopt;
-  errno = 0;
   auto sink = CreateCopy(files, *new_path);
-  if (!sink) {
-    WarnOfNoCopy(*new_path, errno);
-    return std::nullopt;
-  }
+  if (!sink) return std::nullopt;
   OutputFile copy(std::move(sink), *new_path);
   if (!WriteCopy(*source, system, copy)) return std::nullopt;
   const std::string error = files.Publish();
