@@ -42,6 +42,13 @@ void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
   for (const std::size_t offset : offsets) places_.push_back({&document, offset});
   ReportCitations(document.lines.Bytes(), document.warnings);
   ReportKeys(keys_, offsets, document.warnings);
+  if (!document.warnings.Wanted()) return;
+  MarkRead(run_.first_path);
+  DocumentObserver observer;
+  observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
+    Follow(document, command, name, offset);
+  };
+  ReadDocument(document.lines.Bytes(), commands_, observer);
 }
 
 void CitedKeys::ReadLikeLaTeX(LineStream lines) {
@@ -61,7 +68,7 @@ void CitedKeys::Read(Document& document) {
     keys_.push_back(key.text);
     places_.push_back({&document, key.begin});
   };
-  if (run_.citations.follow && depth_ < kDeepest) {
+  if ((run_.citations.follow || document.warnings.Wanted()) && depth_ < kDeepest) {
     observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
       Follow(document, command, name, offset);
     };
@@ -75,7 +82,8 @@ void CitedKeys::Read(Document& document) {
   --depth_;
 }
 
-/// Reads a file that `from` includes, unless it was read before: then it cites nothing new.
+/// Reads a file that `from` includes, unless it was read before: then it cites nothing new. Where
+/// included files are not followed, only reports that it has citations.
 void CitedKeys::Follow(Document& from, std::string_view command, std::string_view name,
                        std::size_t offset) {
   const bool absolute = name.starts_with('/');
@@ -87,10 +95,20 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
       if (run_.files.Protect(path)) return;  // the run fails
       std::optional<LineStream> lines = run_.files.OpenLines(path, ReadMode::kRead);
       if (!lines) continue;
-      Read(Add(path, std::move(*lines)));
+      if (run_.citations.follow) {
+        Read(Add(path, std::move(*lines)));
+      } else if (lines->Bytes().find("cite") != std::string_view::npos) {
+        from.warnings.Report(WarningKind::kOtherCitation, offset, {},
+                             std::string("the citations in the file '")
+                                 .append(name)
+                                 .append("' of '\\")
+                                 .append(command)
+                                 .append("' are not read; tarvel-batch reads them with --follow"));
+      }
       return;
     }
   }
+  if (!run_.citations.follow) return;
   from.warnings.Report(WarningKind::kOtherCitation, offset, {},
                        std::string("the file '")
                            .append(name)
