@@ -43,7 +43,7 @@ TEST(Check, NoticesThatTheFileWasChanged) {
   constexpr int kMostLooks = 100;
   bool noticed = false;
   // One of the looks at the file is the last, after it was read.
-  for (int n = 1; n <= kMostLooks && !noticed; ++n) {
+  for (int n = 2; n <= kMostLooks && !noticed; ++n) {  // not the first: it finds no file
     const testing::FailingCall gone("stat", ENOENT, n);
     ::testing::internal::CaptureStderr();
     const Checked checked = CheckLibrary(path, "@misc{a,\n}\n");
