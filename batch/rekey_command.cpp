@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "batch/rekey_command.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "app/run_operation.h"
 #include "batch/request.h"
 #include "core/file_names.h"
+#include "core/file_places.h"
 #include "ops/citations/key_map.h"
 
 namespace tarvel {
@@ -23,7 +25,9 @@ namespace {
 constexpr std::string_view kSuffix = "_rekeyed";
 constexpr std::string_view kNoMemory = "Not enough memory!";
 
-/// A document and its place.
+using FileId = std::pair<std::uint64_t, std::uint64_t>;  // device and number
+
+/// A document, and the path of the new one.
 struct Document {
   std::string path;
   std::string new_path;
@@ -61,6 +65,11 @@ std::string ReadMap(const std::string& path, KeyMap& map) {
          ": not a line of a key map: an old key, a tab, a new key";
 }
 
+std::optional<FileId> IdAt(const std::string& path) {
+  const std::optional<FileState> state = GlobalFiles().StateAt(path);
+  return state ? std::optional(FileId{state->device, state->number}) : std::nullopt;
+}
+
 /// Finds the documents; returns why one cannot be taken, or nothing.
 std::string FindDocuments(const BatchRequest& request, std::vector<Document>& documents) {
   for (std::size_t i = 1; i < request.files.size(); ++i) {
@@ -68,19 +77,20 @@ std::string FindDocuments(const BatchRequest& request, std::vector<Document>& do
     if (!GlobalFiles().OpenSource(path, ReadMode::kRead)) return CouldNotRead(path);
     documents.push_back({path, NewPath(path, request.output_directory)});
   }
+  std::set<FileId> inputs;
+  for (const std::string& path : request.files) {
+    if (const auto id = IdAt(path)) inputs.insert(*id);
+  }
+  std::set<std::string> new_places;
+  std::set<FileId> replaced;
   for (const Document& document : documents) {
-    const auto is_taken = [&](const std::string& file) {
-      return GlobalFiles().IsSameFile(file, document.new_path);
-    };
-    if (std::any_of(request.files.begin(), request.files.end(), is_taken)) {
-      return "the new file '" + document.new_path + "' would replace a file that is read";
+    const std::string& path = document.new_path;
+    const std::optional<FileId> id = IdAt(path);
+    if (id && inputs.contains(*id)) {
+      return "the new file '" + path + "' would replace a file that is read";
     }
-    const auto is_new = [&](const Document& other) {
-      return other.new_path == document.new_path ||
-             GlobalFiles().IsSamePlace(other.new_path, document.new_path);
-    };
-    if (std::count_if(documents.begin(), documents.end(), is_new) > 1) {
-      return "two documents would become the file '" + document.new_path + "'";
+    if (!new_places.insert(PlaceOfFile(path)).second || (id && !replaced.insert(*id).second)) {
+      return "two documents would become the file '" + path + "'";
     }
   }
   return {};

@@ -5,6 +5,9 @@
 
 namespace tarvel {
 
+/// The absolute path of a file, or of the one that writing to `path` would make, links followed.
+std::string PlaceOfFile(const std::string& path);
+
 /// Whether both paths name one file, so that writing one would change the other: the same file on
 /// disk, or one that either path would make, links followed. Not so for devices and pipes, into
 /// which several may write.
