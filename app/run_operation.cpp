@@ -66,27 +66,27 @@ void PickFile(PathBuffer& buffer, std::string_view path) {
   }
 }
 
-WholeRun::WholeRun() : files_(GlobalFiles()), outer_(GlobalRunFiles) {
-  if (!outer_) GlobalRunFiles = &files_;
+WholeRun::WholeRun(Within within)
+    : own_files_(GlobalFiles()),
+      outer_(GlobalRunFiles),
+      files_(outer_ && within == Within::kTogether ? *outer_ : own_files_) {
+  GlobalRunFiles = &files_;
 }
 
-WholeRun::~WholeRun() {
-  if (!outer_) GlobalRunFiles = nullptr;
-}
+WholeRun::~WholeRun() { GlobalRunFiles = outer_; }
 
 int WholeRun::Run(const std::function<int()>& body, std::string_view no_memory) {
   std::unique_ptr<char[]> reserve;
-  RunFiles& files = outer_ ? *outer_ : files_;
   try {
     reserve = std::make_unique<char[]>(kReserve);
     const int result = body();
-    const bool arrived = !files.WriteFailed();
-    const std::string error = files.Publish();
+    const bool arrived = !files_.WriteFailed();
+    const std::string error = files_.Publish();
     if (!error.empty()) PrintError(error);
     return arrived && error.empty() ? result : 0;
   } catch (const std::bad_alloc&) {
     reserve.reset();
-    files.Discard();
+    files_.Discard();
     PrintError(no_memory);
     return 0;
   }

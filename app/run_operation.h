@@ -14,11 +14,14 @@ namespace tarvel {
 void PickFile(PathBuffer& buffer, std::string_view path);
 
 /// Makes the files that a run writes through `GlobalRun().files` appear whole and together, or not
-/// at all, while it lives. Within another one it joins in: the outer one's files are then the
-/// run's.
+/// at all, while it lives.
 class WholeRun {
  public:
-  WholeRun();
+  /// Within another run: whether the files of both are published together, or those of the outer
+  /// one later.
+  enum class Within { kTogether, kApart };
+
+  explicit WholeRun(Within within = Within::kTogether);
   WholeRun(const WholeRun&) = delete;
   WholeRun& operator=(const WholeRun&) = delete;
   ~WholeRun();
@@ -30,8 +33,9 @@ class WholeRun {
   int Run(const std::function<int()>& body, std::string_view no_memory);
 
  private:
-  RunFiles files_;
+  RunFiles own_files_;
   RunFiles* const outer_;
+  RunFiles& files_;
 };
 
 /// What a button does: checks the picked files, shows the note, runs the operation and reports how

@@ -34,10 +34,10 @@ int RunWithWarnings(const std::string& library, const PrepareOptions& options) {
   return result;
 }
 
-/// Prepares a library and gives the copy its name, so that an operation can open it.
-bool Prepare(const std::string& library, const PrepareOptions& options) {
+/// Prepares a library and publishes the copy.
+bool Prepare(const std::string& library, const PrepareOptions& options, WholeRun::Within within) {
   const auto run = [&] { return RunWithWarnings(library, options); };
-  if (WholeRun().Run(run, kNoMemory) == kSucceeded) return true;
+  if (WholeRun(within).Run(run, kNoMemory) == kSucceeded) return true;
   ReportError(ErrorHintText, kErrorCaption, kReportInBox);
   return false;
 }
@@ -47,7 +47,9 @@ bool Prepare(const std::string& library, const PrepareOptions& options) {
 int RunPrepareCommand(const BatchRequest& request) {
   FirstFilePath.Set(request.files[0]);
   return RunWithSideFiles(request, [&] {
-    if (!Prepare(request.files[0], {.keep_all = request.keep_all})) return false;
+    if (!Prepare(request.files[0], {.keep_all = request.keep_all}, WholeRun::Within::kTogether)) {
+      return false;
+    }
     ShowBox(DoneText, DoneText);
     return true;
   });
@@ -74,7 +76,8 @@ bool PrepareLibraries(const BatchRequest& request, std::vector<std::string>& fil
       files[1] = files[0];
       continue;
     }
-    if (!Prepare(library, {})) return false;
+    // The operation opens the copy by its name, and may yet find that it reads a side file.
+    if (!Prepare(library, {}, WholeRun::Within::kApart)) return false;
     files[index] = PreparedPath(library, request.output_directory);
     GlobalKeptFiles.push_back(files[index]);
     ShowBox("Tarvel prepared the library and works on the new file '" + files[index] + "'.",

@@ -35,7 +35,7 @@ std::unique_ptr<OutputFile> CreateSideFile(const std::string& path) {
 }  // namespace
 
 int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& run) {
-  const WholeRun whole_run;  // these files are parts of the run, too
+  WholeRun whole_run;  // these files are parts of the run, too
   std::unique_ptr<OutputFile> warnings;
   std::unique_ptr<OutputFile> key_map;
   const bool all = request.warnings_file == kAllOnTerminal;
@@ -55,7 +55,8 @@ int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& r
     PrintFailure("write", file->Path(), file->Error());
     good = false;
   }
-  if (!good) return 1;
+  // They are not published yet if the run ended before its last step.
+  if (whole_run.Run([] { return 1; }, {}) != 1 || !good) return 1;
   return losses == 0 ? 0 : kLosses;
 }
 

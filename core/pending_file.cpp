@@ -154,30 +154,30 @@ class PendingFile final : public FileSink {
   std::string name_;
 };
 
-/// A file that is written under its name. What it holds stays until the first write, for the case
-/// that there is none.
+/// A file that is written under its name. It is truncated at the first write, so that a run that
+/// never writes leaves it as it is.
 class FileInPlace final : public FileSink {
  public:
   explicit FileInPlace(int descriptor) : FileSink(descriptor) {}
   std::string Write(std::string_view bytes) override {
-    std::string error = Empty();
+    std::string error = Truncate();
     return error.empty() ? FileSink::Write(bytes) : error;
   }
   std::string Close() override {
-    const std::string error = Empty();
+    const std::string error = Truncate();
     const std::string other = FileSink::Close();
     return error.empty() ? other : error;
   }
 
  private:
-  std::string Empty() {
+  std::string Truncate() {
     struct stat status {};
-    if (std::exchange(is_empty_, true)) return {};
+    if (std::exchange(is_truncated_, true)) return {};
     if (fstat(Descriptor(), &status) == 0 && !S_ISREG(status.st_mode)) return {};
     return ftruncate(Descriptor(), 0) == 0 ? std::string() : std::strerror(errno);
   }
 
-  bool is_empty_ = false;
+  bool is_truncated_ = false;
 };
 
 /// What has to be known of the file that a new one will replace.
