@@ -9,8 +9,7 @@ namespace tarvel {
 /// now, the files of the run that is under way or else the disk, the installed reporter.
 RunContext GlobalRun();
 
-// Each operation as the buttons call it: on `GlobalRun`. All return 1 on success; 0, or 2999 for a
-// library that could not be opened, on failure.
+// Each operation as the buttons call it: on `GlobalRun`. They return what those of operations.h do.
 
 int Extract();
 int Compare();

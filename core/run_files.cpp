@@ -85,14 +85,17 @@ std::string RunFiles::ChangedInput() const {
   return {};
 }
 
-/// The new files that stood under their names at once.
-std::string RunFiles::WrittenInPlace() const {
-  std::string names;
+/// The message that nothing is published because the file at `changed` was changed.
+std::string RunFiles::NotPublished(const std::string& changed) const {
+  std::string in_place;
   for (const NewFile& file : new_files_) {
     if (!file.sink->PendingPath().empty()) continue;
-    names.append(names.empty() ? "'" : ", '").append(file.path).append("'");
+    in_place.append(in_place.empty() ? ", except in place: '" : ", '")
+        .append(file.path)
+        .append("'");
   }
-  return names;
+  return "The file '" + changed + "' was changed during the run. No new file was written" +
+         in_place + ".";
 }
 
 std::string RunFiles::PublishAll() {
@@ -113,11 +116,7 @@ std::string RunFiles::Publish() {
   std::string error;
   if (!write_failed_) {
     const std::string changed = ChangedInput();
-    const std::string in_place = WrittenInPlace();
-    error = changed.empty()
-                ? PublishAll()
-                : "The file '" + changed + "' was changed during the run. No new file was written" +
-                      (in_place.empty() ? "." : ", except in place: " + in_place + ".");
+    error = changed.empty() ? PublishAll() : NotPublished(changed);
   }
   Discard();
   return error;

@@ -62,7 +62,7 @@ class RunFiles final : public FileSystem {
   };
   bool HasRead(const std::string& path) const;
   std::string ChangedInput() const;
-  std::string WrittenInPlace() const;
+  std::string NotPublished(const std::string& changed) const;
   std::string PublishAll();
 
   FileSystem& files_;

@@ -5,8 +5,9 @@
 
 namespace tarvel {
 
-// The operations. Each sees its context and nothing global. All return 1 on success; 0, or 2999 for
-// a library that could not be opened, on failure.
+// The operations. Each sees its context and nothing global. All return 1 on success and another
+// number on failure: 2999 where Journals, Clean authors or Clean characters cannot open the
+// library, or where Clean characters has none; otherwise 0.
 
 int RunExtract(const RunContext& run);
 int RunCompare(const RunContext& run);

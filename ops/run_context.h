@@ -48,7 +48,7 @@ struct RunContext {
   /// Where the new files go; empty: beside the library.
   std::string output_directory = {};
   CitationRules citations = {};
-  /// Further files that are never opened for writing: those whose copies the run reads.
+  /// Further files that are never written to: those whose copies the run reads.
   std::vector<std::string> kept_files = {};
   /// How many steps of `RowBudget` Text may take, besides those that the size of the library
   /// allows. They take some seconds; tests give fewer.
@@ -64,13 +64,13 @@ std::string OutputPath(const std::string& library, Output output,
 std::string OutputPath(const std::string& library, std::string_view suffix,
                        const std::string& directory);
 
-/// Opens and reads a picked file by stdio's "r+". When that fails because the file could not be
-/// written, says so on the terminal: the operations' own texts do not.
+/// Opens a picked file in stdio's mode "r+" and reads it whole. Null when that fails; when it fails
+/// because the file is read-only, says so on the terminal: the operations' own texts do not.
 [[nodiscard]] std::optional<LineStream> OpenForUpdate(const RunContext& run,
                                                       const std::string& path);
 
-/// Creates a new file. Null when that fails, when `path` is empty, or when it names one of the
-/// picked files, which are never opened for writing.
+/// Creates a new file. Null when that fails, when `path` is empty, or when it names a file that the
+/// run reads: a picked one, or one of `kept_files`. Those are never written to.
 [[nodiscard]] std::unique_ptr<OutputFile> CreateOutput(const RunContext& run,
                                                        const std::string& path, CreateMode mode);
 /// The same. When it fails, says on the terminal why: the operations' own texts name neither the
@@ -98,11 +98,12 @@ std::string HeaderOf(std::string_view name);
 /// Takes a run's warnings about the file at `path`, whose bytes are those of `input`.
 FileWarnings WarningsOf(const RunContext& run, const std::string& path, const LineStream& input);
 
-/// Reports a failure with `PrintError` and returns `result`, so that an operation can end with it.
-int Fail(const RunContext& run, std::string_view text, int result = 0);
-
+// What operations return.
 inline constexpr int kSucceeded = 1;
 inline constexpr int kFailed = 0;
 inline constexpr int kInputNotOpened = 2999;
+
+/// Reports a failure with `PrintError` and returns `result`, so that an operation can end with it.
+int Fail(const RunContext& run, std::string_view text, int result = kFailed);
 
 }  // namespace tarvel

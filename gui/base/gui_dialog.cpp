@@ -20,7 +20,7 @@ constexpr std::size_t kFirstGroup = 4;  // rows above the space in the middle
 GUIDialog::GUIDialog(wxWindow* parent, wxWindowID id, const wxString& title,
                      const wxPoint& position, const wxSize& size, long style)
     : wxDialog(parent, id, title, position, size, style) {
-  const int border = 2 * Gap(*this);
+  const int border = 2 * gap_;
   auto* parts = new wxBoxSizer(wxVERTICAL);
   parts->Add(BuildFiles(), wxSizerFlags().Expand().Border(wxALL, border));
   parts->Add(BuildOperations(), wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, border));
@@ -45,8 +45,7 @@ wxPanel* GUIDialog::BuildFiles() {
   second_file_label_ = NewLabel(files_panel_, "Load second file");
   second_file_picker_ = new FilePicker(files_panel_, "Load second file");
 
-  const int gap = Gap(*this);
-  auto* grid = new wxFlexGridSizer(2, gap, gap);
+  auto* grid = new wxFlexGridSizer(2, gap_, gap_);
   grid->AddGrowableCol(1);
   grid->Add(first_file_label_, wxSizerFlags().CentreVertical());
   grid->Add(first_file_picker_, wxSizerFlags().Expand());
@@ -77,12 +76,11 @@ GUIDialog::Row GUIDialog::BuildRow(const Operation& operation, wxSizer& grid) {
 wxPanel* GUIDialog::BuildOperations() {
   constexpr int kColumns = 4;
   operations_panel_ = new wxPanel(this);
-  const int gap = Gap(*this);
-  auto* grid = new wxFlexGridSizer(kColumns, gap, gap);
+  auto* grid = new wxFlexGridSizer(kColumns, gap_, gap_);
   grid->AddGrowableCol(0);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     if (i == kFirstGroup) {
-      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(2 * gap);
+      for (int column = 0; column < kColumns; ++column) grid->AddSpacer(2 * gap_);
     }
     rows_[i] = BuildRow(kOperations[i], *grid);
   }
@@ -96,7 +94,7 @@ wxPanel* GUIDialog::BuildButtons() {
   quit_button_ = NewButton(buttons_panel_, "&Quit", {}, "Quit");
   auto* line = new wxBoxSizer(wxHORIZONTAL);
   buttons_indent_ = line->AddSpacer(0);
-  line->Add(about_button_, wxSizerFlags().Border(wxRIGHT, Gap(*this)));
+  line->Add(about_button_, wxSizerFlags().Border(wxRIGHT, gap_));
   line->Add(quit_button_);
   buttons_panel_->SetSizer(line);
   return buttons_panel_;
@@ -110,10 +108,10 @@ void GUIDialog::AlignColumns() {
     // The best size of a bold label is that of a plain one as long as the dialog is not shown.
     width = std::max(width, label->GetTextExtent(label->GetLabel()).x);
   }
-  width += Gap(*this);  // the label itself may be a little wider
+  width += gap_;  // the label itself may be a little wider
   first_file_label_->SetMinSize(wxSize(width, -1));
   rows_[0].description->SetMinSize(wxSize(width, -1));
-  buttons_indent_->AssignSpacer(width + Gap(*this), 0);
+  buttons_indent_->AssignSpacer(width + gap_, 0);
 }
 
 void GUIDialog::ConnectEvents() {

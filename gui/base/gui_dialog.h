@@ -11,6 +11,7 @@
 
 #include "app/operations.h"
 #include "gui/base/file_picker.h"
+#include "gui/base/widgets.h"
 
 namespace tarvel {
 
@@ -84,6 +85,7 @@ class GUIDialog : public wxDialog {
   void ConnectEvents();
   wxStaticText* NewLabel(wxWindow* parent, std::string_view text);
 
+  const int gap_ = Gap(*this);
   wxSizerItem* buttons_indent_ = nullptr;
 };
 

@@ -17,7 +17,7 @@ PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
     : wxDialog(parent, id, title, position, size, style), lines_(new wxBoxSizer(wxVERTICAL)) {
   for (const PreferenceSection& section : sections) AddSection(section);
   auto* border = new wxBoxSizer(wxVERTICAL);
-  border->Add(lines_, wxSizerFlags(1).Expand().Border(wxALL, 2 * Gap(*this)));
+  border->Add(lines_, wxSizerFlags(1).Expand().Border(wxALL, 2 * gap_));
   SetSizer(border);
   StandAlone(*this);
   Bind(wxEVT_CLOSE_WINDOW, &PrefDialog::OnClose, this);
@@ -26,11 +26,11 @@ PrefDialog::PrefDialog(wxWindow* parent, wxWindowID id, const wxString& title,
 void PrefDialog::AddSection(const PreferenceSection& section) {
   auto* heading = new wxStaticText(this, wxID_ANY, ToWx(section.heading));
   heading->SetFont(GetFont().Bold());
-  lines_->Add(heading, wxSizerFlags().Border(wxBOTTOM, Gap(*this)));
+  lines_->Add(heading, wxSizerFlags().Border(wxBOTTOM, gap_));
   if (!section.radios.empty()) AddRadios(section.radios);
-  if (!section.radios.empty() && !section.check_boxes.empty()) lines_->AddSpacer(Gap(*this));
+  if (!section.radios.empty() && !section.check_boxes.empty()) lines_->AddSpacer(gap_);
   if (!section.check_boxes.empty()) AddCheckBoxes(section);
-  lines_->AddSpacer(2 * Gap(*this));
+  lines_->AddSpacer(2 * gap_);
 }
 
 void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
@@ -45,7 +45,7 @@ void PrefDialog::AddRadios(std::span<const RadioRow> rows) {
     radio->SetName(ToWx(row.label));
     radio->Bind(wxEVT_RADIOBUTTON, [this, &row](wxCommandEvent&) { OnRadio(row); });
     radios_.emplace_back(radio, row.flag);
-    lines_->Add(radio, wxSizerFlags().Border(wxLEFT | wxBOTTOM, Gap(*this)));
+    lines_->Add(radio, wxSizerFlags().Border(wxLEFT | wxBOTTOM, gap_));
   }
 }
 
@@ -55,7 +55,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
   for (std::size_t i = 0; i < section.check_boxes.size(); ++i) {
     if (i % kColumnHeight == 0) {
       column = new wxBoxSizer(wxVERTICAL);
-      columns->Add(column, wxSizerFlags().Border(wxRIGHT, 2 * Gap(*this)));
+      columns->Add(column, wxSizerFlags().Border(wxRIGHT, 2 * gap_));
     }
     const CheckRow& row = section.check_boxes[i];
     auto* box = new wxCheckBox(this, wxID_ANY, ToWx(row.label));
@@ -66,7 +66,7 @@ void PrefDialog::AddCheckBoxes(const PreferenceSection& section) {
     box->Bind(wxEVT_CHECKBOX,
               [this, &row](wxCommandEvent& event) { OnCheckBox(row, event.IsChecked()); });
     check_boxes_.emplace_back(box, row.flag);
-    column->Add(box, wxSizerFlags().Border(wxLEFT | wxBOTTOM, Gap(*this)));
+    column->Add(box, wxSizerFlags().Border(wxLEFT | wxBOTTOM, gap_));
   }
   lines_->Add(columns);
 }
@@ -76,7 +76,7 @@ void PrefDialog::AddButtons(std::initializer_list<wxButton*> buttons) {
   done_button_->Bind(wxEVT_BUTTON, &PrefDialog::OnDone, this);
   auto* line = new wxBoxSizer(wxHORIZONTAL);
   line->AddStretchSpacer();
-  for (wxButton* button : buttons) line->Add(button, wxSizerFlags().Border(wxRIGHT, Gap(*this)));
+  for (wxButton* button : buttons) line->Add(button, wxSizerFlags().Border(wxRIGHT, gap_));
   line->Add(done_button_);
   lines_->Add(line, wxSizerFlags().Expand());
   lines_->SetMinSize(TitleBarWidth(*this, GetTitle()), -1);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "gui/base/widgets.h"
 #include "gui/preference_rows.h"
 
 namespace tarvel {
@@ -42,6 +43,7 @@ class PrefDialog : public wxDialog {
   void AddRadios(std::span<const RadioRow> rows);
   void AddCheckBoxes(const PreferenceSection& section);
 
+  const int gap_ = Gap(*this);
   wxBoxSizer* lines_;
   std::vector<std::pair<wxRadioButton*, FlagName>> radios_;
   std::vector<std::pair<wxCheckBox*, FlagName>> check_boxes_;

@@ -45,9 +45,7 @@ void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
   if (!document.warnings.Wanted()) return;
   MarkRead(run_.first_path);
   DocumentObserver observer;
-  observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
-    Follow(document, command, name, offset);
-  };
+  FollowFiles(document, observer);
   ReadDocument(document.lines.Bytes(), commands_, observer);
 }
 
@@ -69,9 +67,7 @@ void CitedKeys::Read(Document& document) {
     places_.push_back({&document, key.begin});
   };
   if ((run_.citations.follow || document.warnings.Wanted()) && depth_ < kDeepest) {
-    observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
-      Follow(document, command, name, offset);
-    };
+    FollowFiles(document, observer);
   }
   observer.on_other = [&](std::string_view command, std::size_t offset) {
     document.warnings.Report(
@@ -80,6 +76,12 @@ void CitedKeys::Read(Document& document) {
   };
   ReadDocument(document.lines.Bytes(), commands_, observer);
   --depth_;
+}
+
+void CitedKeys::FollowFiles(Document& document, DocumentObserver& observer) {
+  observer.on_file = [&](std::string_view command, std::string_view name, std::size_t offset) {
+    Follow(document, command, name, offset);
+  };
 }
 
 /// Reads a file that `from` includes, unless it was read before: then it cites nothing new. Where

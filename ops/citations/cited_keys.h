@@ -58,6 +58,7 @@ class CitedKeys {
 
   Document& Add(std::string path, LineStream lines);
   void Read(Document& document);
+  void FollowFiles(Document& document, DocumentObserver& observer);
   void Follow(Document& from, std::string_view command, std::string_view name, std::size_t offset);
   /// Notes that the file at `path` is read; returns whether it was noted before.
   bool MarkRead(const std::string& path);
