@@ -63,7 +63,7 @@ FileSystem& GlobalFiles();
 extern std::string GlobalOutputDirectory;
 /// Which citations Extract reads.
 extern CitationRules GlobalCitations;
-/// Files that are never opened for writing, besides the picked ones: those that `--prepare` copied.
+/// Files that are never written to, besides the picked ones: those that `--prepare` copied.
 extern std::vector<std::string> GlobalKeptFiles;
 
 /// The systems whose line breaks are distinguished, by their codes.

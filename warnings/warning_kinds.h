@@ -62,6 +62,7 @@ enum class WarningKind : std::uint8_t {
   kUnreadText,
   kUndefinedString,
   kMissingParent,
+  kLeftOut,
   kMisreadKey,
   kMisreadTag,
 };
@@ -87,7 +88,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 54;
+inline constexpr std::size_t kWarningKindCount = 55;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -147,6 +148,7 @@ inline constexpr auto kWarningKinds = [] {
       {"unread-text", kLoss, kRun, "commands that could not be read to their end"},
       {"undefined-string", kLoss, kRun, "strings that are not defined"},
       {"missing-parent", kLoss, kRun, "cross-references to no entry"},
+      {"left-out", kLoss, kRun, "tags that were left out"},
       {"misread-key", kLoss, kReading, "keys that operations misread"},
       {"misread-tag", kLoss, kRun, "tags whose lines operations misread"},
   }};

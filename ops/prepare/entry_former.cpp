@@ -87,8 +87,6 @@ void EntryFormer::MendTag(FormedTag& tag, Harm harm, WordSet harmful, bool is_mi
   const bool is_head = harm.is_at && LooksLikeHead(tag.value);
   const bool swallows = harm.words != 0 && FitOf(tag.Name(), tag.value) >= LineFit::kTangledLines;
   if (is_head || swallows) {
-    Warn(tag, "the tag '" + std::string(tag.Name()) +
-                  "' was left out: operations would read other lines wrongly by it");
     LeaveOut(tag, harm);
     if (tag.is_left_out) return;
     harm = {};
@@ -179,11 +177,15 @@ void EntryFormer::LeaveOut(FormedTag& tag, const Harm& harm) {
   tag.is_left_out = true;
   if (tag.is_inherited) return;
   const WordSet words = harm.words | (tag.known->is_misread ? tag.known->words : WordSet{0});
-  const std::string why = words == 0
-                              ? std::string()
-                              : ", whose line would be taken for that of " + NamesOf(words) + ",";
+  const std::string names = NamesOf(words);
+  const std::string why =
+      names.empty() ? names : ", whose line would be taken for that of " + names + ",";
   log_.Say({"The tag '", tag.Name(), "'", why, " was left out: {", tag.value, "}"});
-  log_.CountLeftOut();
+  const bool may_stay = !keeps_all_ && !tag.IsNeeded() && !tag.known->holds_at;
+  log_.LeaveOut(tag.offset, tag.Name(),
+                "operations would read " +
+                    (names.empty() ? "other lines wrongly by it" : "its line as that of " + names) +
+                    (may_stay ? "; prepare --keep-all keeps it" : ""));
   const bool leaves_name = tag.IsNeeded() || (crossrefs_.HasParent() && !tag.known->is_misread);
   if ((!leaves_name && !keeps_all_) || tag.known->holds_at) return;
   tag.is_left_out = false;

@@ -71,7 +71,7 @@ void EntryNamer::TakeTags(const BibItem& entry, std::size_t inherited) {
     if (name.last_entry == entry_) {
       log_.Say(
           {"The tag '", name.name, "' stands there again and was left out: {", tag.value, "}"});
-      log_.CountLeftOut();
+      log_.LeaveOut(tag.offset, name.name, "the entry has another one of this name before it");
       continue;
     }
     name.last_entry = entry_;

@@ -45,8 +45,6 @@ constexpr std::size_t kLongestKey = 900;
 /// The size of the pieces in which a library is written: they stay in the processor's cache.
 constexpr std::size_t kPiece = std::size_t{1} << 17;
 
-std::string Quoted(std::string_view text) { return std::string("'").append(text).append("'"); }
-
 /// The text without the headers of files that this program wrote.
 std::string_view WithoutHeaders(std::string_view text) {
   const std::string_view header = Trim(BibFileHeader, kWhite);
@@ -128,8 +126,11 @@ void Preparer::PassText(std::size_t end) {
   }
   const std::string_view text = WithoutHeaders(bytes_.substr(passed_, end - passed_));
   if (text.empty()) return;
-  log_.SayText("text outside entries was left out",
-               static_cast<std::size_t>(text.data() - bytes_.data()), text);
+  const auto offset = static_cast<std::size_t>(text.data() - bytes_.data());
+  log_.SayText("text outside entries was left out", offset, text);
+  log_.Warn(WarningKind::kTextNotCopied, offset,
+            "text outside entries was not copied: " +
+                Quoted(Trim(text.substr(0, text.find('\n')), kWhite)));
 }
 
 void Preparer::TakeItem() {
@@ -156,8 +157,8 @@ void Preparer::ReportFault() {
 void Preparer::TakeString() {
   if (item_.tags.empty()) return;
   const BibTag& string = item_.tags.front();
-  log_.SayText("the string " + Quoted(string.name) + " was put in where it is named", item_.begin,
-               string.value);
+  log_.SayText("the string '" + std::string(string.name) + "' was put in where it is named",
+               item_.begin, string.value);
 }
 
 /// A preamble may stand in front of all entries, where no operation looks for one, unless it would

@@ -44,6 +44,12 @@ void PrepareLog::Warn(WarningKind kind, std::size_t offset, std::string_view tex
   warn_({kind, offset, key_, text});
 }
 
+void PrepareLog::LeaveOut(std::size_t offset, std::string_view tag, std::string_view why) {
+  ++left_out_;
+  Warn(WarningKind::kLeftOut, offset,
+       "the tag " + Quoted(tag) + " was left out: " + std::string(why));
+}
+
 /// The number of an offset's line. An offset before the one asked for last counts as that.
 std::string PrepareLog::LineOf(std::size_t offset) {
   if (offset > counted_to_) {

@@ -39,7 +39,8 @@ class PrepareLog {
   void SayText(std::string_view what, std::size_t offset, std::string_view text);
   void Warn(WarningKind kind, std::size_t offset, std::string_view text);
 
-  void CountLeftOut() { ++left_out_; }
+  /// Counts a tag of the library that is left out, and warns of it.
+  void LeaveOut(std::size_t offset, std::string_view tag, std::string_view why);
   std::size_t LeftOut() const { return left_out_; }
   /// The log without the pieces that were given to `write`.
   std::string& Text() { return text_; }

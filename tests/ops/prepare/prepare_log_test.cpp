@@ -34,11 +34,17 @@ TEST(PrepareLog, WarnsOfTheEntryThatWasStarted) {
   EXPECT_EQ(reported, "k|of the entry\n|of none\n");
 }
 
-TEST(PrepareLog, CountsWhatIsLeftOut) {
-  PrepareLog log("", [](const PrepareWarning&) {});
-  log.CountLeftOut();
-  log.CountLeftOut();
+TEST(PrepareLog, CountsTagsThatAreLeftOutAndWarnsOfThem) {
+  std::string reported;
+  PrepareLog log("abc", [&](const PrepareWarning& warning) {
+    EXPECT_EQ(warning.kind, WarningKind::kLeftOut);
+    reported.append(std::to_string(warning.offset)).append(" ").append(warning.text).append("\n");
+  });
+  log.LeaveOut(1, "note", "one reason");
+  log.LeaveOut(2, "file", "another");
   EXPECT_EQ(log.LeftOut(), 2U);
+  EXPECT_EQ(reported,
+            "1 the tag 'note' was left out: one reason\n2 the tag 'file' was left out: another\n");
 }
 
 }  // namespace

@@ -118,6 +118,8 @@ TEST(Prepare, KeepsTheFirstOfSeveralTagsOfOneName) {
   EXPECT_EQ(result.log,
             "Entry 'k', line 1:\n"
             "    The tag 'note' stands there again and was left out: {b}\n\n");
+  EXPECT_EQ(result.warnings, (Texts{"left-out [k] the tag 'note' was left out: the entry has "
+                                    "another one of this name before it"}));
 }
 
 TEST(Prepare, BracesAroundWholeValuesGoInEveryTag) {
@@ -140,7 +142,12 @@ TEST(Prepare, LeavesOutWhatWouldBeTakenForAnotherTag) {
             "{5}\n"
             "    The tag 'abstract', whose line would be taken for that of 'year', was left out: "
             "{In this year}\n\n");
-  EXPECT_TRUE(result.warnings.empty());
+  EXPECT_EQ(
+      result.warnings,
+      (Texts{"left-out [k] the tag 'numpages' was left out: operations would read its line as "
+             "that of 'pages'; prepare --keep-all keeps it",
+             "left-out [k] the tag 'abstract' was left out: operations would read its line as "
+             "that of 'year'; prepare --keep-all keeps it"}));
 }
 
 TEST(Prepare, KeepAllKeepsIt) {
@@ -198,7 +205,7 @@ TEST(Prepare, TheSignAtIsGuardedWhereABraceFollows) {
 TEST(Prepare, ATextThatWouldStartAnEntryIsLeftOutEvenIfItIsNeeded) {
   const Result result = Prepare("@misc{k, url={http://x/@book/{a}}, note={n}}");
   EXPECT_EQ(result.library, "@MISC{k,\n  url = {},\n  note = {n}\n}\n\n");
-  EXPECT_EQ(result.warnings, (Texts{"misread-tag [k] the tag 'url' was left out: operations would "
+  EXPECT_EQ(result.warnings, (Texts{"left-out [k] the tag 'url' was left out: operations would "
                                     "read other lines wrongly by it"}));
   EXPECT_NE(result.log.find("{http://x/@book/{a}}"), std::string::npos);
 }
@@ -247,8 +254,11 @@ TEST(Prepare, GivesEntriesTheTagsOfTheirParents) {
             "@MISC{c,\n  crossref = {none}\n}\n\n");
   EXPECT_NE(result.log.find("These tags are those of its 'crossref': 'booktitle', 'year'."),
             std::string::npos);
-  EXPECT_EQ(result.warnings, (Texts{"missing-parent [c] there is no entry of the key that its "
-                                    "'crossref' names"}));
+  EXPECT_EQ(
+      result.warnings,
+      (Texts{"left-out [p] the tag 'abstract' was left out: operations would read its line as "
+             "that of 'year'; prepare --keep-all keeps it",
+             "missing-parent [c] there is no entry of the key that its 'crossref' names"}));
 }
 
 TEST(Prepare, ReportsParentsWhoseTagsAreMissing) {
@@ -303,6 +313,11 @@ TEST(Prepare, LogsWhatStandsOutsideEntries) {
             "Line 2: the string 'jcp' was put in where it is named:\nJ. Chem. Phys.\n\n"
             "Line 3: text outside entries was left out:\n@comment{jabref-meta: x}\n\n"
             "Line 5: text outside entries was left out:\nthe end\n\n");
+  EXPECT_EQ(
+      result.warnings,
+      (Texts{"text-not-copied [] text outside entries was not copied: '% a remark'",
+             "text-not-copied [] text outside entries was not copied: '@comment{jabref-meta: x}'",
+             "text-not-copied [] text outside entries was not copied: 'the end'"}));
 }
 
 TEST(Prepare, PreamblesStandInFrontUnlessOperationsWouldChangeThem) {
@@ -409,10 +424,13 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
           "read: 1.\nThe new BibTeX file is stored in\n    'my.refs_prepared.bib'.");
   EXPECT_EQ(
       warnings.lines,
-      (Texts{"undefined-string my.refs.bib:1 [a] the string 'x' is not defined: its name "
-             "stands for it",
-             "unread-text my.refs.bib:2 [a] a comma, or the end of the entry, is missing after "
-             "the value of 't'; the text stands in the log"}));
+      (Texts{
+          "left-out my.refs.bib:1 [a] the tag 't' was left out: operations would read its line as "
+          "that of 'year'; prepare --keep-all keeps it",
+          "undefined-string my.refs.bib:1 [a] the string 'x' is not defined: its name "
+          "stands for it",
+          "unread-text my.refs.bib:2 [a] a comma, or the end of the entry, is missing after "
+          "the value of 't'; the text stands in the log"}));
   EXPECT_EQ(reporter.printed, "");
 }
 
