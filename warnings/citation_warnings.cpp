@@ -48,7 +48,9 @@ class CitationLine {
     for (std::size_t at = line_.find('\\'); at != std::string_view::npos;
          at = line_.find('\\', at + 1)) {
       const std::string_view command = CommandAt(line_.substr(at));
-      if (ContainsNoCase(command, "cite")) CheckCommand(command, at);
+      if (ContainsNoCase(command, "cite") || ContainsNoCase(command, "cquote")) {
+        CheckCommand(command, at);
+      }
     }
   }
 

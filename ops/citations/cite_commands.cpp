@@ -16,7 +16,8 @@ struct CiteRow {
   CiteShape shape = CiteShape::kList;
 };
 
-/// The commands of LaTeX, natbib (with its bibentry) and biblatex. ORDER: by name, as bytes.
+/// The commands of LaTeX, natbib (with its bibentry), biblatex and csquotes. ORDER: by name, as
+/// bytes.
 constexpr auto kCommands = std::to_array<CiteRow>({
     {"Autocite"},
     {"Autocites", CiteShape::kLists},
@@ -58,6 +59,7 @@ constexpr auto kCommands = std::to_array<CiteRow>({
     {"avolcite", CiteShape::kVolume},
     {"avolcites", CiteShape::kVolumeLists},
     {"bibentry"},
+    {"blockcquote"},
     {"cite"},
     {"citealp"},
     {"citealt"},
@@ -77,6 +79,7 @@ constexpr auto kCommands = std::to_array<CiteRow>({
     {"citeurl"},
     {"citeyear"},
     {"citeyearpar"},
+    {"displaycquote"},  // an environment
     {"fnotecite"},
     {"footcite"},
     {"footcites", CiteShape::kLists},
@@ -84,12 +87,19 @@ constexpr auto kCommands = std::to_array<CiteRow>({
     {"footcitetexts", CiteShape::kLists},
     {"footfullcite"},
     {"footfullcites", CiteShape::kLists},
+    {"foreignblockcquote", CiteShape::kVolume},
+    {"foreigndisplaycquote", CiteShape::kVolume},  // an environment
+    {"foreigntextcquote", CiteShape::kVolume},
     {"ftvolcite", CiteShape::kVolume},
     {"ftvolcites", CiteShape::kVolumeLists},
     {"fullcite"},
     {"fullcites", CiteShape::kLists},
     {"fvolcite", CiteShape::kVolume},
     {"fvolcites", CiteShape::kVolumeLists},
+    {"hybridblockcquote", CiteShape::kVolume},
+    {"hyphenblockcquote", CiteShape::kVolume},
+    {"hyphendisplaycquote", CiteShape::kVolume},  // an environment
+    {"hyphentextcquote", CiteShape::kVolume},
     {"nocite"},
     {"notecite"},
     {"onlinecite"},
@@ -107,6 +117,7 @@ constexpr auto kCommands = std::to_array<CiteRow>({
     {"svolcites", CiteShape::kVolumeLists},
     {"textcite"},
     {"textcites", CiteShape::kLists},
+    {"textcquote"},
     {"tvolcite", CiteShape::kVolume},
     {"tvolcites", CiteShape::kVolumeLists},
     {"volcite", CiteShape::kVolume},
@@ -173,7 +184,7 @@ std::vector<std::string_view> KnownCiteCommands() {
 }
 
 bool LooksLikeCitation(std::string_view name) {
-  return ContainsNoCase(name, "cite") &&
+  return (ContainsNoCase(name, "cite") || name.ends_with("cquote")) &&
          std::find(kOthers.begin(), kOthers.end(), name) == kOthers.end();
 }
 

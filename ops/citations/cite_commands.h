@@ -13,14 +13,15 @@ namespace tarvel {
 enum class CiteShape : std::uint8_t {
   kList,         // \cite[see][p. 3]{one,two}
   kLists,        // \cites(see)(more)[p. 3]{one}[p. 4]{two}
-  kVolume,       // \volcite[see]{volume}[p. 3]{one}
+  kVolume,       // \volcite[see]{volume}[p. 3]{one}, \foreigntextcquote{language}[p. 3]{one}
   kVolumeLists,  // \volcites(see)(more){volume}[p. 3]{one}{volume}[p. 4]{two}
 };
 
 /// The commands of LaTeX that cite: those that are read, without their "\" and "*".
 class CiteCommands {
  public:
-  /// "cite" and the named ones; "all" stands for all of LaTeX, natbib and biblatex.
+  /// "cite" and the named ones; "all" stands for all of LaTeX, natbib, biblatex and
+  /// csquotes.
   explicit CiteCommands(const std::vector<std::string>& names);
 
   /// The shape of the command with this name; nothing when it is not read.
@@ -37,8 +38,8 @@ bool IsCommandName(std::string_view name);
 /// The commands that "all" stands for, in the order of the alphabet.
 std::vector<std::string_view> KnownCiteCommands();
 
-/// Whether a command that is not read looks as if it cites: its name holds "cite", and it is none
-/// that is known to cite nothing.
+/// Whether a command that is not read looks as if it cites: its name contains "cite" or ends with
+/// "cquote", and it is none that is known to cite nothing.
 bool LooksLikeCitation(std::string_view name);
 
 }  // namespace tarvel

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "core/ascii.h"
 
@@ -30,6 +31,13 @@ constexpr auto kVerbatimCommands = std::to_array<std::string_view>(
     {"verb", "Verb", "lstinline", "mintinline", "url", "nolinkurl", "path", "href"});
 constexpr auto kFileCommands =
     std::to_array<std::string_view>({"input", "include", "subfile", "subfileinclude"});
+/// Commands with two arguments: the directory, with its "/", and the name of a file in it.
+constexpr auto kImportCommands = std::to_array<std::string_view>(
+    {"import", "subimport", "inputfrom", "subinputfrom", "includefrom", "subincludefrom"});
+/// Commands that define the macro after them.
+constexpr auto kDefinitions = std::to_array<std::string_view>(
+    {"newcommand", "renewcommand", "providecommand", "DeclareRobustCommand", "def", "gdef", "edef",
+     "NewDocumentCommand", "RenewDocumentCommand", "DeclareDocumentCommand"});
 /// Commands that begin with "if" and have no "\fi".
 constexpr auto kNoConditionals = std::to_array<std::string_view>(
     {"iff", "ifthenelse", "iflanguage", "ifdef", "ifundef", "ifcsdef", "ifcsundef", "ifstrequal",
@@ -105,8 +113,12 @@ class DocumentReader {
       SkipVerbatim(name);
     } else if (Holds(kFileCommands, name)) {
       TakeFile(name, offset);
+    } else if (Holds(kImportCommands, name)) {
+      TakeImport(name, offset);
+    } else if (Holds(kDefinitions, name)) {
+      TakeDefinition();
     } else if (name == "begin" || name == "end") {
-      TakeEnvironment(name == "begin");
+      TakeEnvironment(name == "begin", offset);
     } else if (name == "iffalse") {
       SkipConditional();
     } else if (name == "endinput") {
@@ -116,14 +128,21 @@ class DocumentReader {
     }
   }
 
-  void TakeEnvironment(bool begins) {
+  void TakeEnvironment(bool begins, std::size_t offset) {
     const std::optional<std::string_view> name = TakeGroupOnLine();
     if (!name) return;
-    if (!begins && *name == "document") at_ = text_.size();
-    if (!begins || !Holds(kVerbatimEnvironments, *name)) return;
-    const std::string last = std::string("\\end{").append(*name).append("}");
-    const std::size_t found = text_.find(last, at_);
-    at_ = found == kNone ? text_.size() : found + last.size();
+    if (!begins) {
+      if (*name == "document") at_ = text_.size();
+      return;
+    }
+    if (const auto shape = commands_.Find(*name)) return TakeCitation(*shape);
+    if (Holds(kVerbatimEnvironments, *name)) {
+      const std::string last = std::string("\\end{").append(*name).append("}");
+      const std::size_t found = text_.find(last, at_);
+      at_ = found == kNone ? text_.size() : found + last.size();
+    } else if (observer_.on_other && LooksLikeCitation(*name)) {
+      observer_.on_other(std::string("begin{").append(*name).append("}"), offset);
+    }
   }
 
   /// The text in braces that follows, if these are closed on the same line and hold neither others
@@ -173,8 +192,33 @@ class DocumentReader {
       name = text_.substr(at_, end - at_);
       at_ = end;
     }
-    if (!name || name->find('#') != kNone || Trim(*name, kBlanks).empty()) return;
-    if (observer_.on_file) observer_.on_file(command, Trim(*name, kBlanks), offset);
+    if (name) ReportFile(command, Trim(*name, kBlanks), offset);
+  }
+
+  void ReportFile(std::string_view command, std::string_view name, std::size_t offset) {
+    if (name.empty() || name.find('#') != kNone || !observer_.on_file) return;
+    observer_.on_file(command, name, offset);
+  }
+
+  void TakeImport(std::string_view command, std::size_t offset) {
+    SkipSpace();
+    const std::optional<std::string_view> directory = TakeGroupOnLine();
+    SkipSpace();
+    const std::optional<std::string_view> name = TakeGroupOnLine();
+    if (!directory || !name) return;
+    const std::string path = std::string(Trim(*directory, kBlanks)).append(Trim(*name, kBlanks));
+    ReportFile(command, path, offset);
+  }
+
+  /// Takes the name of a macro that is defined, and neither its number of arguments nor its body.
+  void TakeDefinition() {
+    if (Now() == '*') ++at_;
+    SkipSpace();
+    if (Now() == '{') ++at_;
+    SkipSpace();
+    if (Now() != '\\') return;
+    macro_offset_ = at_++;
+    macro_ = TakeName();
   }
 
   /// Skips what is not read, up to the "\else" or "\fi" that belongs to it.
@@ -290,8 +334,15 @@ class DocumentReader {
 
   void ReportKey(KeyInDocument& key) {
     key.text.erase(TrimEnd(key.text, IsBlank).size());
-    if (key.text.empty() || key.text.find('#') != kNone || !observer_.on_key) return;
-    observer_.on_key(key);
+    if (key.text.find('#') != kNone) return ReportMacro();
+    if (!key.text.empty() && observer_.on_key) observer_.on_key(key);
+  }
+
+  /// Reports the macro whose body cites its argument, once.
+  void ReportMacro() {
+    const std::string_view macro = std::exchange(macro_, {});
+    if (macro.empty() || commands_.Find(macro) || !observer_.on_other) return;
+    observer_.on_other(macro, macro_offset_);
   }
 
   std::string_view text_;
@@ -300,6 +351,8 @@ class DocumentReader {
   std::size_t at_ = 0;
   std::size_t paragraph_end_ = kNone;  // the empty line that was met last
   int depth_ = 0;
+  std::string_view macro_;  // that was defined last
+  std::size_t macro_offset_ = 0;
 };
 
 }  // namespace

@@ -27,6 +27,18 @@ const std::set<std::string> kVerbatimTexts{
 const std::set<std::string> kVerbatimArguments{"verb", "Verb",      "lstinline", "mintinline",
                                                "url",  "nolinkurl", "path",      "href"};
 const std::set<std::string> kFiles{"input", "include", "subfile", "subfileinclude"};
+const std::set<std::string> kImports{"import",       "subimport",   "inputfrom",
+                                     "subinputfrom", "includefrom", "subincludefrom"};
+const std::set<std::string> kDefinitions{"newcommand",
+                                         "renewcommand",
+                                         "providecommand",
+                                         "DeclareRobustCommand",
+                                         "def",
+                                         "gdef",
+                                         "edef",
+                                         "NewDocumentCommand",
+                                         "RenewDocumentCommand",
+                                         "DeclareDocumentCommand"};
 const std::set<std::string> kNoIf{"iff",        "ifthenelse", "iflanguage", "ifdef",
                                   "ifundef",    "ifcsdef",    "ifcsundef",  "ifstrequal",
                                   "ifstrempty", "ifbool",     "iftoggle",   "ifblank",
@@ -38,7 +50,10 @@ bool TakesSeveral(const std::string& name) {
                                           name.compare(name.size() - 5, 5, "texts") == 0);
   return (plural && name != "shortcites") || name == "cites" || name == "Cites";
 }
-bool TakesVolume(const std::string& name) { return PlainContainsNoCase(name, "volcite"); }
+bool TakesVolume(const std::string& name) {
+  const bool quotes = name.find("cquote") != std::string::npos;
+  return PlainContainsNoCase(name, "volcite") || (quotes && (name[0] == 'f' || name[0] == 'h'));
+}
 
 bool IsRead(const std::string& name) {
   static const std::set<std::string> known = [] {
@@ -99,6 +114,8 @@ class Document {
     if (IsRead(name)) return Citation(name);
     if (IsOf(kVerbatimArguments, name)) return Verbatim(name);
     if (IsOf(kFiles, name)) return File(name);
+    if (IsOf(kImports, name)) return Import();
+    if (IsOf(kDefinitions, name)) return Definition();
     if (name == "begin" || name == "end") return Environment(name);
     if (name == "iffalse") return Unread();
     if (name == "endinput") at_ = bytes_.size();
@@ -128,6 +145,7 @@ class Document {
       if (name == "document") at_ = bytes_.size();
       return;
     }
+    if (IsRead(name)) return Citation(name);
     if (!IsOf(kVerbatimTexts, name)) return;
     const std::string last = "\\end{" + name + "}";
     while (!End() && bytes_.compare(at_, last.size(), last) != 0) ++at_;
@@ -163,6 +181,25 @@ class Document {
     Space();
     std::string name;
     if (!Group(name) && command == "input") PassTo(" \t\r\n%\\{}");
+  }
+
+  void Import() {
+    std::string group;
+    Space();
+    Group(group);
+    Space();
+    Group(group);
+  }
+
+  /// The name of the macro that is defined is no citation.
+  void Definition() {
+    if (On('*')) ++at_;
+    Space();
+    if (On('{')) ++at_;
+    Space();
+    if (!On('\\')) return;
+    ++at_;
+    Name();
   }
 
   /// "\iffalse" to its "\else" or "\fi".

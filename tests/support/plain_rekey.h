@@ -19,8 +19,8 @@ struct PlainRekeyed {
   std::size_t replaced = 0;
 };
 
-/// A LaTeX document with the keys in the citation commands of LaTeX, natbib and biblatex replaced,
-/// read byte after byte: the judge of the reader of documents.
+/// A LaTeX document with the keys in the citation commands of LaTeX, natbib, biblatex and csquotes
+/// replaced, read byte after byte: the judge of the reader of documents.
 PlainRekeyed PlainRekey(const std::string& document, const PlainKeys& keys);
 
 }  // namespace tarvel::testing

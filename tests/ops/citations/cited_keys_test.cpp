@@ -45,6 +45,7 @@ TEST_F(CitedKeysOfADocument, ComeOnceInTheDocumentsOrder) {
   EXPECT_EQ(Read("\\input{four}"), Keys{"f"});
   files_.files["d/four.tex"] = "\\cite{g}";
   EXPECT_EQ(Read("\\input{four}"), Keys{"g"}) << "LaTeX looks for this name first";
+  EXPECT_EQ(Read("\\import{sub/}{two}"), (Keys{"c", "d"})) << "what it includes stands beside it";
   run_.citations.follow = false;
   EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e}"), (Keys{"a", "e"}));
 }

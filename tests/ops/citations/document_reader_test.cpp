@@ -88,8 +88,30 @@ TEST(ReadDocument, EndsWhereLaTeXEnds) {
   EXPECT_EQ(Read("\\iffalse $x \\iff y$ \\cite{x}\\else\\cite{a}\\fi\\cite{b}"), (Words{"a", "b"}));
 }
 
+TEST(ReadDocument, NamesMacrosThatCiteTheirArgument) {
+  const Words x{"?x"};
+  EXPECT_EQ(Read("\\newcommand*{\\x}[2]{\\cite[#1]{#2} \\citet{#2}}"), x) << "once";
+  EXPECT_EQ(Read("\\def\\x#1{\\cite{#1}}"), x);
+  EXPECT_EQ(Read("\\NewDocumentCommand { \\x }{m}{\\cite{#1}}"), x);
+  EXPECT_EQ(Read("\\providecommand\n\\x[1]{\\cite{#1}}"), x);
+  EXPECT_EQ(Read("\\newcommand{\\x}[1]{\\cite{#1}}", {"x"}), Words{}) << "it is read";
+  EXPECT_EQ(Read("\\newcommand{\\x}{\\cite{a}}"), Words{"a"});
+  EXPECT_EQ(Read("\\newcommand{\\mycite}[1]{#1}\\mycite{a}"), Words{"?mycite"});
+  EXPECT_EQ(Read("\\newcommand{\\x}{y}\\newenvironment{z}[1]{\\cite{#1}}{}"), x);
+  EXPECT_EQ(Read("\\cite{#1}\\newcommand"), Words{});
+}
+
+TEST(ReadDocument, TakesQuotationsThatCite) {
+  EXPECT_EQ(Read("\\textcquote[see][p. 3]{a}[.]{text}\\blockcquote{b}{text}"), (Words{"a", "b"}));
+  EXPECT_EQ(Read("\\foreigntextcquote{german}[3]{a}{text}"), Words{"a"});
+  EXPECT_EQ(Read("\\begin{displaycquote}[3]{a} text\\end{displaycquote} {b}"), Words{"a"});
+  EXPECT_EQ(Read("\\begin{hyphendisplaycquote}{german}[3]{a}"), Words{"a"});
+  EXPECT_EQ(Read("\\textcquote{a}", {}), Words{"?textcquote"});
+  EXPECT_EQ(Read("\\begin{displaycquote}{a}", {}), Words{"?begin{displaycquote}"});
+}
+
 TEST(ReadDocument, TakesNoKeysOfMacros) {
-  EXPECT_EQ(Read("\\newcommand{\\x}[1]{\\cite{#1,a}}"), Words{"a"});
+  EXPECT_EQ(Read("\\newcommand{\\x}[1]{\\cite{#1,a}}"), (Words{"?x", "a"}));
   EXPECT_EQ(Read("\\cite{\\key}\\cite{a}"), Words{"a"});
   EXPECT_EQ(Read("\\cite{{x}} \\cite{a} \\cite"), Words{"a"});
   EXPECT_EQ(Read("\\cite{x"), Words{});
@@ -113,6 +135,9 @@ TEST(ReadDocument, ReadsTheNamedCommandsOnly) {
 TEST(ReadDocument, NamesIncludedFiles) {
   EXPECT_EQ(Read("\\input{a}\\include{b/c}\\subfile{d.tex}\\input e.tex\\cite{x}%\\input{y}"),
             (Words{"input:a", "include:b/c", "subfile:d.tex", "input:e.tex", "x"}));
+  EXPECT_EQ(Read("\\import{a/}{b}\\subimport { a/ } { b.tex }\\includefrom{a/}%\n{b}"),
+            (Words{"import:a/b", "subimport:a/b.tex", "includefrom:a/b"}));
+  EXPECT_EQ(Read("\\import{a}\\import{}{b}\\import{#1}{b}\\import{a/}{#1}"), Words{"import:b"});
   EXPECT_EQ(Read("\\newcommand\\x[1]{\\input{#1}}\\input{}\\includegraphics{z}"), Words{});
 }
 

@@ -118,6 +118,12 @@ const std::string_view kRichDocuments[] = {
     "\\end{lstlisting}\\iffalse\\cite{a}\\ifx\\%\\fi%\\fi\n\\else\\cite{a}\\fi\\iffalse\\ifdef\\fi",
     "\\input a \\include{b}\\input{c#}\\input{ }\\input%\n{d}\\subfile e \\cite{#1,\\a}\\cite{{a}}"
     "\\cite[\\cite{a}\\\\]}{b}\\cite[x}{a}\\cite[{x}]{b,,a,}\\Citep@x{a}\\p@cite{a}",
+    "\\import{\\cite{a}}\\subimport%\n{a%}{b}\\cite{a}\\import{%}\n{x}\\newcommand*{ \\cite "
+    "}[1]{\\cite{#1,a}}"
+    "\\def%\n\\cite#1{a}\\renewcommand\\citep[1]{b}\\gdef\n\n\\cite{a}\\newcommand{x\\cite{b}",
+    "\\textcquote[a]{b}[.]{c}\\foreigntextcquote{a}[k]{b}{a}\\hyphenblockcquote [x] {a} "
+    "[y]{b,a}\\begin"
+    "{displaycquote}[1]{a,b}\\begin{foreigndisplaycquote}{a}[1]{b}\\end{displaycquote}{a}",
     "\\cite{c  d,c\n d , c%x\n\td,c\r\n  %\n d}\\cite{c \td}",
     "\\cite{a}\\cite{a\\cite{b}\\endinput\\cite{a}",
     "\\cite{b}\\end{document}\\cite{a}"};
