@@ -195,6 +195,11 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
       }
       ReportPassedHeads(library->Bytes(), keys, entries, warnings);
     };
+    observer.on_end = [&](std::size_t key, std::size_t head) {
+      warnings.Report(WarningKind::kEndedEarly, head, keys[key],
+                      "the library ends with the first line of the entry: Extract ends there "
+                      "without success; put each tag on a line of its own, or run with --prepare");
+    };
     observer.on_range = [&](const LibraryRange& range) {
       const ValueCounts of_entry = ScanRange(library->Bytes(), range, rules, warnings);
       counts.values += of_entry.values;
@@ -292,6 +297,7 @@ int SelectAndWriteBibTeXEntriesIntoNewFile(Reporter& reporter, OutputFile& outpu
     }
     library.SetPosition(*head);
     if (!CopyEntry(output, library)) {
+      if (observer.on_end) observer.on_end(i, *head);
       PrintError(reporter, kLibraryEndsWithHead);
       return 0;
     }

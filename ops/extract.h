@@ -22,7 +22,7 @@ namespace tarvel {
 int ScanCitations(LineStream& document, std::vector<std::string>& keys,
                   std::vector<std::size_t>* offsets = nullptr);
 
-/// What is called during a selection of entries. Either may be empty.
+/// What is called during a selection of entries. Each may be empty.
 struct SelectionObserver {
   /// Called with each range of the library that matters for the cited keys, in their order.
   std::function<void(const LibraryRange&)> on_range = {};
@@ -30,6 +30,9 @@ struct SelectionObserver {
   std::function<void(const CitedEntries&)> on_found = {};
   /// Then called with the number of each key that has no entry.
   std::function<void(std::size_t)> on_missing = {};
+  /// Called with the number of the key and the offset of its entry when the library ends with the
+  /// head of that: the selection has failed.
+  std::function<void(std::size_t key, std::size_t head)> on_end = {};
 };
 
 /// Copies the entries of the keys (each key once) to `output`, in their order: for each the first

@@ -49,6 +49,13 @@ struct Case {
 // One of each kind; where two operations report the same kind in their own words, both.
 const Case kCases[] = {
     {"extract",
+     "@misc{b,\n  title = {U},\n}\n@misc{a, title = {T}}",
+     "\\begin{document}\n\\cite{b,a}\n",
+     {"shared-line lit.bib:4 [a] the tag 'title' stands on the first line of its entry and is not "
+      "read",
+      "ended-early lit.bib:4 [a] the library ends with the first line of the entry: Extract ends "
+      "there without success; put each tag on a line of its own, or run with --prepare"}},
+    {"extract",
      "@book{a,\n  author = \"A\",\n  year = {1},\n@online{b,\n}\n@book {c,\n  title = {U},\n}\n",
      "\\citep{a}\n\\cite{a,b, c}\\cite{c}\n",
      {"other-citation paper.tex:1 [] '\\citep' is not read: only \"\\cite{\" is",
