@@ -174,7 +174,7 @@ std::string WhyNotRead(FileSystem& files, const std::string& path) {
   if (!lines) return "could not be read";
   if (HasEntry(*lines)) return {};
   if (IsUtf16(lines->Bytes())) return std::string(kIsUtf16);
-  return "is no BibTeX library: it has no entry of a known type";
+  return "is not a BibTeX library: it has no entry of a known type";
 }
 
 /// Runs the operations on a library, without their outputs.
@@ -203,6 +203,7 @@ int CheckFile(const std::string& path, const BatchRequest& request, Reporter& re
   files.DropNewFiles();
   const std::string& library = picked.Get();
   std::string reason = WhyNotRead(files, library);
+  if (!state) reason += ReasonNotRead(path);
   Findings findings(request);
   if (reason.empty()) Collect(library, files, reporter, findings);
   if (reason.empty() && GlobalFiles().StateAt(path) != state) {

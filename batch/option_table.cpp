@@ -7,6 +7,7 @@
 
 #include "app/tags.h"
 #include "batch/suggestions.h"
+#include "core/ascii.h"
 #include "ops/citations/cite_commands.h"
 
 namespace tarvel {
@@ -129,11 +130,11 @@ constexpr auto kRows = std::to_array<OptionRow>({
      .users = kCitations,
      .value = ValueKind::kCommands,
      .value_name = "LIST",
-     .help = "read citations as LaTeX does: these commands, or all",
+     .help = "read these citation commands, or all, as LaTeX does",
      .apply = SetCiteCommands},
     {.name = "--follow",
      .users = kOnlyExtract,
-     .help = "read the files of \\input, \\include and \\subfile too",
+     .help = "read the files of \\input, \\include, \\import ... too",
      .apply = SetFollow},
     {.name = "--warn-uncited",
      .users = kOnlyExtract,
@@ -160,7 +161,7 @@ constexpr auto kRows = std::to_array<OptionRow>({
      .apply = SetTags<1>},
     {.name = "--keep-empty-entries",
      .users = kOnlyTags,
-     .help = "keep entries that hold only an owner and a timestamp",
+     .help = "keep entries with only an owner and a timestamp",
      .apply = SetFlag<&Settings::RemoveEmptyEntries, 0>},
     {.name = "--keep-strings",
      .users = kOnlyTags,
@@ -168,7 +169,7 @@ constexpr auto kRows = std::to_array<OptionRow>({
      .apply = SetFlag<&Settings::RemoveJournalStrings, 0>},
     {.name = "--append-renamed",
      .users = kOnlyDoubles,
-     .help = "write renamed entries at the end, over none",
+     .help = "write renamed entries at the end, overwriting none",
      .apply = SetFlag<&Settings::AppendRenamed, 1>},
     {.name = "--prepare",
      .users = kEveryOperation,
@@ -274,12 +275,15 @@ std::string WhyEmpty(const OptionRow& row, std::string_view value) {
   }
   if (!any_empty) return {};
   return "the value " + Quoted(value) + " of " + Quoted(row.name) + " has an empty " +
-         std::string(MemberName(row.value)) + " name";
+         std::string(MemberName(row.value)) + " name" +
+         (value.ends_with(',') ? "; write the list without blanks" : "");
 }
 
 /// Why `member` is none of the names that an option takes; empty when it is.
 std::string WhyUnknown(const OptionRow& row, std::string_view member) {
   if (row.value == ValueKind::kCommands) {
+    const bool is_all = member != "all" && EqualNoCase(member, "all");
+    if (is_all) return "unknown command " + Quoted(member) + "; did you mean 'all'?";
     if (IsCommandName(CommandIn(member))) return {};
     return Quoted(member) + " is not the name of a LaTeX command, for " + Quoted(row.name);
   }

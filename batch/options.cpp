@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -95,7 +96,7 @@ std::string WhyUnknownOption(const std::string& word) {
   for (const OptionRow& row : OptionRows()) names.push_back(row.name);
   const std::string name = word.substr(0, word.find('='));
   std::string reason = "unknown option " + Quoted(name) + Suggestion(name, names);
-  if (!word.starts_with("--")) {
+  if (!word.starts_with("--") && std::filesystem::exists(word)) {
     reason += "; a file whose name begins with '-' is written as " + Quoted("./" + word);
   }
   return reason;
@@ -104,7 +105,11 @@ std::string WhyUnknownOption(const std::string& word) {
 std::string WhyUnknownVerb(const std::string& word) {
   std::vector<std::string_view> names;
   for (const VerbRow& row : kVerbRows) names.push_back(row.name);
-  return "unknown operation " + Quoted(word) + Suggestion(word, names);
+  std::string suggestion = Suggestion(word, names);
+  if (suggestion.empty() && word.find('.') != std::string::npos) {
+    suggestion = "; the operation comes before the files";
+  }
+  return "unknown operation " + Quoted(word) + suggestion;
 }
 
 std::string WhyOfNoUse(const OptionRow& row, const VerbRow& verb) {
@@ -113,7 +118,7 @@ std::string WhyOfNoUse(const OptionRow& row, const VerbRow& verb) {
     if ((row.users & VerbsOf(other.verb)) == 0) continue;
     users.append(users.empty() ? "" : ", ").append(other.name);
   }
-  return Quoted(row.name) + " is of no use for " + Quoted(verb.name) + "; used by: " + users;
+  return Quoted(verb.name) + " has no option " + Quoted(row.name) + "; used by: " + users;
 }
 
 /// Applies the options; returns why one is refused, or nothing.
@@ -133,13 +138,13 @@ std::string ApplyOptions(const std::vector<GivenOption>& options, BatchRequest& 
 std::string TakeFiles(std::vector<std::string> files, BatchRequest& request) {
   const VerbRow& verb = *request.verb;
   const std::string usage = Quoted(verb.name) + " takes " + std::string(verb.files);
-  if (files.size() < verb.fewest) return "a file is missing: " + usage;
+  if (files.size() < verb.fewest) return "too few files: " + usage;
   if (files.size() > verb.most) {
     return "one file too many, " + Quoted(files[verb.most]) + ": " + usage;
   }
   for (const std::string& file : files) {
     if (file.empty()) return "the name of a file is empty";
-    if (file == "-") return "'-' is no file: standard input is not read";
+    if (file == "-") return "'-' is not a file: standard input is not read";
   }
   const bool takes_list = verb.operation && verb.operation->needs == Needs::kLibraryAndJournalList;
   if (takes_list && files.size() == 2) request.settings.UseOwnJournalFile = 1;
@@ -175,6 +180,12 @@ bool AsksForAnswer(const CommandLine& line) {
                      [](const GivenOption& given) { return given.row->answer != Answer::kNone; });
 }
 
+/// "help text" asks for the same as "text --help".
+void AskForHelp(CommandLine& line) {
+  line.words.erase(line.words.begin());
+  line.options.push_back({FindOption("--help"), {}});
+}
+
 BatchRequest WrongUsage(std::string_view reason, const VerbRow* verb) {
   BatchRequest request;
   request.text = WithHelpHint(reason, verb);
@@ -191,10 +202,11 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   if (reason.empty() && !line.unknown.empty() && !AsksForAnswer(line)) {
     reason = WhyUnknownOption(line.unknown.front());
   }
-  if (!reason.empty()) return WrongUsage(reason, nullptr);
-  if (!line.words.empty()) {
-    request.verb = FindVerb(line.words.front());
-    if (!request.verb) return WrongUsage(WhyUnknownVerb(line.words.front()), nullptr);
+  if (!line.words.empty() && line.words.front() == "help") AskForHelp(line);
+  if (!line.words.empty()) request.verb = FindVerb(line.words.front());
+  if (!reason.empty()) return WrongUsage(reason, request.verb);
+  if (!line.words.empty() && !request.verb) {
+    return WrongUsage(WhyUnknownVerb(line.words.front()), nullptr);
   }
   for (const GivenOption& given : line.options) {
     if (given.row->answer == Answer::kNone) continue;

@@ -52,13 +52,13 @@ std::string NewPath(const std::string& path, const std::string& directory) {
 }
 
 std::string CouldNotRead(const std::string& path) {
-  return "could not read the document '" + path + "'";
+  return "could not read the document '" + path + "'" + ReasonNotRead(path);
 }
 
 /// Reads the map; returns why that fails, or nothing.
 std::string ReadMap(const std::string& path, KeyMap& map) {
   std::optional<LineStream> lines = GlobalFiles().OpenLines(path, ReadMode::kRead);
-  if (!lines) return "could not read the key map '" + path + "'";
+  if (!lines) return "could not read the key map '" + path + "'" + ReasonNotRead(path);
   const std::size_t line = map.Read(lines->Bytes());
   if (line == 0) return {};
   return path + ":" + std::to_string(line) +

@@ -102,7 +102,7 @@ std::string WhyRefused(const BatchRequest& request) {
   std::error_code error;
   if (!request.output_directory.empty() &&
       !std::filesystem::is_directory(request.output_directory, error)) {
-    return "'--output-dir' names no directory: '" + request.output_directory + "'";
+    return "the value '" + request.output_directory + "' of '--output-dir' is not a directory";
   }
   const bool on_terminal = request.warnings_file == kAllOnTerminal;
   const std::string warnings = on_terminal ? std::string() : request.warnings_file;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <vector>
 
 #include "core/ascii.h"
@@ -36,18 +37,27 @@ std::size_t Changes(std::string_view from, std::string_view to) {
   return least[from.size()][to.size()];
 }
 
-/// The only name that begins with `word`; empty when none or several do.
-std::string_view OnlyNameWith(std::string_view word, std::span<const std::string_view> names) {
-  const auto begins = [&](std::string_view name) { return name.starts_with(word); };
-  if (word.empty() || std::count_if(names.begin(), names.end(), begins) != 1) return {};
-  return *std::find_if(names.begin(), names.end(), begins);
+std::string OneOf(std::span<const std::string_view> names) {
+  std::string text;
+  for (const std::string_view name : names)
+    text.append(text.empty() ? "; one of: " : ", ").append(name);
+  return text;
+}
+
+/// The names that begin with `word`.
+std::vector<std::string_view> NamesWith(std::string_view word,
+                                        std::span<const std::string_view> names) {
+  std::vector<std::string_view> found;
+  std::copy_if(names.begin(), names.end(), std::back_inserter(found),
+               [&](std::string_view name) { return !word.empty() && name.starts_with(word); });
+  return found;
 }
 
 }  // namespace
 
 std::string_view NearestName(std::string_view word, std::span<const std::string_view> names) {
   if (word.size() > kLongestName) return {};
-  if (const std::string_view only = OnlyNameWith(word, names); !only.empty()) return only;
+  if (const auto longer = NamesWith(word, names); longer.size() == 1) return longer.front();
   std::string_view nearest;
   std::size_t fewest = kLongestName;
   for (const std::string_view name : names) {
@@ -60,9 +70,13 @@ std::string_view NearestName(std::string_view word, std::span<const std::string_
 }
 
 std::string Suggestion(std::string_view word, std::span<const std::string_view> names) {
-  const std::string_view nearest = NearestName(word, names);
-  if (nearest.empty()) return {};
-  return std::string("; did you mean '").append(nearest).append("'?");
+  constexpr std::size_t kMost = 6;  // names to choose from
+  if (const std::string_view nearest = NearestName(word, names); !nearest.empty()) {
+    return std::string("; did you mean '").append(nearest).append("'?");
+  }
+  const auto longer = NamesWith(word, names);
+  if (!longer.empty() && longer.size() <= kMost) return OneOf(longer);
+  return names.size() <= kMost ? OneOf(names) : std::string();
 }
 
 }  // namespace tarvel

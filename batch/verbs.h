@@ -83,7 +83,7 @@ inline constexpr auto kVerbRows = std::to_array<VerbRow>({
     RowOfOperation(Verb::kJournals, "LIBRARY [JOURNAL-LIST]", 1, 2,
                    "Writes full or abbreviated journal names.",
                    "journals --journal-names abbreviated lit.bib"),
-    RowOfOperation(Verb::kCleanDoubles, "LIBRARY", 1, 1, "Removes double entries.",
+    RowOfOperation(Verb::kCleanDoubles, "LIBRARY", 1, 1, "Removes duplicate entries.",
                    "clean-doubles --key-map keys.tsv lit.bib"),
     RowOfOperation(Verb::kCleanAuthors, "LIBRARY", 1, 1,
                    "Brings author lists into the form \"Doe, J. and Roe, K.\".",

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "core/file_places.h"
@@ -97,6 +98,15 @@ class PosixFileSystem final : public FileSystem {
 };
 
 }  // namespace
+
+std::string ReasonNotRead(const std::string& path) {
+  struct stat status {};
+  int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
+  if (error == 0 && S_ISDIR(status.st_mode)) error = EISDIR;
+  if (error == 0 && !S_ISREG(status.st_mode)) return ": not a regular file";
+  if (error == 0 && access(path.c_str(), R_OK) != 0) error = errno;
+  return error == 0 ? std::string() : std::string(": ").append(std::strerror(error));
+}
 
 std::optional<LineStream> FileSystem::OpenLines(const std::string& path, ReadMode mode) {
   std::unique_ptr<ByteSource> source = OpenSource(path, mode);

@@ -63,6 +63,10 @@ class FileSystem {
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
 
+/// Why the file at `path` cannot be read, after a ": " and in the system's words; empty when that is
+/// not known.
+std::string ReasonNotRead(const std::string& path);
+
 /// The file system of the machine. Only regular files can be opened, links followed.
 FileSystem& RealFileSystem();
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "core/byte_finder.h"
@@ -170,9 +171,29 @@ void ReportPassedHeads(std::string_view library, const std::vector<std::string>&
   });
 }
 
+using KeyMapInCapitals = std::unordered_map<std::string, std::string, KeyedStringHash>;
+
+/// Keys of the library that differ only in their case from a cited key without an entry, by that
+/// key in capitals. BibTeX finds such an entry, and warns; Extract does not find it.
+KeyMapInCapitals KeysInOtherCase(std::string_view library, const std::vector<std::string>& keys,
+                                 const CitedEntries& entries) {
+  KeyMapInCapitals others;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (!entries.Head(i)) others.emplace(InCapitals(keys[i]), std::string());
+  }
+  for (std::size_t at = library.find('@'); !others.empty() && at != std::string_view::npos;
+       at = library.find('@', at + 1)) {
+    if (at > 0 && library[at - 1] != '\n') continue;
+    const std::string_view key = CopyUntilChar(LineAt(library, at), '{', ',');
+    const auto other = others.find(InCapitals(key));
+    if (other != others.end() && other->second.empty()) other->second = key;
+  }
+  return others;
+}
+
 /// Writes the library of the cited entries; returns their number, 0 after a `PrintError`.
 int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
-                 const std::function<void(std::size_t)>& on_missing) {
+                 const std::function<void(std::size_t, std::string_view)>& on_missing) {
   std::optional<LineStream> library = OpenForUpdate(run, run.second_path);
   if (!library) return Fail(run, kLibraryNotOpened);
   const auto output = CreateWithHeader(run, run.second_path, Output::kExtractLibrary);
@@ -187,13 +208,18 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   std::set<std::string> macros;
   KeysAnyCase copied;
   std::vector<std::pair<std::string_view, LibraryRange>> children;  // parents and their entries
-  SelectionObserver observer{.on_missing = on_missing};
+  SelectionObserver observer;
+  KeyMapInCapitals other_case;
   if (warnings.Wanted()) {
+    observer.on_missing = [&](std::size_t key) {
+      on_missing(key, other_case[InCapitals(keys[key])]);
+    };
     observer.on_found = [&](const CitedEntries& entries) {
       for (std::size_t i = 0; i < keys.size(); ++i) {
         if (entries.Head(i)) copied.Add(keys[i]);
       }
       ReportPassedHeads(library->Bytes(), keys, entries, warnings);
+      other_case = KeysInOtherCase(library->Bytes(), keys, entries);
     };
     observer.on_end = [&](std::size_t key, std::size_t head) {
       warnings.Report(WarningKind::kEndedEarly, head, keys[key],
@@ -324,9 +350,13 @@ int RunExtract(const RunContext& run) {
   }
   if (cited.Keys().empty()) cited.ReportNone();
   if (WriteKeys(run, cited.Keys()) != kSucceeded) return kFailed;
-  const int found = WriteLibrary(run, cited.Keys(), [&](std::size_t key) {
-    cited.Report(WarningKind::kMissingCitation, key, "the cited key has no entry in the library");
-  });
+  const auto report = [&](std::size_t key, std::string_view other_case) {
+    std::string text = "the cited key has no entry in the library";
+    if (!other_case.empty() && other_case != cited.Keys()[key])
+      text.append(", which has ").append(Quoted(other_case));
+    cited.Report(WarningKind::kMissingCitation, key, text);
+  };
+  const int found = WriteLibrary(run, cited.Keys(), report);
   if (found == 0) return kFailed;
   return WriteReferences(run, cited.Keys().size(), found);
 }

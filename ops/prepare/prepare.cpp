@@ -22,9 +22,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::string_view kNoLibrary = "Function Prepare()_1 => BibTeX file does not exist?";
-constexpr std::string_view kNotOpened = "Function Prepare()_2 => Could not open the BibTeX file?";
-constexpr std::string_view kNoEntry =
-    "Function Prepare()_3 => There is no entry in the BibTeX file!";
 constexpr std::string_view kLogNotCreated =
     "Function Prepare()_4 => Could not create the log file?";
 constexpr std::string_view kLibraryNotCreated =
@@ -302,7 +299,9 @@ std::string PreparedLogPath(const std::string& library, const std::string& direc
 int RunPrepare(const RunContext& run, const PrepareOptions& options) {
   if (run.first_path.empty()) return Fail(run, kNoLibrary);
   std::optional<LineStream> input = run.files.OpenLines(run.first_path, ReadMode::kRead);
-  if (!input) return Fail(run, kNotOpened);
+  const std::string name = EscapeControls("'" + run.first_path + "'");
+  if (!input)
+    return Fail(run, "Could not read the library " + name + ReasonNotRead(run.first_path));
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   const auto warn = [&](const PrepareWarning& warning) {
     if (warnings.ReportNumber(warning.kind)) return;
@@ -316,7 +315,7 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
                       .log = [&log](std::string_view text) { log.Write(text); }});
   if (prepared.entries == 0 && prepared.unread == 0) {
     WarnOfUtf16(run.reporter, run.first_path, input->Bytes());
-    return Fail(run, kNoEntry);
+    return Fail(run, "There is no BibTeX entry in the file " + name);
   }
 
   log.Write(prepared.log);

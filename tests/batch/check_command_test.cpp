@@ -80,7 +80,8 @@ TEST(Check, SortsByLineAndWritesNothing) {
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(Check(request).status, 2);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "tarvel-batch: " + (directory / "gone.bib") + " could not be read\n");
+            "tarvel-batch: " + (directory / "gone.bib") +
+                " could not be read: No such file or directory\n");
 }
 
 TEST(Check, PrintsTheBeginningOfALongKey) {

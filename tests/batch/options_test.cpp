@@ -157,8 +157,14 @@ TEST(CommandLine, SaysWhatIsWrong) {
       {{"clean\x1b[31m", "a"}, "unknown operation 'clean\\x1b[31m';"},
       {{"--kep", "doi", "clean-tags", "a"}, "unknown option '--kep'; did you mean '--keep'?"},
       {{"--bogus=1", "text", "a"}, "unknown option '--bogus';"},
-      {{"text", "-lit.bib"},
-       "unknown option '-lit.bib'; a file whose name begins with '-' is written as './-lit.bib';"},
+      {{"text", "-lit.bib"}, "unknown option '-lit.bib';"},
+      {{"clean", "a.bib"},
+       "unknown operation 'clean'; one of: clean-doubles, clean-authors, clean-characters, "
+       "clean-tags;"},
+      {{"lit.bib", "text"}, "unknown operation 'lit.bib'; the operation comes before the files;"},
+      {{"--pages", "all", "text", "a"}, "unknown value 'all' for '--pages'; one of: first, range;"},
+      {{"--cite-commands", "All", "extract", "a", "b"},
+       "unknown command 'All'; did you mean 'all'?"},
       {{"--keep", "isbn", "clean-tags", "a"}, "unknown tag 'isbn' for '--keep';"},
       {{"--keep", "auhtor", "clean-tags", "a"},
        "unknown tag 'auhtor' for '--keep'; did you mean 'author'?"},
@@ -175,26 +181,29 @@ TEST(CommandLine, SaysWhatIsWrong) {
       {{"--cite-commands", "a b", "extract", "a", "b"},
        "'a b' is not the name of a LaTeX command, for '--cite-commands';"},
       {{"--cite-commands", "citep,,", "extract", "a", "b"},
-       "the value 'citep,,' of '--cite-commands' has an empty command name;"},
-      {{"--keep", ",", "clean-tags", "a"}, "the value ',' of '--keep' has an empty tag name;"},
+       "the value 'citep,,' of '--cite-commands' has an empty command name; write the list without "
+       "blanks;"},
+      {{"--keep", ",", "clean-tags", "a"},
+       "the value ',' of '--keep' has an empty tag name; write the list without blanks;"},
       {{"--keep=note,,title", "clean-tags", "a"},
        "the value 'note,,title' of '--keep' has an empty tag name;"},
       {{"--keep", "--quiet", "clean-tags", "a"},
        "the value of '--keep' is missing: '--quiet' looks like an option;"},
       {{"--warnings", "-q", "text", "a"},
        "the value of '--warnings' is missing: '-q' looks like an option;"},
-      {{"--keep", "doi", "text", "a"}, "'--keep' is of no use for 'text'; used by: clean-tags;"},
+      {{"--keep", "doi", "text", "a"}, "'text' has no option '--keep'; used by: clean-tags;"},
       {{"compare", "a", "b", "--style", "nature"},
-       "'--style' is of no use for 'compare'; used by: extract, text;"},
-      {{"extract", "a"}, "a file is missing: 'extract' takes DOCUMENT LIBRARY;"},
-      {{"text"}, "a file is missing: 'text' takes LIBRARY;"},
+       "'compare' has no option '--style'; used by: extract, text;"},
+      {{"extract", "a"}, "too few files: 'extract' takes DOCUMENT LIBRARY;"},
+      {{"text"}, "too few files: 'text' takes LIBRARY;"},
       {{"text", "a", "b"}, "one file too many, 'b': 'text' takes LIBRARY;"},
       {{"text", ""}, "the name of a file is empty;"},
-      {{"text", "-"}, "'-' is no file: standard input is not read;"},
+      {{"text", "-"}, "'-' is not a file: standard input is not read;"},
   };
   for (const auto& c : cases) EXPECT_EQ(ReasonOf(c.words), c.reason);
   EXPECT_TRUE(ParseCommandLine({"text"}).text.ends_with(" see 'tarvel-batch text --help'"));
   EXPECT_TRUE(ParseCommandLine({}).text.ends_with(" see 'tarvel-batch --help'"));
+  EXPECT_TRUE(ParseCommandLine({"text", "--x"}).text.ends_with(" see 'tarvel-batch text --help'"));
 }
 
 TEST(CommandLine, AnswersWithoutAnOperation) {
@@ -211,7 +220,9 @@ TEST(CommandLine, AnswersWithoutAnOperation) {
       {{"--help"}, all},
       {{"-h"}, all},
       {{"--help", "--bogus"}, all},
+      {{"help"}, all},
       {{"text", "-h"}, HelpOf(*FindVerb("text"))},
+      {{"help", "text"}, HelpOf(*FindVerb("text"))},
       {{"--help", "text", "a", "b", "--keep", "doi"}, HelpOf(*FindVerb("text"))},
   };
   for (const auto& c : cases) {

@@ -25,10 +25,14 @@ TEST(NearestName, TakesTheFewestChanges) {
   EXPECT_EQ(NearestName(std::string(100000, 'a'), kNames), "");
 }
 
-TEST(Suggestion, IsAQuestion) {
-  EXPECT_EQ(Suggestion("yer", kNames), "; did you mean 'year'?");
-  EXPECT_EQ(Suggestion("pages", kNames), "");
+TEST(Suggestion, ListsFewNames) {
+  constexpr std::array<std::string_view, 7> kMany{"a-one", "a-two", "b", "c", "d", "e", "f"};
+  EXPECT_EQ(Suggestion("a-", kMany), "; one of: a-one, a-two");
+  EXPECT_EQ(Suggestion("xyz", kMany), "");
+  EXPECT_EQ(Suggestion("xyz", std::span(kMany).last(2)), "; one of: e, f");
 }
+
+TEST(Suggestion, IsAQuestion) { EXPECT_EQ(Suggestion("yer", kNames), "; did you mean 'year'?"); }
 
 }  // namespace
 }  // namespace tarvel

@@ -49,6 +49,16 @@ struct Case {
 // One of each kind; where two operations report the same kind in their own words, both.
 const Case kCases[] = {
     {"extract",
+     "@misc{Ice,\n  title = {U},\n}\n@misc{c,\n  title = {@misc{rain,}},\n}\n@misc{ICE,\n  title = "
+     "{T},\n}\n",
+     "\\begin{document}\n\\cite{ice,rain,c,SNOW}\n",
+     {"runs-on lit.bib:4 [c] the entry has no closing brace before the next entry",
+      "shared-line lit.bib:5 [rain] the entry does not begin its line: it is not seen, or what "
+      "stands before it becomes a part of it",
+      "missing-citation paper.tex:2 [ice] the cited key has no entry in the library, which has "
+      "'Ice'",
+      "missing-citation paper.tex:2 [SNOW] the cited key has no entry in the library"}},
+    {"extract",
      "@misc{b,\n  title = {U},\n}\n@misc{a, title = {T}}",
      "\\begin{document}\n\\cite{b,a}\n",
      {"shared-line lit.bib:4 [a] the tag 'title' stands on the first line of its entry and is not "

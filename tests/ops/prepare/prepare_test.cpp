@@ -465,10 +465,9 @@ TEST(RunPrepare, ReportsWhyItFails) {
   MemoryFiles files;
   EXPECT_EQ(failure(files, ""), printed("Function Prepare()_1 => BibTeX file does not exist?"));
   EXPECT_EQ(failure(files, "lit.bib"),
-            printed("Function Prepare()_2 => Could not open the BibTeX file?"));
+            printed("Could not read the library 'lit.bib': No such file or directory"));
   files.files["lit.bib"] = "no entry, but a mail to a@b.c";
-  EXPECT_EQ(failure(files, "lit.bib"),
-            printed("Function Prepare()_3 => There is no entry in the BibTeX file!"));
+  EXPECT_EQ(failure(files, "lit.bib"), printed("There is no BibTeX entry in the file 'lit.bib'"));
   EXPECT_EQ(files.files.size(), 1U) << "nothing is written then";
   files.files["lit.bib"] = "@misc{k}";
   files.not_creatable = {"lit_prepared.log"};
