@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
@@ -24,9 +25,15 @@ void HoldDescriptor() {
   if (open("/dev/null", O_RDWR) < 0) (void)!open("/", O_PATH);
 }
 
-/// Only what a signal handler may do. The signal was set back to its default when it came.
+/// Only what a signal handler may do. The toolkit has threads of its own, and a signal may come to
+/// any of them; the first thread is the one that names files, or keeps signals waiting for that.
 void EndBySignal(int signal) {
+  if (gettid() != getpid()) {
+    syscall(SYS_tgkill, getpid(), getpid(), signal);
+    return;
+  }
   RemoveTemporaryFiles();
+  std::signal(signal, SIG_DFL);
   raise(signal);
 }
 
@@ -36,7 +43,7 @@ void HandleEnd(int signal) {
   if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
   action = {};
   action.sa_handler = EndBySignal;
-  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  action.sa_flags = SA_NODEFER | SA_RESTART;
   sigaction(signal, &action, nullptr);
 }
 

@@ -27,7 +27,7 @@ void PrepareProcess();
 /// directory has an empty one. Returns 1 always.
 int GetProgramDirectory(PathBuffer& directory, PathBuffer& executable);
 
-/// Everything before the last "/" of `path` that is not its first byte; empty when there is none.
+/// Everything before the last "/" of `path`; empty when it has none.
 std::string_view DirectoryOf(std::string_view path);
 
 }  // namespace tarvel

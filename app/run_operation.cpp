@@ -25,34 +25,11 @@ class WarningsInUse {
   ~WarningsInUse() { GlobalWarnings = nullptr; }
 };
 
-/// Runs an operation and reports what it warns of.
-int RunWithWarnings(const Operation& operation) {
-  const WarningOutputs& outputs = GlobalWarningOutputs;
-  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map && !outputs.losses) {
-    return operation.run();
-  }
-  WarningReport report(outputs, GlobalReporter());
-  const WarningsInUse in_use(report);
-  const int result = operation.run();
-  report.ReportSummary();
-  if (outputs.losses) *outputs.losses += report.Losses();
-  return result;
-}
-
 int RunIfChecked(const Operation& operation, bool& stopped) {
   stopped = CheckInputFiles(static_cast<int>(operation.code)) != 1;
   if (stopped) return 0;
   if (!operation.note.empty()) ShowBox(operation.note, NoteTitle);
-  return RunWithWarnings(operation);
-}
-
-/// Closes the files of warnings and of keys; false when a byte of one did not arrive.
-bool CloseSideFiles(const WarningOutputs& outputs) {
-  bool arrived = true;
-  for (OutputFile* file : {outputs.file, outputs.key_map}) {
-    if (file && !file->Close()) arrived = false;
-  }
-  return arrived;
+  return RunWithWarnings(operation.run);
 }
 
 }  // namespace
@@ -92,11 +69,32 @@ int WholeRun::Run(const std::function<int()>& body, std::string_view no_memory) 
   }
 }
 
+int RunWithWarnings(const std::function<int()>& run) {
+  const WarningOutputs& outputs = GlobalWarningOutputs;
+  if (outputs.quiet && !outputs.all && !outputs.file && !outputs.key_map && !outputs.losses) {
+    return run();
+  }
+  WarningReport report(outputs, GlobalReporter());
+  const WarningsInUse in_use(report);
+  const int result = run();
+  report.ReportSummary();
+  if (outputs.losses) *outputs.losses += report.Losses();
+  return result;
+}
+
+bool CloseSideFiles() {
+  bool arrived = true;
+  for (OutputFile* file : {GlobalWarningOutputs.file, GlobalWarningOutputs.key_map}) {
+    if (file && !file->Close()) arrived = false;
+  }
+  return arrived;
+}
+
 int RunOperation(const Operation& operation) {
   bool stopped = false;
   const auto run = [&] {
     const int result = RunIfChecked(operation, stopped);
-    return CloseSideFiles(GlobalWarningOutputs) ? result : 0;
+    return CloseSideFiles() ? result : 0;
   };
   const int result = WholeRun().Run(run, operation.no_memory);
   if (result == 1) {

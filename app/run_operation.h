@@ -13,8 +13,8 @@ namespace tarvel {
 /// then holds the path to use. A path of more than 1000 bytes ends the process.
 void PickFile(PathBuffer& buffer, std::string_view path);
 
-/// Makes the files that a run writes through `GlobalRun().files` appear whole and together, or not
-/// at all, while it lives.
+/// While it lives, the files that are written through `GlobalRun().files` get their names only when
+/// it publishes them, whole and together.
 class WholeRun {
  public:
   /// Within another run: whether the files of both are published together, or those of the outer
@@ -26,10 +26,11 @@ class WholeRun {
   WholeRun& operator=(const WholeRun&) = delete;
   ~WholeRun();
 
-  /// Calls `body`, which gives 1 for success, and then publishes its files, also after a failure
-  /// that it has reported itself. Returns what `body` gave, or 0 when a file could not be written
-  /// or was changed while it was read, or when memory ran out; each is reported with `PrintError`,
-  /// the last one with the text `no_memory`, and no file is published then.
+  /// Calls `body`, which gives 1 for success, and publishes the files, also when `body` failed.
+  /// Publishes none when a byte of one was not written, a file that was read has been changed, or
+  /// memory ran out. Returns what `body` gave; 0 after one of these, or when publishing failed,
+  /// which may leave some of the files published. All but a failed write, which `body` reports, are
+  /// reported with `PrintError`, the lack of memory with the text `no_memory`.
   int Run(const std::function<int()>& body, std::string_view no_memory);
 
  private:
@@ -37,6 +38,13 @@ class WholeRun {
   RunFiles* const outer_;
   RunFiles& files_;
 };
+
+/// Calls `run`, whose result it returns, with the warnings that `GlobalWarningOutputs` asks for,
+/// and reports their summary.
+int RunWithWarnings(const std::function<int()>& run);
+
+/// Closes the files of warnings and of keys; false when a byte of one did not arrive.
+bool CloseSideFiles();
 
 /// What a button does: checks the picked files, shows the note, runs the operation and reports how
 /// it ended. Returns 1 on success; 0 when the checks stopped it; else what the operation returned.

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <map>
 #include <memory>
+#include <new>
 #include <set>
 #include <string>
 #include <string_view>
@@ -86,6 +88,7 @@ class ReadOnlyFiles final : public FileSystem {
   bool IsSameFile(const std::string& /*one*/, const std::string& /*other*/) override {
     return false;  // no file is ever written over
   }
+  ReadingObserver* Observer() override { return files_.Observer(); }
 
  private:
   const std::string& PathOf(const std::string& path) const {
@@ -109,6 +112,7 @@ class SilentReporter final : public Reporter {
 /// How many bytes of a key are kept: more than are printed. Text that is taken for a key can be as
 /// long as the library, and each finding in the entry holds it.
 constexpr std::size_t kMostKey = 1000;
+constexpr std::size_t kPiece = std::size_t{1} << 16;  // what is printed at once
 
 /// What is wrong in one line. A library can have millions of findings, so they are kept small.
 struct Finding {
@@ -136,16 +140,22 @@ class Findings final : public Warnings {
     found_.insert({warning.line, warning.kind, static_cast<std::uint16_t>(key.size()),
                    std::string(key).append(warning.text)});
   }
-  /// Prints them; true when there are any.
-  bool Print(const std::string& path) const {
+  /// Prints them, unless standard output has failed; true when there are any.
+  bool Print(const std::string& path, Reporter& terminal) const {
+    std::string lines;
     for (const Finding& finding : found_) {
+      if (std::ferror(stdout) != 0) break;
       const Warning warning{.kind = finding.kind,
                             .file = path,
                             .line = finding.line,
                             .key = finding.Key(),
                             .text = finding.Text()};
-      PrintOn(stdout, LineOf(warning) + "\n");
+      lines.append(LineOf(warning)).append("\n");
+      if (lines.size() < kPiece) continue;
+      terminal.Print(lines);
+      lines.clear();
     }
+    if (!lines.empty()) terminal.Print(lines);
     return !found_.empty();
   }
 
@@ -193,8 +203,13 @@ void Collect(const std::string& path, FileSystem& files, Reporter& reporter, Fin
   }
 }
 
-/// Checks one file; returns the exit status for it.
-int CheckFile(const std::string& path, const BatchRequest& request, Reporter& reporter) {
+int Refuse(const std::string& path, const std::string& reason, Reporter& terminal) {
+  terminal.Warn("tarvel-batch: " + EscapeControls(path) + " " + reason);
+  return 2;
+}
+
+/// Checks one file and prints what was found; returns the exit status for it.
+int CheckFile(const std::string& path, const BatchRequest& request, Reporter& terminal) {
   const std::optional<FileState> state = GlobalFiles().StateAt(path);
   ReadOnlyFiles files(GlobalFiles(), path);
   PathBuffer picked("library");
@@ -205,28 +220,30 @@ int CheckFile(const std::string& path, const BatchRequest& request, Reporter& re
   std::string reason = WhyNotRead(files, library);
   if (!state) reason += ReasonNotRead(path);
   Findings findings(request);
-  if (reason.empty()) Collect(library, files, reporter, findings);
+  SilentReporter silent;
+  if (reason.empty()) Collect(library, files, silent, findings);
   if (reason.empty() && GlobalFiles().StateAt(path) != state) {
     reason = "was changed while it was read";
   }
-  if (!reason.empty()) {
-    PrintOn(stderr, "tarvel-batch: " + EscapeControls(path) + " " + reason + "\n");
-    return 2;
-  }
-  return findings.Print(path) ? 1 : 0;
+  if (!reason.empty()) return Refuse(path, reason, terminal);
+  return findings.Print(path, terminal) ? 1 : 0;
 }
 
 }  // namespace
 
 int RunCheckCommand(const BatchRequest& request) {
-  SilentReporter reporter;
-  Reporter& earlier = GlobalReporter();
-  InstallReporter(reporter);
+  SilentReporter silent;
+  Reporter& terminal = GlobalReporter();
+  InstallReporter(silent);
   int status = 0;
   for (const std::string& path : request.files) {
-    status = std::max(status, CheckFile(path, request, reporter));
+    try {
+      status = std::max(status, CheckFile(path, request, terminal));
+    } catch (const std::bad_alloc&) {
+      status = Refuse(path, "could not be read: not enough memory", terminal);
+    }
   }
-  InstallReporter(earlier);
+  InstallReporter(terminal);
   return status;
 }
 

@@ -19,7 +19,7 @@ std::string Joined(const std::vector<std::string_view>& names, std::string_view 
   return text;
 }
 
-/// `text` with `escape` before each of `specials`.
+/// `text` with a backslash before each byte of `specials`.
 std::string Escaped(std::string_view text, std::string_view specials) {
   std::string result;
   for (const char byte : text) {
@@ -30,11 +30,7 @@ std::string Escaped(std::string_view text, std::string_view specials) {
 }
 
 bool IsUsed(const OptionRow& row, const VerbRow& verb) {
-  return row.answer == Answer::kHelp || (row.users & VerbsOf(verb.verb)) != 0;
-}
-
-bool IsList(const OptionRow& row) {
-  return row.value != ValueKind::kWord && !ValueNames(row).empty();
+  return row.answer == Answer::kHelp || IsUsedBy(row, verb);
 }
 
 std::vector<std::string_view> VerbNames() {
@@ -43,7 +39,7 @@ std::vector<std::string_view> VerbNames() {
   return names;
 }
 
-/// The options that take a value, or of those that take none.
+/// The names of the options that take a value.
 std::vector<std::string_view> OptionsWithValue() {
   std::vector<std::string_view> names;
   for (const OptionRow& row : OptionRows()) {
@@ -54,7 +50,7 @@ std::vector<std::string_view> OptionsWithValue() {
 
 std::string BashValues(const OptionRow& row) {
   const std::string names = Joined(ValueNames(row), " ");
-  if (IsList(row)) return "_tarvel_batch_list \"$cur\" '" + names + "'";
+  if (IsList(row.value)) return "_tarvel_batch_list \"$cur\" '" + names + "'";
   if (!names.empty()) return "mapfile -t COMPREPLY < <(compgen -W '" + names + "' -- \"$cur\")";
   const bool directory = row.value == ValueKind::kDirectory;
   return std::string("_tarvel_batch_files ") + (directory ? "-d" : "-f") + " \"$cur\"";
@@ -108,14 +104,24 @@ std::string OptionNames(const VerbRow* verb) {
   return names;
 }
 
+/// A text in single quotes, as `_arguments` of zsh takes it: a quote ends them and begins them
+/// again.
+std::string ZshText(std::string_view text) {
+  std::string result;
+  for (const char byte : Escaped(text, "[]:\\")) {
+    result += byte == '\'' ? std::string("'\\''") : std::string{byte};
+  }
+  return result;
+}
+
 /// What `_arguments` of zsh calls an option.
 std::string ZshOption(const OptionRow& row) {
   std::string argument = "'*" + std::string(row.name) + (row.value == ValueKind::kNone ? "" : "=") +
-                         "[" + Escaped(row.help, "[]:\\") + "]";
+                         "[" + ZshText(row.help) + "]";
   if (row.value == ValueKind::kNone) return argument + "'";
   const std::string names = Joined(ValueNames(row), " ");
-  argument += ":" + Escaped(row.value_name, "[]:\\") + ":";
-  if (IsList(row)) return argument + "_values -s , name " + names + "'";
+  argument += ":" + ZshText(row.value_name) + ":";
+  if (IsList(row.value)) return argument + "_values -s , name " + names + "'";
   if (!names.empty()) return argument + "(" + names + ")'";
   return argument + (row.value == ValueKind::kDirectory ? "_directories'" : "_files'");
 }
@@ -126,7 +132,8 @@ std::string ZshOptions(const VerbRow* verb) {
     if (verb && !IsUsed(row, *verb)) continue;
     options.append("      ").append(ZshOption(row)).append("\n");
     if (row.letter == 0) continue;
-    options.append("      '*-").append(1, row.letter).append("[").append(row.help).append("]'\n");
+    options.append("      '*-").append(1, row.letter).append("[").append(ZshText(row.help));
+    options.append("]'\n");
   }
   return options;
 }
@@ -134,11 +141,7 @@ std::string ZshOptions(const VerbRow* verb) {
 std::string FishOption(const OptionRow& row) {
   std::string line("complete -c tarvel-batch");
   if (row.users != 0) {
-    std::vector<std::string_view> users;
-    for (const VerbRow& verb : kVerbRows) {
-      if (IsUsed(row, verb)) users.push_back(verb.name);
-    }
-    line += " -n '__tarvel_batch_is " + Joined(users, " ") + "'";
+    line += " -n '__tarvel_batch_is " + Joined(UsersOf(row), " ") + "'";
   }
   if (row.answer != Answer::kNone && row.answer != Answer::kHelp) {
     line += " -n __tarvel_batch_has_no_verb";
@@ -146,7 +149,7 @@ std::string FishOption(const OptionRow& row) {
   line.append(" -l ").append(row.name.substr(2));
   if (row.letter != 0) line.append(" -s ").append(1, row.letter);
   const std::string names = Joined(ValueNames(row), " ");
-  if (IsList(row)) {
+  if (IsList(row.value)) {
     line += " -x -a '(__fish_append , " + names + ")'";
   } else if (!names.empty()) {
     line += " -x -a '" + names + "'";
@@ -184,7 +187,7 @@ std::string ZshCompletions() {
                      "\n_tarvel_batch() {\n  local verb word state\n"
                      "  local -a options verbs\n  verbs=(\n";
   for (const VerbRow& verb : kVerbRows) {
-    text += "    '" + std::string(verb.name) + ":" + Escaped(verb.summary, ":\\") + "'\n";
+    text += "    '" + std::string(verb.name) + ":" + ZshText(verb.summary) + "'\n";
   }
   text += "  )\n  for word in ${words[2,CURRENT-1]}; do\n    case $word in\n      (" +
           Joined(VerbNames(), "|") + ")\n        verb=$word\n        break ;;\n    esac\n  done\n" +

@@ -49,18 +49,10 @@ std::string Wrapped(const std::vector<std::string_view>& words, std::size_t inde
   return text + line;
 }
 
-std::string UsersLine(const OptionRow& row) {
-  std::vector<std::string_view> names;
-  for (const VerbRow& verb : kVerbRows) {
-    if ((row.users & VerbsOf(verb.verb)) != 0) names.push_back(verb.name);
-  }
-  return Wrapped(names, kHelpColumn + 2);
-}
-
 /// The first option of the verb whose value is of this kind; null when there is none.
 const OptionRow* OptionWith(ValueKind kind, const VerbRow& verb) {
   for (const OptionRow& row : OptionRows()) {
-    if (row.value == kind && (row.users & VerbsOf(verb.verb)) != 0) return &row;
+    if (row.value == kind && IsUsedBy(row, verb)) return &row;
   }
   return nullptr;
 }
@@ -98,7 +90,9 @@ std::string GeneralHelp() {
   text += "\nOptions, and what uses them:\n";
   for (const OptionRow& row : OptionRows()) {
     text += OptionLine(row);
-    if (row.users != 0 && (row.users & kEveryOperation) != kEveryOperation) text += UsersLine(row);
+    if (row.users != 0 && (row.users & kEveryOperation) != kEveryOperation) {
+      text += Wrapped(UsersOf(row), kHelpColumn + 2);
+    }
   }
   text +=
       "\nOptions may stand anywhere. '--' ends them: what follows is a file, even if it\n"
@@ -111,9 +105,7 @@ std::string HelpOf(const VerbRow& verb) {
   text.append(verb.name).append(" [OPTION]... ").append(verb.files).append("\n");
   text.append(verb.summary).append("\n\n");
   for (const OptionRow& row : OptionRows()) {
-    if ((row.users & VerbsOf(verb.verb)) != 0 || row.answer == Answer::kHelp) {
-      text += OptionLine(row);
-    }
+    if (IsUsedBy(row, verb) || row.answer == Answer::kHelp) text += OptionLine(row);
   }
   if (const OptionRow* row = OptionWith(ValueKind::kTags, verb)) {
     text +=

@@ -26,12 +26,9 @@ constexpr Verbs kOnlyJournals = VerbsOf(Verb::kJournals);
 constexpr Verbs kOnlyDoubles = VerbsOf(Verb::kCleanDoubles);
 constexpr Verbs kOnlyTags = VerbsOf(Verb::kCleanTags);
 
+// ORDER: kStyleFlags
 constexpr std::array<std::string_view, 6> kStyleWords{"aps",    "acs",   "iop",
                                                       "nature", "wiley", "springer"};
-// ORDER: kStyleWords
-constexpr FlagGroup<6> kStyles{&Settings::StyleAPS,   &Settings::StyleACS,
-                               &Settings::StyleIOP,   &Settings::StyleNature,
-                               &Settings::StyleWiley, &Settings::StyleSpringerCompSci};
 constexpr std::array<std::string_view, 2> kPagesWords{"first", "range"};
 // ORDER: kPagesWords
 constexpr FlagGroup<2> kPages{&Settings::PagesFirstOnly, &Settings::PagesRange};
@@ -102,7 +99,7 @@ constexpr auto kRows = std::to_array<OptionRow>({
      .value_name = "STYLE",
      .words = kStyleWords,
      .help = "aps (default), acs, iop, nature, wiley or springer",
-     .apply = ChooseWord<kStyleWords, kStyles>},
+     .apply = ChooseWord<kStyleWords, kStyleFlags>},
     {.name = "--pages",
      .users = kReferences,
      .value = ValueKind::kWord,
@@ -265,8 +262,6 @@ std::string_view MemberName(ValueKind kind) {
   }
 }
 
-bool IsList(ValueKind kind) { return !MemberName(kind).empty(); }
-
 std::string WhyEmpty(const OptionRow& row, std::string_view value) {
   if (value.empty()) return Quoted(row.name) + " needs a value, and the one given is empty";
   bool any_empty = false;
@@ -310,6 +305,16 @@ std::vector<std::string_view> ValueNames(const OptionRow& row) {
   if (row.value == ValueKind::kKinds) return KindNames();
   if (row.value == ValueKind::kCommands) return CommandNames();
   return {row.words.begin(), row.words.end()};
+}
+
+bool IsList(ValueKind kind) { return !MemberName(kind).empty(); }
+
+std::vector<std::string_view> UsersOf(const OptionRow& row) {
+  std::vector<std::string_view> names;
+  for (const VerbRow& verb : kVerbRows) {
+    if (IsUsedBy(row, verb)) names.push_back(verb.name);
+  }
+  return names;
 }
 
 std::string WhyBadValue(const OptionRow& row, std::string_view value) {

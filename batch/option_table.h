@@ -50,6 +50,15 @@ const OptionRow* FindOption(std::string_view name);
 /// The names that may stand in the value of an option: its words, the tags; none for a file.
 std::vector<std::string_view> ValueNames(const OptionRow& row);
 
+/// Whether a value of this kind is a list with commas.
+bool IsList(ValueKind kind);
+
+constexpr bool IsUsedBy(const OptionRow& row, const VerbRow& verb) {
+  return (row.users & VerbsOf(verb.verb)) != 0;
+}
+/// The names of the verbs that use an option.
+std::vector<std::string_view> UsersOf(const OptionRow& row);
+
 /// Why an option cannot take this value; empty when it can.
 std::string WhyBadValue(const OptionRow& row, std::string_view value);
 

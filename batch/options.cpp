@@ -77,7 +77,6 @@ std::string Split(const std::vector<std::string>& arguments, CommandLine& line) 
   app.set_help_flag();  // the rows hold it
   app.allow_extras();
   for (const OptionRow& row : OptionRows()) AddOption(app, row, line.options);
-  app.add_option("WORD", line.words)->expected(0, -1);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ArgumentMismatch&) {  // only the last word can lack its value
@@ -85,8 +84,14 @@ std::string Split(const std::vector<std::string>& arguments, CommandLine& line) 
   } catch (const CLI::ParseError& error) {
     return error.what();
   }
+  bool ended = false;  // by "--"
   for (const std::string& word : app.remaining()) {
-    if (word != "--") line.unknown.push_back(word);
+    if (!ended && word == "--") {
+      ended = true;
+      continue;
+    }
+    const bool is_option = !ended && word.size() > 1 && word.front() == '-';
+    (is_option ? line.unknown : line.words).push_back(word);
   }
   return {};
 }
@@ -114,9 +119,8 @@ std::string WhyUnknownVerb(const std::string& word) {
 
 std::string WhyOfNoUse(const OptionRow& row, const VerbRow& verb) {
   std::string users;
-  for (const VerbRow& other : kVerbRows) {
-    if ((row.users & VerbsOf(other.verb)) == 0) continue;
-    users.append(users.empty() ? "" : ", ").append(other.name);
+  for (const std::string_view name : UsersOf(row)) {
+    users.append(users.empty() ? "" : ", ").append(name);
   }
   return Quoted(verb.name) + " has no option " + Quoted(row.name) + "; used by: " + users;
 }
@@ -126,7 +130,7 @@ std::string ApplyOptions(const std::vector<GivenOption>& options, BatchRequest& 
   for (const GivenOption& given : options) {
     const OptionRow& row = *given.row;
     if (!row.apply) continue;
-    if ((row.users & VerbsOf(request.verb->verb)) == 0) return WhyOfNoUse(row, *request.verb);
+    if (!IsUsedBy(row, *request.verb)) return WhyOfNoUse(row, *request.verb);
     if (row.value != ValueKind::kNone) {
       if (std::string reason = WhyBadValue(row, given.value); !reason.empty()) return reason;
     }
@@ -175,9 +179,11 @@ std::string AnswerTo(Answer answer, const VerbRow* verb) {
   }
 }
 
-bool AsksForAnswer(const CommandLine& line) {
-  return std::any_of(line.options.begin(), line.options.end(),
-                     [](const GivenOption& given) { return given.row->answer != Answer::kNone; });
+/// What the command line asks for instead of a run.
+Answer AnswerFor(const CommandLine& line) {
+  const auto asks = [](const GivenOption& given) { return given.row->answer != Answer::kNone; };
+  const auto found = std::find_if(line.options.begin(), line.options.end(), asks);
+  return found == line.options.end() ? Answer::kNone : found->row->answer;
 }
 
 /// "help text" asks for the same as "text --help".
@@ -199,7 +205,7 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   CommandLine line;
   BatchRequest request;
   std::string reason = Split(arguments, line);
-  if (reason.empty() && !line.unknown.empty() && !AsksForAnswer(line)) {
+  if (reason.empty() && !line.unknown.empty() && AnswerFor(line) == Answer::kNone) {
     reason = WhyUnknownOption(line.unknown.front());
   }
   if (!line.words.empty() && line.words.front() == "help") AskForHelp(line);
@@ -208,11 +214,10 @@ BatchRequest ParseCommandLine(const std::vector<std::string>& arguments) {
   if (!line.words.empty() && !request.verb) {
     return WrongUsage(WhyUnknownVerb(line.words.front()), nullptr);
   }
-  for (const GivenOption& given : line.options) {
-    if (given.row->answer == Answer::kNone) continue;
-    BatchRequest answer;
-    answer.text = AnswerTo(given.row->answer, request.verb);
-    return answer;
+  if (const Answer answer = AnswerFor(line); answer != Answer::kNone) {
+    BatchRequest request_for_text;
+    request_for_text.text = AnswerTo(answer, request.verb);
+    return request_for_text;
   }
   const VerbRow* verb = request.verb;
   reason = TakeRequest(std::move(line), request);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/prepare_command.h"
 
+#include <functional>
 #include <string_view>
 
 #include "app/entry_points.h"
@@ -21,23 +22,17 @@ constexpr std::string_view kCaption = "Prepare";
 constexpr std::string_view kErrorCaption = "Error in function 'Prepare'!";
 constexpr std::string_view kNoMemory = "Function Prepare()_6 => Not enough memory!";
 
-int RunWithWarnings(const std::string& library, const PrepareOptions& options) {
-  const WarningOutputs& outputs = GlobalWarningOutputs;
+int RunPrepareOn(const std::string& library, const PrepareOptions& options) {
   RunContext run = GlobalRun();
   run.first_path = library;
   run.second_path.clear();
-  WarningReport report(outputs, GlobalReporter());
-  run.warnings = &report;
-  const int result = RunPrepare(run, options);
-  report.ReportSummary();
-  if (outputs.losses) *outputs.losses += report.Losses();
-  return result;
+  return RunPrepare(run, options);
 }
 
-/// Prepares a library and publishes the copy.
-bool Prepare(const std::string& library, const PrepareOptions& options, WholeRun::Within within) {
-  const auto run = [&] { return RunWithWarnings(library, options); };
-  if (WholeRun(within).Run(run, kNoMemory) == kSucceeded) return true;
+/// Calls `body`, which prepares a library, and publishes the copy. False after a message when that
+/// fails.
+bool Publish(WholeRun::Within within, const std::function<int()>& body) {
+  if (WholeRun(within).Run(body, kNoMemory) == kSucceeded) return true;
   ReportError(ErrorHintText, kErrorCaption, kReportInBox);
   return false;
 }
@@ -47,9 +42,12 @@ bool Prepare(const std::string& library, const PrepareOptions& options, WholeRun
 int RunPrepareCommand(const BatchRequest& request) {
   FirstFilePath.Set(request.files[0]);
   return RunWithSideFiles(request, [&] {
-    if (!Prepare(request.files[0], {.keep_all = request.keep_all}, WholeRun::Within::kTogether)) {
-      return false;
-    }
+    const auto prepare = [&] {
+      const int result = RunWithWarnings(
+          [&] { return RunPrepareOn(request.files[0], {.keep_all = request.keep_all}); });
+      return CloseSideFiles() ? result : kFailed;
+    };
+    if (!Publish(WholeRun::Within::kTogether, prepare)) return false;
     ShowBox(DoneText, DoneText);
     return true;
   });
@@ -70,14 +68,17 @@ std::vector<std::size_t> LibrariesOf(const BatchRequest& request) {
 
 bool PrepareLibraries(const BatchRequest& request, std::vector<std::string>& files) {
   GlobalKeptFiles = request.files;
-  for (const std::size_t index : LibrariesOf(request)) {
+  const std::vector<std::size_t> libraries = LibrariesOf(request);
+  for (const std::size_t index : libraries) {
     const std::string& library = request.files[index];
-    if (index == 1 && GlobalFiles().IsSameFile(library, request.files[0])) {
-      files[1] = files[0];
+    const std::size_t first = libraries.front();
+    if (index != first && GlobalFiles().IsSameFile(library, request.files[first])) {
+      files[index] = files[first];
       continue;
     }
     // The operation opens the copy by its name, and may yet find that it reads a side file.
-    if (!Prepare(library, {}, WholeRun::Within::kApart)) return false;
+    const auto prepare = [&] { return RunWithWarnings([&] { return RunPrepareOn(library, {}); }); };
+    if (!Publish(WholeRun::Within::kApart, prepare)) return false;
     files[index] = PreparedPath(library, request.output_directory);
     GlobalKeptFiles.push_back(files[index]);
     ShowBox("Tarvel prepared the library and works on the new file '" + files[index] + "'.",

@@ -38,10 +38,15 @@ std::vector<std::string> PreparedFiles(const BatchRequest& request) {
   return files;
 }
 
-/// The files that are named, and the copies that are made of those with other line breaks.
+/// The files that are named, and the copies that an operation makes of those with other line
+/// breaks. Preparing needs no such copy.
 std::vector<std::string> InputsOf(const BatchRequest& request) {
   std::vector<std::string> inputs = request.files;
-  for (const std::string& file : request.files) {
+  const std::vector<std::size_t> libraries =
+      request.prepare ? LibrariesOf(request) : std::vector<std::size_t>{};
+  for (std::size_t i = 0; request.operation && i < request.files.size(); ++i) {
+    if (std::find(libraries.begin(), libraries.end(), i) != libraries.end()) continue;
+    const std::string& file = request.files[i];
     const std::string path = InDirectory(file, request.output_directory);
     if (auto copy = InsertBeforeExtension(path, kConverted)) inputs.push_back(std::move(*copy));
   }
@@ -63,13 +68,15 @@ std::vector<std::string> OutputsOf(const BatchRequest& request) {
   if (!request.operation) return outputs;
   const bool after_second = request.operation->named_after == Picker::kSecond;
   const std::string& file = request.files[after_second ? 1 : 0];
-  const std::string prepared =
-      request.prepare ? PreparedPath(file, request.output_directory) : std::string();
-  for (const auto& library :
-       {std::optional(file), InsertBeforeExtension(file, kConverted), std::optional(prepared)}) {
-    if (!library) continue;
+  std::vector<std::string> libraries{file};
+  if (request.prepare) {
+    libraries = {PreparedPath(file, request.output_directory)};
+  } else if (auto converted = InsertBeforeExtension(file, kConverted)) {
+    libraries.push_back(std::move(*converted));
+  }
+  for (const std::string& library : libraries) {
     for (const Output output : request.operation->outputs) {
-      auto path = OutputPath(*library, output, request.output_directory);
+      auto path = OutputPath(library, output, request.output_directory);
       if (!path.empty()) outputs.push_back(std::move(path));
     }
   }

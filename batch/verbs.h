@@ -38,7 +38,7 @@ constexpr Verbs VerbsOf(Each... verbs) {
   return (Verbs{0} | ... | (Verbs{1} << static_cast<unsigned>(verbs)));
 }
 
-/// The number of files that one may give when there is no limit.
+/// `VerbRow::most` where there is no limit.
 inline constexpr std::size_t kAnyNumber = std::size_t{1} << 30;
 
 /// What a verb's command line looks like, and what runs it.

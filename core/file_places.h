@@ -13,7 +13,8 @@ std::string PlaceOfFile(const std::string& path);
 /// which several may write.
 bool AreOneFile(const std::string& one, const std::string& other);
 
-/// The directory that a path's last component stands in, "." when the path has one component.
+/// The directory that a path's last component stands in, with its "/"; "." when the path has one
+/// component.
 std::string DirectoryOfFile(const std::string& path);
 
 }  // namespace tarvel

@@ -154,8 +154,8 @@ class PendingFile final : public FileSink {
   std::string name_;
 };
 
-/// A file that is written under its name. It is truncated at the first write, so that a run that
-/// never writes leaves it as it is.
+/// A file that is written under its name. It is truncated at the first write or by `Close`: until
+/// then the run may still find that it reads the file, and drop this.
 class FileInPlace final : public FileSink {
  public:
   explicit FileInPlace(int descriptor) : FileSink(descriptor) {}
@@ -264,6 +264,16 @@ int OpenNamed(const std::string& path, int flags, std::string& name) {
   return name.empty() ? -1 : descriptor;
 }
 
+/// Locks what is open, if that is possible within a fifth of a second.
+void WaitForLock(int descriptor) {
+  constexpr int kTries = 200;
+  constexpr useconds_t kPause = 1000;
+  for (int i = 0; i < kTries; ++i) {
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
+    usleep(kPause);
+  }
+}
+
 }  // namespace
 
 std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode mode) {
@@ -294,22 +304,24 @@ void RemoveTemporaryFiles() {
   }
 }
 
-PublishGuard::PublishGuard(const std::string& directory)
-    : directory_(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+PublishGuard::PublishGuard(const std::set<std::string>& directories) {
   sigset_t ends;
   sigemptyset(&ends);
   for (const int signal : {SIGHUP, SIGINT, SIGTERM}) sigaddset(&ends, signal);
   pthread_sigmask(SIG_BLOCK, &ends, &signals_);
-  constexpr int kTries = 200;
-  constexpr useconds_t kPause = 1000;
-  for (int i = 0; i < kTries && directory_ >= 0; ++i) {
-    if (flock(directory_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) break;
-    usleep(kPause);
+  for (const std::string& directory : directories) {
+    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) continue;
+    struct stat status {};
+    (void)fstat(descriptor, &status);
+    const bool is_new = locked_.try_emplace({status.st_dev, status.st_ino}, descriptor).second;
+    if (!is_new) close(descriptor);
   }
+  for (const auto& [directory, descriptor] : locked_) WaitForLock(descriptor);
 }
 
 PublishGuard::~PublishGuard() {
-  if (directory_ >= 0) close(directory_);
+  for (const auto& [directory, descriptor] : locked_) close(descriptor);
   pthread_sigmask(SIG_SETMASK, &signals_, nullptr);
 }
 

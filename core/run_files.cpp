@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <set>
 #include <utility>
 
 #include "core/file_places.h"
@@ -100,7 +101,11 @@ std::string RunFiles::NotPublished(const std::string& changed) const {
 
 std::string RunFiles::PublishAll() {
   if (new_files_.empty()) return {};
-  const PublishGuard guard(DirectoryOfFile(new_files_.front().path));
+  std::set<std::string> directories;
+  for (const NewFile& file : new_files_) {
+    if (!file.sink->PendingPath().empty()) directories.insert(DirectoryOfFile(file.path));
+  }
+  const PublishGuard guard(directories);
   std::stable_partition(new_files_.begin(), new_files_.end(),
                         [](const NewFile& file) { return !file.path.ends_with(".log"); });
   for (const auto step : {&ByteSink::MakeReady, &ByteSink::Publish}) {

@@ -46,9 +46,10 @@ class RunFiles final : public FileSystem {
 
   /// Whether a byte of any output did not arrive.
   bool WriteFailed() const { return write_failed_; }
-  /// Gives the new files their names, logs last, and begins the next run. No file gets its name
-  /// when the run has failed to write a byte, which it has reported itself, and when a file that it
-  /// read has been changed since. Returns an empty text, or why it failed.
+  /// Gives the new files their names, logs last, and begins the next run. No file gets its name if
+  /// a byte was not written, which the run has reported, or if a file that was read has changed
+  /// since. Returns why publishing failed; empty also after such a failed write: ask `WriteFailed`
+  /// before.
   [[nodiscard]] std::string Publish();
   /// Forgets the new files and begins the next run.
   void Discard();

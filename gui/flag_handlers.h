@@ -6,8 +6,8 @@
 
 namespace tarvel {
 
-/// The handlers that all preference dialogs share, over one of the generated bases: a click writes
-/// its flag at once; "Done" and the close button destroy the dialog.
+/// The handlers that all preference dialogs share, over one of the base classes: a click writes its
+/// flag at once; "Done" and the close button destroy the dialog.
 template <class Base>
 class FlagHandlers : public Base {
  protected:

@@ -55,8 +55,14 @@ void ScrollToTop(const wxTextCtrl& text, long position) {
   GtkTextBuffer* const buffer = gtk_text_view_get_buffer(view);
   GtkTextIter start;
   gtk_text_buffer_get_iter_at_offset(buffer, &start, static_cast<gint>(position));
-  GtkTextMark* const mark = gtk_text_buffer_create_mark(buffer, nullptr, &start, TRUE);
-  gtk_text_view_scroll_to_mark(view, mark, 0, TRUE, 0, 0);
+  constexpr const char* kName = "start";
+  GtkTextMark* mark = gtk_text_buffer_get_mark(buffer, kName);
+  if (mark) {
+    gtk_text_buffer_move_mark(buffer, mark, &start);
+  } else {
+    mark = gtk_text_buffer_create_mark(buffer, kName, &start, TRUE);
+  }
+  gtk_text_view_scroll_to_mark(view, mark, 0, TRUE, 0, 0);  // may be done later, by the mark
 }
 
 /// Writes the file as a whole or not at all; returns the reason, or nothing on success.

@@ -12,8 +12,8 @@ namespace tarvel {
 /// How bad a message is. ORDER: the worst first.
 enum class MessageRank { kFailure, kWarning, kRemark };
 
-/// What the runs of a program have printed that was started without a terminal. Nobody would see it
-/// otherwise.
+/// Shows what the runs have printed, in a program that was started without a terminal: nobody would
+/// see it otherwise.
 class MessagesWindow final : public wxFrame {
  public:
   MessagesWindow();

@@ -68,12 +68,24 @@ Dialog& NewPreferences(const Tarvel_Dialog& main) {
 
 }  // namespace
 
+/// A handler that works, and may show boxes. Others do nothing meanwhile.
+class Tarvel_Dialog::Busy {
+ public:
+  explicit Busy(Tarvel_Dialog& dialog) : dialog_(dialog) { dialog_.works_ = true; }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+  ~Busy() { dialog_.works_ = false; }
+
+ private:
+  Tarvel_Dialog& dialog_;
+  const wxBusyCursor cursor_;
+};
+
 /// What the dialog looks like while an operation runs: its button and the pickers are disabled.
 class Tarvel_Dialog::Work {
  public:
   Work(Tarvel_Dialog& dialog, wxButton& button)
-      : dialog_(dialog), button_(button), had_focus_(button.HasFocus()) {
-    dialog_.works_ = true;
+      : busy_(dialog), dialog_(dialog), button_(button), had_focus_(button.HasFocus()) {
     dialog_.files_panel_->Disable();
     DisableAndPaint(button_);
   }
@@ -83,10 +95,10 @@ class Tarvel_Dialog::Work {
     dialog_.files_panel_->Enable();
     button_.Enable();
     if (had_focus_) button_.SetFocus();
-    dialog_.works_ = false;
   }
 
  private:
+  const Busy busy_;
   Tarvel_Dialog& dialog_;
   wxButton& button_;
   bool had_focus_;
@@ -117,10 +129,10 @@ void Tarvel_Dialog::TakePick(PathBuffer& buffer, const FilePicker& picker, FileP
     const std::string_view directory = DirectoryOf(path);
     other.OpenIn(directory.empty() ? "/" : std::string(directory));
   }
-  const wxBusyCursor busy;
-  works_ = true;
-  PickFile(buffer, path);
-  works_ = false;
+  {
+    const Busy busy(*this);
+    PickFile(buffer, path);
+  }
   ShowKeptMessages(picker.GetName().utf8_string());
 }
 
@@ -185,7 +197,6 @@ void Tarvel_Dialog::OnHelpCleanTags(wxCommandEvent&) { ShowHelp(kCleanTags); }
 void Tarvel_Dialog::RunRow(OperationCode code) {
   if (works_) return;
   const Operation& operation = RowOf(code);
-  const wxBusyCursor busy;
   const Work work(*this,
                   *rows_[static_cast<std::size_t>(&operation - kOperations.data())].operation);
   RunOperation(operation);

@@ -45,6 +45,7 @@ class Tarvel_Dialog : public GUIDialog {
   void OnQuit(wxCommandEvent& event) override;
 
  private:
+  class Busy;
   class Work;
 
   void TakePick(PathBuffer& buffer, const FilePicker& picker, FilePicker& other);

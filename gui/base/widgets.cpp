@@ -14,13 +14,13 @@ void Describe(wxWindow& widget, std::string_view what) {
   widget.SetToolTip(ToWx(what));
 }
 
-wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view verb,
-                    std::string_view object) {
+wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view prefix,
+                    std::string_view subject) {
   auto* button = new wxButton(parent, wxID_ANY, ToWx(label));
-  if (verb.empty()) {
-    button->SetName(ToWx(object));
+  if (prefix.empty()) {
+    button->SetName(ToWx(subject));
   } else {
-    Describe(*button, std::string(verb).append(object));
+    Describe(*button, std::string(prefix).append(subject));
   }
   return button;
 }

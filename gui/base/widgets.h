@@ -13,10 +13,10 @@ namespace tarvel {
 /// description that a screen reader reads: it distinguishes the "Help" buttons.
 void Describe(wxWindow& widget, std::string_view what);
 
-/// A button named `verb` and `object` together. A tooltip comes only with a verb: without one the
-/// label says it all.
-wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view verb,
-                    std::string_view object);
+/// A button whose name for screen readers is `prefix` and `subject` together. With a prefix the
+/// name is its tooltip, too; without one the label says it all.
+wxButton* NewButton(wxWindow* parent, std::string_view label, std::string_view prefix,
+                    std::string_view subject);
 
 /// Makes a dialog without a parent, before it is shown, a window like any other for the desktop.
 /// Otherwise some desktops keep it in front of all other windows of the program.

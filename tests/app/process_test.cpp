@@ -7,10 +7,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "app/globals.h"
 #include "core/pending_file.h"
@@ -113,6 +115,34 @@ TEST(PrepareProcess, RemovesTemporaryFilesWhenASignalEndsTheRun) {
   });
   EXPECT_EQ(status, -SIGINT);
   EXPECT_TRUE(std::filesystem::is_empty(directory / ""));
+}
+
+/// The toolkit's threads take signals that the one that publishes keeps waiting.
+TEST(PrepareProcess, LeavesASignalToTheFirstThread) {
+  int ends[2] = {};
+  ASSERT_EQ(pipe(ends), 0);
+  const int status = InChild([&] {
+    std::signal(SIGTERM, SIG_DFL);
+    PrepareProcess();
+    std::atomic<bool> begins = false;
+    std::atomic<bool> has_come = false;
+    std::thread other([&] {
+      while (!begins) std::this_thread::yield();
+      kill(getpid(), SIGTERM);  // handled here before `kill` returns: no other thread takes it
+      has_come = true;
+      pause();
+    });
+    other.detach();
+    const PublishGuard guard({});
+    begins = true;
+    while (!has_come) std::this_thread::yield();
+    return write(ends[1], "published", 9) == 9 ? 0 : 1;
+  });
+  EXPECT_EQ(status, -SIGTERM) << "after the guard's end";
+  close(ends[1]);
+  char text[16] = {};
+  EXPECT_EQ(read(ends[0], text, sizeof text), 9);
+  close(ends[0]);
 }
 
 TEST(GetProgramDirectory, FindsTheExecutable) {

@@ -9,9 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "app/globals.h"
+#include "batch/batch_files.h"
 #include "batch/request.h"
 #include "tests/support/disk_files.h"
 #include "tests/support/failing_calls.h"
+#include "tests/support/failing_memory.h"
 
 namespace tarvel {
 namespace {
@@ -82,6 +85,44 @@ TEST(Check, SortsByLineAndWritesNothing) {
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
             "tarvel-batch: " + (directory / "gone.bib") +
                 " could not be read: No such file or directory\n");
+}
+
+TEST(Check, ReportsALackOfMemory) {
+  const testing::TemporaryDirectory directory;
+  BatchRequest request;
+  request.files = {directory / "lit.bib"};
+  testing::WriteDiskFile(request.files[0], "@misc{a,\n  year = 1,\n}\n");
+  int failures = 0;
+  for (std::size_t n = 1;; n += 7) {  // each seventh request for memory
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    int status = 0;
+    bool failed = false;
+    {
+      const testing::FailingMemory memory(n);
+      status = RunCheckCommand(request);
+      failed = memory.Failed();
+    }
+    EXPECT_EQ(status, failed ? 2 : 1);
+    (void)::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr().empty(), !failed);
+    if (!failed || HasFailure()) break;
+    ++failures;
+  }
+  EXPECT_GT(failures, 10);
+}
+
+TEST(Check, ShowsItsProgress) {
+  struct Counter final : ReadingObserver {
+    void OnRead(std::size_t /*position*/, std::size_t /*size*/) override { ++calls; }
+    int calls = 0;
+  } counter;
+  const testing::TemporaryDirectory directory;
+  BatchFiles files(RealFileSystem(), true, counter);
+  GlobalFileSystem = &files;
+  EXPECT_EQ(CheckLibrary(directory / "lit.bib", "@misc{a,\n}\n").status, 0);
+  GlobalFileSystem = nullptr;
+  EXPECT_GT(counter.calls, 0);
 }
 
 TEST(Check, PrintsTheBeginningOfALongKey) {

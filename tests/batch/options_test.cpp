@@ -206,6 +206,15 @@ TEST(CommandLine, SaysWhatIsWrong) {
   EXPECT_TRUE(ParseCommandLine({"text", "--x"}).text.ends_with(" see 'tarvel-batch text --help'"));
 }
 
+TEST(CommandLine, TakesNamesOfFilesAsTheyAre) {
+  const Arguments names{"[a,b]", "{c}", "\"d\"", "e f", "g=h"};
+  Arguments words{"check"};
+  words.insert(words.end(), names.begin(), names.end());
+  EXPECT_EQ(ParseCommandLine(words).files, names);
+  EXPECT_EQ(ParseCommandLine({"check", "--", "--", "-x", "--help"}).files,
+            (Arguments{"--", "-x", "--help"}));
+}
+
 TEST(CommandLine, AnswersWithoutAnOperation) {
   const std::string all = GeneralHelp();
   const struct {

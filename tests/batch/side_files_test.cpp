@@ -62,6 +62,20 @@ TEST_P(SideFiles, AreNoneThatTheOperationWrites) {
   }
 }
 
+TEST_P(SideFiles, MayBeThoseOfARunWithoutPreparation) {
+  BatchRequest request = Request("");
+  request.prepare = true;
+  for (const Output output : GetParam().outputs) {
+    const std::string suffix(SuffixOf(output));
+    request.warnings_file = directory_ / ("lit" + suffix);
+    EXPECT_EQ(WhyRefused(request), "");
+    request.warnings_file = directory_ / ("lit_prepared" + suffix);
+    EXPECT_EQ(WhyRefused(request), Reason("--warnings", "writes", request.warnings_file));
+  }
+  request.warnings_file = directory_ / "lit_linux.bib";
+  EXPECT_EQ(WhyRefused(request), "") << "no such copy is made";
+}
+
 TEST_P(SideFiles, MayBeThoseOfOtherOperations) {
   for (const Operation& other : kOperations) {
     if (other.code == GetParam().code) continue;

@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -285,14 +287,35 @@ TEST_F(PendingFileTest, HasNoNameForSignalsWhenThereAreTooManyFiles) {
 TEST_F(PendingFileTest, PublishesAfterAWhileWhoeverHoldsTheDirectory) {
   const int held = open((directory_ / "").c_str(), O_RDONLY);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
-  { const PublishGuard guard(directory_ / ""); }
+  { const PublishGuard guard({directory_ / ""}); }
   close(held);
   {
     const FailingCall no_locks("flock", ENOLCK);
-    const PublishGuard guard(directory_ / "");
+    const PublishGuard guard({directory_ / ""});
     EXPECT_TRUE(no_locks.Failed());
   }
-  const PublishGuard nowhere(directory_ / "none");
+  const PublishGuard nowhere({directory_ / "none"});
+}
+
+TEST_F(PendingFileTest, LocksEachDirectoryOnce) {
+  const std::string other = directory_ / "other";
+  std::filesystem::create_directory(other);
+  const auto is_locked = [](const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY);
+    const bool locked = flock(descriptor, LOCK_EX | LOCK_NB) != 0;
+    close(descriptor);
+    return locked;
+  };
+  std::optional<PublishGuard> guard;
+  {
+    const FailingCall third("flock", ENOLCK, 3);
+    guard.emplace(std::set<std::string>{other, other + "/", directory_ / ""});
+    EXPECT_FALSE(third.Failed());
+  }
+  EXPECT_TRUE(is_locked(other));
+  EXPECT_TRUE(is_locked(directory_ / ""));
+  guard.reset();
+  EXPECT_FALSE(is_locked(other));
 }
 
 TEST_F(PendingFileTest, LeavesANameThatIsAnothersNow) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/run_files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +13,7 @@
 #include <utility>
 
 #include "tests/support/disk_files.h"
+#include "tests/support/failing_calls.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/memory_files.h"
 
@@ -215,6 +218,20 @@ TEST_F(RunFilesTest, ReadBackAFileThatStandsUnderItsNameAtOnce) {
   EXPECT_EQ(sink->Close(), "");
   EXPECT_EQ(run.OpenLines("a.bib", ReadMode::kRead)->Bytes(), "new\n");
   EXPECT_EQ(run.Publish(), "");
+}
+
+TEST_F(RunFilesTest, LockTheDirectoryOfEachFileThatIsRenamed) {
+  std::filesystem::create_directory(directory_ / "side");
+  std::filesystem::create_symlink("/dev/null", directory_ / "nothing");
+  Create(directory_ / "side/warnings.txt", "w");
+  Create(directory_ / "nothing", "n");
+  Create(library_, "new");
+  const int held = open((directory_ / "").c_str(), O_RDONLY);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  const testing::FailingCall third("flock", ENOLCK, 3);
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_TRUE(third.Failed()) << "what another run holds is asked for again";
+  close(held);
 }
 
 TEST_F(RunFilesTest, AskTheFileSystemBehindThem) {
