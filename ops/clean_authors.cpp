@@ -133,7 +133,7 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t offset, Aut
   const std::string reason = form == AuthorForm::kOther ? WhyNoKnownForm(old_list_) : std::string();
   if (!reason.empty()) {
     warnings_.Report(WarningKind::kAuthorsAsTheyWere, offset, key_,
-                     "the list of authors is of no known form: " + reason);
+                     "the author list was left unchanged: " + reason);
   }
   const bool is_plain = form == AuthorForm::kBraced || form == AuthorForm::kSingleWord;
   // A list that is not rearranged can still have changed: particles are written in lower case.
@@ -141,20 +141,19 @@ void AuthorCleaner::ReportAuthors(std::string_view line, std::size_t offset, Aut
       is_plain ? WhatChanged(old_list_, new_list_) : WhyDoubtful(old_list_, new_list_);
   if (!doubt.empty()) {
     warnings_.Report(WarningKind::kDoubtfulName, offset, key_,
-                     "the list of authors was rearranged, look at it: " + doubt);
+                     "check the new author list: " + doubt);
   }
   if (GoesOnUnread(line)) {
     warnings_.Report(WarningKind::kTornValue, offset, key_,
-                     "the lines of 'author' after the first stay behind, so that BibTeX cannot "
-                     "read the rest of the entry; put the list in braces");
+                     "only the first line of 'author' was replaced, so that BibTeX cannot read the "
+                     "rest of the entry; put the list in braces");
   }
   const std::string_view lost = TextAfterValue(line);
   if (lost.empty()) return;
   if (OpenBraces(lost) > 0) {
-    warnings_.Report(
-        WarningKind::kTornValue, offset, key_,
-        "a value begins after the authors and continues on the next lines, which stayed: "
-        "BibTeX cannot read the rest of the entry");
+    warnings_.Report(WarningKind::kTornValue, offset, key_,
+                     "a value that begins after the authors was cut off and its next lines remain: "
+                     "BibTeX cannot read the rest of the entry");
   }
   warnings_.Report(WarningKind::kTextLost, offset, key_,
                    "what follows the authors was lost: " + Quoted(lost));

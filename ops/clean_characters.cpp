@@ -212,9 +212,9 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
   left_out_.Add(shown, offset_);
   const std::ptrdiff_t open = OpenBraces(line);
   if (open > 0) {
-    warnings_.Report(WarningKind::kTornValue, offset_, bibitem_,
-                     {"the line of ", Quoted(shown),
-                      " was left out, but its value continues on the next lines, which stayed"});
+    warnings_.Report(
+        WarningKind::kTornValue, offset_, bibitem_,
+        {"the line of ", Quoted(shown), " was left out, but the next lines of its value remain"});
   } else if (open < 0) {
     warnings_.Report(
         WarningKind::kTornValue, offset_, bibitem_,

@@ -291,7 +291,7 @@ void DoubleCleaner::ReportDropped(const Decision& decision, const TypeGroup& gro
   const EqualEntries equal{.key = reader_.Entry().key,
                            .other = kept.Key(),
                            .offset = start,
-                           .verdict = "was dropped as a double of"};
+                           .verdict = "was dropped as a duplicate of"};
   const std::string_view bytes = input_.Bytes();
   const std::string_view kept_text = library_.Bytes().substr(kept.head, kept.end - kept.head);
   const LibraryRange read{start, input_.Position()};

@@ -188,7 +188,7 @@ std::string WhyNoKnownForm(std::string_view list) {
     if (list.find('.') != kNone) {
       const std::string_view full = FullFirstName(list);
       if (full.empty()) return {};
-      return Quoted(full) + " has a first name in full, but a '.' stands in the list";
+      return Quoted(full) + " has a full first name, but another name in the list has initials";
     }
     const std::string_view only = OnlyName(list);
     if (only.empty()) return {};

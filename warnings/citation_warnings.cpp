@@ -60,9 +60,9 @@ class CitationLine {
     const bool read =
         command.starts_with(kCite) && last_read_ != std::string_view::npos && at <= last_read_;
     if (!read && at < comment_) {
-      Report(command, "is not read: only \"\\cite{\" is");
+      Report(command, "is not read: only \"\\cite{\" is, without --cite-commands");
     } else if (read && at > comment_) {
-      Report(command, "stands in a comment and is read all the same");
+      Report(command, "is in a comment, but is read");
     } else if (read && line_.find('}', at) == std::string_view::npos) {
       Report(command, "is read to the end of its line only");
     } else if (read && command.starts_with(kCites)) {
@@ -100,7 +100,7 @@ void ReportKeys(const std::vector<std::string>& keys, const std::vector<std::siz
   for (std::size_t i = 0; i < keys.size(); ++i) {
     if (keys[i].find_first_of(" \t") == std::string::npos) continue;
     warnings.Report(WarningKind::kKeyWithBlank, offsets[i], keys[i],
-                    "the key has a blank, which belongs to it");
+                    "the key has a blank, which is read as a part of it");
   }
 }
 

@@ -169,7 +169,7 @@ void EntryReader::ReportSharedLine(std::string_view before) {
   } else {
     Report(WarningKind::kSharedLine, tag_offset_,
            {"the tag ", Quoted(tag_), " shares a line with ", Quoted(before),
-            ": only one of them is read, or one in the place of the other"});
+            ": one of them is not read, or takes the value of the other"});
   }
 }
 
@@ -191,7 +191,7 @@ void EntryReader::ReportUnbraced(std::size_t at) {
 void EntryReader::ReportJoined(std::size_t at) {
   if (!MentionsReadTag(at) && !IsReadTag()) return;
   Report(WarningKind::kUnbracedValue, at,
-         {"the value of '", tag_, "' goes on after a '#': only the part before it is read"});
+         {"the value of '", tag_, "' continues after a '#': only the part before it is read"});
 }
 
 /// Whether the line mentions a tag that is read. Mostly its own tag is one; the whole line is

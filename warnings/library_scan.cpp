@@ -133,7 +133,7 @@ void LibraryScan::ScanSpecialLine(std::string_view line, std::size_t offset) {
   if (next_bad_ < end) {
     warnings_.Report(WarningKind::kBadBytes, offset,
                      was_open || head ? entry_.Key() : std::string_view(),
-                     "the line holds bytes that are neither ASCII nor valid UTF-8");
+                     "the line contains bytes that are neither ASCII nor valid UTF-8");
   }
   if (!head) ReadOn(offset, end);
 }
@@ -245,22 +245,22 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
   in_unknown_ = true;
   if (!rest.starts_with('{')) {
     warnings_.Report(WarningKind::kUnknownType, offset, {},
-                     {"'", word, "' starts no entry, as no \"{\" follows on the line"});
+                     {"'", word, "' starts no entry: no \"{\" follows on the line"});
     return;
   }
   const std::string_view key = CopyUntilChar(rest, '{', ',');
   const bool is_known = !FindEntryType(type).empty();
   if (is_known && key.find('@') != std::string_view::npos) {
-    warnings_.Report(
-        WarningKind::kAtInKey, offset, key,
-        "the key holds an '@', so that no operation sees the entry: its lines belong to "
-        "none, or to the entry before; take it out");
+    warnings_.Report(WarningKind::kAtInKey, offset, key,
+                     "the key contains an '@', so that no operation sees the entry: its lines are "
+                     "skipped, or read as a part of the entry before it; remove the '@'");
     return;
   }
   const bool blank = is_known && word.end() != rest.begin();
   warnings_.Report(
       blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
-      {"'", word, "' starts no entry: its lines belong to none, or to the entry before"});
+      {"'", word,
+       "' is not a known type: the entry is skipped, or read as a part of the entry before it"});
 }
 
 /// Reports text that is written in capitals for an "@" before it and a "{" after it.

@@ -98,9 +98,10 @@ void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t offset,
   const std::string_view rest = library.substr(rest_at);
   const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
   if (tag.empty()) return;
-  warnings_.Report(
-      WarningKind::kEntryDropped, offset, key,
-      std::string("the entry was dropped as empty, but goes on with '").append(tag).append("'"));
+  warnings_.Report(WarningKind::kEntryDropped, offset, key,
+                   std::string("the entry was dropped as empty, although it has the tag '")
+                       .append(tag)
+                       .append("'"));
 }
 
 void TagWarnings::NoteRemovedString(std::string_view line, std::size_t offset) {
@@ -197,7 +198,7 @@ void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
                                         text.starts_with('}') || text.starts_with(')'));
   if (begins && !warnings_.ReportNumber(WarningKind::kTextNotCopied)) {
     warnings_.Report(WarningKind::kTextNotCopied, offset, key_,
-                     "text that is of no tag was not copied: " + Quoted(text));
+                     "text outside tags was not copied: " + Quoted(text));
   }
   in_text_ = !says_nothing && OpenBraces(text) >= 0;
 }

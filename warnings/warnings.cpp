@@ -154,7 +154,8 @@ void WarningReport::ReportValues(std::string_view file, std::size_t values, std:
   if (outputs_.quiet || unread * 2 <= values) return;
   std::string line = "warning: " + std::string(file) + " cannot be read as it is: ";
   line.append(std::to_string(unread)).append(" of ").append(std::to_string(values));
-  line.append(" values stand in quotes or bare, and are read as empty. Run 'tarvel-batch prepare ");
+  line.append(
+      " values are in quotes or have no braces, and are read as empty. Run 'tarvel-batch prepare ");
   line.append(file).append("' and work on the copy that it writes.");
   unread_.push_back(EscapeControls(line));
   if (outputs_.all) reporter_.Warn(unread_.back());
@@ -194,7 +195,8 @@ void WarningReport::ReportSummary() const {
     has_more = has_more || kinds_[i].count > kinds_[i].examples.size();
   }
   if (has_more && !outputs_.file) {
-    reporter_.Warn("warning: there are more; tarvel-batch writes all with --warnings FILE");
+    reporter_.Warn(
+        "warning: there are more warnings; tarvel-batch writes all of them with --warnings FILE");
   }
 }
 

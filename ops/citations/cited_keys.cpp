@@ -70,9 +70,9 @@ void CitedKeys::Read(Document& document) {
     FollowFiles(document, observer);
   }
   observer.on_other = [&](std::string_view command, std::size_t offset) {
-    document.warnings.Report(
-        WarningKind::kOtherCitation, offset, {},
-        std::string("'\\").append(command).append("' is not read; '--cite-commands' may name it"));
+    document.warnings.Report(WarningKind::kOtherCitation, offset, {},
+                             std::string("'\\").append(command).append(
+                                 "' is not read; add it to the list of --cite-commands"));
   };
   ReadDocument(document.lines.Bytes(), commands_, observer);
   --depth_;

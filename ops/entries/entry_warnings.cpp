@@ -276,7 +276,7 @@ void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misr
     tags.append(tags.empty() ? "'" : ", '").append(tag).append("'");
   }
   warnings.Report(WarningKind::kDroppedDiffers, entries.offset, entries.key,
-                  what + ", but they differ in " + tags + "; look whether it is another work");
+                  what + ", but they differ in " + tags + "; check whether it is another work");
 }
 
 void ReportUnread(const EqualEntries& entries, const UnreadTags& unread, FileWarnings& warnings) {

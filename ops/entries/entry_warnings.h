@@ -115,7 +115,7 @@ struct EqualEntries {
   std::string_view key;      // of the entry that the verdict is about
   std::string_view other;    // the key of the other one
   std::size_t offset;        // of the entry in its library
-  std::string_view verdict;  // what happened, as in "was dropped as a double of"
+  std::string_view verdict;  // what happened, as in "was dropped as a duplicate of"
 };
 
 /// Reports what makes the verdict doubtful: values of other tags, and tags that differ.

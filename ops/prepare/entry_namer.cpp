@@ -89,7 +89,7 @@ void EntryNamer::TakeType(const BibItem& entry) {
   log_.Say({"The type '@", entry.type, "' became '@", type_, "'."});
   if (known.is_in_table) return;
   log_.Warn(WarningKind::kUnknownType, entry.begin,
-            "nothing is known of the type '@" + std::string(entry.type) + "': it became '@" +
+            "the type '@" + std::string(entry.type) + "' is unknown and became '@" +
                 std::string(type_) + "'");
 }
 

@@ -137,7 +137,8 @@ void Preparer::TakeItem() {
   if (item_.kind == BibItem::Kind::kPreamble) TakePreamble();
   for (const std::string_view name : item_.undefined) {
     log_.Warn(WarningKind::kUndefinedString, item_.begin,
-              "the string " + Quoted(name) + " is not defined: its name stands for it");
+              "the string " + Quoted(name) +
+                  " is not defined before this line: its name is used as the value");
   }
   ReportFault();
   log_.EndEntry();
@@ -207,9 +208,11 @@ void Preparer::ReportKey() {
   if (key.empty()) text = "the entry has no key: Clean tags drops it";
   if (key.find('@') != std::string_view::npos) {
     text =
-        "its key holds an \"@\": no operation sees the entry, which stands in front of the others";
+        "its key contains an \"@\": no operation sees the entry, which was moved before the others";
   } else if (FindHarm(key, FactsOf(key), kJournalBit).words != 0) {
-    text = "its key holds 'journal': Journals joins the entry on one line and keeps its journal";
+    text =
+        "its key contains 'journal': Journals would join the lines of the entry and leave its "
+        "journal unchanged";
   } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
     text = "its key ends a tag's name: Clean characters leaves the entry's first line out";
   } else if (key.size() > kLongestKey) {

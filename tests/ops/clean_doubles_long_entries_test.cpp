@@ -34,8 +34,8 @@ std::string Misc(const std::string& key, const std::string& note, const std::str
 const std::string kFiller = "  filler = {" + std::string(1500, 'f') + "},\n";
 
 std::string Differs(const std::string& kept) {
-  return "the entry was dropped as a double of '" + kept +
-         "', but they differ in 'doi'; look whether it is another work";
+  return "the entry was dropped as a duplicate of '" + kept +
+         "', but they differ in 'doi'; check whether it is another work";
 }
 
 TEST(CleanDoublesLongEntries, AreComparedWithEachDouble) {

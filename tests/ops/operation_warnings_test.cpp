@@ -68,13 +68,14 @@ const Case kCases[] = {
     {"extract",
      "@book{a,\n  author = \"A\",\n  year = {1},\n@online{b,\n}\n@book {c,\n  title = {U},\n}\n",
      "\\citep{a}\n\\cite{a,b, c}\\cite{c}\n",
-     {"other-citation paper.tex:1 [] '\\citep' is not read: only \"\\cite{\" is",
-      "key-with-blank paper.tex:2 [ c] the key has a blank, which belongs to it",
+     {"other-citation paper.tex:1 [] '\\citep' is not read: only \"\\cite{\" is, without "
+      "--cite-commands",
+      "key-with-blank paper.tex:2 [ c] the key has a blank, which is read as a part of it",
       "unbraced-value lit.bib:2 [a] the value of 'author' has no braces around it and is read as "
       "empty",
       "runs-on lit.bib:1 [a] the entry has no closing brace before the next entry",
-      "unknown-type lit.bib:4 [b] '@online' starts no entry: its lines belong to none, or to the "
-      "entry before",
+      "unknown-type lit.bib:4 [b] '@online' is not a known type: the entry is skipped, or read as "
+      "a part of the entry before it",
       "blank-in-type lit.bib:6 [c] the type is read as 'BOOK ', with the blank, and is no known "
       "one",
       "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
@@ -93,7 +94,7 @@ const Case kCases[] = {
      "@book{d,\n  title = {V,\n@book{e,\n  title = {\xFC},\n  year = {1},\n}\n",
      "\\cite{e,d}\n",
      {"open-value lit.bib:2 [d] the value of 'title' does not close before the next entry",
-      "bad-bytes lit.bib:4 [e] the line holds bytes that are neither ASCII nor valid UTF-8",
+      "bad-bytes lit.bib:4 [e] the line contains bytes that are neither ASCII nor valid UTF-8",
       "value-missing lit_extract.bib:10 [e] the reference shows nothing for 'author', 'publisher', "
       "'address'",
       "carried-over lit_extract.bib:14 [d] shows the year of the earlier entry 'e'",
@@ -130,7 +131,7 @@ const Case kCases[] = {
     {"clean-authors",
      "@misc{a,\n  author = {Doe, J. and Roe}, year = {1},\n}\n",
      "",
-     {"authors-as-they-were lit.bib:2 [a] the list of authors is of no known form: 'Roe' has no "
+     {"authors-as-they-were lit.bib:2 [a] the author list was left unchanged: 'Roe' has no "
       "comma, but other names have one",
       "text-lost lit.bib:2 [a] what follows the authors was lost: 'year = {1}'"}},
     {"journals",
@@ -156,12 +157,12 @@ const Case kCases[] = {
      "",
      {"broken-head lit.bib:15 [] the key does not stand on the first line of the entry and is not "
       "read; put it there, with a comma after it",
-      "text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'Some text'",
+      "text-not-copied lit.bib:1 [] text outside tags was not copied: 'Some text'",
       "text-lost lit.bib:2 [a] the first line does not end with a comma and a line break: its last "
       "two bytes were cut",
-      "text-not-copied lit.bib:7 [a] text that is of no tag was not copied: 'stray'",
-      "text-not-copied lit.bib:9 [a] text that is of no tag was not copied: 'between'",
-      "entry-dropped lit.bib:10 [b] the entry was dropped as empty, but goes on with 'note'",
+      "text-not-copied lit.bib:7 [a] text outside tags was not copied: 'stray'",
+      "text-not-copied lit.bib:9 [a] text outside tags was not copied: 'between'",
+      "entry-dropped lit.bib:10 [b] the entry was dropped as empty, although it has the tag 'note'",
       "entry-dropped lit.bib:15 [] an entry without a key was dropped",
       "unknown-tag lit.bib:4 [] the tag 'keywords' is unknown and was dropped, times: 2",
       "unknown-tag lit.bib:6 [] the tag 'isbn' is unknown and was dropped, times: 1"}},
@@ -169,8 +170,8 @@ const Case kCases[] = {
      "@inproceedings{a,\n  title = {T}, year = {1},\n  shortauthor = {\\alphabet \\slas},\n"
      "  booktitle = {B},\n  editor = {Moe, A. and Zoe, B.},\n}\n",
      "",
-     {"shared-line lit.bib:2 [a] the tag 'year' shares a line with 'title': only one of them is "
-      "read, or one in the place of the other",
+     {"shared-line lit.bib:2 [a] the tag 'year' shares a line with 'title': one of them is not "
+      "read, or takes the value of the other",
       "other-tag lit.bib:3 [a] the value of 'author' is read from the line of 'shortauthor'",
       "other-tag lit.bib:2 [a] the value of 'year' is read from the line of 'title', which it "
       "shares",
@@ -207,25 +208,26 @@ const Case kCases[] = {
       "weak-verdict more.bib:1 [b] the entry is taken for the first library's entry 'a', but "
       "'pages' is read from the line of 'numpages'",
       "dropped-differs more.bib:1 [b] the entry is taken for the first library's entry 'a', but "
-      "they differ in 'title'; look whether it is another work"}},
+      "they differ in 'title'; check whether it is another work"}},
     {"clean-doubles",
      "% mine\n@string{s = {x}}\n@misc{a@b,\n  note = {x},\n}\n"
      "@book{a,\n  author = {A},\n  booktitle = {B},\n  year = {1},\n  doi = {1},\n}\n"
      "@book{b,\n  author = {A},\n  booktitle = {B},\n  year = {1},\n  doi = {2},\n}\n"
      "@misc{c,\n  url = {x%\n}},\n  note = {lost},\n}\n@misc{d,\n  note = {y}}\n",
      "",
-     {"at-in-key lit.bib:3 [a@b] the key holds an '@', so that no operation sees the entry: its "
-      "lines belong to none, or to the entry before; take "
-      "it out",
+     {"at-in-key lit.bib:3 [a@b] the key contains an '@', so that no operation sees the entry: its "
+      "lines are skipped, or read as a part of the entry before it; remove the '@'",
       "runs-on lit.bib:23 [d] no line that begins with \"}\" ends the entry before the end of the "
       "library",
       "text-not-copied lit.bib:1 [] text outside entries was not copied: '% mine'",
       "text-not-copied lit.bib:2 [] text outside entries was not copied: '@string{s = {x}}'",
       "text-not-copied lit.bib:3 [] text outside entries was not copied: '@misc{a@b,'",
-      "weak-verdict lit.bib:12 [b] the entry was dropped as a double of 'a', but 'title' is read "
+      "weak-verdict lit.bib:12 [b] the entry was dropped as a duplicate of 'a', but 'title' is "
+      "read "
       "from the line of 'booktitle'",
-      "dropped-differs lit.bib:12 [b] the entry was dropped as a double of 'a', but they differ in "
-      "'doi'; look whether it is another work",
+      "dropped-differs lit.bib:12 [b] the entry was dropped as a duplicate of 'a', but they differ "
+      "in "
+      "'doi'; check whether it is another work",
       "cut-entry lit.bib:20 [c] the entry was copied up to a value's line that begins with '}'; "
       "the rest is not in the new library: 'note'",
       "text-not-copied lit.bib:21 [] text outside entries was not copied: 'note = {lost},'",
@@ -237,10 +239,10 @@ const Case kCases[] = {
      "",
      {"unbraced-value lit.bib:5 [b] the value of 'author' has no braces around it and is read as "
       "empty",
-      "doubtful-name lit.bib:2 [a] the list of authors was rearranged, look at it: 'Plato' has one "
+      "doubtful-name lit.bib:2 [a] check the new author list: 'Plato' has one "
       "word and was paired with another name; 'Aristotle' has one word and was paired with another "
       "name",
-      "torn-value lit.bib:5 [b] the lines of 'author' after the first stay behind, so that BibTeX "
+      "torn-value lit.bib:5 [b] only the first line of 'author' was replaced, so that BibTeX "
       "cannot read the rest of the entry; put the list in braces"}},
     {"journals",
      "@article{journals/x,\n  title = {T},\n}\n@article{a,\n  journal = prl,\n}\n"
@@ -281,8 +283,8 @@ const Case kCases[] = {
     {"clean-characters",
      "@misc{a,\n  adsurl = {x%\n},\n  doi = {1}, year = {2},\n  url = {u}}\n",
      "",
-     {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but its value continues on the "
-      "next lines, which stayed",
+     {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but the next lines of its value "
+      "remain",
       "text-lost lit.bib:4 [a] the tag 'year' shares a line with 'doi' and was left out with it",
       "torn-value lit.bib:5 [a] the line of 'url' was left out with a '}' that ends more than its "
       "value",
@@ -292,9 +294,9 @@ const Case kCases[] = {
     {"clean-tags",
      "@string{s = {x}}\n@misc{a, \n  pages = {1},\n  numpages = {5}, year = {1},\n}\n",
      "",
-     {"shared-line lit.bib:4 [a] the tag 'year' shares a line with 'numpages': only one of them is "
-      "read, or one in the place of the other",
-      "text-not-copied lit.bib:1 [] text that is of no tag was not copied: '@string{s = {x}}'",
+     {"shared-line lit.bib:4 [a] the tag 'year' shares a line with 'numpages': one of them is not "
+      "read, or takes the value of the other",
+      "text-not-copied lit.bib:1 [] text outside tags was not copied: '@string{s = {x}}'",
       "broken-head lit.bib:2 [a] the first line does not end with the comma after the key: without "
       "its last two bytes BibTeX cannot read the entry; delete what follows the comma",
       "renamed-tag lit.bib:4 [a] the tag 'numpages' was written as the tag 'pages'",
@@ -309,15 +311,14 @@ const Case kCases[] = {
      "@misc{,\n  title = {U},\n}\ntext\n@STRING{\n  x = \"y\"\n}\n@misc{a,\n  doi = {1} # {2},\n"
      "  title = \"T\",\n}\n@comment{old,\n  year = {1900},\n}\n",
      "",
-     {"unbraced-value lit.bib:9 [a] the value of 'doi' goes on after a '#': only the part before "
-      "it "
-      "is read",
+     {"unbraced-value lit.bib:9 [a] the value of 'doi' continues after a '#': only the part before "
+      "it is read",
       "unbraced-value lit.bib:10 [a] the value of 'title' has no braces around it and is read as "
       "empty",
       "stray-tag lit.bib:13 [] the tag 'year' stands outside entries and is taken for one of the "
       "entry before",
       "entry-dropped lit.bib:1 [] an entry without a key was dropped",
-      "text-not-copied lit.bib:4 [] text that is of no tag was not copied: 'text'",
+      "text-not-copied lit.bib:4 [] text outside tags was not copied: 'text'",
       "text-not-copied lit.bib:5 [] the definition continues on the next lines, which were not "
       "copied, and its log names only this line: '@STRING{'",
       "renamed-tag lit.bib:12 [a] a line of text was written as the tag 'year'"}},
@@ -326,10 +327,10 @@ const Case kCases[] = {
      "  author = {Gregor v. Bockmann and {Ana Sof{\\'i}}a Campos and Rajiv \\& Tharam "
      "Dillon},\n}\n",
      "",
-     {"torn-value lit.bib:2 [a] a value begins after the authors and continues on the next lines, "
-      "which stayed: BibTeX cannot read the rest of the entry",
+     {"torn-value lit.bib:2 [a] a value that begins after the authors was cut off and its next "
+      "lines remain: BibTeX cannot read the rest of the entry",
       "text-lost lit.bib:2 [a] what follows the authors was lost: 'note = {x'",
-      "doubtful-name lit.bib:6 [b] the list of authors was rearranged, look at it: 'Gregor v. "
+      "doubtful-name lit.bib:6 [b] check the new author list: 'Gregor v. "
       "Bockmann' has another surname now; '{Ana Sof{\\'i}}a Campos' has other initials now; 'Rajiv "
       "\\& Tharam Dillon' lost a word without letters"}},
     {"journals",
@@ -372,7 +373,7 @@ const Case kCases[] = {
      "@article{a,\n  author = {Doe, J.},\n  journal = {M},\n  volume = {1},\n}\n",
      {"dropped-differs more.bib:1 [a] the entry is taken for the first library's entry 'a', but "
       "they "
-      "differ in 'journal'; look whether it is another work"}},
+      "differ in 'journal'; check whether it is another work"}},
     {"extract",
      "@String{\n  nat = \"Nature\"\n}\n@article{a,\n  author = {Doe, J.},\n  title = {T},\n"
      "  journal = \"The \" # nat,\n  Crossref = {p},\n  volume = {1},\n  pages = {2},\n  year = "
@@ -381,9 +382,8 @@ const Case kCases[] = {
      "\\cite{a}\n",
      {"unbraced-value lit.bib:7 [a] the value of 'journal' has no braces around it and is read as "
       "empty",
-      "unbraced-value lit.bib:7 [a] the value of 'journal' goes on after a '#': only the part "
-      "before "
-      "it is read",
+      "unbraced-value lit.bib:7 [a] the value of 'journal' continues after a '#': only the part "
+      "before it is read",
       "missing-parent lit.bib:4 [a] the 'crossref' of the entry names 'p', which is not in the new "
       "library",
       "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
@@ -400,10 +400,10 @@ const Case kCases[] = {
       "broken-head lit.bib:8 [] the key does not stand on the first line of the entry and is not "
       "read; put it there, with a comma after it",
       "text-not-copied lit.bib:2 [a] text after a value was not copied: '% mine'",
-      "text-not-copied lit.bib:6 [b] text that is of no tag was not copied: '{x}'",
-      "text-not-copied lit.bib:7 [b] text that is of no tag was not copied: '} % end'",
+      "text-not-copied lit.bib:6 [b] text outside tags was not copied: '{x}'",
+      "text-not-copied lit.bib:7 [b] text outside tags was not copied: '} % end'",
       "entry-dropped lit.bib:8 [] an entry without a key was dropped",
-      "text-not-copied lit.bib:10 [] text that is of no tag was not copied: 'text'"}},
+      "text-not-copied lit.bib:10 [] text outside tags was not copied: 'text'"}},
     {"clean-doubles",
      "@book{a,\n  author = {A},\n  title = {B},\n  year = {1},\n  doi = {1},\n}\n"
      "@book{b,\n  author = {A},\n  title = {B},\n  year = {1},\n  note = {\\url{x%\n}},\n"
@@ -411,10 +411,11 @@ const Case kCases[] = {
      "@report{d,\n  note = {u}}\ntext\n@misc{e,\n  url = {w},\n}\n",
      "",
      {"runs-on lit.bib:7 [b] no line that begins with \"}\" ends the entry before the next entry",
-      "unknown-type lit.bib:19 [d] '@report' starts no entry: its lines belong to none, or to the "
-      "entry before",
-      "dropped-differs lit.bib:7 [b] the entry was dropped as a double of 'a', but they differ in "
-      "'doi'; look whether it is another work",
+      "unknown-type lit.bib:19 [d] '@report' is not a known type: the entry is skipped, or read as "
+      "a part of the entry before it",
+      "dropped-differs lit.bib:7 [b] the entry was dropped as a duplicate of 'a', but they differ "
+      "in "
+      "'doi'; check whether it is another work",
       "text-not-copied lit.bib:14 [] text after a dropped entry was not copied: '@comment{x}'",
       "entry-dropped lit.bib:16 [c] the entry was taken for a part of 'b', which does not end "
       "before "
@@ -424,23 +425,23 @@ const Case kCases[] = {
     {"clean-authors",
      "@misc{a,\n  author = {{\\v S}tefan De Strau{\\ss}},\n}\n",
      "",
-     {"doubtful-name lit.bib:2 [a] the list of authors was rearranged, look at it: '{\\v S}tefan "
+     {"doubtful-name lit.bib:2 [a] check the new author list: '{\\v S}tefan "
       "De "
       "Strau{\\ss}' has another surname now"}},
     {"extract",
      "@string{s = {x}}\n@misc{a,\n  note = {T}}\n@report{b,\n  journal = s,\n}\n",
      "\\cite{a}\n\\cite{b}\n",
-     {"unknown-type lit.bib:4 [b] '@report' starts no entry: its lines belong to none, or to the "
-      "entry before",
+     {"unknown-type lit.bib:4 [b] '@report' is not a known type: the entry is skipped, or read as "
+      "a part of the entry before it",
       "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
       "text-not-copied lit.bib:1 [] entries of the new library use the definition, which is not "
       "copied: '@string{s = {x}}'"}},
     {"clean-tags",
      "mine\n@misc{,\n  note = {y},\n}\ntext\n@misc{d,\n}\n",
      "",
-     {"text-not-copied lit.bib:1 [] text that is of no tag was not copied: 'mine'",
+     {"text-not-copied lit.bib:1 [] text outside tags was not copied: 'mine'",
       "entry-dropped lit.bib:2 [] an entry without a key was dropped",
-      "text-not-copied lit.bib:5 [] text that is of no tag was not copied: 'text'"}},
+      "text-not-copied lit.bib:5 [] text outside tags was not copied: 'text'"}},
 };
 
 Lines Reported(const Case& c) {

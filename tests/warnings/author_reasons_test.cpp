@@ -18,16 +18,17 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
       {"John~Smith and Bob Jones", "'John~Smith' has no first names"},
       {"Doe, John", "'Doe, John' is a single name with a comma"},
       {"Smith, John A. and Doe, J.",
-       "'Smith, John A.' has a first name in full, but a '.' stands in the list"},
-      {"Doe, Al and Roe, B.", "'Doe, Al' has a first name in full, but a '.' stands in the list"},
+       "'Smith, John A.' has a full first name, but another name in the list has initials"},
+      {"Doe, Al and Roe, B.",
+       "'Doe, Al' has a full first name, but another name in the list has initials"},
       {"Doe, Jean-Paul and Roe, B.",
-       "'Doe, Jean-Paul' has a first name in full, but a '.' stands in the list"},
+       "'Doe, Jean-Paul' has a full first name, but another name in the list has initials"},
       {"Doe, Jos\\'e and Roe, B.",
-       "'Doe, Jos\\'e' has a first name in full, but a '.' stands in the list"},
+       "'Doe, Jos\\'e' has a full first name, but another name in the list has initials"},
       {"Doe, {\\AA}ke and Roe, B.",
-       "'Doe, {\\AA}ke' has a first name in full, but a '.' stands in the list"},
+       "'Doe, {\\AA}ke' has a full first name, but another name in the list has initials"},
       {"Doe, \xC3\x89\xC3\xA9n and Roe, B.",
-       "'Doe, \xC3\x89\xC3\xA9n' has a first name in full, but a '.' stands in the list"},
+       "'Doe, \xC3\x89\xC3\xA9n' has a full first name, but another name in the list has initials"},
   };
   for (const Case& c : cases) EXPECT_EQ(WhyNoKnownForm(c.list), c.reason) << c.list;
 }

@@ -28,28 +28,33 @@ TEST(ReportCitations, SaysNothingOfWhatIsReadAsItStands) {
 }
 
 TEST(ReportCitations, NamesOtherCommandsThatCite) {
-  EXPECT_EQ(Citations("\\citep{a}\n"), One("'\\citep' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\cite[1]{a}\n"), One("'\\cite' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\cite*{a}\n"), One("'\\cite*' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\Textcite{a}\n"), One("'\\Textcite' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\nocite{a}\n"), One("'\\nocite' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\cite{a} \\citep{b}\n"), One("'\\citep' is not read: only \"\\cite{\" is"));
+  EXPECT_EQ(Citations("\\citep{a}\n"),
+            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\cite[1]{a}\n"),
+            One("'\\cite' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\cite*{a}\n"),
+            One("'\\cite*' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\Textcite{a}\n"),
+            One("'\\Textcite' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\nocite{a}\n"),
+            One("'\\nocite' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\cite{a} \\citep{b}\n"),
+            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"));
 }
 
 /// As long as a "\cite{" is left on its line, the first command that begins with "\cite" is read.
 TEST(ReportCitations, KnowsThatACiteFurtherOnMakesEarlierOnesRead) {
   EXPECT_EQ(Citations("\\citep{a} \\cite{b}\n"), Lines());
   EXPECT_EQ(Citations("\\nocite{a} \\cite{b}\n"),
-            One("'\\nocite' is not read: only \"\\cite{\" is"));
-  EXPECT_EQ(Citations("\\citep{a}\n\\cite{b}\n"), One("'\\citep' is not read: only \"\\cite{\" is"))
+            One("'\\nocite' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\citep{a}\n\\cite{b}\n"),
+            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"))
       << "only on the same line";
 }
 
 TEST(ReportCitations, NamesWhatIsReadInACommentOrInPart) {
-  EXPECT_EQ(Citations("x % \\cite{a}\n"),
-            One("'\\cite' stands in a comment and is read all the same"));
-  EXPECT_EQ(Citations("\\\\% \\cite{a}\n"),
-            One("'\\cite' stands in a comment and is read all the same"))
+  EXPECT_EQ(Citations("x % \\cite{a}\n"), One("'\\cite' is in a comment, but is read"));
+  EXPECT_EQ(Citations("\\\\% \\cite{a}\n"), One("'\\cite' is in a comment, but is read"))
       << "the backslash before the \"%\" is the second of a line break";
   EXPECT_EQ(Citations("\\cite{a,\nb}\n"), One("'\\cite' is read to the end of its line only"));
   EXPECT_EQ(Citations("\\cites{a}{b} \\cite{c}\n"),
@@ -58,14 +63,17 @@ TEST(ReportCitations, NamesWhatIsReadInACommentOrInPart) {
 
 TEST(ReportCitations, GivesTheLineOfEach) {
   EXPECT_EQ(Citations("\n\\citep{a}\n\n\\citet{b}"),
-            (Lines{"other-citation p:2 [] '\\citep' is not read: only \"\\cite{\" is",
-                   "other-citation p:4 [] '\\citet' is not read: only \"\\cite{\" is"}));
+            (Lines{"other-citation p:2 [] '\\citep' is not read: only \"\\cite{\" is, without "
+                   "--cite-commands",
+                   "other-citation p:4 [] '\\citet' is not read: only \"\\cite{\" is, without "
+                   "--cite-commands"}));
 }
 
 /// Lines are read in pieces of 999 bytes, and each piece is a line of its own.
 TEST(ReportCitations, LooksAtLinesInTheirPieces) {
   const std::string blanks(994, ' ');
-  EXPECT_EQ(Citations(blanks + "\\cite{a}\n"), One("'\\cite' is not read: only \"\\cite{\" is"))
+  EXPECT_EQ(Citations(blanks + "\\cite{a}\n"),
+            One("'\\cite' is not read: only \"\\cite{\" is, without --cite-commands"))
       << "the brace stands in the next piece";
   EXPECT_EQ(Citations(blanks.substr(3) + "\\cite{a}\n"), Lines());
 }
@@ -79,9 +87,10 @@ TEST(ReportKeys, NamesThoseWithBlanks) {
   RecordingWarnings to;
   FileWarnings warnings(&to, "p", "one\ntwo\nthree\n");
   ReportKeys({"a", " b", "c d", "e\t", ""}, {0, 0, 4, 9, 9}, warnings);
-  EXPECT_EQ(to.lines, (Lines{"key-with-blank p:1 [ b] the key has a blank, which belongs to it",
-                             "key-with-blank p:2 [c d] the key has a blank, which belongs to it",
-                             "key-with-blank p:3 [e\t] the key has a blank, which belongs to it"}));
+  EXPECT_EQ(to.lines,
+            (Lines{"key-with-blank p:1 [ b] the key has a blank, which is read as a part of it",
+                   "key-with-blank p:2 [c d] the key has a blank, which is read as a part of it",
+                   "key-with-blank p:3 [e\t] the key has a blank, which is read as a part of it"}));
 }
 
 }  // namespace

@@ -82,29 +82,29 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
       {e + " note = \"T\",\n}\n", {}},
       {e + " note = {a = b, title = \"x\"},\n}\n", {}},
       {"@mastersthesis{k,\n title = {T},\n}\n",
-       {"unknown-type l:1 [k] '@mastersthesis' starts no entry: its lines belong to none, or to "
-        "the entry before"}},
+       {"unknown-type l:1 [k] '@mastersthesis' is not a known type: the entry is skipped, or read "
+        "as a part of the entry before it"}},
       {"@book{a,\n}\n\n  @Online{k,\n year = 1,\n}\n",
-       {"unknown-type l:4 [k] '@Online' starts no entry: its lines belong to none, or to the entry "
-        "before"}},
+       {"unknown-type l:4 [k] '@Online' is not a known type: the entry is skipped, or read as a "
+        "part of the entry before it"}},
       {"@articles{k,\n}\n", {"unknown-type l:1 [k] '@ARTICLES' is no known type"}},
       {"@article(k,\n)\n",
-       {"unknown-type l:1 [] '@article' starts no entry, as no \"{\" follows on the line"}},
+       {"unknown-type l:1 [] '@article' starts no entry: no \"{\" follows on the line"}},
       {"@book\n{k,\n}\n",
-       {"unknown-type l:1 [] '@book' starts no entry, as no \"{\" follows on the line"}},
+       {"unknown-type l:1 [] '@book' starts no entry: no \"{\" follows on the line"}},
       {"@book {k,\n}\n",
        {"blank-in-type l:1 [k] the type is read as 'BOOK ', with the blank, and is no known one"}},
       {"@electronic {k,\n}\n",
-       {"blank-in-type l:1 [k] '@electronic' starts no entry: its lines belong to none, or to the "
-        "entry before"}},
+       {"blank-in-type l:1 [k] '@electronic' is not a known type: the entry is skipped, or read as "
+        "a part of the entry before it"}},
       {e + " year = {1},\n@book{m,\n}\n",
        {"runs-on l:1 [k] the entry has no closing brace before the next entry"}},
       {e + " year = {1},\n",
        {"runs-on l:1 [k] the entry has no closing brace before the end of the library"}},
       {e + " year = {1},\n@online{m,\n}\n",
        {"runs-on l:1 [k] the entry has no closing brace before the next entry",
-        "unknown-type l:3 [m] '@online' starts no entry: its lines belong to none, or to the entry "
-        "before"}},
+        "unknown-type l:3 [m] '@online' is not a known type: the entry is skipped, or read as a "
+        "part of the entry before it"}},
       {e + " year = {1,\n@book{m,\n}\n",
        {"open-value l:2 [k] the value of 'year' does not close before the next entry"}},
       {e + " year = {1,\n}\n",
@@ -113,11 +113,11 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
        {"open-value l:2 [k] the value of 'year' does not close before the end of the library"}},
       {e + " year = {1,\n title = {T}},\n}\n@book{m,\n}\n", {}},
       {e + " note = {\xFC},\n title = {\xC3},\n}\n",
-       {"bad-bytes l:2 [k] the line holds bytes that are neither ASCII nor valid UTF-8",
-        "bad-bytes l:3 [k] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+       {"bad-bytes l:2 [k] the line contains bytes that are neither ASCII nor valid UTF-8",
+        "bad-bytes l:3 [k] the line contains bytes that are neither ASCII nor valid UTF-8"}},
       {e + " note = \"n\",\n}\n\xFC\n@comment{c}\n\xFC\n",
-       {"bad-bytes l:4 [] the line holds bytes that are neither ASCII nor valid UTF-8",
-        "bad-bytes l:6 [] the line holds bytes that are neither ASCII nor valid UTF-8"}},
+       {"bad-bytes l:4 [] the line contains bytes that are neither ASCII nor valid UTF-8",
+        "bad-bytes l:6 [] the line contains bytes that are neither ASCII nor valid UTF-8"}},
       {e + "}\n@misc{usual,\n title = {A long enough title},\n}\n  @book{l,\n title = {x\n",
        {"open-value l:7 [l] the value of 'title' does not close before the end of the library"}},
       {"x@book{a,\n}\n@misc{k, year = 1}\n",
@@ -227,8 +227,8 @@ TEST(ScanLibrary, ReportsTagsAndEntriesThatShareALine) {
   ScanRules rules{1000, &kTags};
   rules.one_value_a_line = true;
   EXPECT_EQ(Scan("@misc{k,\n title = {T}, year = {1}, note = {n}\n}\n", rules),
-            Lines{"shared-line l:2 [k] the tag 'year' shares a line with 'title': only one of them "
-                  "is read, or one in the place of the other"});
+            Lines{"shared-line l:2 [k] the tag 'year' shares a line with 'title': one of them is "
+                  "not read, or takes the value of the other"});
   EXPECT_EQ(Scan("@misc{k, title = {T}}\n", rules),
             Lines{"shared-line l:1 [k] the tag 'title' stands on the first line of its entry and "
                   "is not read"});
@@ -245,13 +245,12 @@ TEST(ScanLibrary, ReportsTagsAndEntriesThatShareALine) {
 TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
   EXPECT_EQ(
       Scan("@misc{a@b,\n title = {T},\n}\n"),
-      Lines{"at-in-key l:1 [a@b] the key holds an '@', so that no operation sees the entry: its "
-            "lines belong to none, or to the entry before; "
-            "take it out"});
+      Lines{"at-in-key l:1 [a@b] the key contains an '@', so that no operation sees the entry: its "
+            "lines are skipped, or read as a part of the entry before it; remove the '@'"});
   EXPECT_EQ(Scan("@www-page{a,\n}\n").size(), 1U);
   EXPECT_EQ(Scan("@misc{k,\n title = {T}\n}@www-page{a,\n}\n"),
-            Lines{"unknown-type l:3 [a] '@www-page' starts no entry: its lines belong to none, or "
-                  "to the entry before"});
+            Lines{"unknown-type l:3 [a] '@www-page' is not a known type: the entry is skipped, or "
+                  "read as a part of the entry before it"});
   EXPECT_EQ(Scan("@misc{\n k,\n title = {T},\n}\n"),
             Lines{"broken-head l:1 [] the key does not stand on the first line of the entry and is "
                   "not read; put it there, with a comma after it"});
@@ -261,7 +260,7 @@ TEST(ScanLibrary, ReportsEntriesThatAnAtHides) {
 }
 
 TEST(ScanLibrary, ReportsHeadsAfterOtherText) {
-  const std::string none = "starts no entry, as no \"{\" follows on the line";
+  const std::string none = "starts no entry: no \"{\" follows on the line";
   EXPECT_EQ(Scan("\xEF\xBB\xBF@book(a,\n title = {T},\n)\n"),
             Lines{"unknown-type l:1 [] '@book' " + none});
   EXPECT_EQ(Scan("text @book(a,\n title = {T},\n)\n"),
@@ -293,8 +292,8 @@ TEST(ScanLibrary, SkipsWhatIsOfNoEntry) {
 
 TEST(ScanLibrary, FollowsThePiecesOfAValue) {
   EXPECT_EQ(Scan("@misc{k,\n title = {a\nb} # {c},\n}\n"),
-            Lines{"unbraced-value l:3 [k] the value of 'title' goes on after a '#': only the part "
-                  "before it is read"});
+            Lines{"unbraced-value l:3 [k] the value of 'title' continues after a '#': only the "
+                  "part before it is read"});
   EXPECT_EQ(Scan("@misc{k,\n note = {a\nb} # {c},\n}\n"), Lines()) << "not read";
   EXPECT_EQ(Scan("@misc{k,\n title = {a} # \"b\",\n year = {1}\n}\n").size(), 1U);
   EXPECT_EQ(Scan("@misc{k,\n title = {a} #\n {b},\n year = {1}\n}\n").size(), 1U);
@@ -316,8 +315,8 @@ TEST(ScanLibrary, ReportsTextThatBecomesCapitals) {
 
 TEST(ScanLibrary, ReportsValuesOfSeveralParts) {
   EXPECT_EQ(Scan("@misc{k,\n title = {A} # { B},\n note = {A} # x,\n year = {1}\n}\n"),
-            Lines{"unbraced-value l:2 [k] the value of 'title' goes on after a '#': only the part "
-                  "before it is read"});
+            Lines{"unbraced-value l:2 [k] the value of 'title' continues after a '#': only the "
+                  "part before it is read"});
   EXPECT_EQ(Scan("@misc{k,\n title = {A and\n  \xC3\x9C"
                  "x},\n note = {A\n\xC3\x9C"
                  "x}\n}\n"),

@@ -59,19 +59,20 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
   warnings_.NoteDroppedAsEmpty("k", 40, library, library.size());
   EXPECT_EQ(Reported(), Lines()) << "only the next line counts";
   warnings_.NoteDroppedAsEmpty("k", 40, more, library.size());
-  EXPECT_EQ(Reported(),
-            Lines{"entry-dropped l:5 [k] the entry was dropped as empty, but goes on with "
-                  "'note'"});
+  EXPECT_EQ(
+      Reported(),
+      Lines{
+          "entry-dropped l:5 [k] the entry was dropped as empty, although it has the tag 'note'"});
 }
 
 TEST_F(TagWarningsTest, WhatFollowsADroppedEntryIsText) {
-  const std::string reported = "text-not-copied l:1 [] text that is of no tag was not copied: ";
+  const std::string reported = "text-not-copied l:1 [] text outside tags was not copied: ";
   const std::string dropped = "entry-dropped l:1 [] an entry without a key was dropped";
   std::string library = "@MISC{,\n} % end\ntext\n@MISC{a,\n";
   warnings_.NoteDroppedWithoutKey(library, 7);
   warnings_.NoteSkippedOutside("} % end\ntext\n", 8);
   EXPECT_EQ(Reported(), (Lines{dropped, reported + "'% end'",
-                               "text-not-copied l:2 [] text that is of no tag was not copied: "
+                               "text-not-copied l:2 [] text outside tags was not copied: "
                                "'text'"}))
       << "the next lines are a text of their own";
   warnings_.StartEntry("@MISC{a,\n", 29);
@@ -94,9 +95,8 @@ TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
   warnings_.NoteSkippedOutside(std::string(BibFileHeader) + "\n% Encoding: UTF-8\n", 0);
   EXPECT_EQ(Reported(), Lines()) << "the header, also of an earlier run, and the encoding";
   warnings_.NoteSkippedOutside("text\nmore\n\nagain\n@STRING{x = {y}}\n", 20);
-  EXPECT_EQ(Reported(),
-            (Lines{"text-not-copied l:3 [] text that is of no tag was not copied: 'text'",
-                   "text-not-copied l:4 [] text that is of no tag was not copied: 'again'"}))
+  EXPECT_EQ(Reported(), (Lines{"text-not-copied l:3 [] text outside tags was not copied: 'text'",
+                               "text-not-copied l:4 [] text outside tags was not copied: 'again'"}))
       << "a text of several lines once, and no definition of a string";
   warnings_.StartEntry("@MISC{a,\n", 50);
   warnings_.NoteSkippedOutside("text\n", 60);
@@ -104,7 +104,7 @@ TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
 }
 
 TEST_F(TagWarningsTest, TextIsReportedOnceUpToTheNextTag) {
-  const std::string reported = "text-not-copied l:2 [a] text that is of no tag was not copied: ";
+  const std::string reported = "text-not-copied l:2 [a] text outside tags was not copied: ";
   warnings_.StartEntry("@MISC{a,\n", 0);
   for (const std::string_view line : {"\n", "}\n", " },\n", "}"}) warnings_.NoteSkipped(line, 10);
   EXPECT_EQ(Reported(), Lines()) << "lines that say nothing";
@@ -135,7 +135,7 @@ TEST_F(TagWarningsTest, LinesOfADroppedValueAreNoText) {
   warnings_.NoteSkipped("stray\n", 60);
   warnings_.ReportTags();
   EXPECT_EQ(Reported(),
-            (Lines{"text-not-copied l:7 [a] text that is of no tag was not copied: 'stray'",
+            (Lines{"text-not-copied l:7 [a] text outside tags was not copied: 'stray'",
                    "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1"}));
 }
 
@@ -148,7 +148,7 @@ TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
   warnings_.NoteSkippedTag("no tag\n", 50);
   warnings_.ReportTags();
   EXPECT_EQ(Reported(),
-            (Lines{"text-not-copied l:6 [a] text that is of no tag was not copied: 'no tag'",
+            (Lines{"text-not-copied l:6 [a] text outside tags was not copied: 'no tag'",
                    "unknown-tag l:3 [] the tag 'keywords' is unknown and was dropped, times: 2",
                    "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1",
                    "unknown-tag l:5 [] the tag 'KEYWORDS' is unknown and was dropped, times: 1"}));

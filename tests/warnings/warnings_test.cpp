@@ -122,12 +122,12 @@ TEST(WarningReport, SumsUpLossesBeforeNotesAndTheMostFrequentFirst) {
                                        {WarningKind::kRunsOn, "b.bib", 5, "m", "and again"}});
   EXPECT_EQ(reported.lines,
             (std::vector<std::string>{
-                "warning: loss: entries that run on for want of a closing brace: 2 [runs-on]",
+                "warning: loss: entries without a closing brace: 2 [runs-on]",
                 "b.bib:4: warning: entry 'l': again [runs-on]",
                 "b.bib:5: warning: entry 'm': and again [runs-on]",
                 "warning: loss: lines that are too long to be read at once: 1 [long-line]",
                 "warning: entry 'k': none [long-line]",
-                "warning: note: entries that are compared to none: 2 [no-group]",
+                "warning: note: entries that are compared with none: 2 [no-group]",
                 "a.bib:3: warning: no group [no-group]", "a.bib:4: warning: no group [no-group]"}));
 }
 
@@ -148,8 +148,9 @@ TEST(WarningReport, GivesThreeExamplesAndSaysHowToGetAll) {
   EXPECT_EQ(reported.lines[0],
             "warning: loss: lines that are too long to be read at once: 4 [long-line]");
   EXPECT_EQ(reported.lines[3], "a:1: warning: x [long-line]");
-  EXPECT_EQ(reported.lines.back(),
-            "warning: there are more; tarvel-batch writes all with --warnings FILE");
+  EXPECT_EQ(
+      reported.lines.back(),
+      "warning: there are more warnings; tarvel-batch writes all of them with --warnings FILE");
   const Reported in_file = ReportAll(four);
   EXPECT_EQ(in_file.lines.size(), 1U + 3) << "all are in the file";
   EXPECT_EQ(std::count(in_file.file.begin(), in_file.file.end(), '\n'), 4);
@@ -184,10 +185,11 @@ TEST(WarningReport, SaysFirstThatALibraryIsHardlyRead) {
   warnings.ReportValues(5, 3);
   report.ReportSummary();
   ASSERT_EQ(reporter.warnings.size(), 3U) << "half of the values is not enough";
-  EXPECT_EQ(reporter.warnings[0],
-            "warning: a.bib cannot be read as it is: 3 of 5 values stand in quotes or bare, and "
-            "are read as empty. Run 'tarvel-batch prepare a.bib' and work on the copy that it "
-            "writes.");
+  EXPECT_EQ(
+      reporter.warnings[0],
+      "warning: a.bib cannot be read as it is: 3 of 5 values are in quotes or have no braces, and "
+      "are read as empty. Run 'tarvel-batch prepare a.bib' and work on the copy that it "
+      "writes.");
 }
 
 TEST(WarningReport, AsksForNoTextThatNobodyReads) {

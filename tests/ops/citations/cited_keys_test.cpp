@@ -63,8 +63,8 @@ TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
   EXPECT_EQ(warnings.lines,
             (Keys{"other-citation d/paper.tex:2 [] the file 'gone' of '\\input' was not found, and "
                   "its citations are missing",
-                  "other-citation d/paper.tex:2 [] '\\mycite' is not read; '--cite-commands' may "
-                  "name it",
+                  "other-citation d/paper.tex:2 [] '\\mycite' is not read; add it to the list of "
+                  "--cite-commands",
                   "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
 }
 

@@ -96,12 +96,13 @@ TEST(UnreadOf, IsWhatBibTeXReadsOfTheOtherOnly) {
 TEST(ReportUnread, NamesTheTags) {
   RecordingWarnings to;
   FileWarnings warnings(&to, "l", "one\ntwo\n");
-  const EqualEntries equal{"a", "b", 4, "was dropped as a double of"};
+  const EqualEntries equal{"a", "b", 4, "was dropped as a duplicate of"};
   ReportUnread(equal, {}, warnings);
   EXPECT_EQ(to.lines, Lines());
   ReportUnread(equal, {{"title", "year"}, "why"}, warnings);
-  EXPECT_EQ(to.lines, Lines{"dropped-differs l:2 [a] the entry was dropped as a double of 'b', of "
-                            "which BibTeX reads no 'title', 'year': why"});
+  EXPECT_EQ(to.lines,
+            Lines{"dropped-differs l:2 [a] the entry was dropped as a duplicate of 'b', of "
+                  "which BibTeX reads no 'title', 'year': why"});
 }
 
 TEST(ParentOf, IsTheValueOfTheTagOnly) {
@@ -164,7 +165,7 @@ TEST(ReportVerdict, NamesWhatMakesItDoubtful) {
             (Lines{"weak-verdict l:1 [b] the entry equals 'a', but 'title' is read from the line "
                    "of 'booktitle'",
                    "dropped-differs l:1 [b] the entry equals 'a', but they differ in 'title', "
-                   "'year'; look whether it is another work"}));
+                   "'year'; check whether it is another work"}));
 }
 
 }  // namespace

@@ -78,8 +78,8 @@ TEST(Prepare, GivesTypesThatOperationsKnow) {
   EXPECT_EQ(result.library,
             "@ELECTRONIC{a,\n}\n\n@MASTERTHESIS{b,\n}\n\n@CONFERENCE{c,\n}\n\n@MISC{d,\n}\n\n");
   EXPECT_NE(result.log.find("The type '@online' became '@ELECTRONIC'."), std::string::npos);
-  EXPECT_EQ(result.warnings, (Texts{"unknown-type [d] nothing is known of the type '@articles': it "
-                                    "became '@MISC'"}));
+  EXPECT_EQ(result.warnings,
+            (Texts{"unknown-type [d] the type '@articles' is unknown and became '@MISC'"}));
 }
 
 TEST(Prepare, GivesTagsTheNamesThatOperationsKnow) {
@@ -213,11 +213,11 @@ TEST(Prepare, ATextThatWouldStartAnEntryIsLeftOutEvenIfItIsNeeded) {
 TEST(Prepare, ReportsKeysThatNoFormCures) {
   const std::pair<const char*, const char*> cases[] = {
       {"DBLP:journals/x",
-       "its key holds 'journal': Journals joins the entry on one line and keeps "
-       "its journal; change the key"},
+       "its key contains 'journal': Journals would join the lines of the entry and leave its "
+       "journal unchanged; change the key"},
       {"a@b",
-       "its key holds an \"@\": no operation sees the entry, which stands in front of the "
-       "others; change the key"},
+       "its key contains an \"@\": no operation sees the entry, which was moved before the others; "
+       "change the key"},
       {"", "the entry has no key: Clean tags drops it; change the key"},
       {"url={x",
        "its key ends a tag's name: Clean characters leaves the entry's first line out; "
@@ -356,9 +356,8 @@ TEST(Prepare, PiecesOfALongLibraryAreTheWholeWithWhatStandsInFront) {
 TEST(Prepare, TheNameOfAnUndefinedStringIsItsText) {
   const Result result = Prepare("@misc{k, journal = PRB}");
   EXPECT_EQ(result.library, "@MISC{k,\n  journal = {PRB}\n}\n\n");
-  EXPECT_EQ(result.warnings,
-            (Texts{"undefined-string [k] the string 'PRB' is not defined: its name "
-                   "stands for it"}));
+  EXPECT_EQ(result.warnings, (Texts{"undefined-string [k] the string 'PRB' is not defined before "
+                                    "this line: its name is used as the value"}));
 }
 
 TEST(Prepare, WhatCannotBeReadStandsInTheLog) {
@@ -427,8 +426,8 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
       (Texts{
           "left-out my.refs.bib:1 [a] the tag 't' was left out: operations would read its line as "
           "that of 'year'; prepare --keep-all keeps it",
-          "undefined-string my.refs.bib:1 [a] the string 'x' is not defined: its name "
-          "stands for it",
+          "undefined-string my.refs.bib:1 [a] the string 'x' is not defined before this line: its "
+          "name is used as the value",
           "unread-text my.refs.bib:2 [a] a comma, or the end of the entry, is missing after "
           "the value of 't'; the text stands in the log"}));
   EXPECT_EQ(reporter.printed, "");
