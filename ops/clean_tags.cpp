@@ -196,7 +196,7 @@ bool TagCleaner::CheckEmptyEntry(std::string_view line) {
   }
   for (const NameMatcher* name : {&owner_, &timestamp_}) {
     const auto next = input_.ReadLine(limits::kLongLine);
-    if (!next) return false;
+    if (!next) break;
     if (!name->Any(*next)) {
       input_.SetPosition(after_line);
       return true;

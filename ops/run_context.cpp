@@ -56,7 +56,8 @@ std::string OutputPath(const std::string& library, std::string_view suffix,
 
 std::optional<LineStream> OpenForUpdate(const RunContext& run, const std::string& path) {
   std::optional<LineStream> lines = run.files.OpenLines(path, ReadMode::kUpdate);
-  if (!lines && run.files.OpenSource(path, ReadMode::kRead)) {
+  if (!lines && !run.files.OpenSource(path, ReadMode::kUpdate) &&
+      run.files.OpenSource(path, ReadMode::kRead)) {
     run.reporter.Warn(
         EscapeControls("warning: the file '" + path +
                        "' is read-only, and this operation takes only files that "

@@ -72,7 +72,7 @@ class CitationLine {
 
   void Report(std::string_view command, std::string_view what) {
     warnings_.Report(WarningKind::kOtherCitation, offset_, {},
-                     std::string("'").append(command).append("' ").append(what));
+                     Quoted(command) + " " + std::string(what));
   }
 
   std::string_view line_;

@@ -42,7 +42,7 @@ void EntryReader::Close(std::size_t next) {
   const std::string_view where = at_end ? "the end of the library" : "the next entry";
   if (IsInside()) {
     Report(WarningKind::kOpenValue, tag_offset_,
-           {"the value of '", tag_, "' does not close before ", where});
+           {"the value of ", Quoted(tag_), " does not close before ", where});
   } else if (state_ != State::kOutside) {
     Report(WarningKind::kRunsOn, head_, {"the entry has no closing brace before ", where});
   } else if (has_entry_ && rules_.needs_closing_line && !closing_line_) {
@@ -183,15 +183,16 @@ void EntryReader::ReportUnbraced(std::size_t at) {
       EndsLine(at)       ? "does not begin on the line of its name and is read as empty"
       : HasBraceFrom(at) ? "has no braces around it and is read from the first brace on"
                          : "has no braces around it and is read as empty";
-  Report(WarningKind::kUnbracedValue, tag_offset_, {"the value of '", tag_, "' ", how});
+  Report(WarningKind::kUnbracedValue, tag_offset_, {"the value of ", Quoted(tag_), " ", how});
 }
 
 /// Reports the value that goes on after the "#" at `at`, if it is that of a tag that is read, or
 /// the line mentions one.
 void EntryReader::ReportJoined(std::size_t at) {
   if (!MentionsReadTag(at) && !IsReadTag()) return;
-  Report(WarningKind::kUnbracedValue, at,
-         {"the value of '", tag_, "' continues after a '#': only the part before it is read"});
+  Report(
+      WarningKind::kUnbracedValue, at,
+      {"the value of ", Quoted(tag_), " continues after a '#': only the part before it is read"});
 }
 
 /// Whether the line mentions a tag that is read. Mostly its own tag is one; the whole line is

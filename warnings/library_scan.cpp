@@ -208,9 +208,10 @@ void LibraryScan::TakeKnownHead(std::string_view type, std::string_view key, std
   if (!FindEntryType(type).empty()) return;
   if (!FindEntryType(TrimEnd(type, IsBlank)).empty()) {
     Report(WarningKind::kBlankInType, offset,
-           {"the type is read as '", type, "', with the blank, and is no known one"});
+           {"the type is read as ", Quoted(type), ", with the blank, and is not a known one"});
   } else {
-    Report(WarningKind::kUnknownType, offset, {"'@", type, "' is no known type"});
+    Report(WarningKind::kUnknownType, offset,
+           {Quoted("@" + std::string(type)), " is not a known type"});
   }
 }
 
@@ -245,7 +246,7 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
   in_unknown_ = true;
   if (!rest.starts_with('{')) {
     warnings_.Report(WarningKind::kUnknownType, offset, {},
-                     {"'", word, "' starts no entry: no \"{\" follows on the line"});
+                     {Quoted(word), " starts no entry: no \"{\" follows on the line"});
     return;
   }
   const std::string_view key = CopyUntilChar(rest, '{', ',');
@@ -257,10 +258,9 @@ void LibraryScan::ReportOtherHead(std::string_view word, std::string_view rest,
     return;
   }
   const bool blank = is_known && word.end() != rest.begin();
-  warnings_.Report(
-      blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
-      {"'", word,
-       "' is not a known type: the entry is skipped, or read as a part of the entry before it"});
+  warnings_.Report(blank ? WarningKind::kBlankInType : WarningKind::kUnknownType, offset, key,
+                   {Quoted(word), blank ? " is followed by a blank" : " is not a known type",
+                    ": the entry is skipped, or read as a part of the entry before it"});
 }
 
 /// Reports text that is written in capitals for an "@" before it and a "{" after it.
@@ -280,7 +280,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
       const std::string_view named = TagNameOf(line);
       const std::string_view tag = named.empty() ? entry_.Tag() : named;
       Report(WarningKind::kUpperCased, offset,
-             {"the text ", Quoted(text), tag.empty() ? "" : " in '", tag, tag.empty() ? "" : "'",
+             {"the text ", Quoted(text), tag.empty() ? "" : " in " + Quoted(tag),
               " becomes capitals, as it stands between an '@' and a brace"});
       return;
     }

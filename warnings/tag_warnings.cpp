@@ -95,13 +95,13 @@ void TagWarnings::NoteDroppedAsEmpty(std::string_view key, std::size_t offset,
                                      std::string_view library, std::size_t rest_at) {
   if (!warnings_.Wanted()) return;
   SkipEntry(library, offset);
-  const std::string_view rest = library.substr(rest_at);
-  const std::string_view tag = TagNameOf(rest.substr(0, rest.find('\n')));
-  if (tag.empty()) return;
-  warnings_.Report(WarningKind::kEntryDropped, offset, key,
-                   std::string("the entry was dropped as empty, although it has the tag '")
-                       .append(tag)
-                       .append("'"));
+  const std::size_t end = std::min(library.find('\n', rest_at), library.size());
+  for (const LineTag& tag : TagsOf(library.substr(offset + 1, end - offset - 1))) {
+    if (EqualNoCase(tag.name, "owner") || EqualNoCase(tag.name, "timestamp")) continue;
+    warnings_.Report(WarningKind::kEntryDropped, offset, key,
+                     "the entry was dropped as empty, although it has the tag " + Quoted(tag.name));
+    return;
+  }
 }
 
 void TagWarnings::NoteRemovedString(std::string_view line, std::size_t offset) {
@@ -149,14 +149,12 @@ void TagWarnings::NoteTag(std::string_view line, std::string_view known, bool wa
   if (!was_written || !warnings_.Wanted()) return;
   const std::string_view name = TagNameOf(line);
   if (!EqualNoCase(name, known)) ReportRenamed(name, known, offset);
-  for (const auto& [tag, earlier] : written_) {
-    if (tag != known) continue;
-    warnings_.Report(WarningKind::kTagTwice, offset, key_,
-                     "the entry has the tag " + Quoted(known) + " twice now, from " +
-                         Quoted(earlier) + " and from " + Quoted(name.empty() ? "text" : name));
-    break;
-  }
-  written_.emplace_back(known, name.empty() ? "text" : name);
+  const std::string shown(name.empty() ? "text" : name);
+  const auto [earlier, is_first] = written_.try_emplace(known, shown);
+  if (is_first) return;
+  warnings_.Report(WarningKind::kTagTwice, offset, key_,
+                   "the entry has the tag " + Quoted(known) + " twice now, from " +
+                       Quoted(earlier->second) + " and from " + Quoted(shown));
 }
 
 void TagWarnings::NoteAfterValue(std::string_view line, std::string_view value,
@@ -206,10 +204,8 @@ void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
 void TagWarnings::ReportTags() {
   for (const auto& [name, dropped] : unknown_tags_.ByCount()) {
     warnings_.Report(WarningKind::kUnknownTag, dropped.first, {},
-                     std::string("the tag '")
-                         .append(name)
-                         .append("' is unknown and was dropped, times: ")
-                         .append(std::to_string(dropped.count)));
+                     "the tag " + Quoted(name) +
+                         " is unknown and was dropped, times: " + std::to_string(dropped.count));
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,8 +26,9 @@ class TagWarnings {
   /// An entry without a key is dropped. `offset` is that of the last byte of its first line.
   /// `library` must outlive this.
   void NoteDroppedWithoutKey(std::string_view library, std::size_t offset);
-  /// An entry is dropped for its first two tags; `rest_at` is where the rest of it begins.
-  /// `library` must outlive this.
+  /// An entry is dropped for the two lines after its first, which mention an owner and a timestamp.
+  /// `offset` is that of the last byte of the first line, and `rest_at` where the rest of it
+  /// begins. `library` must outlive this.
   void NoteDroppedAsEmpty(std::string_view key, std::size_t offset, std::string_view library,
                           std::size_t rest_at);
   /// A line that defines a string is removed and logged.
@@ -67,8 +69,8 @@ class TagWarnings {
   bool in_text_ = false;
   std::ptrdiff_t depth_ = 0;  // of the braces of a dropped value that goes on
   Tally unknown_tags_;
-  // Of the entry: the tags that were written and under which names they stood.
-  std::vector<std::pair<std::string_view, std::string>> written_;
+  // Of the entry: the tags that were written, and under which name each stood first.
+  std::map<std::string_view, std::string> written_;
   std::vector<std::pair<std::string, std::size_t>> strings_;  // skipped, with their offsets
 };
 

@@ -210,6 +210,11 @@ def conflicts_with_pages_that_close_late(n):
     return library.replace("@misc{z,\n note", "@article{z,\n pages")
 
 
+def two_tags_again_and_again(n):
+    lines = "".join(f" {tag} = {{{i}}},\n" for tag in ("author", "title") for i in range(n))
+    return "@article{k,\n" + lines + "}\n"
+
+
 def unknown_tags(n):
     return "@misc{k,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
 
@@ -260,6 +265,7 @@ SHAPES = (
     (conflicts_whose_values_close_later, 1500, ("clean-doubles",)),
     (conflicts_that_switch_between_two_readings, 2000, ("clean-doubles",)),
     (conflicts_with_pages_that_close_late, 1500, ("clean-doubles",)),
+    (two_tags_again_and_again, 10000, ALL),
     (unknown_tags, 20000, ALL),
     (unknown_journals, 10000, ALL),
     (strings, 20000, ALL),

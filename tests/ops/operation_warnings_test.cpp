@@ -76,7 +76,7 @@ const Case kCases[] = {
       "runs-on lit.bib:1 [a] the entry has no closing brace before the next entry",
       "unknown-type lit.bib:4 [b] '@online' is not a known type: the entry is skipped, or read as "
       "a part of the entry before it",
-      "blank-in-type lit.bib:6 [c] the type is read as 'BOOK ', with the blank, and is no known "
+      "blank-in-type lit.bib:6 [c] the type is read as 'BOOK ', with the blank, and is not a known "
       "one",
       "missing-citation paper.tex:2 [b] the cited key has no entry in the library",
       "missing-citation paper.tex:2 [ c] the cited key has no entry in the library",
@@ -110,7 +110,7 @@ const Case kCases[] = {
      "@article{a,\n  author = {J. Doe},\n  title = {\\foo T},\n  volume = {1}\n}\n"
      "@article{b,\n  author = {J. Doe},\n  title = {T}\n}\n@articles{c,\n}\n",
      "",
-     {"unknown-type lit.bib:10 [c] '@ARTICLES' is no known type",
+     {"unknown-type lit.bib:10 [c] '@ARTICLES' is not a known type",
       "value-missing lit.bib:1 [a] the reference shows nothing for 'journal', 'pages', 'year'",
       "command-left lit.bib:1 [a] '\\foo' is left in the title",
       "carried-over lit.bib:6 [b] shows the volume of the earlier entry 'a'",
@@ -121,7 +121,7 @@ const Case kCases[] = {
      "@articles{a,\n}\n@misc{b,\n}\n",
      "@misc{c,\n}\n@book{C,\n}\n",
      {"no-group lit.bib:1 [a] the type 'ARTICLES' is compared with none",
-      "unknown-type lit.bib:1 [a] '@ARTICLES' is no known type",
+      "unknown-type lit.bib:1 [a] '@ARTICLES' is not a known type",
       "key-twice more.bib:3 [C] the key stands in line 1 already"}},
     {"clean-doubles",
      "@misc{a,\n  note = {x},\n}\n@misc{b,\n  note = {y},\n}\n@misc{a,\n  note = {z},\n}\n"
@@ -150,6 +150,7 @@ const Case kCases[] = {
       "character lit.bib:2 [] U+20AC \xE2\x82\xAC became '?\?\?', times: 1",
       "line-left-out lit.bib:3 [] lines with the tag 'doi' were left out, times: 2",
       "line-left-out lit.bib:4 [] lines with the tag 'url' were left out, times: 1"}},
+    {"clean-tags", "@misc{a,\n  title = {The homeowner}}", "", {"x"}},
     {"clean-tags",
      "Some text\n@misc{a,  \n  note = {x},\n  keywords = {k},\n  keywords = {l},\n  isbn = {1},\n"
      "  stray\n}\nbetween\n@misc{b,\n  owner = {o},\n  timestamp = {t},\n  note = {n},\n}\n"

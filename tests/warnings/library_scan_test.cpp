@@ -87,15 +87,17 @@ TEST(ScanLibrary, ReportsWhatWillBeReadOtherwise) {
       {"@book{a,\n}\n\n  @Online{k,\n year = 1,\n}\n",
        {"unknown-type l:4 [k] '@Online' is not a known type: the entry is skipped, or read as a "
         "part of the entry before it"}},
-      {"@articles{k,\n}\n", {"unknown-type l:1 [k] '@ARTICLES' is no known type"}},
+      {"@articles{k,\n}\n", {"unknown-type l:1 [k] '@ARTICLES' is not a known type"}},
       {"@article(k,\n)\n",
        {"unknown-type l:1 [] '@article' starts no entry: no \"{\" follows on the line"}},
       {"@book\n{k,\n}\n",
        {"unknown-type l:1 [] '@book' starts no entry: no \"{\" follows on the line"}},
       {"@book {k,\n}\n",
-       {"blank-in-type l:1 [k] the type is read as 'BOOK ', with the blank, and is no known one"}},
+       {"blank-in-type l:1 [k] the type is read as 'BOOK ', with the blank, and is not a known "
+        "one"}},
       {"@electronic {k,\n}\n",
-       {"blank-in-type l:1 [k] '@electronic' is not a known type: the entry is skipped, or read as "
+       {"blank-in-type l:1 [k] '@electronic' is followed by a blank: the entry is skipped, or read "
+        "as "
         "a part of the entry before it"}},
       {e + " year = {1},\n@book{m,\n}\n",
        {"runs-on l:1 [k] the entry has no closing brace before the next entry"}},

@@ -63,6 +63,15 @@ TEST_F(TagWarningsTest, DroppedEntriesAreReportedWhenTheyHadMore) {
       Reported(),
       Lines{
           "entry-dropped l:5 [k] the entry was dropped as empty, although it has the tag 'note'"});
+  const std::string misread = library + "\n  title = {The owner},\n  Author = {Timestamp, A.}\n}\n";
+  warnings_.NoteDroppedAsEmpty("k", 40, misread, misread.size() - 2);
+  EXPECT_EQ(
+      Reported(),
+      Lines{
+          "entry-dropped l:5 [k] the entry was dropped as empty, although it has the tag 'title'"});
+  const std::string usual = library + "\n  OWNER = {x},\n  timestamp = {y}\n}\n";
+  warnings_.NoteDroppedAsEmpty("k", 40, usual, usual.size() - 2);
+  EXPECT_EQ(Reported(), Lines());
 }
 
 TEST_F(TagWarningsTest, WhatFollowsADroppedEntryIsText) {
