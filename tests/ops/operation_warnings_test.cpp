@@ -150,7 +150,11 @@ const Case kCases[] = {
       "character lit.bib:2 [] U+20AC \xE2\x82\xAC became '?\?\?', times: 1",
       "line-left-out lit.bib:3 [] lines with the tag 'doi' were left out, times: 2",
       "line-left-out lit.bib:4 [] lines with the tag 'url' were left out, times: 1"}},
-    {"clean-tags", "@misc{a,\n  title = {The homeowner}}", "", {"x"}},
+    {"clean-tags",
+     "@misc{a,\n  title = {The homeowner}}",
+     "",
+     {"entry-dropped lit.bib:1 [a] the entry was dropped as empty, although it has the tag "
+      "'title'"}},
     {"clean-tags",
      "Some text\n@misc{a,  \n  note = {x},\n  keywords = {k},\n  keywords = {l},\n  isbn = {1},\n"
      "  stray\n}\nbetween\n@misc{b,\n  owner = {o},\n  timestamp = {t},\n  note = {n},\n}\n"
