@@ -218,7 +218,7 @@ int CheckFile(const std::string& path, const BatchRequest& request, Reporter& te
   files.DropNewFiles();
   const std::string& library = picked.Get();
   std::string reason = WhyNotRead(files, library);
-  if (!state) reason += ReasonNotRead(path);
+  if (!reason.empty() && !state) reason += ReasonNotRead(path);
   Findings findings(request);
   SilentReporter silent;
   if (reason.empty()) Collect(library, files, silent, findings);
