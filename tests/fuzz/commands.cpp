@@ -79,7 +79,11 @@ struct Done {
 Done Run(int (*command)(const BatchRequest& request), const BatchRequest& request) {
   Captured out(stdout);
   Captured err(stderr);
+  TerminalReporter terminal("tarvel-batch");
+  Reporter& before = GlobalReporter();
+  InstallReporter(terminal);
   Done done{command(request), {}};
+  InstallReporter(before);
   err.Finish();
   done.out = out.Finish();
   return done;
