@@ -59,12 +59,18 @@ class FileSystem {
   /// Who follows how far the reading of a file has come; null for nobody.
   virtual ReadingObserver* Observer() { return nullptr; }
 
+  /// Reads a file whole of which nothing of the run's results depends: the run may write to it, and
+  /// it may change. Nothing when that fails.
+  [[nodiscard]] virtual std::optional<LineStream> Peek(const std::string& path) {
+    return OpenLines(path, ReadMode::kRead);
+  }
+
   /// Opens a file and reads it whole; nothing when either fails.
   [[nodiscard]] std::optional<LineStream> OpenLines(const std::string& path, ReadMode mode);
 };
 
-/// Why the file at `path` cannot be read, after a ": " and in the system's words; empty when that is
-/// not known.
+/// Why the file at `path` cannot be read, after a ": " and in the system's words; empty when that
+/// is not known.
 std::string ReasonNotRead(const std::string& path);
 
 /// The file system of the machine. Only regular files can be opened, links followed.

@@ -43,6 +43,7 @@ class RunFiles final : public FileSystem {
   }
 
   ReadingObserver* Observer() override { return files_.Observer(); }
+  std::optional<LineStream> Peek(const std::string& path) override { return files_.Peek(path); }
 
   /// Whether a byte of any output did not arrive.
   bool WriteFailed() const { return write_failed_; }

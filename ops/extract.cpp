@@ -132,7 +132,7 @@ void AddMacros(std::string_view entry, std::set<std::string>& macros) {
   }
 }
 
-/// Reports the definitions of macros that the new library uses and has not.
+/// Reports the definitions of macros that the new library uses but does not contain.
 void ReportDefinitions(std::string_view library, const std::set<std::string>& macros,
                        FileWarnings& warnings) {
   constexpr std::string_view kString = "@string";
@@ -228,8 +228,7 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
     };
     observer.on_range = [&](const LibraryRange& range) {
       const ValueCounts of_entry = ScanRange(library->Bytes(), range, rules, warnings);
-      counts.values += of_entry.values;
-      counts.unbraced += of_entry.unbraced;
+      counts += of_entry;
       const std::string_view text = library->Bytes().substr(range.begin, range.end - range.begin);
       if (const auto parent = ParentOf(text)) children.emplace_back(*parent, range);
       // The values of an entry of an unknown type are not counted.
@@ -242,7 +241,7 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
   }
   const int found =
       SelectAndWriteBibTeXEntriesIntoNewFile(run.reporter, *output, *library, keys, observer);
-  warnings.ReportValues(counts.values, counts.unbraced);
+  ReportValues(counts, warnings);
   for (const auto& [parent, range] : children) {
     if (copied.Has(parent)) continue;
     ReportMissingParent(library->Bytes().substr(range.begin), range.begin, parent, warnings);

@@ -18,7 +18,7 @@ void WarnOfLargeOutput(const RunContext& run, const std::string& path, std::uint
 }
 
 void GrowingOutput::Warn(std::uint64_t read, std::uint64_t size) {
-  const std::uint64_t estimate = file_.Written() * size / (read + 1);
+  const std::uint64_t estimate = file_.Written() / (read + 1) * size;
   most_ = 10 * estimate;
   WarnOfLargeOutput(run_, file_.Path(), estimate, why_);
 }

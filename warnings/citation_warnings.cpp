@@ -2,6 +2,7 @@
 #include "warnings/citation_warnings.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/line_stream.h"
 #include "core/text_primitives.h"
@@ -14,6 +15,29 @@ constexpr std::string_view kCite = "\\cite";
 constexpr std::string_view kCiteBrace = "\\cite{";
 constexpr std::string_view kCites = "\\cites";  // takes several lists
 
+/// Commands whose names hold "cite" and that cite nothing.
+constexpr auto kOthers = std::to_array<std::string_view>({"AtEveryCite",
+                                                          "AtEveryCitekey",
+                                                          "AtNextCite",
+                                                          "DeclareCiteCommand",
+                                                          "DeclareMultiCiteCommand",
+                                                          "citation",
+                                                          "citecolor",
+                                                          "citeindexfalse",
+                                                          "citeindextrue",
+                                                          "citeindextype",
+                                                          "citenumfont",
+                                                          "citepunct",
+                                                          "citereset",
+                                                          "citesetup",
+                                                          "citestyle",
+                                                          "citetext",
+                                                          "citetrackerfalse",
+                                                          "citetrackertrue",
+                                                          "defcitealias",
+                                                          "mancite",
+                                                          "setcitestyle"});
+
 /// The command at the start of `text`, its "\" and "*" included.
 std::string_view CommandAt(std::string_view text) {
   std::size_t end = 1;
@@ -21,6 +45,9 @@ std::string_view CommandAt(std::string_view text) {
   if (end < text.size() && text[end] == '*') ++end;
   return text.substr(0, end);
 }
+
+/// The name of a command, without its "\" and "*".
+std::string_view NameOf(std::string_view command) { return Trim(command, "\\*"); }
 
 /// Where the comment of a line begins.
 std::size_t CommentStart(std::string_view line) {
@@ -60,6 +87,7 @@ class CitationLine {
     const bool read =
         command.starts_with(kCite) && last_read_ != std::string_view::npos && at <= last_read_;
     if (!read && at < comment_) {
+      if (!LooksLikeCitation(NameOf(command))) return;
       Report(command, "is not read: only \"\\cite{\" is, without --cite-commands");
     } else if (read && at > comment_) {
       Report(command, "is in a comment, but is read");
@@ -83,6 +111,11 @@ class CitationLine {
 };
 
 }  // namespace
+
+bool LooksLikeCitation(std::string_view name) {
+  return (ContainsNoCase(name, "cite") || name.ends_with("cquote")) &&
+         std::find(kOthers.begin(), kOthers.end(), name) == kOthers.end();
+}
 
 void ReportCitations(std::string_view document, FileWarnings& warnings) {
   if (!warnings.Wanted()) return;

@@ -10,6 +10,10 @@
 
 namespace tarvel {
 
+/// Whether a command with this name, without its "\", looks as if it cites: the name contains
+/// "cite" or ends with "cquote", and it is none that is known to cite nothing.
+bool LooksLikeCitation(std::string_view name);
+
 /// Looks through a LaTeX document, in the lines that `ScanCitations` reads, and reports citations
 /// that it skips, takes out of a comment or reads in part.
 void ReportCitations(std::string_view document, FileWarnings& warnings);

@@ -178,6 +178,7 @@ void EntryReader::ReportSharedLine(std::string_view before) {
 void EntryReader::ReportUnbraced(std::size_t at) {
   ++counts_.unbraced;
   if (!MentionsReadTag(tag_offset_)) return;
+  ++counts_.lost;
   if (warnings_.ReportNumber(WarningKind::kUnbracedValue)) return;
   const std::string_view how =
       EndsLine(at)       ? "does not begin on the line of its name and is read as empty"

@@ -27,7 +27,7 @@ class EntryReader {
   /// Notes a line outside of values that begins with "}".
   void NoteClosingLine() { closing_line_ = true; }
   /// Reads the part of the entry from `begin` to before `end`: a piece of a line, or several lines.
-  /// Returns the offset at which the entry ends, or `end`. Does nothing when no entry is open.
+  /// Returns the offset at which the entry ends, or `end`; `begin` if no entry is open.
   std::size_t Read(std::size_t begin, std::size_t end);
   /// Closes the entry and reports what it lacks. The next one begins at `next`, or the library ends
   /// there.

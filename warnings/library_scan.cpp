@@ -275,7 +275,7 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
     if (brace == std::string_view::npos) return;
     const std::string_view text = line.substr(at, brace - at);
     const std::string_view word = TrimEnd(text.substr(1), IsBlank);
-    const bool is_type = !FindEntryType(InCapitals(word)).empty();
+    const bool is_type = !FindEntryType(word).empty();
     if (!is_type && InCapitals(text) != text) {
       const std::string_view named = TagNameOf(line);
       const std::string_view tag = named.empty() ? entry_.Tag() : named;
@@ -291,8 +291,11 @@ void LibraryScan::ReportUpperCased(std::string_view line, std::size_t offset) {
 }  // namespace
 
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings) {
-  const ValueCounts counts = ScanRange(bytes, {0, bytes.size()}, rules, warnings);
-  if (rules.read_tags) warnings.ReportValues(counts.values, counts.unbraced);
+  ReportValues(ScanRange(bytes, {0, bytes.size()}, rules, warnings), warnings);
+}
+
+void ReportValues(const ValueCounts& counts, FileWarnings& warnings) {
+  if (counts.lost != 0) warnings.ReportValues(counts.values, counts.unbraced);
 }
 
 ValueCounts ScanRange(std::string_view bytes, const LibraryRange& range, const ScanRules& rules,

@@ -14,6 +14,9 @@ namespace tarvel {
 /// not wanted.
 void ScanLibrary(std::string_view bytes, const ScanRules& rules, FileWarnings& warnings);
 
+/// Passes the numbers on to the warnings, if a tag that is read has lost its value.
+void ReportValues(const ValueCounts& counts, FileWarnings& warnings);
+
 /// A part of a library, from the start of a line to that of another or to the end; offsets.
 struct LibraryRange {
   std::size_t begin;

@@ -16,10 +16,18 @@ struct EntryHead {
   std::size_t offset = 0;
 };
 
-/// How many values were met, and how many of them stand in quotes or bare.
+/// How many values were met.
 struct ValueCounts {
-  std::size_t values = 0;
-  std::size_t unbraced = 0;
+  std::size_t values = 0;    // all of them
+  std::size_t unbraced = 0;  // those in quotes or bare
+  std::size_t lost = 0;      // of these, those on a line that mentions a tag that is read
+
+  ValueCounts& operator+=(const ValueCounts& others) {
+    values += others.values;
+    unbraced += others.unbraced;
+    lost += others.lost;
+    return *this;
+  }
 };
 
 /// What an operation asks of a library that it is about to read.

@@ -34,8 +34,8 @@ class Warnings {
   /// Counts a warning whose text nobody will see and returns true; returns false, counting nothing,
   /// while the full warning is still wanted.
   virtual bool ReportNumber(WarningKind /*kind*/) { return false; }
-  /// Reports how many values of a library an operation asks for, and how many of them it cannot
-  /// read because they stand in quotes or bare.
+  /// Reports how many values a library has, and how many of them stand in quotes or bare. Reported
+  /// only where the operation asks for at least one of these, which it cannot read.
   virtual void ReportValues(std::string_view /*file*/, std::size_t /*values*/,
                             std::size_t /*unread*/) {}
   /// Reports that documents that cite `old_key` must cite `new_key` in the new library.
@@ -43,7 +43,7 @@ class Warnings {
 };
 
 /// Gives the line in which a byte stands. Asking in the order of the bytes counts each line break
-/// once; going back costs a count from a mark that is at most 4 KiB away.
+/// at most twice; going back costs a count from a mark that is at most 4 KiB away.
 class LineNumbers {
  public:
   /// The lines of `bytes`, which must outlive this.

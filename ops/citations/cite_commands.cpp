@@ -5,7 +5,6 @@
 #include <array>
 
 #include "core/ascii.h"
-#include "core/text_primitives.h"
 
 namespace tarvel {
 
@@ -127,29 +126,6 @@ constexpr auto kCommands = std::to_array<CiteRow>({
 static_assert(std::is_sorted(kCommands.begin(), kCommands.end(),
                              [](const CiteRow& a, const CiteRow& b) { return a.name < b.name; }));
 
-/// Commands whose names hold "cite" and that cite nothing.
-constexpr auto kOthers = std::to_array<std::string_view>({"AtEveryCite",
-                                                          "AtEveryCitekey",
-                                                          "AtNextCite",
-                                                          "DeclareCiteCommand",
-                                                          "DeclareMultiCiteCommand",
-                                                          "citation",
-                                                          "citecolor",
-                                                          "citeindexfalse",
-                                                          "citeindextrue",
-                                                          "citeindextype",
-                                                          "citenumfont",
-                                                          "citepunct",
-                                                          "citereset",
-                                                          "citesetup",
-                                                          "citestyle",
-                                                          "citetext",
-                                                          "citetrackerfalse",
-                                                          "citetrackertrue",
-                                                          "defcitealias",
-                                                          "mancite",
-                                                          "setcitestyle"});
-
 const CiteRow* FindKnown(std::string_view name) {
   const auto* const found = std::lower_bound(
       kCommands.begin(), kCommands.end(), name,
@@ -181,11 +157,6 @@ std::vector<std::string_view> KnownCiteCommands() {
   std::vector<std::string_view> names;
   for (const CiteRow& row : kCommands) names.push_back(row.name);
   return names;
-}
-
-bool LooksLikeCitation(std::string_view name) {
-  return (ContainsNoCase(name, "cite") || name.ends_with("cquote")) &&
-         std::find(kOthers.begin(), kOthers.end(), name) == kOthers.end();
 }
 
 }  // namespace tarvel

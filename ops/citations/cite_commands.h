@@ -38,8 +38,4 @@ bool IsCommandName(std::string_view name);
 /// The commands that "all" stands for, in the order of the alphabet.
 std::vector<std::string_view> KnownCiteCommands();
 
-/// Whether a command that is not read looks as if it cites: its name contains "cite" or ends with
-/// "cquote", and it is none that is known to cite nothing.
-bool LooksLikeCitation(std::string_view name);
-
 }  // namespace tarvel

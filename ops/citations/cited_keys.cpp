@@ -11,7 +11,7 @@ namespace tarvel {
 
 namespace {
 
-/// As many files as may be open at once in LaTeX would be fewer.
+/// LaTeX itself cannot have as many files open at once.
 constexpr int kDeepest = 100;
 
 std::string_view DirectoryOf(std::string_view path) {
@@ -25,6 +25,9 @@ std::vector<std::string> NamesOf(std::string_view command, std::string_view name
   if (command != "include") names.emplace_back(name);
   return names;
 }
+
+/// The name of a command with its "\".
+std::string AsCommand(std::string_view name) { return std::string("\\").append(name); }
 
 }  // namespace
 
@@ -70,9 +73,9 @@ void CitedKeys::Read(Document& document) {
     FollowFiles(document, observer);
   }
   observer.on_other = [&](std::string_view command, std::size_t offset) {
-    document.warnings.Report(WarningKind::kOtherCitation, offset, {},
-                             std::string("'\\").append(command).append(
-                                 "' is not read; add it to the list of --cite-commands"));
+    document.warnings.Report(
+        WarningKind::kOtherCitation, offset, {},
+        Quoted(AsCommand(command)) + " is not read; add it to the list of --cite-commands");
   };
   ReadDocument(document.lines.Bytes(), commands_, observer);
   --depth_;
@@ -84,8 +87,7 @@ void CitedKeys::FollowFiles(Document& document, DocumentObserver& observer) {
   };
 }
 
-/// Reads a file that `from` includes, unless it was read before: then it cites nothing new. Where
-/// included files are not followed, only reports that it has citations.
+/// Reads the file that the command in `from` includes, which is looked for where LaTeX looks.
 void CitedKeys::Follow(Document& from, std::string_view command, std::string_view name,
                        std::size_t offset) {
   const bool absolute = name.starts_with('/');
@@ -93,30 +95,52 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
        {std::string_view(run_.citations.directory), DirectoryOf(from.path)}) {
     for (const std::string& file : NamesOf(command, name)) {
       const std::string path = absolute ? file : std::string(directory).append(file);
-      if (MarkRead(path)) return;
-      if (run_.files.Protect(path)) return;  // the run fails
-      std::optional<LineStream> lines = run_.files.OpenLines(path, ReadMode::kRead);
-      if (!lines) continue;
-      if (run_.citations.follow) {
-        Read(Add(path, std::move(*lines)));
-      } else if (lines->Bytes().find("cite") != std::string_view::npos) {
-        from.warnings.Report(WarningKind::kOtherCitation, offset, {},
-                             std::string("the citations in the file '")
-                                 .append(name)
-                                 .append("' of '\\")
-                                 .append(command)
-                                 .append("' are not read; tarvel-batch reads them with --follow"));
-      }
-      return;
+      if (TakeFile(from, command, name, offset, path)) return;
     }
   }
   if (!run_.citations.follow) return;
   from.warnings.Report(WarningKind::kOtherCitation, offset, {},
-                       std::string("the file '")
-                           .append(name)
-                           .append("' of '\\")
-                           .append(command)
-                           .append("' was not found, and its citations are missing"));
+                       {"the file ", Quoted(name), " of ", Quoted(AsCommand(command)),
+                        " was not found, and its citations are missing"});
+}
+
+/// Reads the file at `path`, unless it was read before: then it cites nothing new. Where included
+/// files are not followed, only reports that it has citations. False when it cannot be read.
+bool CitedKeys::TakeFile(Document& from, std::string_view command, std::string_view name,
+                         std::size_t offset, const std::string& path) {
+  if (MarkRead(path)) return true;
+  if (run_.citations.follow && run_.files.Protect(path)) return true;  // the run fails
+  std::optional<LineStream> lines =
+      run_.citations.follow ? run_.files.OpenLines(path, ReadMode::kRead) : run_.files.Peek(path);
+  if (!lines) return false;
+  Document& document = Add(path, std::move(*lines));
+  if (run_.citations.follow) {
+    Read(document);
+    return true;
+  }
+  ReportUnread(document, [&] {
+    from.warnings.Report(
+        WarningKind::kOtherCitation, offset, {},
+        {"the citations in the file ", Quoted(name), " of ", Quoted(AsCommand(command)),
+         " are not read; tarvel-batch reads them with --follow"});
+  });
+  return true;
+}
+
+/// Calls `report` once if the document has citations, and does the same for the files that it
+/// includes.
+void CitedKeys::ReportUnread(Document& unread, const std::function<void()>& report) {
+  ++depth_;
+  bool is_reported = false;
+  const auto note = [&] {
+    if (!std::exchange(is_reported, true)) report();
+  };
+  DocumentObserver observer;
+  observer.on_key = [&](const KeyInDocument& /*key*/) { note(); };
+  observer.on_other = [&](std::string_view /*command*/, std::size_t /*offset*/) { note(); };
+  if (depth_ < kDeepest) FollowFiles(unread, observer);
+  ReadDocument(unread.lines.Bytes(), commands_, observer);
+  --depth_;
 }
 
 bool CitedKeys::MarkRead(const std::string& path) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <optional>
 #include <set>
@@ -60,6 +61,9 @@ class CitedKeys {
   void Read(Document& document);
   void FollowFiles(Document& document, DocumentObserver& observer);
   void Follow(Document& from, std::string_view command, std::string_view name, std::size_t offset);
+  bool TakeFile(Document& from, std::string_view command, std::string_view name, std::size_t offset,
+                const std::string& path);
+  void ReportUnread(Document& unread, const std::function<void()>& report);
   /// Notes that the file at `path` is read; returns whether it was noted before.
   bool MarkRead(const std::string& path);
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/ascii.h"
+#include "warnings/citation_warnings.h"
 
 namespace tarvel {
 

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "ops/prepare/letters.h"
+#include "warnings/warnings.h"
 
 namespace tarvel {
 
@@ -48,7 +50,7 @@ void AppendPiece(std::string& text, std::string_view piece) {
   }
 }
 
-/// What a key ends before, in braces and in parentheses, or at which it is one with an "@".
+/// The bytes that end a key: in braces, in parentheses, and where a key with an "@" is looked for.
 constexpr ByteSet kKeyEnds(" \t\r\n,}");
 constexpr ByteSet kParenthesesKeyEnds(" \t\r\n,");
 constexpr ByteSet kKeyEndsOrAt(" \t\r\n,@");
@@ -141,6 +143,7 @@ void BibReader::ReadPreamble(BibItem& item) {
 void BibReader::ReadEntry(BibItem& item) {
   item.kind = BibItem::Kind::kEntry;
   if (!ReadKey(item)) return;
+  bool is_passed = false;
   while (!IsAt(close_)) {
     if (!IsAt(',')) {
       const std::string_view tag = item.tags.empty() ? std::string_view() : item.tags.back().name;
@@ -154,13 +157,15 @@ void BibReader::ReadEntry(BibItem& item) {
     SkipWhite();
     if (IsAt(close_)) break;
     if (!ReadTag(item)) return;
-    if (!Keeps(item)) PassTags();
+    if (Keeps(item) || std::exchange(is_passed, true)) continue;
+    PassTags();
   }
   ++at_;
 }
 
 /// Goes to the "}" that ends the entry, if it stands before the next "@". No value extends beyond
-/// it. If a fault would end the entry before it, the next command is still the same.
+/// it. If a fault would end the entry before it, the next command is still the same. It is looked
+/// for once an entry, so that the time stays linear where it is missing.
 void BibReader::PassTags() {
   const std::size_t next = std::min(bytes_.find('@', at_), bytes_.size());
   const std::size_t end = FindDelimiter(bytes_, at_, next, '}');
@@ -276,7 +281,7 @@ std::string_view BibReader::TakeString(BibItem& item, std::string_view name) {
 bool BibReader::Fail(BibItem& item, std::string_view reason, std::string_view name,
                      std::string_view rest) {
   item.fault = reason;
-  if (!name.empty()) item.fault.append(" '").append(name).append("'");
+  if (!name.empty()) item.fault.append(" ").append(Quoted(name));
   item.fault.append(rest);
   item.fault_offset = at_;
   return false;

@@ -67,7 +67,7 @@ TagNames::Spelling& TagNames::Add(std::string_view spelling, std::size_t hash) {
 }
 
 void TagNames::ForgetMany() {
-  if (names_.size() < kMany) return;
+  if (spellings_.size() < kMany) return;  // each name has one, or more
   *this = {};
 }
 

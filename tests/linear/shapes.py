@@ -166,6 +166,14 @@ def children_of_a_long_parent(n):
     return children + "@misc{p,\n" + "".join(f" tag{i} = {{x}},\n" for i in range(n)) + "}\n"
 
 
+def tags_of_entries_that_do_not_close(n):
+    """Two kinds of them: one has no brace to look for, the other does not have it. A child asks for
+    both."""
+    tags = "".join(f"t{i} = {{v}},\n" for i in range(n))
+    return ("@misc{c,\n  crossref = {k}\n}\n@book(k,\n" + tags + "title = {T})\n"
+            "@book{l,\n" + tags)
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -257,6 +265,7 @@ SHAPES = (
     (doubles_of_a_long_entry, 4000, ("clean-doubles", "clean-tags", "text")),
     (doubles_in_pieces_of_one_line, 400, ALL),
     (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
+    (tags_of_entries_that_do_not_close, 5000, ("prepare",)),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals", "check")),
     (same_key_without_tags_to_compare, 10000, ("check",)),

@@ -38,6 +38,7 @@ TEST(ReportCitations, NamesOtherCommandsThatCite) {
             One("'\\Textcite' is not read: only \"\\cite{\" is, without --cite-commands"));
   EXPECT_EQ(Citations("\\nocite{a}\n"),
             One("'\\nocite' is not read: only \"\\cite{\" is, without --cite-commands"));
+  EXPECT_EQ(Citations("\\setcitestyle{square}\\citestyle{x}\n"), Lines()) << "these cite nothing";
   EXPECT_EQ(Citations("\\cite{a} \\citep{b}\n"),
             One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"));
 }
@@ -91,6 +92,13 @@ TEST(ReportKeys, NamesThoseWithBlanks) {
             (Lines{"key-with-blank p:1 [ b] the key has a blank, which is read as a part of it",
                    "key-with-blank p:2 [c d] the key has a blank, which is read as a part of it",
                    "key-with-blank p:3 [e\t] the key has a blank, which is read as a part of it"}));
+}
+
+TEST(LooksLikeCitation, GoesByTheName) {
+  EXPECT_TRUE(LooksLikeCitation("mycite"));
+  EXPECT_TRUE(LooksLikeCitation("Citeonline"));
+  EXPECT_FALSE(LooksLikeCitation("citestyle"));
+  EXPECT_FALSE(LooksLikeCitation("see"));
 }
 
 }  // namespace

@@ -347,6 +347,10 @@ TEST(ScanLibrary, CountsTheValues) {
   ScanLibrary(library, {1000, &kTags}, warnings);
   ScanLibrary(library, {1000}, warnings);
   EXPECT_EQ(to.counts, Lines{"l 3/4"}) << "nobody asks who reads no values";
+  static constexpr std::array<std::string_view, 1> kTitle{"title"};
+  const NameMatcher titles(kTitle);
+  ScanLibrary(library, {1000, &titles}, warnings);
+  EXPECT_EQ(to.counts.size(), 1) << "the values that are read have braces";
 }
 
 /// A line of many values takes no longer than as many lines.

@@ -30,12 +30,5 @@ TEST(CiteCommands, HaveShapes) {
   EXPECT_EQ(CiteCommands({"cites"}).Find("citep"), std::nullopt);
 }
 
-TEST(LooksLikeCitation, GoesByTheName) {
-  EXPECT_TRUE(LooksLikeCitation("mycite"));
-  EXPECT_TRUE(LooksLikeCitation("Citeonline"));
-  EXPECT_FALSE(LooksLikeCitation("citestyle"));
-  EXPECT_FALSE(LooksLikeCitation("see"));
-}
-
 }  // namespace
 }  // namespace tarvel

@@ -68,6 +68,22 @@ TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
                   "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
 }
 
+TEST_F(CitedKeysOfADocument, WarnOfCitationsInFilesThatAreNotFollowed) {
+  testing::RecordingWarnings warnings;
+  run_.warnings = &warnings;
+  run_.citations.follow = false;
+  files_.files["d/style.tex"] = "\\usepackage{cite} We are excited.\n";
+  files_.files["d/middle.tex"] = "\\input{deep}\n\\input{middle}";
+  files_.files["d/deep.tex"] = "\\cite{z} \\cite{y}\n";
+  files_.files["d/other.tex"] = "\\mycite{z}\n";
+  EXPECT_EQ(Read("\\input{style}\n\\input{middle}\n\\include{other}\n\\input{gone}"), Keys());
+  EXPECT_EQ(warnings.lines,
+            (Keys{"other-citation d/middle.tex:1 [] the citations in the file 'deep' of '\\input' "
+                  "are not read; tarvel-batch reads them with --follow",
+                  "other-citation d/paper.tex:3 [] the citations in the file 'other' of "
+                  "'\\include' are not read; tarvel-batch reads them with --follow"}));
+}
+
 TEST_F(CitedKeysOfADocument, WarnOfADocumentThatCitesNothing) {
   testing::RecordingWarnings warnings;
   run_.warnings = &warnings;
