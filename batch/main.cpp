@@ -3,10 +3,8 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <memory>
 #include <new>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "app/entry_points.h"

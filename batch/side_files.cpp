@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>

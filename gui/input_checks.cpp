@@ -2,6 +2,7 @@
 #include "gui/input_checks.h"
 
 #include <string_view>
+#include <utility>
 
 #include "app/globals.h"
 #include "app/operations.h"

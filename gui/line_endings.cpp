@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "gui/line_endings.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>

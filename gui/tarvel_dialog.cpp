@@ -7,6 +7,7 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
+#include <array>
 #include <typeinfo>
 
 #include "app/globals.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Clean authors: writes a library anew with every author list in the normal form, and logs the
 // lists that changed.
-#include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,7 +43,7 @@ bool IsAuthorLine(std::string_view line) {
   return false;
 }
 
-/// Puts a plain blank in the place of every "\ ".
+/// Replaces every "\ " with a plain blank.
 void ReplaceEscapedBlanks(std::string& text) {
   std::size_t kept = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -61,7 +61,7 @@ bool GoesOnUnread(std::string_view line) {
   return value.front() == '"' && CountByte(value, '"') == 1;
 }
 
-/// The files of one run and what walks them.
+/// Reads the library and writes the outputs of one run.
 class AuthorCleaner {
  public:
   AuthorCleaner(LineStream& input, OutputFile& library, OutputFile& log, FileWarnings& warnings)
@@ -99,8 +99,8 @@ int AuthorCleaner::Walk() {
   return changed;
 }
 
-/// Reads on to the first line without '#', past the first line of a header that this program wrote;
-/// false when there is none.
+/// Reads to the first line without '#'. Those before it are not copied; the first line of this
+/// program's own header is one of them. False when all lines have a '#'.
 bool AuthorCleaner::SkipHeader(Line& line) {
   while (ReadLine(input_, limits::kLongLine, line)) {
     if (line.Text().find('#') == std::string_view::npos) return true;

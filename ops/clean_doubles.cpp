@@ -60,7 +60,7 @@ struct WrittenEntry {
   std::size_t source = 0;
 };
 
-/// The files of one run and what walks them.
+/// Reads the library and writes the outputs of one run.
 class DoubleCleaner {
  public:
   /// `append_renamed`: entries under new keys go to the end, not after those with the same key.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Clean tags: writes a library anew in which every entry keeps only the tags that are not marked
 // for removal, each in one normal form.
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -69,11 +68,11 @@ struct Counters {
   int removed_strings = 0;
 };
 
-// Each result has the number by which it is known; one of 0 ends the run.
+// A result of 0 ends the run.
 enum class TagOutcome { kNothingRemoved = 1, kRemoved = 88 };
 enum class StringOutcome { kReadFailed = 0, kNoneOrCopied = 1, kRemoved = 90 };
 
-/// The files of one run and what walks them.
+/// Reads the library and writes the outputs of one run.
 class TagCleaner {
  public:
   /// The new files have about `usual_size` bytes where no entry is written again.
@@ -184,8 +183,8 @@ void TagCleaner::NoteOtherLine(std::string_view line) {
   warnings_.NoteSkippedOutside(input_.Bytes().substr(start, line.size()), start);
 }
 
-/// False when the entry whose head `line` is must be dropped: it has no key, or its first two lines
-/// are an owner line and a timestamp line, whatever follows them.
+/// False when the entry whose head `line` is must be dropped: it has no key, or its next two lines,
+/// as far as the library has them, mention an owner and a timestamp, whatever follows them.
 bool TagCleaner::CheckEmptyEntry(std::string_view line) {
   if (settings_.RemoveEmptyEntries != 1) return true;
   const std::size_t after_line = input_.Position();

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Compare: says which entries of the second library the first has, and copies those that it lacks
 // and its counterparts of those that it has.
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,7 +58,7 @@ struct Counters {
   int missing = 0;
 };
 
-/// The files of one run and what walks them.
+/// Reads the libraries and writes the log of one run.
 class Comparison {
  public:
   Comparison(const RunContext& run, LineStream& first, LineStream& second, OutputFile& log,
@@ -77,7 +74,7 @@ class Comparison {
         missing_(missing),
         equal_(equal) {}
 
-  /// Holds every entry of the second library against the first.
+  /// Compares every entry of the second library with the first one.
   Counters Walk();
 
  private:

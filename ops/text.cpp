@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Text: the entries of a library as references of a journal style, in plain text or in LaTeX.
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>

@@ -63,7 +63,7 @@ std::string_view TakePart(std::string_view& rest) {
   return part;
 }
 
-/// Whether the word is a particle: its first letter outside braces is a small one.
+/// Whether the word is a particle: the first of its letters and braces is a small letter.
 bool IsParticle(std::string_view word) {
   const auto* const first = std::find_if(word.begin(), word.end(), [](char byte) {
     return IsLetter(byte) || byte < 0 || byte == '{';

@@ -109,7 +109,7 @@ std::string LineOf(const Warning& warning);
 
 /// Where warnings go, besides the reporter.
 struct WarningOutputs {
-  bool quiet = false;             // nothing goes to the reporter but what `all` asks for
+  bool quiet = false;             // no summary, and no warning of values that are not read
   bool all = false;               // each warning goes to the reporter at once; no summary follows
   OutputFile* file = nullptr;     // a line each: kind, file, line, key and text, tabs between
   OutputFile* key_map = nullptr;  // a line each: old key and new key, a tab between

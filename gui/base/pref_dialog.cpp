@@ -3,8 +3,6 @@
 
 #include <wx/stattext.h>
 
-#include <algorithm>
-
 #include "app/globals.h"
 #include "gui/base/widgets.h"
 #include "gui/wx_text.h"

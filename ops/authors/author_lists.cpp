@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <span>
+#include <utility>
 
 #include "core/name_list.h"
 #include "core/text_primitives.h"

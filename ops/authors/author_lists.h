@@ -3,7 +3,6 @@
 // surname, comma, initials, names joined by " and ".
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 

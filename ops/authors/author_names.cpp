@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "core/byte_set.h"
 #include "core/text_primitives.h"

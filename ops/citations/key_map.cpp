@@ -2,7 +2,6 @@
 #include "ops/citations/key_map.h"
 
 #include <optional>
-#include <utility>
 
 #include "core/ascii.h"
 #include "ops/citations/document_reader.h"

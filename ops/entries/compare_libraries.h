@@ -63,6 +63,7 @@ class FirstLibrary {
   FirstLibrary(const FirstLibrary&) = delete;
   FirstLibrary& operator=(const FirstLibrary&) = delete;
 
+  /// The first entries with the key of `entry`, and with its content; see `Matches`.
   Matches Find(const EntryRecord& entry) const;
   /// An entry's lines up to the first after its head that begins with "}".
   LibraryRange LinesOf(const KnownEntry& entry);

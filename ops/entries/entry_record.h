@@ -142,10 +142,10 @@ struct EntryRecord {
 /// file.
 class LongValues {
  public:
-  /// The value after the first "{" of `line`, a view into the bytes of `stream`; the stream is then
-  /// after the line that ends the value. The result lives as long as this. Returns nothing, and
-  /// leaves the stream where it is, when `line` itself ends the value, and while values are still
-  /// to be read line by line.
+  /// `line` must be a view into the bytes of `stream`. Returns the value after its first "{", and
+  /// leaves the stream after the line that ends the value. The result lives as long as this.
+  /// Returns nothing, and does not move the stream, if `line` itself ends the value, or while
+  /// values are still to be read line by line.
   std::optional<std::string_view> LookUp(std::string_view line, LineStream& stream);
   /// Counts the bytes that were read for a value.
   void CountRead(std::size_t bytes) { read_ += bytes; }

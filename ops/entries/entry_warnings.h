@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What is odd about how Compare and Clean doubles recognise entries.
+// Warnings about entries that are copied, dropped or taken for others.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -53,7 +52,8 @@ struct UnreadTags {
   std::string why;
 };
 
-/// Keys as BibTeX compares those of parents, and names of tags: letter case is ignored.
+/// A set of keys or of names of tags. Letter case is ignored, as BibTeX does for the keys of
+/// parents.
 class KeysAnyCase {
  public:
   void Add(std::string_view key) { keys_.insert(InCapitals(key)); }

@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <set>
-#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>

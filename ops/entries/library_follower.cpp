@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ops/entries/library_follower.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "core/text_primitives.h"

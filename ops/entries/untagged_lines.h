@@ -8,8 +8,9 @@
 
 namespace tarvel {
 
-/// Knows which lines hold no tag. An entry that comes to them again, after a value that went on
-/// over many entries, skips them: entries that do not close would take the square of their number.
+/// Knows which lines hold no known tag. An entry that comes to them again, after a value that went
+/// on over many entries, skips them: entries that do not close would take the square of their
+/// number.
 class UntaggedLines {
  public:
   /// Lines without a tag begin at an offset.
@@ -17,7 +18,7 @@ class UntaggedLines {
     start_ = begin_ = begin;
     passed_.clear();
   }
-  /// A value without a tag begins with the line at `line`; after it, lines are read from `next` on.
+  /// The value of an unknown tag begins on the line at `line`; reading continues at `next`.
   void Pass(std::size_t line, std::size_t next) {
     passed_.emplace_back(begin_, line + 1);
     begin_ = next;

@@ -229,8 +229,9 @@ void JournalRenamer::ReportNonAscii(std::string_view name, std::size_t offset) {
   if (IsAscii(name)) return;
   if (!library_is_ascii_) library_is_ascii_ = IsAscii(input_.Bytes());
   if (!*library_is_ascii_) return;
-  warnings_.Report(WarningKind::kNonAsciiName, offset, bibitem_,
-                   "the name " + Quoted(name) + " is not ASCII, as all of the library was");
+  warnings_.Report(
+      WarningKind::kNonAsciiName, offset, bibitem_,
+      "the new name " + Quoted(name) + " has letters that are not ASCII; the library had none");
 }
 
 /// Writes the line with `name` in the place of its value. A value over several lines does not stand

@@ -87,7 +87,7 @@ void SqueezeJournalName(std::string_view source, std::string& destination) {
   destination.resize(source.size());
   std::size_t size = 0;
   for (const char byte : source) {
-    destination[size] = byte;  // the next one takes its offset if it is left out
+    destination[size] = byte;  // overwritten by the next one if it is left out
     if (!kLeftOut[static_cast<unsigned char>(byte)]) ++size;
   }
   destination.resize(size);

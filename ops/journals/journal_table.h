@@ -15,7 +15,7 @@
 
 namespace tarvel {
 
-/// What is wrong with a journal list: the offset at which it ends too early.
+/// What a journal list lacks; the list ends before it.
 enum class JournalListFault { kNone, kNoStart, kNoName, kNoAbbreviation, kNoVariations };
 
 /// One journal of the list. The names may be empty.

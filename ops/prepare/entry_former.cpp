@@ -2,7 +2,6 @@
 #include "ops/prepare/entry_former.h"
 
 #include <algorithm>
-#include <array>
 
 #include "core/text_primitives.h"
 #include "ops/prepare/letters.h"
@@ -220,8 +219,8 @@ void EntryFormer::Order() {
   std::stable_sort(tags_.begin(), tags_.end(), by_rank);
 }
 
-/// Warns of a word for which operations keep what they take from the line of another tag, as that
-/// of its own comes before.
+/// Warns of lines that operations take for those of other tags, where no later line of the right
+/// tag replaces the value.
 void EntryFormer::ReportTaken() {
   WordSet later = 0;
   for (auto tag = tags_.rbegin(); tag != tags_.rend(); ++tag) {

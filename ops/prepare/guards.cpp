@@ -170,7 +170,7 @@ void AppendGuardedBegin(std::string_view& value, std::string& guarded) {
   value.remove_prefix(end);
 }
 
-/// Whether the byte at `at` is that of a command or in a command's argument.
+/// Whether the byte at `at` belongs to a command or to its argument.
 bool IsInArgument(std::string_view value, std::size_t at) {
   if (value[at - 1] == '\\') return true;
   std::size_t before = at;

@@ -5,6 +5,7 @@
 #include <array>
 #include <utility>
 
+#include "core/entry_types.h"
 #include "core/text_primitives.h"
 #include "ops/prepare/letters.h"
 
@@ -89,14 +90,6 @@ constexpr std::array kTagChanges{
     TagChange{"eprinttype", "archiveprefix"},
 };
 
-constexpr std::array kKnownTypes{
-    "ARTICLE"sv,          "BOOK"sv,       "PHDTHESIS"sv,  "INCOLLECTION"sv,
-    "INPROCEEDINGS"sv,    "MISC"sv,       "OTHER"sv,      "PROCEEDINGS"sv,
-    "ELECTRONIC"sv,       "BOOKLET"sv,    "INBOOK"sv,     "MASTERTHESIS"sv,
-    "CONFERENCE"sv,       "MANUAL"sv,     "TECHREPORT"sv, "UNPUBLISHED"sv,
-    "STANDARD"sv,         "PERIODICAL"sv, "PATENT"sv,     "MEETINGABSTRACT"sv,
-    "PROCEEDINGSPAPER"sv, "LETTER"sv,     "REVIEW"sv,     "EDITORIALMATERIAL"sv};
-
 constexpr std::array kPartsOfBooks{"INCOLLECTION"sv, "INPROCEEDINGS"sv, "INBOOK"sv, "CONFERENCE"sv};
 
 // The types of biblatex and other programs, and spellings that people use.
@@ -174,9 +167,7 @@ const TagRow* FindTag(std::string_view name) {
 std::span<const TagChange> TagChanges() { return kTagChanges; }
 
 KnownType FindKnownType(std::string_view word, std::string_view thesis_type) {
-  for (const std::string_view type : kKnownTypes) {
-    if (EqualNoCase(word, type)) return {type};
-  }
+  if (const std::string_view type = FindEntryType(word); !type.empty()) return {type};
   if (EqualNoCase(word, "thesis")) {
     const bool is_masters =
         std::any_of(kMasterWords.begin(), kMasterWords.end(),

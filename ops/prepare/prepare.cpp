@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "app/texts.h"
 #include "ops/prepare/bib_reader.h"
@@ -36,7 +36,6 @@ constexpr std::array<std::string_view, 6> kParentTexts{
     "its parents have too many parents, or are in a circle",
     "some tags of its parents would make the library too long"};
 
-constexpr std::string_view kWhite = " \t\r\n";
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::size_t kLongestKey = 900;
 /// The size of the pieces in which a library is written: they stay in the processor's cache.
@@ -44,12 +43,12 @@ constexpr std::size_t kPiece = std::size_t{1} << 17;
 
 /// The text without the headers of files that this program wrote.
 std::string_view WithoutHeaders(std::string_view text) {
-  const std::string_view header = Trim(BibFileHeader, kWhite);
+  const std::string_view header = Trim(BibFileHeader, kBlanks);
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  text = Trim(text, kWhite);
+  text = Trim(text, kBlanks);
   while (text.starts_with(header)) {
     text.remove_prefix(header.size());
-    text = Trim(text, kWhite);
+    text = Trim(text, kBlanks);
   }
   return text;
 }
@@ -117,7 +116,7 @@ Prepared Preparer::Run() {
 void Preparer::PassText(std::size_t end) {
   if (unread_from_) {
     const std::string_view lines = bytes_.substr(*unread_from_, end - *unread_from_);
-    log_.SayText("this could not be read to its end", *unread_from_, Trim(lines, kWhite));
+    log_.SayText("this could not be read to its end", *unread_from_, Trim(lines, kBlanks));
     unread_from_.reset();
     return;
   }
@@ -127,7 +126,7 @@ void Preparer::PassText(std::size_t end) {
   log_.SayText("text outside entries was left out", offset, text);
   log_.Warn(WarningKind::kTextNotCopied, offset,
             "text outside entries was not copied: " +
-                Quoted(Trim(text.substr(0, text.find('\n')), kWhite)));
+                Quoted(Trim(text.substr(0, text.find('\n')), kBlanks)));
 }
 
 void Preparer::TakeItem() {
@@ -307,7 +306,6 @@ int RunPrepare(const RunContext& run, const PrepareOptions& options) {
     return Fail(run, "Could not read the library " + name + ReasonNotRead(run.first_path));
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   const auto warn = [&](const PrepareWarning& warning) {
-    if (warnings.ReportNumber(warning.kind)) return;
     warnings.Report(warning.kind, warning.offset, warning.key, warning.text);
   };
   NewFile log(run, PreparedLogPath(run.first_path, run.output_directory));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <initializer_list>
 #include <span>
 #include <vector>
 

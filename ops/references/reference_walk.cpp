@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <utility>
 
 #include "core/text_primitives.h"
 #include "core/value_reader.h"

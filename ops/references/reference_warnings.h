@@ -22,8 +22,8 @@ class ReferenceWarnings {
   bool Wanted() const { return warnings_.Wanted(); }
   /// An entry begins, with the line that holds the byte at `offset`.
   void StartEntry(std::string_view key, std::size_t offset);
-  /// A value of the entry was read from the text of a line, which begins or goes on at `offset`, as
-  /// that of the tag `name`, which must outlive this.
+  /// A value of the entry was read as that of the tag `name`, which must outlive this, from the
+  /// text of a line and those joined to it; `offset` is that of one of its bytes.
   void NoteRead(ReferenceValue value, std::string_view name, std::string_view line,
                 std::size_t offset);
   /// The entry of this key, which begins at `offset`, was read as a part of the value of `tag`.
@@ -45,7 +45,7 @@ class ReferenceWarnings {
   void ReportRawEditors(const EntryValues& values);
 
  private:
-  /// Where a value of the entry was read; of one that was not the offset is 0.
+  /// Where a value of the entry was read. The offset is 0 if it was not.
   struct Source {
     std::string_view tag;     // as which it was read
     bool is_own = true;       // the line begins with the tag

@@ -283,8 +283,8 @@ const Case kCases[] = {
      "@article{a,\n  journal = {J. Z.},\n}\n",
      "START\n******* Journal-start *******\nJournal f\xC3\xBCr Z\nJ. Z.\n"
      "******* Variations    *******\n******* Journal-end   *******\n",
-     {"non-ascii-name lit.bib:2 [a] the name 'Journal f\xC3\xBCr Z' is not ASCII, as all of the "
-      "library was"}},
+     {"non-ascii-name lit.bib:2 [a] the new name 'Journal f\xC3\xBCr Z' has letters that are "
+      "not ASCII; the library had none"}},
     {"clean-characters",
      "@misc{a,\n  adsurl = {x%\n},\n  doi = {1}, year = {2},\n  url = {u}}\n",
      "",
