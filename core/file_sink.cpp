@@ -8,13 +8,9 @@
 
 namespace tarvel {
 
-FileSink::~FileSink() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
 std::string FileSink::Write(std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
+    const ssize_t written = write(Number(), bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return std::strerror(written < 0 ? errno : EIO);
     bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -23,10 +19,8 @@ std::string FileSink::Write(std::string_view bytes) {
 }
 
 std::string FileSink::Close() {
-  // Some file systems report a full disk only here. EINTR leaves the descriptor closed on Linux.
-  const int result = close(descriptor_);
-  descriptor_ = -1;
-  return result == 0 || errno == EINTR ? std::string() : std::strerror(errno);
+  // Some file systems report a full disk only here.
+  return descriptor_.Close() == 0 || errno == EINTR ? std::string() : std::strerror(errno);
 }
 
 }  // namespace tarvel

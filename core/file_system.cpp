@@ -9,6 +9,7 @@
 #include <cstring>
 #include <utility>
 
+#include "core/descriptor.h"
 #include "core/file_places.h"
 #include "core/file_sink.h"
 #include "core/pending_file.h"
@@ -29,14 +30,12 @@ FileState StateOf(const struct stat& status) {
 
 class FileSource final : public ByteSource {
  public:
-  FileSource(int descriptor, const FileState& state) : descriptor_(descriptor), state_(state) {}
-  FileSource(const FileSource&) = delete;
-  FileSource& operator=(const FileSource&) = delete;
-  ~FileSource() override { close(descriptor_); }
+  FileSource(Descriptor descriptor, const FileState& state)
+      : descriptor_(std::move(descriptor)), state_(state) {}
 
   std::ptrdiff_t Read(char* buffer, std::size_t size) override {
     for (;;) {
-      const ssize_t got = read(descriptor_, buffer, size);
+      const ssize_t got = read(descriptor_.Number(), buffer, size);
       if (got >= 0 || errno != EINTR) return got;
     }
   }
@@ -44,7 +43,7 @@ class FileSource final : public ByteSource {
   std::optional<FileState> State() const override { return state_; }
 
  private:
-  int descriptor_;
+  Descriptor descriptor_;
   FileState state_;
 };
 
@@ -62,23 +61,20 @@ class PosixFileSystem final : public FileSystem {
     // that, so opening does not wait for a pipe's writer, and what was opened is looked at again.
     if (!RegularFileAt(path)) return nullptr;
     const int flags = mode == ReadMode::kUpdate ? O_RDWR : O_RDONLY;
-    const int descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) return nullptr;
+    Descriptor file(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-      close(descriptor);
+    if (!file.IsOpen() || fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
       return nullptr;
     }
-    return std::make_unique<FileSource>(descriptor, StateOf(status));
+    return std::make_unique<FileSource>(std::move(file), StateOf(status));
   }
 
   std::optional<FileState> StateAt(const std::string& path) override { return RegularFileAt(path); }
 
   std::unique_ptr<ByteSink> CreateSink(const std::string& path, CreateMode mode) override {
     const int flags = mode == CreateMode::kWriteRead ? O_RDWR : O_WRONLY;
-    const int descriptor = open(path.c_str(), flags | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
-    if (descriptor < 0) return nullptr;
-    return std::make_unique<FileSink>(descriptor);
+    Descriptor file(open(path.c_str(), flags | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
+    return file.IsOpen() ? std::make_unique<FileSink>(std::move(file)) : nullptr;
   }
 
   std::unique_ptr<ByteSink> CreatePending(const std::string& path, CreateMode mode) override {

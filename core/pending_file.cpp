@@ -12,6 +12,7 @@
 #include <cstring>
 #include <utility>
 
+#include "core/descriptor.h"
 #include "core/file_places.h"
 #include "core/file_sink.h"
 
@@ -54,15 +55,13 @@ bool StillNames(const std::string& name, int descriptor) {
 /// Removes a temporary file whose run has died: a living one holds its lock. True when the name is
 /// free now.
 bool RemoveStale(const std::string& name) {
-  const int descriptor = open(name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor < 0) return errno == ENOENT;
+  const Descriptor file(open(name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!file.IsOpen()) return errno == ENOENT;
   struct stat status {};
-  const bool stale = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                     flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+  const bool stale = fstat(file.Number(), &status) == 0 && S_ISREG(status.st_mode) &&
+                     flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
   // Under the lock nobody renames or removes the file, so that its name cannot become another's.
-  const bool removed = stale && StillNames(name, descriptor) && unlink(name.c_str()) == 0;
-  close(descriptor);
-  return removed;
+  return stale && StillNames(name, file.Number()) && unlink(name.c_str()) == 0;
 }
 
 /// Calls `take` with one temporary name after the other until it succeeds with a name that was
@@ -95,8 +94,8 @@ class FullSink final : public ByteSink {
 class PendingFile final : public FileSink {
  public:
   /// `name` is empty for a file that has none yet.
-  PendingFile(int descriptor, std::string path, std::string name)
-      : FileSink(descriptor), path_(std::move(path)), name_(std::move(name)) {
+  PendingFile(Descriptor descriptor, std::string path, std::string name)
+      : FileSink(std::move(descriptor)), path_(std::move(path)), name_(std::move(name)) {
     Register(true);
   }
   PendingFile(const PendingFile&) = delete;
@@ -106,7 +105,7 @@ class PendingFile final : public FileSink {
   /// The descriptor stays open, as it is all that a file without a name is known by. Closing a copy
   /// of it reports what the file system has held back.
   std::string Close() override {
-    const int copy = dup(Descriptor());
+    const int copy = dup(Number());
     return copy < 0 || close(copy) == 0 || errno == EINTR ? std::string() : std::strerror(errno);
   }
 
@@ -131,7 +130,7 @@ class PendingFile final : public FileSink {
   }
 
  private:
-  std::string OpenPath() const { return "/proc/self/fd/" + std::to_string(Descriptor()); }
+  std::string OpenPath() const { return "/proc/self/fd/" + std::to_string(Number()); }
 
   void RemoveName() {
     if (name_.empty()) return;
@@ -157,7 +156,7 @@ class PendingFile final : public FileSink {
 /// then the run may still find that it reads the file, and drop this.
 class FileInPlace final : public FileSink {
  public:
-  explicit FileInPlace(int descriptor) : FileSink(descriptor) {}
+  explicit FileInPlace(Descriptor descriptor) : FileSink(std::move(descriptor)) {}
   std::string Write(std::string_view bytes) override {
     std::string error = Truncate();
     return error.empty() ? FileSink::Write(bytes) : error;
@@ -172,8 +171,8 @@ class FileInPlace final : public FileSink {
   std::string Truncate() {
     struct stat status {};
     if (std::exchange(is_truncated_, true)) return {};
-    if (fstat(Descriptor(), &status) == 0 && !S_ISREG(status.st_mode)) return {};
-    return ftruncate(Descriptor(), 0) == 0 ? std::string() : std::strerror(errno);
+    if (fstat(Number(), &status) == 0 && !S_ISREG(status.st_mode)) return {};
+    return ftruncate(Number(), 0) == 0 ? std::string() : std::strerror(errno);
   }
 
   bool is_truncated_ = false;
@@ -214,18 +213,15 @@ std::unique_ptr<ByteSink> CreateInPlace(const std::string& path, int flags) {
   struct stat status {};
   const bool is_pipe = stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
   if (is_pipe) flags = O_WRONLY | O_NONBLOCK;
-  const int descriptor = open(path.c_str(), flags | O_CREAT | O_CLOEXEC, kNewFileMode);
-  if (descriptor < 0) return nullptr;
-  if (is_pipe) (void)fcntl(descriptor, F_SETFL, O_WRONLY);
-  return std::make_unique<FileInPlace>(descriptor);
+  Descriptor file(open(path.c_str(), flags | O_CREAT | O_CLOEXEC, kNewFileMode));
+  if (!file.IsOpen()) return nullptr;
+  if (is_pipe) (void)fcntl(file.Number(), F_SETFL, O_WRONLY);
+  return std::make_unique<FileInPlace>(std::move(file));
 }
 
 /// Whether emptying an existing file would work; nothing of it is changed.
 bool OpensForWriting(const std::string& path, int flags) {
-  const int descriptor = open(path.c_str(), flags | O_CREAT | O_CLOEXEC, kNewFileMode);
-  if (descriptor < 0) return false;
-  close(descriptor);
-  return true;
+  return Descriptor(open(path.c_str(), flags | O_CREAT | O_CLOEXEC, kNewFileMode)).IsOpen();
 }
 
 /// Gives a new file the owner and the mode of the one that it will replace.
@@ -237,30 +233,28 @@ bool TakeOver(int descriptor, const struct stat& target) {
   return fchmod(descriptor, target.st_mode & kModeBits) == 0;
 }
 
-/// An open file without a name, locked; -1 where the file system has none, or none that could get a
-/// name later.
-int OpenUnnamed(const std::string& path, int flags) {
-  if (access("/proc/self/fd", X_OK) != 0) return -1;
-  const int descriptor =
-      open(DirectoryOfFile(path).c_str(), flags | O_TMPFILE | O_CLOEXEC, kNewFileMode);
-  if (descriptor >= 0) flock(descriptor, LOCK_EX | LOCK_NB);
-  return descriptor;
+/// An open file without a name, locked; none where the file system has none, or none that could get
+/// a name later.
+Descriptor OpenUnnamed(const std::string& path, int flags) {
+  if (access("/proc/self/fd", X_OK) != 0) return Descriptor();
+  Descriptor file(open(DirectoryOfFile(path).c_str(), flags | O_TMPFILE | O_CLOEXEC, kNewFileMode));
+  if (file.IsOpen()) flock(file.Number(), LOCK_EX | LOCK_NB);
+  return file;
 }
 
 /// An open file under a temporary name, which is put into `name`, locked.
-int OpenNamed(const std::string& path, int flags, std::string& name) {
-  int descriptor = -1;
+Descriptor OpenNamed(const std::string& path, int flags, std::string& name) {
+  Descriptor file;
   name = TakeName(path, [&](const std::string& wanted) {
-    descriptor = open(wanted.c_str(), flags | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
-    if (descriptor < 0) return false;
-    flock(descriptor, LOCK_EX);
+    file = Descriptor(open(wanted.c_str(), flags | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    if (!file.IsOpen()) return false;
+    flock(file.Number(), LOCK_EX);
     // Before it was locked another run may have taken it for stale.
-    if (StillNames(wanted, descriptor)) return true;
-    close(descriptor);
+    if (StillNames(wanted, file.Number())) return true;
     errno = EEXIST;
     return false;
   });
-  return name.empty() ? -1 : descriptor;
+  return name.empty() ? Descriptor() : std::move(file);
 }
 
 /// Locks what is open, if that is possible within a fifth of a second.
@@ -284,17 +278,18 @@ std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode 
 
   for (int n = 0; n < kStaleNames; ++n) RemoveStale(TemporaryName(path, n));
   std::string name;
-  int descriptor = OpenUnnamed(path, flags);
-  if (descriptor < 0) descriptor = OpenNamed(path, flags, name);
-  if (descriptor < 0) {
+  Descriptor file = OpenUnnamed(path, flags);
+  if (!file.IsOpen()) file = OpenNamed(path, flags, name);
+  if (!file.IsOpen()) {
     const int error = errno;
     if (!target.exists) return nullptr;
     if (error == ENOSPC || error == EDQUOT) return std::make_unique<FullSink>(error);
     return CreateInPlace(path, flags);
   }
-  auto file = std::make_unique<PendingFile>(descriptor, path, std::move(name));
-  if (target.exists && !TakeOver(descriptor, target.status)) return CreateInPlace(path, flags);
-  return file;
+  const int number = file.Number();
+  auto pending = std::make_unique<PendingFile>(std::move(file), path, std::move(name));
+  if (target.exists && !TakeOver(number, target.status)) return CreateInPlace(path, flags);
+  return pending;
 }
 
 void RemoveTemporaryFiles() {
@@ -303,24 +298,26 @@ void RemoveTemporaryFiles() {
   }
 }
 
-PublishGuard::PublishGuard(const std::set<std::string>& directories) {
+PublishGuard::PublishGuard() {
   sigset_t ends;
   sigemptyset(&ends);
   for (const int signal : {SIGHUP, SIGINT, SIGTERM}) sigaddset(&ends, signal);
   pthread_sigmask(SIG_BLOCK, &ends, &signals_);
+}
+
+// The destructor runs also if there is no memory for the directories.
+PublishGuard::PublishGuard(const std::set<std::string>& directories) : PublishGuard() {
   for (const std::string& directory : directories) {
-    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) continue;
+    Descriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     struct stat status {};
-    (void)fstat(descriptor, &status);
-    const bool is_new = locked_.try_emplace({status.st_dev, status.st_ino}, descriptor).second;
-    if (!is_new) close(descriptor);
+    if (!opened.IsOpen() || fstat(opened.Number(), &status) != 0) continue;
+    locked_.try_emplace({status.st_dev, status.st_ino}, std::move(opened));
   }
-  for (const auto& [directory, descriptor] : locked_) WaitForLock(descriptor);
+  for (const auto& [directory, descriptor] : locked_) WaitForLock(descriptor.Number());
 }
 
 PublishGuard::~PublishGuard() {
-  for (const auto& [directory, descriptor] : locked_) close(descriptor);
+  locked_.clear();
   pthread_sigmask(SIG_SETMASK, &signals_, nullptr);
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "core/descriptor.h"
 #include "core/output_file.h"
 
 namespace tarvel {
@@ -22,8 +23,8 @@ namespace tarvel {
 /// umask and the directory give it. Access control lists and other extended attributes of the old
 /// file are lost. Where a rename would change still more, the file is created and emptied in its
 /// place instead: `path` is a link, no regular file or a mount point, or the file has several links
-/// or an owner who cannot be given to a new one, or the directory takes no new files. Where only the
-/// room for a new file lacks, what exists stays and the writes fail.
+/// or an owner who cannot be given to a new one, or the directory takes no new files. Where only
+/// the room for a new file lacks, what exists stays and the writes fail.
 [[nodiscard]] std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode mode);
 
 /// Removes the files that have a temporary name at the moment. A signal handler may call it.
@@ -40,8 +41,11 @@ class PublishGuard {
   ~PublishGuard();
 
  private:
-  /// Descriptors of the directories, by device and number: all runs lock them in one order.
-  std::map<std::pair<dev_t, ino_t>, int> locked_;
+  /// Only keeps the signals waiting.
+  PublishGuard();
+
+  /// The directories, by device and number: all runs lock them in one order.
+  std::map<std::pair<dev_t, ino_t>, Descriptor> locked_;
   sigset_t signals_{};
 };
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Each request for memory fails in turn, in every operation and when files are picked: the user is
 // reported, the inputs and the files of the run before stay, and the program goes on.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -23,6 +26,20 @@ namespace {
 using testing::FailingMemory;
 using testing::OperationRun;
 using testing::UncountedMemory;
+
+/// Whether a signal would still end the process.
+bool TakesSignals() {
+  sigset_t blocked;
+  pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+  return sigismember(&blocked, SIGTERM) == 0;
+}
+
+/// The number that the next file to be opened gets: higher when a descriptor was left open.
+int NextDescriptor() {
+  const int descriptor = open("/", O_PATH | O_CLOEXEC);
+  close(descriptor);
+  return descriptor;
+}
 
 /// Notes what is shown with memory that never lacks. (What a box itself takes is the toolkit's.)
 class CalmReporter final : public Reporter {
@@ -94,11 +111,14 @@ TEST_P(LackOfMemory, IsAFailureThatHarmsNothing) {
   for (bool enough = false; !enough; ++n) {
     SCOPED_TRACE("request " + std::to_string(n));
     int result = 0;
+    const int next_descriptor = NextDescriptor();
     {
       const FailingMemory memory(n);
       result = Run();
       enough = !memory.Failed();
     }
+    EXPECT_TRUE(TakesSignals());
+    EXPECT_EQ(NextDescriptor(), next_descriptor);
     if (result == 1) {  // also where the library does without what it asked for
       EXPECT_EQ(reporter_.last_box, DoneText);
       for (const std::string& path : outputs_) {
@@ -136,11 +156,14 @@ TEST(LackOfMemoryWhenPicking, LeavesThePickedPathOrConverts) {
     testing::WriteDiskFile(copy, "old\n");
     reporter.printed.clear();
     path.Set(picked);
+    const int next_descriptor = NextDescriptor();
     {
       const FailingMemory memory(n);
       PickFile(path, picked);
       enough = !memory.Failed();
     }
+    EXPECT_TRUE(TakesSignals());
+    EXPECT_EQ(NextDescriptor(), next_descriptor);
     if (enough) break;
     EXPECT_NE(reporter.printed.find("Not enough memory!"), std::string::npos);
     const bool whole = path.Get() == copy || testing::ReadDiskFile(copy) == "@misc{a,\n}\n";

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 #include <thread>
 
 #include "app/globals.h"
@@ -133,7 +134,7 @@ TEST(PrepareProcess, LeavesASignalToTheFirstThread) {
       pause();
     });
     other.detach();
-    const PublishGuard guard({});
+    const PublishGuard guard(std::set<std::string>{});
     begins = true;
     while (!has_come) std::this_thread::yield();
     return write(ends[1], "published", 9) == 9 ? 0 : 1;

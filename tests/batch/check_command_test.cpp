@@ -10,11 +10,13 @@
 #include <vector>
 
 #include "app/globals.h"
+#include "app/reporter.h"
 #include "batch/batch_files.h"
 #include "batch/request.h"
 #include "tests/support/disk_files.h"
 #include "tests/support/failing_calls.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/recording_reporter.h"
 
 namespace tarvel {
 namespace {
@@ -24,7 +26,20 @@ struct Checked {
   std::string out;
 };
 
+/// Prints what is reported while it lives; nobody reports anything after it.
+class Terminal {
+ public:
+  Terminal() { InstallReporter(reporter_); }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+  ~Terminal() { const testing::RecordingReporter silent; }
+
+ private:
+  TerminalReporter reporter_{"tarvel-batch"};
+};
+
 Checked Check(const BatchRequest& request) {
+  const Terminal terminal;
   ::testing::internal::CaptureStdout();
   const int status = RunCheckCommand(request);
   return {status, ::testing::internal::GetCapturedStdout()};
@@ -93,6 +108,7 @@ TEST(Check, ReportsALackOfMemory) {
   request.files = {directory / "lit.bib"};
   testing::WriteDiskFile(request.files[0], "@misc{a,\n  year = 1,\n}\n");
   int failures = 0;
+  const Terminal terminal;
   for (std::size_t n = 1;; n += 7) {  // each seventh request for memory
     ::testing::internal::CaptureStdout();
     ::testing::internal::CaptureStderr();

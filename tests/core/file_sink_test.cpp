@@ -20,7 +20,7 @@ TEST(FileSink, WritesAllBytesOfPartialWrites) {
   const pid_t child = fork();
   if (child == 0) {
     close(ends[0]);
-    FileSink sink(ends[1]);
+    FileSink sink{Descriptor(ends[1])};
     const bool good = sink.Write(std::string(300000, 'x')).empty() && sink.Close().empty();
     _exit(good ? 0 : 1);
   }
@@ -36,17 +36,17 @@ TEST(FileSink, WritesAllBytesOfPartialWrites) {
 }
 
 TEST(FileSink, GivesTheReasonOfAFailure) {
-  FileSink full(open("/dev/full", O_WRONLY));
+  FileSink full(Descriptor(open("/dev/full", O_WRONLY)));
   EXPECT_EQ(full.Write(""), "");
   EXPECT_EQ(full.Write("x"), "No space left on device");
-  FileSink readable(open("/dev/null", O_RDONLY));
+  FileSink readable(Descriptor(open("/dev/null", O_RDONLY)));
   EXPECT_EQ(readable.Write("x"), "Bad file descriptor");
   EXPECT_EQ(readable.Close(), "");
 }
 
 TEST(FileSink, GoesOnAfterASignalAndNotAfterAFailure) {
   using testing::FailingCall;
-  FileSink sink(open("/dev/null", O_WRONLY));
+  FileSink sink(Descriptor(open("/dev/null", O_WRONLY)));
   {
     const FailingCall broken_off("write", EINTR);
     EXPECT_EQ(sink.Write("x"), "");
@@ -60,7 +60,7 @@ TEST(FileSink, GoesOnAfterASignalAndNotAfterAFailure) {
     const FailingCall broken_off("close", EINTR);
     EXPECT_EQ(sink.Close(), "");
   }
-  FileSink other(open("/dev/null", O_WRONLY));
+  FileSink other(Descriptor(open("/dev/null", O_WRONLY)));
   const FailingCall full("close", ENOSPC);
   EXPECT_EQ(other.Close(), "No space left on device");
 }
