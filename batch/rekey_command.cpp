@@ -62,7 +62,7 @@ std::string ReadMap(const std::string& path, KeyMap& map) {
   const std::size_t line = map.Read(lines->Bytes());
   if (line == 0) return {};
   return path + ":" + std::to_string(line) +
-         ": not a line of a key map: an old key, a tab, a new key";
+         ": not a line of a key map: an old key, a tab, a new key that LaTeX can read";
 }
 
 std::optional<FileId> IdAt(const std::string& path) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/text_primitives.h"
+#include "ops/citations/key_map.h"
 #include "ops/entries/doubles_log_size.h"
 #include "ops/entries/entries_by_offset.h"
 #include "ops/entries/entry_record.h"
@@ -24,6 +25,7 @@
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 #include "warnings/line_tags.h"
+#include "warnings/repeated_keys.h"
 
 namespace tarvel {
 
@@ -58,6 +60,13 @@ struct WrittenEntry {
   std::size_t head = 0;
   std::size_t end = 0;
   std::size_t source = 0;
+};
+
+/// An entry that can be found only under another key.
+struct OtherKey {
+  std::string old_key;
+  std::string new_key;
+  bool is_renamed = false;  // not a double of the entry of that key
 };
 
 /// Reads the library and writes the outputs of one run.
@@ -98,7 +107,8 @@ class DoubleCleaner {
   void ReportEnd(std::size_t start);
   void ReportOverwritten(std::size_t begin, std::size_t end);
   void ReportOrphans();
-  void MapKey(std::string_view old_key, std::string_view new_key);
+  void ReportSameKeys();
+  void MapKeys();
 
   LineStream& input_;
   GrowingLibrary& library_;
@@ -113,6 +123,8 @@ class DoubleCleaner {
   EntriesByOffset<WrittenEntry> written_;        // those that are still whole
   std::map<std::size_t, KeptEntryFacts> facts_;  // by offset: of entries that have doubles
   char rename_letter_ = 'a';
+  std::vector<OtherKey> other_keys_;
+  KeysAnyCase bad_keys_;                                       // of entries under new keys
   std::vector<std::pair<std::string, std::size_t>> children_;  // parents and heads of the entries
   std::size_t swallowed_ = 0;      // up to where entries within dropped ones are reported
   bool in_text_ = false;           // the line before was outside entries, and reported
@@ -131,11 +143,14 @@ bool DoubleCleaner::Walk() {
     in_text_ = false;
     if (reader_.Read(input_, line.Text()) == EntryLineEnd::kReadFailed) {
       ReportEnd(start);
+      MapKeys();
       return false;
     }
     TakeEntry(start);
   }
   ReportOrphans();
+  ReportSameKeys();
+  MapKeys();
   return true;
 }
 
@@ -161,7 +176,7 @@ void DoubleCleaner::TakeEntry(std::size_t start) {
   if (!decision.same_key || values == earlier) {
     LogDouble(*rule.rule, values, decision);
     ReportDropped(decision, group, start);
-    MapKey(reader_.Entry().key, decision.by->Key());
+    other_keys_.push_back({reader_.Entry().key, std::string(decision.by->Key())});
     ++not_written_;
     return;
   }
@@ -245,7 +260,13 @@ void DoubleCleaner::Rename(Line& head) {
   const std::string key = reader_.Entry().key + "_" + rename_letter_;
   WriteFormat(log_, "     New name for bibitem No.1: from %s to %s\n\n",
               {reader_.Entry().key, key});
-  MapKey(reader_.Entry().key, key);
+  other_keys_.push_back({reader_.Entry().key, key, true});
+  if (rename_letter_ < 'a' || rename_letter_ > 'z') {
+    bad_keys_.Add(key);
+    input_warnings_.Report(WarningKind::kBadKey, head_, key,
+                           "the new key ends with a byte that is not a letter, as the letters to "
+                           "'z' were given to other entries; change it");
+  }
   ReplaceBetween(head.Edit(), key, '{', ',');
   rename_letter_ = static_cast<char>(static_cast<unsigned char>(rename_letter_) + 1);
   ++not_written_;
@@ -386,8 +407,35 @@ void DoubleCleaner::ReportOrphans() {
   }
 }
 
-void DoubleCleaner::MapKey(std::string_view old_key, std::string_view new_key) {
-  if (warnings_ && old_key != new_key) warnings_->MapKey(old_key, new_key);
+/// Reports the entries of the new library whose keys others have, too.
+void DoubleCleaner::ReportSameKeys() {
+  if (!input_warnings_.Wanted()) return;
+  const std::string_view library = library_.Bytes();
+  KeyOffsets keys(library);
+  written_.ForEach(0, library.size(), [&](const WrittenEntry& entry) {
+    const std::string_view key = CopyUntilChar(LineAt(library, entry.head), '{', ',');
+    if (key.empty()) return;
+    const auto earlier = keys.FindOrAdd(key);
+    if (!earlier) return;
+    const std::size_t line =
+        input_warnings_.LineOf(written_.Find(LineBegin(library, 0, *earlier))->source);
+    bad_keys_.Add(key);
+    input_warnings_.Report(WarningKind::kBadKey, entry.source, key,
+                           {"the entry in line ", std::to_string(line),
+                            " has the same key in the new library, and BibTeX ignores one of "
+                            "them; change one of the keys"});
+  });
+}
+
+/// Reports what documents must cite from now on. A key that leads to another entry, or that LaTeX
+/// cannot read, would be worse than the old one.
+void DoubleCleaner::MapKeys() {
+  if (!warnings_) return;
+  for (const OtherKey& key : other_keys_) {
+    const bool is_bad = key.is_renamed && bad_keys_.Has(key.new_key);
+    if (key.old_key == key.new_key || is_bad || !CanBeCited(key.new_key)) continue;
+    warnings_->MapKey(key.old_key, key.new_key);
+  }
 }
 
 /// Reports what is odd about the library, and when the log may become large.

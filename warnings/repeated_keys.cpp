@@ -7,23 +7,31 @@
 
 namespace tarvel {
 
+std::optional<std::size_t> KeyOffsets::FindOrAdd(std::string_view key) {
+  upper_ = key;
+  StringToUpper(upper_);
+  return offsets_.FindOrPut(KeyedHash(upper_), static_cast<std::size_t>(key.data() - text_.data()),
+                            [&](std::size_t other) { return EqualNoCase(KeyAt(other), key); });
+}
+
+/// The key at `offset`, where one begins.
+std::string_view KeyOffsets::KeyAt(std::size_t offset) const {
+  const std::string_view line = text_.substr(offset, text_.find('\n', offset) - offset);
+  return line.substr(0, line.find(','));
+}
+
 void RepeatedKeys::Check(const EntryHead& head) {
   EndEntry(head.offset);
-  upper_ = head.key;
-  StringToUpper(upper_);
-  const std::size_t hash = KeyedHash(upper_);
-  const auto offset = static_cast<std::size_t>(head.key.data() - library_.data());
-  const auto earlier = offsets_.FindOrPut(
-      hash, offset, [&](std::size_t other) { return EqualNoCase(KeyAt(other), head.key); });
+  const auto earlier = keys_.FindOrAdd(head.key);
   if (!earlier) return;
-  use_ = &uses_[upper_];
+  use_ = &uses_[InCapitals(head.key)];
   use_begin_ = head.offset;
   ++use_->entries;
   if (warnings_.ReportNumber(WarningKind::kKeyTwice)) return;
   const std::string line = std::to_string(warnings_.LineOf(*earlier));
   warnings_.Report(WarningKind::kKeyTwice, head.offset, head.key,
-                   head.key.empty() ? "the entry has no key, and neither has that in line " + line
-                                    : "the key stands in line " + line + " already");
+                   head.key.empty() ? "the entry has no key, nor has the one in line " + line
+                                    : "the entry in line " + line + " has the same key");
 }
 
 KeyUses RepeatedKeys::Uses() {
@@ -35,12 +43,6 @@ KeyUses RepeatedKeys::Uses() {
 void RepeatedKeys::EndEntry(std::size_t next) {
   if (use_) use_->bytes += next - use_begin_;
   use_ = nullptr;
-}
-
-/// The key at `offset`, where one begins.
-std::string_view RepeatedKeys::KeyAt(std::size_t offset) const {
-  const std::string_view line = library_.substr(offset, library_.find('\n', offset) - offset);
-  return line.substr(0, line.find(','));
 }
 
 }  // namespace tarvel

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,12 +24,29 @@ struct KeyUse {
 /// The keys that more than one entry has, in capitals.
 using KeyUses = std::unordered_map<std::string, KeyUse, KeyedStringHash>;
 
+/// Finds keys by what they are, letter case aside, as BibTeX does.
+class KeyOffsets {
+ public:
+  /// All keys are parts of `text`, which must outlive this, and end before a "," or a line break.
+  explicit KeyOffsets(std::string_view text) : text_(text) {}
+  /// The offset of the equal key that was added before. If there is none, adds the key and returns
+  /// nothing.
+  std::optional<std::size_t> FindOrAdd(std::string_view key);
+
+ private:
+  std::string_view KeyAt(std::size_t offset) const;
+
+  std::string_view text_;
+  HashIndex offsets_;
+  std::string upper_;
+};
+
 /// Reports keys that occur again in one library, letter case aside.
 class RepeatedKeys {
  public:
   /// `library`, its bytes, and `warnings` must outlive this.
   RepeatedKeys(std::string_view library, FileWarnings& warnings)
-      : library_(library), warnings_(warnings) {}
+      : library_(library), keys_(library), warnings_(warnings) {}
 
   /// Reports the entry if an earlier one has its key. Takes the entries of `library` in their
   /// order.
@@ -38,12 +56,10 @@ class RepeatedKeys {
 
  private:
   void EndEntry(std::size_t next);
-  std::string_view KeyAt(std::size_t offset) const;
 
   std::string_view library_;
+  KeyOffsets keys_;
   FileWarnings& warnings_;
-  HashIndex offsets_;  // of the keys
-  std::string upper_;
   KeyUses uses_;
   KeyUse* use_ = nullptr;      // of the last entry's key, if an earlier entry has it
   std::size_t use_begin_ = 0;  // the last entry's offset

@@ -65,6 +65,7 @@ enum class WarningKind : std::uint8_t {
   kLeftOut,
   kMisreadKey,
   kMisreadTag,
+  kBadKey,
 };
 
 /// How bad it is. ORDER: the worst first.
@@ -88,7 +89,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 55;
+inline constexpr std::size_t kWarningKindCount = 56;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -152,6 +153,7 @@ inline constexpr auto kWarningKinds = [] {
       {"left-out", kLoss, kRun, "tags that were left out"},
       {"misread-key", kLoss, kReading, "keys that operations misread"},
       {"misread-tag", kLoss, kRun, "tags that operations would misread"},
+      {"bad-key", kLoss, kRun, "keys that lead to another entry of the new library, or to none"},
   }};
 }();
 

@@ -58,6 +58,10 @@ bool IsDivided(std::string_view old_key, std::string_view new_key) {
 
 }  // namespace
 
+bool CanBeCited(std::string_view key) {
+  return !key.empty() && key.find_first_of("{},%#\\~\t\r\n") == std::string_view::npos;
+}
+
 std::size_t KeyMap::Read(std::string_view bytes) {
   for (std::size_t number = 1; !bytes.empty(); ++number) {
     const std::size_t end = bytes.find('\n');
@@ -76,7 +80,7 @@ bool KeyMap::TakeLine(std::string_view line) {
   }
   const auto old_key = Unescape(line.substr(0, tab));
   const auto new_key = Unescape(line.substr(tab + 1));
-  if (!old_key || !new_key || old_key->empty() || new_key->empty()) return false;
+  if (!old_key || !new_key || old_key->empty() || !CanBeCited(*new_key)) return false;
   const auto [entry, is_new] = keys_.try_emplace(*old_key, *new_key);
   if (!is_new && entry->second != *new_key) ambiguous_.push_back(*old_key);
   if (is_new && IsDivided(*old_key, *new_key)) divided_.push_back(*old_key);

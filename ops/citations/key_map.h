@@ -13,12 +13,15 @@
 
 namespace tarvel {
 
+/// Whether LaTeX can read the key in a citation.
+bool CanBeCited(std::string_view key);
+
 /// What keys become, as a file of "--key-map" says.
 class KeyMap {
  public:
   /// Reads the lines of such a file: the old key, a tab, the new key, with "\t", "\n", "\r", "\\"
   /// and "\xNN" for the bytes that cannot stand there. Returns the number, from 1, of the first
-  /// line that is none of these; 0 when all are.
+  /// line that is none of these, or whose new key cannot be cited; 0 when there is none.
   std::size_t Read(std::string_view bytes);
 
   /// The new key; null for a key that stays.

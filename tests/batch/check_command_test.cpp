@@ -82,7 +82,7 @@ TEST(Check, SortsByLineAndWritesNothing) {
   EXPECT_EQ(checked.status, 1);
   const std::string year = ": the value of 'year' has no braces around it and is read as empty";
   EXPECT_EQ(checked.out, path + ":2: warning: entry 'a'" + year + " [unbraced-value]\n" + path +
-                             ":4: warning: entry 'a': the key stands in line 1 already "
+                             ":4: warning: entry 'a': the entry in line 1 has the same key "
                              "[key-twice]\n" +
                              path + ":5: warning: entry 'a'" + year + " [unbraced-value]\n");
   const std::filesystem::directory_iterator files(std::filesystem::path(path).parent_path());

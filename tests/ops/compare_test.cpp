@@ -775,11 +775,11 @@ TEST(CompareWarnings, ReportEachKeyThatComesAgainAmongVeryManyShortEntries) {
   const std::vector<std::string> twice = warnings.Of(WarningKind::kKeyTwice);
   ASSERT_EQ(twice.size(), 101U);
   EXPECT_EQ(twice[0],
-            "key-twice " + std::string(kTwo) + ":901 [k0] the key stands in line 1 already");
+            "key-twice " + std::string(kTwo) + ":901 [k0] the entry in line 1 has the same key");
   EXPECT_EQ(twice[99],
-            "key-twice " + std::string(kTwo) + ":1000 [k99] the key stands in line 100 already");
+            "key-twice " + std::string(kTwo) + ":1000 [k99] the entry in line 100 has the same key");
   EXPECT_EQ(twice[100],
-            "key-twice " + std::string(kTwo) + ":1001 [K0] the key stands in line 1 already");
+            "key-twice " + std::string(kTwo) + ":1001 [K0] the entry in line 1 has the same key");
 }
 
 }  // namespace tarvel::testing

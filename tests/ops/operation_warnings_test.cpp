@@ -122,7 +122,7 @@ const Case kCases[] = {
      "@misc{c,\n}\n@book{C,\n}\n",
      {"no-group lit.bib:1 [a] the type 'ARTICLES' is compared with none",
       "unknown-type lit.bib:1 [a] '@ARTICLES' is not a known type",
-      "key-twice more.bib:3 [C] the key stands in line 1 already"}},
+      "key-twice more.bib:3 [C] the entry in line 1 has the same key"}},
     {"clean-doubles",
      "@misc{a,\n  note = {x},\n}\n@misc{b,\n  note = {y},\n}\n@misc{a,\n  note = {z},\n}\n"
      "@misc{c,\n  note = {w},\n}\n",
@@ -364,6 +364,14 @@ const Case kCases[] = {
      {"text-not-copied lit.bib:16 [] text after a dropped entry was not copied: '@comment{x'",
       "missing-parent lit.bib:1 [a] the 'crossref' of the entry names 'P', which is not in the new "
       "library"}},
+    {"clean-doubles",
+     "@booklet{k,\n  title = {1},\n}\n@booklet{K_a,\n  title = {2},\n}\n"
+     "@booklet{k,\n  title = {3},\n}\n@letter{,\n}\n@letter{k,\n}\n@letter{,\n}\n",
+     "",
+     {"bad-key lit.bib:7 [k_a] the entry in line 4 has the same key in the new library, and BibTeX "
+      "ignores one of them; change one of the keys",
+      "bad-key lit.bib:12 [k] the entry in line 1 has the same key in the new library, and BibTeX "
+      "ignores one of them; change one of the keys"}},
     {"compare",
      "@article{a,\n  author = {Doe, J.},\n  journal = {N},\n  volume = {1},\n  pages = {2},\n"
      "  year = {1},\n}\n",

@@ -27,8 +27,8 @@ Lines Repeated(std::string_view library) {
 TEST(RepeatedKeys, AreReportedWithTheLineOfTheFirst) {
   EXPECT_EQ(Repeated("@misc{a,\n}\n@misc{b,\n}\n"), Lines());
   EXPECT_EQ(Repeated("@misc{a,\n}\n@misc{b,\n}\n@book{A,\n}\n@misc{a,\n}\n"),
-            (Lines{"key-twice l:5 [A] the key stands in line 1 already",
-                   "key-twice l:7 [a] the key stands in line 1 already"}))
+            (Lines{"key-twice l:5 [A] the entry in line 1 has the same key",
+                   "key-twice l:7 [a] the entry in line 1 has the same key"}))
       << "letter case aside, and always the first";
 }
 

@@ -31,7 +31,8 @@ TEST(KeyMap, IsWhatTheFileSays) {
 
 TEST(KeyMap, RefusesOtherLines) {
   for (const std::string_view line :
-       {"a", "a\tb\tc", "\tb", "a\t", "", "a\\q\tb", "a\\\tb", "a\\x7\tb", "a\\xZZ\tb"}) {
+       {"a", "a\tb\tc", "\tb", "a\t", "", "a\\q\tb", "a\\\tb", "a\\x7\tb", "a\\xZZ\tb", "a\tb{",
+        "a\tb}", "a\tb,c", "a\t50%", "a\tb#", "a\tb~", "a\tb\\\\", "a\tb\\n"}) {
     EXPECT_EQ(KeyMap().Read("x\ty\n" + std::string(line) + "\n"), 2U) << line;
   }
 }
