@@ -33,6 +33,7 @@ void PathBuffer::Set(std::string_view path) {
     std::_Exit(1);
   }
   path_ = path;
+  unconverted_.clear();
 }
 
 }  // namespace tarvel

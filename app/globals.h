@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/settings.h"
@@ -25,11 +26,17 @@ class PathBuffer {
   /// process ends with status 1.
   void Set(std::string_view path);
   const std::string& Get() const { return path_; }
+  /// Notes that the file has the line breaks of another system, and why there is no copy with those
+  /// of this one; `Set` forgets that.
+  void NoteUnconverted(std::string reason) { unconverted_ = std::move(reason); }
+  /// What was noted; empty when nothing was.
+  const std::string& WhyUnconverted() const { return unconverted_; }
   bool Empty() const { return path_.empty(); }
 
  private:
   std::string_view name_;
   std::string path_;
+  std::string unconverted_;
 };
 
 /// The settings of this process.

@@ -25,11 +25,27 @@ class WarningsInUse {
   ~WarningsInUse() { GlobalWarnings = nullptr; }
 };
 
+/// Warns of the files of the operation whose line breaks could not be converted.
+void ReportUnconverted(const Operation& operation) {
+  if (!GlobalWarnings) return;
+  for (const PathBuffer* file : {&FirstFilePath, &SecondFilePath}) {
+    const bool is_read = file == &FirstFilePath || operation.needs != Needs::kLibrary;
+    if (!is_read || file->WhyUnconverted().empty()) continue;
+    GlobalWarnings->Report({.kind = WarningKind::kLineBreaks,
+                            .file = file->Get(),
+                            .key = {},
+                            .text = file->WhyUnconverted()});
+  }
+}
+
 int RunIfChecked(const Operation& operation, bool& stopped) {
   stopped = CheckInputFiles(static_cast<int>(operation.code)) != 1;
   if (stopped) return 0;
   if (!operation.note.empty()) ShowBox(operation.note, NoteTitle);
-  return RunWithWarnings(operation.run);
+  return RunWithWarnings([&] {
+    ReportUnconverted(operation);
+    return operation.run();
+  });
 }
 
 }  // namespace
@@ -82,10 +98,15 @@ int RunWithWarnings(const std::function<int()>& run) {
   return result;
 }
 
-bool CloseSideFiles() {
+bool CloseSideFiles(bool succeeded) {
   bool arrived = true;
   for (OutputFile* file : {GlobalWarningOutputs.file, GlobalWarningOutputs.key_map}) {
-    if (file && !file->Close()) arrived = false;
+    if (!file) continue;
+    if (!succeeded && file->Written() == 0) {
+      GlobalRunFiles->Drop(file->Path());
+    } else if (!file->Close()) {
+      arrived = false;
+    }
   }
   return arrived;
 }
@@ -94,7 +115,7 @@ int RunOperation(const Operation& operation) {
   bool stopped = false;
   const auto run = [&] {
     const int result = RunIfChecked(operation, stopped);
-    return CloseSideFiles() ? result : 0;
+    return CloseSideFiles(result == 1) ? result : 0;
   };
   const int result = WholeRun().Run(run, operation.no_memory);
   if (result == 1) {

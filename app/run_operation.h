@@ -43,8 +43,9 @@ class WholeRun {
 /// and reports their summary.
 int RunWithWarnings(const std::function<int()>& run);
 
-/// Closes the files of warnings and of keys; false when a byte of one did not arrive.
-bool CloseSideFiles();
+/// Closes the files of warnings and of keys; false when a byte of one did not arrive. One to which
+/// a run that failed has written nothing is dropped, so that an earlier one stays.
+bool CloseSideFiles(bool succeeded);
 
 /// What a button does: checks the picked files, shows the note, runs the operation and reports how
 /// it ended. Returns 1 on success; 0 when the checks stopped it; else what the operation returned.

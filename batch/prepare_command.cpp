@@ -45,7 +45,7 @@ int RunPrepareCommand(const BatchRequest& request) {
     const auto prepare = [&] {
       const int result = RunWithWarnings(
           [&] { return RunPrepareOn(request.files[0], {.keep_all = request.keep_all}); });
-      return CloseSideFiles() ? result : kFailed;
+      return CloseSideFiles(result == kSucceeded) ? result : kFailed;
     };
     if (!Publish(WholeRun::Within::kTogether, prepare)) return false;
     ShowBox(DoneText, DoneText);

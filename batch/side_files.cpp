@@ -13,6 +13,7 @@
 #include "batch/verbs.h"
 #include "core/file_names.h"
 #include "core/file_places.h"
+#include "core/pending_file.h"
 #include "ops/prepare/prepare.h"
 
 namespace tarvel {
@@ -105,6 +106,10 @@ std::string WhyRefused(std::string_view option, const std::string& path,
 }  // namespace
 
 std::string WhyRefused(const BatchRequest& request) {
+  for (const std::string& path : request.files) {
+    if (!HasTemporaryName(path)) continue;
+    return "'" + path + "' has the name of a temporary file, which is removed; rename it first";
+  }
   std::error_code error;
   if (!request.output_directory.empty() &&
       !std::filesystem::is_directory(request.output_directory, error)) {

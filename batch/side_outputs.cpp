@@ -49,9 +49,10 @@ int RunWithSideFiles(const BatchRequest& request, const std::function<bool()>& r
                           .key_map = key_map.get(),
                           .losses = request.strict ? &losses : nullptr};
   bool good = run();
+  (void)CloseSideFiles(good);  // if the run ended before it did that
   GlobalWarningOutputs = {};
   for (OutputFile* file : {warnings.get(), key_map.get()}) {
-    if (!file || file->Close()) continue;
+    if (!file || file->Error().empty()) continue;
     PrintFailure("write", file->Path(), file->Error());
     good = false;
   }

@@ -23,6 +23,7 @@ namespace {
 constexpr int kMostNames = 1000;  // of temporary files for one output at a time
 constexpr int kStaleNames = 4;    // those that are searched for before a run
 constexpr mode_t kModeBits = 07777;
+constexpr std::string_view kTemporaryMark = ".tarvel-";
 constexpr std::size_t kMostNameBytes = 200;  // that are taken over from the output's name
 
 /// The names that a signal has to remove. A run has fewer outputs than there is room for; what
@@ -36,7 +37,7 @@ std::string TemporaryName(const std::string& path, int n) {
   return path.substr(0, begin)
       .append(".")
       .append(path.substr(begin, kMostNameBytes))
-      .append(".tarvel-")
+      .append(kTemporaryMark)
       .append(std::to_string(n));
 }
 
@@ -290,6 +291,14 @@ std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode 
   auto pending = std::make_unique<PendingFile>(std::move(file), path, std::move(name));
   if (target.exists && !TakeOver(number, target.status)) return CreateInPlace(path, flags);
   return pending;
+}
+
+bool HasTemporaryName(const std::string& path) {
+  const std::string name = path.substr(path.rfind('/') + 1);
+  const std::size_t mark = name.rfind(kTemporaryMark);
+  if (!name.starts_with('.') || mark == std::string::npos) return false;
+  const std::string_view number = std::string_view(name).substr(mark + kTemporaryMark.size());
+  return !number.empty() && number.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 void RemoveTemporaryFiles() {

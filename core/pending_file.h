@@ -27,6 +27,9 @@ namespace tarvel {
 /// the room for a new file lacks, what exists stays and the writes fail.
 [[nodiscard]] std::unique_ptr<ByteSink> CreatePendingFile(const std::string& path, CreateMode mode);
 
+/// Whether the file has the name of a temporary file, which a later run may remove.
+bool HasTemporaryName(const std::string& path);
+
 /// Removes the files that have a temporary name at the moment. A signal handler may call it.
 void RemoveTemporaryFiles();
 

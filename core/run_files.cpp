@@ -41,6 +41,7 @@ std::unique_ptr<ByteSource> RunFiles::OpenSource(const std::string& path, ReadMo
   }
   std::unique_ptr<ByteSource> source = files_.OpenSource(path, mode);
   if (!source) return nullptr;
+  ProtectFromLinks(path);
   if (const auto state = source->State()) read_.try_emplace(path, *state);
   return source;
 }
@@ -64,6 +65,14 @@ std::unique_ptr<ByteSink> RunFiles::CreateSink(const std::string& path, CreateMo
   return std::make_unique<Writer>(new_files_.back(), write_failed_);
 }
 
+/// Keeps an output that is a link to the file at `path` from being written.
+void RunFiles::ProtectFromLinks(const std::string& path) {
+  for (const NewFile& file : new_files_) {
+    const bool is_link = file.sink->PendingPath().empty() && files_.IsSameFile(path, file.path);
+    if (is_link) *file.is_protected = true;
+  }
+}
+
 bool RunFiles::HasRead(const std::string& path) const {
   return std::any_of(read_.begin(), read_.end(),
                      [&](const auto& file) { return files_.IsSameFile(path, file.first); });
@@ -77,6 +86,14 @@ bool RunFiles::Protect(const std::string& path) {
     any = true;
   }
   return any;
+}
+
+void RunFiles::Drop(const std::string& path) {
+  std::erase_if(new_files_, [&](const NewFile& file) {
+    const bool is_dropped = file.path == path;
+    if (is_dropped) *file.is_protected = true;
+    return is_dropped;
+  });
 }
 
 std::string RunFiles::ChangedInput() const {

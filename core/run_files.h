@@ -31,6 +31,8 @@ class RunFiles final : public FileSystem {
   /// All writes to a protected file fail, and with them the run. For files that the run finds only
   /// after it has created its outputs.
   bool Protect(const std::string& path) override;
+  /// Forgets the new file that was created at `path`: what was there stays. Writes to it fail.
+  void Drop(const std::string& path);
   bool IsSameFile(const std::string& one, const std::string& other) override {
     return files_.IsSameFile(one, other);
   }
@@ -62,6 +64,7 @@ class RunFiles final : public FileSystem {
     std::shared_ptr<ByteSink> sink;
     std::shared_ptr<bool> is_protected;
   };
+  void ProtectFromLinks(const std::string& path);
   bool HasRead(const std::string& path) const;
   std::string ChangedInput() const;
   std::string NotPublished(const std::string& changed) const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/line_endings.h"
 
+#include <cerrno>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +21,7 @@ namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 18;
 constexpr std::string_view kCopySuffix = "_linux";
+constexpr const char* kNoExtension = "its name has no extension";
 
 std::string_view SystemName(int system) {
   switch (system) {
@@ -98,13 +101,14 @@ class ComparingSink final : public ByteSink {
   }
 
  private:
-  static constexpr std::string_view kDiffers = "it is a picked file with other contents";
+  static constexpr std::string_view kDiffers = "it has other contents";
   LineStream lines_;
   bool readable_ = false;
   std::size_t at_ = 0;
 };
 
-bool WriteCopy(ByteSource& source, int system, OutputFile& copy) {
+/// Writes the converted bytes of `source`; returns why that failed, or nothing.
+std::string WriteCopy(ByteSource& source, int system, OutputFile& copy) {
   bool waiting_cr = false;
   const bool read = ReadPieces(source, [&](std::string_view bytes) {
     if (system == kWindowsSystem) {
@@ -114,10 +118,9 @@ bool WriteCopy(ByteSource& source, int system, OutputFile& copy) {
     }
   });
   if (waiting_cr) copy.Write("\r");
-  if (copy.Close() && read) return true;
-  PrintError("Could not write the file '" + copy.Path() +
-             "': " + (read ? copy.Error() : "the picked file could not be read"));
-  return false;
+  const bool arrived = copy.Close();
+  if (!read) return "the picked file could not be read";
+  return arrived ? std::string() : copy.Error();
 }
 
 int Refuse(std::string_view message) {
@@ -130,15 +133,6 @@ bool IsPicked(FileSystem& files, const std::string& path) {
          files.IsSameFile(path, SecondFilePath.Get());
 }
 
-/// The new file of a copy. Where that is the other picked file, as when the same file is picked
-/// twice, it is not written again.
-std::unique_ptr<ByteSink> CreateCopy(FileSystem& files, const std::string& path) {
-  if (!IsPicked(files, path)) return files.CreateSink(path, CreateMode::kWrite);
-  auto existing = files.OpenSource(path, ReadMode::kRead);
-  if (!existing) return nullptr;
-  return std::make_unique<ComparingSink>(std::move(existing));
-}
-
 /// The path of the converted copy: beside the picked file, or in the directory for new files.
 std::optional<std::string> CopyPath(std::string_view picked) {
   if (GlobalOutputDirectory.empty()) return InsertBeforeExtension(picked, kCopySuffix);
@@ -147,24 +141,38 @@ std::optional<std::string> CopyPath(std::string_view picked) {
   return InDirectory(*name, GlobalOutputDirectory);
 }
 
-/// Writes the converted copy and returns its path; nothing after a failure.
-std::optional<std::string> Convert(RunFiles& files, const std::string& picked, int system) {
-  auto new_path = CopyPath(picked);
-  if (!new_path) {
-    Refuse("Could not open the file!");
-    return std::nullopt;
+/// Whether the copy is there already. Another run may have made it, and may be reading it.
+bool HasCopy(FileSystem& disk, const std::string& picked, int system, const std::string& path) {
+  auto existing = disk.OpenSource(path, ReadMode::kRead);
+  auto source = disk.OpenSource(picked, ReadMode::kRead);
+  if (!existing || !source) return false;
+  OutputFile copy(std::make_unique<ComparingSink>(std::move(existing)), path);
+  return WriteCopy(*source, system, copy).empty();
+}
+
+/// Makes the converted copy at `path`; returns why that failed, or nothing.
+std::string MakeCopy(RunFiles& files, FileSystem& disk, const std::string& picked, int system,
+                     const std::string& path) {
+  if (files.IsSameFile(path, picked)) return "it is the picked file itself";
+  if (HasCopy(disk, picked, system, path)) return {};
+  std::string error;
+  if (IsPicked(files, path)) {
+    error = "it is a picked file with other contents";
+  } else {
+    auto source = files.OpenSource(picked, ReadMode::kRead);
+    auto sink = source ? files.CreateSink(path, CreateMode::kWrite) : nullptr;
+    if (!sink) return std::strerror(errno);
+    OutputFile copy(std::move(sink), path);
+    error = WriteCopy(*source, system, copy);
   }
-  if (files.IsSameFile(*new_path, picked)) return std::nullopt;
-  auto source = files.OpenSource(picked, ReadMode::kRead);
-  if (!source) return std::nullopt;
-  auto sink = CreateCopy(files, *new_path);
-  if (!sink) return std::nullopt;
-  OutputFile copy(std::move(sink), *new_path);
-  if (!WriteCopy(*source, system, copy)) return std::nullopt;
-  const std::string error = files.Publish();
-  if (error.empty()) return new_path;
-  PrintError(error);
-  return std::nullopt;
+  if (!error.empty()) {
+    PrintError("Could not write the file '" + path + "': " + error);
+    return error;
+  }
+  if (HasCopy(disk, picked, system, path)) return {};  // made meanwhile
+  error = files.Publish();
+  if (!error.empty()) PrintError(error);
+  return error;
 }
 
 }  // namespace
@@ -220,8 +228,14 @@ int ConvertLineEndings(PathBuffer& path, FileSystem& disk) {
     return 1;
   }
   lines.reset();
-  const auto copy = Convert(files, picked, system);
-  if (!copy) return 0;
+  const std::optional<std::string> copy = CopyPath(picked);
+  const std::string why = copy ? MakeCopy(files, disk, picked, system, *copy) : kNoExtension;
+  if (!why.empty()) {
+    path.NoteUnconverted("the line breaks are those of " + std::string(SystemName(system)) +
+                         ", and the file is read as it is, as no copy could be written" +
+                         (copy ? " to '" + *copy + "'" : std::string()) + ": " + why);
+    return copy ? 0 : Refuse("Could not open the file!");
+  }
   ShowBox(std::string("It seems that the file was created by a different operating system (")
               .append(SystemName(system))
               .append("). Tarvel created a new ")

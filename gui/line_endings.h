@@ -28,10 +28,10 @@ int SystemOf(const LineBreaks& breaks);
 /// Makes sure that the picked file of `path` has LF line breaks. If most of its line breaks are of
 /// another kind, a converted copy is written beside it, with "_linux" before its extension, a box
 /// says so, and `path` becomes the copy's path. Returns 1 when the file may be used; 0 after a
-/// failure, which leaves `path` as it is: no path, a file that cannot be opened or is empty, a path
+/// failure, which leaves `path` as it is (why there is no copy is noted in it): no path, a file that cannot be opened or is empty, a path
 /// without a ".", a copy that cannot be created or written, or would be the picked file itself or
-/// replace the other picked file. (The other one may be this very copy, unchanged: it is then
-/// used.)
+/// replace the other picked file. A copy that is there already and has the right bytes is used
+/// and not written again.
 int ConvertLineEndings(PathBuffer& path);
 /// The same on other files than those of the machine.
 int ConvertLineEndings(PathBuffer& path, FileSystem& files);

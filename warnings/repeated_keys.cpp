@@ -11,13 +11,14 @@ std::optional<std::size_t> KeyOffsets::FindOrAdd(std::string_view key) {
   upper_ = key;
   StringToUpper(upper_);
   return offsets_.FindOrPut(KeyedHash(upper_), static_cast<std::size_t>(key.data() - text_.data()),
-                            [&](std::size_t other) { return EqualNoCase(KeyAt(other), key); });
+                            [&](std::size_t other) { return IsKeyAt(other, key); });
 }
 
-/// The key at `offset`, where one begins.
-std::string_view KeyOffsets::KeyAt(std::size_t offset) const {
-  const std::string_view line = text_.substr(offset, text_.find('\n', offset) - offset);
-  return line.substr(0, line.find(','));
+/// Whether the key that begins at `offset` is this one. The rest of its line is not looked at.
+bool KeyOffsets::IsKeyAt(std::size_t offset, std::string_view key) const {
+  const std::string_view rest = text_.substr(offset);
+  return EqualNoCase(rest.substr(0, key.size()), key) &&
+         (rest.size() == key.size() || rest[key.size()] == ',' || rest[key.size()] == '\n');
 }
 
 void RepeatedKeys::Check(const EntryHead& head) {

@@ -34,7 +34,7 @@ class KeyOffsets {
   std::optional<std::size_t> FindOrAdd(std::string_view key);
 
  private:
-  std::string_view KeyAt(std::size_t offset) const;
+  bool IsKeyAt(std::size_t offset, std::string_view key) const;
 
   std::string_view text_;
   HashIndex offsets_;

@@ -66,6 +66,7 @@ enum class WarningKind : std::uint8_t {
   kMisreadKey,
   kMisreadTag,
   kBadKey,
+  kLineBreaks,
 };
 
 /// How bad it is. ORDER: the worst first.
@@ -89,7 +90,7 @@ struct WarningRow {
   std::string_view summary;  // what was found, in the plural
 };
 
-inline constexpr std::size_t kWarningKindCount = 56;
+inline constexpr std::size_t kWarningKindCount = 57;
 
 inline constexpr auto kWarningKinds = [] {
   using enum Severity;
@@ -154,6 +155,8 @@ inline constexpr auto kWarningKinds = [] {
       {"misread-key", kLoss, kReading, "keys that operations misread"},
       {"misread-tag", kLoss, kRun, "tags that operations would misread"},
       {"bad-key", kLoss, kRun, "keys that lead to another entry of the new library, or to none"},
+      {"line-breaks", kLoss, kRun,
+       "files with the line breaks of another system that were read as they are"},
   }};
 }();
 

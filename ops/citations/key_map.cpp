@@ -59,7 +59,7 @@ bool IsDivided(std::string_view old_key, std::string_view new_key) {
 }  // namespace
 
 bool CanBeCited(std::string_view key) {
-  return !key.empty() && key.find_first_of("{},%#\\~\t\r\n") == std::string_view::npos;
+  return !key.empty() && key.find_first_of("{},%#\\~") == std::string_view::npos;
 }
 
 std::size_t KeyMap::Read(std::string_view bytes) {

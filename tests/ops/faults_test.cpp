@@ -190,10 +190,12 @@ TEST(FaultyConversion, LeavesThePickedPathWhateverFails) {
   const std::string bytes = "@misc{a,\r\n}\r\n";
   MemoryFiles disk;
   disk.files["lit.bib"] = bytes;
+  int failures = 0;
   std::size_t call = 0;
   for (bool all_worked = false; !all_worked; ++call) {
-    ASSERT_LT(call, 20U);
+    ASSERT_LT(call, 30U);
     SCOPED_TRACE("call " + std::to_string(call));
+    disk.files.erase("lit_linux.bib");
     testing::RecordingReporter reporter;
     FaultyFiles files(disk);
     files.fail_at = call;
@@ -201,16 +203,21 @@ TEST(FaultyConversion, LeavesThePickedPathWhateverFails) {
     path.Set("lit.bib");
     const int result = ConvertLineEndings(path, files);
     all_worked = files.calls.size() <= call;
-    EXPECT_EQ(result, all_worked ? 1 : 0);
-    EXPECT_EQ(path.Get(), all_worked ? "lit_linux.bib" : "lit.bib");
+    // The search for a copy that is there already may fail, and does no harm.
+    const bool converted = result == 1;
+    failures += converted ? 0 : 1;
+    EXPECT_TRUE(converted || !all_worked);
+    if (converted) {
+      EXPECT_EQ(disk.files["lit_linux.bib"], "@misc{a,\n}\n");
+    }
+    EXPECT_EQ(path.Get(), converted ? "lit_linux.bib" : "lit.bib");
     EXPECT_EQ(disk.files["lit.bib"], bytes);
-    if (!all_worked && files.calls.back() == FaultyFiles::Call::kClose) {
+    if (!converted && files.calls.back() == FaultyFiles::Call::kClose) {
       EXPECT_NE(reporter.printed, "") << "a copy that broke off is reported";
     }
-    for (const auto& box : reporter.boxes) EXPECT_EQ(box.caption == "File conversion", all_worked);
+    for (const auto& box : reporter.boxes) EXPECT_EQ(box.caption == "File conversion", converted);
   }
-  EXPECT_EQ(disk.files["lit_linux.bib"], "@misc{a,\n}\n");
-  EXPECT_GT(call, 6U) << "two opens, reads, a create, a write, a close";
+  EXPECT_GE(failures, 6) << "two opens, reads, a create, a write, a close";
 }
 
 }  // namespace

@@ -112,6 +112,8 @@ KINDS = {
     "large-output": {},
     "misread-key": {},
     "text-not-copied": near(LINE, TEXT, GONE, STRING, ENTRY),
+    "bad-key": {},
+    "line-breaks": {},
 }
 
 

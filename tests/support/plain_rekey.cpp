@@ -402,6 +402,11 @@ std::optional<PlainKeys> PlainReadKeyMap(const std::string& bytes) {
     if (!Unescaped(line.substr(0, tab), old_key) || !Unescaped(line.substr(tab + 1), new_key)) {
       return std::nullopt;
     }
+    for (const char byte : new_key) {
+      for (const char bad : {'{', '}', ',', '%', '#', '\\', '~'}) {
+        if (byte == bad) return std::nullopt;
+      }
+    }
     keys.emplace(old_key, new_key);
     line.clear();
   }

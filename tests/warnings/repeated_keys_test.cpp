@@ -37,7 +37,7 @@ TEST(RepeatedKeys, AreComparedToTheLastByte) {
   EXPECT_EQ(Repeated("@misc{\xC4,\n}\n@misc{\xE4,\n}\n"), Lines()) << "no letters but ASCII's";
   EXPECT_EQ(Repeated("@misc{[,\n}\n@misc{{,\n}\n"), Lines()) << "a bit apart, but no letters";
   EXPECT_EQ(Repeated("@misc{,\n}\n@misc{,\n}\n"),
-            Lines{"key-twice l:3 [] the entry has no key, and neither has that in line 1"});
+            Lines{"key-twice l:3 [] the entry has no key, nor has the one in line 1"});
   EXPECT_EQ(Repeated("@misc{k\n}\n@misc{k,\n}\n").size(), 1U) << "a key may end with its line";
 }
 
@@ -61,9 +61,8 @@ TEST(RepeatedKeys, AreThoseThatAMapFinds) {
       const std::string line = std::to_string(known->second);
       expected.push_back("key-twice l:" + std::to_string(warnings.LineOf(head.offset)) + " [" +
                          std::string(head.key) + "] " +
-                         (upper.empty()
-                              ? "the entry has no key, and neither has that in line " + line
-                              : "the key stands in line " + line + " already"));
+                         (upper.empty() ? "the entry has no key, nor has the one in line " + line
+                                        : "the entry in line " + line + " has the same key"));
     };
     ScanLibrary(library, rules, warnings);
     ASSERT_EQ(Repeated(library), expected) << library;
