@@ -112,7 +112,7 @@ class SilentReporter final : public Reporter {
 
 /// How many bytes of a key are kept: more than are printed. Text that is taken for a key can be as
 /// long as the library, and each finding in the entry holds it.
-constexpr std::size_t kMostKey = 1000;
+constexpr std::size_t kMostKey = 128;
 constexpr std::size_t kPiece = std::size_t{1} << 16;  // what is printed at once
 
 /// What is wrong in one line. A library can have millions of findings, so they are kept small.

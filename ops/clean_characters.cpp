@@ -208,7 +208,12 @@ void CharacterCleaner::ReportFound() {
 /// Counts a line that is left out for the tag, and reports what else goes with it.
 void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) {
   const std::string_view name = TagNameOf(line);
-  const std::string_view shown = name.empty() ? tag : name;
+  const bool is_alone = !name.empty() && line.find('=') == line.rfind('=');
+  const std::vector<LineTag> tags = is_alone ? std::vector<LineTag>() : TagsOf(AfterHead(line));
+  std::string_view shown = is_alone ? name : tag;
+  for (const LineTag& other : tags) {
+    if (EqualNoCase(other.name, tag)) shown = other.name;  // as it is spelt there
+  }
   left_out_.Add(shown, offset_);
   const std::ptrdiff_t open = OpenBraces(line);
   if (open > 0) {
@@ -218,17 +223,16 @@ void CharacterCleaner::NoteLeftOut(std::string_view line, std::string_view tag) 
   } else if (open < 0) {
     warnings_.Report(
         WarningKind::kTornValue, offset_, bibitem_,
-        {"the line of ", Quoted(shown), " was left out with a '}' that ends more than its value"});
+        {"the line of ", Quoted(shown), " was left out together with a '}' that ends the entry"});
   }
   if (open == 0 && TearsComma(line, input_.Bytes().substr(input_.Position()))) {
     warnings_.Report(WarningKind::kTornValue, offset_, bibitem_,
                      {"the line of ", Quoted(shown),
-                      " was left out, but not with one comma: BibTeX cannot read the entry any "
-                      "more"});
+                      " was left out with no comma, or with two: BibTeX can no longer read the "
+                      "entry"});
   }
-  if (!name.empty() && line.find('=') == line.rfind('=')) return;  // its own tag only
-  for (const LineTag& other : TagsOf(AfterHead(line))) {
-    if (other.name == name) continue;
+  for (const LineTag& other : tags) {
+    if (EqualNoCase(other.name, shown)) continue;
     warnings_.Report(WarningKind::kTextLost, offset_, bibitem_,
                      {"the tag ", Quoted(other.name), " shares a line with ", Quoted(shown),
                       " and was left out with it"});

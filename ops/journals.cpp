@@ -9,8 +9,10 @@
 #include <string_view>
 #include <utility>
 
+#include "core/text_primitives.h"
 #include "ops/journals/journal_lines.h"
 #include "ops/journals/journal_table.h"
+#include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
 
@@ -83,7 +85,13 @@ int RunJournals(const RunContext& run) {
   FileWarnings warnings = WarningsOf(run, run.first_path, *input);
   constexpr std::array kStrayTags{std::string_view("journal")};
   const NameMatcher tags(kStrayTags);
-  ScanLibrary(input->Bytes(), {.line_limit = limits::kPairLine, .stray_tags = &tags}, warnings);
+  NamedKeys keys(input->Bytes(), [](std::string_view entry) { return CountByte(entry, '\n'); });
+  ScanLibrary(input->Bytes(),
+              {.line_limit = limits::kPairLine,
+               .stray_tags = &tags,
+               .on_entry = [&](const EntryHead& head) { keys.Take(head); }},
+              warnings);
+  WarnOfLargeOutput(run, log->Path(), keys.Bytes(), kLongKeys);
   RenameJournals(*input, *library, *log, journals, run.settings, warnings);
   log->Write({"The changed journal names are stored in a new BibTeX library:\n", library->Path(),
               "\n\n\n\n"});

@@ -126,31 +126,18 @@ bool LostBlanks(std::string_view name, BracedPieces& joined) {
   });
 }
 
-/// Why a name that was rearranged may have become wrong; empty when it has not. `joined`: what
-/// follows the braces of the new list. `commas`: the list has names with commas.
-std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bool commas) {
-  std::size_t words = 0;
-  bool has_suffix = false;
-  bool ends_in_suffix = false;
-  bool has_particle = false;  // before another word
-  std::string_view rest = name;
-  for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
-    const std::string_view next = TakeWord(rest);
-    has_suffix = has_suffix || IsSuffix(word);
-    ends_in_suffix = IsSuffix(word) && (word.starts_with("Jr") || word.starts_with("Sr"));
-    has_particle = has_particle || (!next.empty() && kParticles.Holds(word));
-    word = next;
+/// Whether the word is made of one to three capitals, as the initials of a list of PubMed's are.
+bool LooksLikeInitials(std::string_view word) {
+  constexpr std::size_t kMostInitials = 3;
+  std::size_t capitals = 0;
+  for (const char byte : word) {
+    if (byte >= 'A' && byte <= 'Z') {
+      ++capitals;
+    } else if (byte != '.') {
+      return false;
+    }
   }
-  if (words == 0) return {};
-  if (words == 1 && EqualNoCase(Trim(name, " ~"), "others")) return "became a person";
-  if (words == 2 && ends_in_suffix && !commas) {
-    return "has a suffix and no first name: it ends in a comma now, which BibTeX refuses";
-  }
-  if (has_suffix) return "has a suffix, which may have moved";
-  if (LostBlanks(name, joined)) return "lost the blanks in its braces";
-  if (commas) return {};
-  if (words == 1) return "has one word and was paired with another name";
-  return has_particle ? "has a particle, which became an initial"sv : ""sv;
+  return capitals != 0 && capitals <= kMostInitials;
 }
 
 /// Whether the word is one of a first name in full: it has more letters than a pair of initials,
@@ -167,6 +154,44 @@ bool IsFullWord(std::string_view word) {
     begins_low = begins_low || (letters == 1 && ends_low);
   }
   return letters > 2 || (letters == 2 && ends_low && !begins_low);  // "Al", not "JP" and "et"
+}
+
+/// Why a name that was rearranged may have become wrong; empty when it has not. `joined`: what
+/// follows the braces of the new list. `commas`: the list has names with commas. `has_dots`: the
+/// new list ends with the dots for "and others".
+std::string_view WhyDoubtfulName(std::string_view name, BracedPieces& joined, bool commas,
+                                 bool has_dots) {
+  std::size_t words = 0;
+  std::string_view first;
+  std::string_view last;
+  bool has_suffix = false;
+  bool ends_in_suffix = false;
+  bool has_particle = false;  // before another word
+  std::string_view rest = name;
+  for (std::string_view word = TakeWord(rest); !word.empty(); ++words) {
+    const std::string_view next = TakeWord(rest);
+    first = words == 0 ? word : first;
+    last = word;
+    has_suffix = has_suffix || IsSuffix(word);
+    ends_in_suffix = IsSuffix(word) && (word.starts_with("Jr") || word.starts_with("Sr"));
+    has_particle = has_particle || (!next.empty() && kParticles.Holds(word));
+    word = next;
+  }
+  if (words == 0) return {};
+  if (words == 1 && EqualNoCase(Trim(name, " ~"), "others")) {
+    return has_dots ? ""sv : "became a person"sv;
+  }
+  if (words == 2 && ends_in_suffix && !commas) {
+    return "has a suffix and no first name: it ends in a comma now, which BibTeX refuses";
+  }
+  if (has_suffix) return "has a suffix, which may have moved";
+  if (LostBlanks(name, joined)) return "lost the blanks in its braces";
+  if (commas) return {};
+  if (words == 1) return "has one word and was paired with another name";
+  if (words > 1 && IsFullWord(first) && LooksLikeInitials(last)) {
+    return "ends in what looks like initials, which became the surname";
+  }
+  return has_particle ? "has a particle, which became an initial"sv : ""sv;
 }
 
 /// The first name with a first name in full; empty when all have initials.
@@ -188,7 +213,13 @@ std::string WhyNoKnownForm(std::string_view list) {
     if (list.find('.') != kNone) {
       const std::string_view full = FullFirstName(list);
       if (full.empty()) return {};
-      return Quoted(full) + " has a full first name, but another name in the list has initials";
+      if (std::count(full.begin(), full.end(), ',') > 2) {
+        return Quoted(full) + " has more than two commas; write 'and' between the names";
+      }
+      if (ContainsNoCase(full, " and ")) {
+        return Quoted(full) + " was one name, as its 'and' was in capitals; run again";
+      }
+      return Quoted(full) + " has a full first name, but the list has full stops, as initials have";
     }
     const std::string_view only = OnlyName(list);
     if (only.empty()) return {};
@@ -204,10 +235,11 @@ std::string WhyDoubtful(std::string_view old_list, std::string_view new_list) {
   if (old_list == new_list) return {};
   BracedPieces joined(new_list);
   const bool commas = HasComma(old_list);
+  const bool has_dots = new_list.ends_with("{\\ldots}");
   std::string reasons;
   NameParts names(old_list);
   while (const auto name = names.Next()) {
-    const std::string_view reason = WhyDoubtfulName(*name, joined, commas);
+    const std::string_view reason = WhyDoubtfulName(*name, joined, commas, has_dots);
     if (reason.empty()) continue;
     reasons.append(reasons.empty() ? "" : "; ").append(Quoted(*name)).append(" ").append(reason);
   }

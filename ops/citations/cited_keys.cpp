@@ -46,14 +46,14 @@ void CitedKeys::ReadPlainly(LineStream lines, Scanner scan) {
   ReportCitations(document.lines.Bytes(), document.warnings);
   ReportKeys(keys_, offsets, document.warnings);
   if (!document.warnings.Wanted()) return;
-  MarkRead(run_.first_path);
+  (void)MarkRead(run_.first_path);
   DocumentObserver observer;
   FollowFiles(document, observer);
   ReadDocument(document.lines.Bytes(), commands_, observer);
 }
 
 void CitedKeys::ReadLikeLaTeX(LineStream lines) {
-  MarkRead(run_.first_path);  // so that a file that includes it does not read it again
+  (void)MarkRead(run_.first_path);  // so that a file that includes it does not read it again
   Read(Add(run_.first_path, std::move(lines)));
 }
 
@@ -108,7 +108,9 @@ void CitedKeys::Follow(Document& from, std::string_view command, std::string_vie
 /// files are not followed, only reports that it has citations. False when it cannot be read.
 bool CitedKeys::TakeFile(Document& from, std::string_view command, std::string_view name,
                          std::size_t offset, const std::string& path) {
-  if (MarkRead(path)) return true;
+  const std::optional<bool> is_new = MarkRead(path);
+  if (!is_new) return false;
+  if (!*is_new) return true;
   if (run_.citations.follow && run_.files.Protect(path)) return true;  // the run fails
   std::optional<LineStream> lines =
       run_.citations.follow ? run_.files.OpenLines(path, ReadMode::kRead) : run_.files.Peek(path);
@@ -143,9 +145,10 @@ void CitedKeys::ReportUnread(Document& unread, const std::function<void()>& repo
   --depth_;
 }
 
-bool CitedKeys::MarkRead(const std::string& path) {
+std::optional<bool> CitedKeys::MarkRead(const std::string& path) {
   const std::optional<FileState> file = run_.files.StateAt(path);
-  return file && !read_.insert({file->device, file->number}).second;
+  if (!file) return std::nullopt;
+  return read_.insert({file->device, file->number}).second;
 }
 
 void CitedKeys::ReadLibrary(LineStream lines) {

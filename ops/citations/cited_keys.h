@@ -64,8 +64,9 @@ class CitedKeys {
   bool TakeFile(Document& from, std::string_view command, std::string_view name, std::size_t offset,
                 const std::string& path);
   void ReportUnread(Document& unread, const std::function<void()>& report);
-  /// Notes that the file at `path` is read; returns whether it was noted before.
-  bool MarkRead(const std::string& path);
+  /// Notes that the file at `path` is read; returns whether it was not noted before, and nothing
+  /// when there is no such file.
+  std::optional<bool> MarkRead(const std::string& path);
 
   const RunContext& run_;
   std::list<Document> documents_;

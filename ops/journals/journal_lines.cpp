@@ -141,9 +141,12 @@ void JournalRenamer::HandleJournalLine(Line& line) {
 /// Reports an entry's first line that mentions a journal: a value is read from it, with the lines
 /// up to one that closes it.
 void JournalRenamer::ReportHead() {
-  warnings_.Report(WarningKind::kKeyAsTag, input_.Position() - 1, bibitem_,
-                   "the first line mentions a journal and is taken for its line: the lines after "
-                   "it are joined to it, and what is in them is not looked at; rename the key");
+  const bool by_key = ContainsNoCase(bibitem_, "journal");
+  warnings_.Report(
+      WarningKind::kKeyAsTag, input_.Position() - 1, bibitem_,
+      {"the first line mentions a journal and is taken for its line: the lines after "
+       "it may be joined to it, and journals in them are not renamed; ",
+       by_key ? "rename the key" : "put each tag on a line of its own, or prepare the library"});
 }
 
 /// Reports a line without braces that becomes one with braces: what it loses, and that a macro or

@@ -66,7 +66,6 @@ BibReader::BibReader(std::string_view bytes, BibStrings& strings)
 void BibReader::GoTo(std::size_t begin, bool is_strict) {
   at_ = begin;
   is_strict_ = is_strict;
-  next_head_ = 0;
 }
 
 bool BibReader::Next(BibItem& item) {
@@ -308,16 +307,18 @@ std::string_view BibReader::TakeName() {
   return bytes_.substr(from, at_ - from);
 }
 
-/// The first "@" from `from` on that begins a line like a command, or the end. Asked for in the
-/// order of the bytes.
+/// The first "@" from `from` on that begins a line like a command, or the end.
 std::size_t BibReader::NextHeadLine(std::size_t from) {
-  if (next_head_ >= from && next_head_ > 0) return next_head_;
-  next_head_ = bytes_.find('@', from);
-  while (next_head_ < bytes_.size() && !IsHeadLine(next_head_)) {
-    next_head_ = bytes_.find('@', next_head_ + 1);
+  if (!std::exchange(has_heads_, true)) FindHeadLines();
+  const auto head = std::lower_bound(heads_.begin(), heads_.end(), from);
+  return head == heads_.end() ? bytes_.size() : *head;
+}
+
+/// Few libraries need them. They are found at once, as parents are read in any order.
+void BibReader::FindHeadLines() {
+  for (std::size_t at = bytes_.find('@', 1); at < bytes_.size(); at = bytes_.find('@', at + 1)) {
+    if (IsHeadLine(at)) heads_.push_back(at);
   }
-  next_head_ = std::min(next_head_, bytes_.size());
-  return next_head_;
 }
 
 bool BibReader::IsHeadLine(std::size_t at) const {

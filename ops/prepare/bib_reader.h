@@ -96,6 +96,7 @@ class BibReader {
   bool IsAtEnd() const { return at_ >= bytes_.size(); }
   bool IsAt(char byte) const { return at_ < bytes_.size() && bytes_[at_] == byte; }
   std::size_t NextHeadLine(std::size_t from);
+  void FindHeadLines();
   bool IsHeadLine(std::size_t at) const;
 
   std::string_view bytes_;
@@ -108,7 +109,8 @@ class BibReader {
   std::size_t room_;  // how many bytes strings may still add
   bool is_strict_ = false;
   std::size_t strict_from_;
-  std::size_t next_head_ = 0;  // a line that begins like a command; none stands before it
+  bool has_heads_ = false;
+  std::vector<std::size_t> heads_;  // of all lines that begin like a command
 };
 
 /// An offset after which no preamble begins, and no entry with an "@" in its key. Does not read

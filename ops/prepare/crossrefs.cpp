@@ -56,6 +56,8 @@ CrossReferences::Parent CrossReferences::Inherit(BibItem& entry) {
     if (!parent) break;
     ++parents_;
     for (const OwnTag& tag : parent->tags) {
+      // Looking at a tag takes room, too: an entry may have very many that its children have.
+      if (!TakeRoom(1)) return Parent::kTooLong;
       if (names.insert(tag.name).second && !Add(entry, tag.name, tag.value)) {
         return Parent::kTooLong;
       }
@@ -144,8 +146,10 @@ const CrossReferences::OwnEntry& CrossReferences::OwnEntryAt(std::size_t begin) 
   OwnEntry& entry = found->second;
   if (!is_new) return entry;
   Read(begin);
+  std::unordered_set<std::string, KeyedStringHash> names;  // the first tag of a name counts
   for (const BibTag& tag : item_.tags) {
-    entry.tags.push_back({Lower(tag.name), std::string(tag.value)});
+    std::string name = Lower(tag.name);
+    if (names.insert(name).second) entry.tags.push_back({std::move(name), std::string(tag.value)});
   }
   const bool is_child = std::any_of(entry.tags.begin(), entry.tags.end(),
                                     [](const OwnTag& tag) { return tag.name == "crossref"; });

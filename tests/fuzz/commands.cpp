@@ -104,7 +104,7 @@ class Found final : public Warnings {
   void Report(const Warning& warning) override {
     if (RowOf(warning.kind).about != About::kReading) return;
     // Of a key as long as a line only the beginning is printed, which may be that of others.
-    constexpr std::size_t kMostKey = 1000;
+    constexpr std::size_t kMostKey = 128;
     found.insert({warning.line, warning.kind, std::string(warning.key.substr(0, kMostKey)),
                   std::string(warning.text)});
   }

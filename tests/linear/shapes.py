@@ -174,6 +174,20 @@ def tags_of_entries_that_do_not_close(n):
             "@book{l,\n" + tags)
 
 
+def children_of_a_parent_with_one_tag_many_times(n):
+    return ("".join(f"@book{{k{i}, crossref = {{p}}}}\n" for i in range(n))
+            + "@book{p,\n" + "  a = 1,\n" * n + "  title = {T}\n}\n")
+
+
+def parents_on_one_line_after_an_open_value(n):
+    return ("@book{x, title = {\n" + "".join(f"@book{{p{i}, note = {{N}}}} " for i in range(n))
+            + "".join(f"@book{{c{i}, crossref = {{p{(7 * i) % n}}}}} " for i in range(n)) + "\n")
+
+
+def one_key_after_a_long_line(n):
+    return ("@article{k, note = {" + "A " * (100 * n) + "}\n" + "@article{k,\n}\n" * n)
+
+
 def braces(n):
     return "@misc{k,\n note = " + "{" * n + "\n" + "}\n" * n
 
@@ -266,6 +280,9 @@ SHAPES = (
     (doubles_in_pieces_of_one_line, 400, ALL),
     (children_of_a_long_parent, 20000, ("prepare", "extract")),  # more names than it remembers
     (tags_of_entries_that_do_not_close, 5000, ("prepare",)),
+    (children_of_a_parent_with_one_tag_many_times, 4000, ("prepare",)),
+    (parents_on_one_line_after_an_open_value, 3000, ("prepare",)),
+    (one_key_after_a_long_line, 5000, ("check",)),
     (braces, 20000, ALL),
     (same_key, 5000, ("compare", "clean-tags", "text", "extract", "journals", "check")),
     (same_key_without_tags_to_compare, 10000, ("check",)),

@@ -438,7 +438,7 @@ TEST(CleanCharacters, NamesLargeCodePointsAndTagsOnTheFirstLine) {
                 "U+1F600 \xf0\x9f\x98\x80 became '" + std::string(4, '?') + "', times: 1",
                 "U+10FFFF \xf4\x8f\xbf\xbf became '" + std::string(4, '?') + "', times: 1"}));
   EXPECT_EQ(warnings.TextsOf(WarningKind::kLineLeftOut),
-            std::vector<std::string>{"lines with the tag 'FILE' were left out, times: 1"});
+            std::vector<std::string>{"lines with the tag 'file' were left out, times: 1"});
 }
 
 }  // namespace

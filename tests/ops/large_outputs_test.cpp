@@ -8,6 +8,7 @@
 
 #include "ops/operations.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/operation_runs.h"
 #include "tests/support/recording_reporter.h"
 #include "tests/support/recording_warnings.h"
 
@@ -24,7 +25,9 @@ std::string WarnedOf(int (*operation)(const RunContext&), const std::string& lib
   MemoryFiles files;
   files.files["lit.bib"] = library;
   files.files["more.bib"] = library;
-  RunContext run = testing::MemoryRun(files, "lit.bib", "more.bib");
+  testing::AddConfiguration(files);
+  const bool takes_list = operation == RunJournals;  // it has one of its own
+  RunContext run = testing::MemoryRun(files, "lit.bib", takes_list ? "" : "more.bib");
   run.warnings = &warnings;
   if (keep_strings) run.settings.RemoveJournalStrings = 0;
   EXPECT_EQ(operation(run), 1);
@@ -96,7 +99,7 @@ TEST(LargeOutputs, AreWarnedOfBeforeALongKeyFillsALog) {
     for (int i = 0; i < lines; ++i) library += "  author = {Jos\xE9 Doe},\n";
     return library + "}\n@misc{b,\n}\n";
   };
-  for (const auto operation : {RunCleanAuthors, RunCleanCharacters}) {
+  for (const auto operation : {RunCleanAuthors, RunCleanCharacters, RunJournals}) {
     EXPECT_EQ(WarnedOf(operation, entry(2000, 1000)), "");
     EXPECT_EQ(WarnedOf(operation, entry(400, 30000)), "") << "such a log is no surprise";
     EXPECT_NE(WarnedOf(operation, entry(40000, 1000)).find("may become large, up to about 40 MB"),

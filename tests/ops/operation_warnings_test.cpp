@@ -254,7 +254,8 @@ const Case kCases[] = {
      "@article{b,\n  journal = \"Soft Matter\"\n}\n@article{c,\n  journal = {jutf},\n}\n",
      "",
      {"key-as-tag lit.bib:1 [journals/x] the first line mentions a journal and is taken for its "
-      "line: the lines after it are joined to it, and what is in them is not looked at; rename the "
+      "line: the lines after it may be joined to it, and journals in them are not renamed; rename "
+      "the "
       "key",
       "braced-journal lit.bib:5 [a] the macro's name became the value of 'journal': 'prl'",
       "line-cut lit.bib:8 [b] no comma ends the value of 'journal' on its line: the next lines, up "
@@ -291,8 +292,8 @@ const Case kCases[] = {
      {"torn-value lit.bib:2 [a] the line of 'adsurl' was left out, but the next lines of its value "
       "remain",
       "text-lost lit.bib:4 [a] the tag 'year' shares a line with 'doi' and was left out with it",
-      "torn-value lit.bib:5 [a] the line of 'url' was left out with a '}' that ends more than its "
-      "value",
+      "torn-value lit.bib:5 [a] the line of 'url' was left out together with a '}' that ends "
+      "the entry",
       "line-left-out lit.bib:2 [] lines with the tag 'adsurl' were left out, times: 1",
       "line-left-out lit.bib:4 [] lines with the tag 'doi' were left out, times: 1",
       "line-left-out lit.bib:5 [] lines with the tag 'url' were left out, times: 1"}},
@@ -350,10 +351,10 @@ const Case kCases[] = {
     {"clean-characters",
      "@misc{a,\n  url = {u}\n  , year = {1}\n  , doi = {1},\n  note = {2},\n  doi = {3}\n}\n",
      "",
-     {"torn-value lit.bib:2 [a] the line of 'url' was left out, but not with one comma: BibTeX "
-      "cannot read the entry any more",
-      "torn-value lit.bib:4 [a] the line of 'doi' was left out, but not with one comma: BibTeX "
-      "cannot read the entry any more",
+     {"torn-value lit.bib:2 [a] the line of 'url' was left out with no comma, or with two: "
+      "BibTeX can no longer read the entry",
+      "torn-value lit.bib:4 [a] the line of 'doi' was left out with no comma, or with two: "
+      "BibTeX can no longer read the entry",
       "line-left-out lit.bib:4 [] lines with the tag 'doi' were left out, times: 2",
       "line-left-out lit.bib:2 [] lines with the tag 'url' were left out, times: 1"}},
     {"clean-doubles",
@@ -364,6 +365,12 @@ const Case kCases[] = {
      {"text-not-copied lit.bib:16 [] text after a dropped entry was not copied: '@comment{x'",
       "missing-parent lit.bib:1 [a] the 'crossref' of the entry names 'P', which is not in the new "
       "library"}},
+    {"clean-characters",
+     "@misc{a,\n  title = {T}, Year = {2001}, doi = {10.1/x},\n}\n",
+     "",
+     {"text-lost lit.bib:2 [a] the tag 'title' shares a line with 'doi' and was left out with it",
+      "text-lost lit.bib:2 [a] the tag 'Year' shares a line with 'doi' and was left out with it",
+      "line-left-out lit.bib:2 [] lines with the tag 'doi' were left out, times: 1"}},
     {"clean-doubles",
      "@booklet{K_a,\n  title = {2},\n}\n@booklet{k,\n  title = {1},\n}\n"
      "@booklet{k,\n  title = {3},\n}\n@letter{,\n}\n@letter{k,\n}\n@letter{,\n}\n",

@@ -18,17 +18,22 @@ TEST(WhyNoKnownForm, NamesTheNameThatStandsInTheWay) {
       {"John~Smith and Bob Jones", "'John~Smith' has no first names"},
       {"Doe, John", "'Doe, John' is a single name with a comma"},
       {"Smith, John A. and Doe, J.",
-       "'Smith, John A.' has a full first name, but another name in the list has initials"},
+       "'Smith, John A.' has a full first name, but the list has full stops, as initials have"},
       {"Doe, Al and Roe, B.",
-       "'Doe, Al' has a full first name, but another name in the list has initials"},
+       "'Doe, Al' has a full first name, but the list has full stops, as initials have"},
       {"Doe, Jean-Paul and Roe, B.",
-       "'Doe, Jean-Paul' has a full first name, but another name in the list has initials"},
+       "'Doe, Jean-Paul' has a full first name, but the list has full stops, as initials have"},
       {"Doe, Jos\\'e and Roe, B.",
-       "'Doe, Jos\\'e' has a full first name, but another name in the list has initials"},
+       "'Doe, Jos\\'e' has a full first name, but the list has full stops, as initials have"},
       {"Doe, {\\AA}ke and Roe, B.",
-       "'Doe, {\\AA}ke' has a full first name, but another name in the list has initials"},
+       "'Doe, {\\AA}ke' has a full first name, but the list has full stops, as initials have"},
       {"Doe, \xC3\x89\xC3\xA9n and Roe, B.",
-       "'Doe, \xC3\x89\xC3\xA9n' has a full first name, but another name in the list has initials"},
+       "'Doe, \xC3\x89\xC3\xA9n' has a full first name, but the list has full stops, as initials "
+       "have"},
+      {"Smith, A., Jones, B., Brown, C.",
+       "'Smith, A., Jones, B., Brown, C.' has more than two commas; write 'and' between the names"},
+      {"Doe, J. AND Roe, Karl",
+       "'Doe, J. AND Roe, Karl' was one name, as its 'and' was in capitals; run again"},
   };
   for (const Case& c : cases) EXPECT_EQ(WhyNoKnownForm(c.list), c.reason) << c.list;
 }
@@ -49,6 +54,12 @@ TEST(WhyDoubtful, NamesTheNamesThatMayBeWrong) {
   };
   const Case cases[] = {
       {"F. Delorme and others", "Others, F. D.", "'others' became a person"},
+      {"F. Delorme and Others", "Delorme, F. {\\ldots}", ""},
+      {"Smith J and Jones BCD", "J, S. and Bcd, J.",
+       "'Smith J' ends in what looks like initials, which became the surname; 'Jones BCD' ends in "
+       "what looks like initials, which became the surname"},
+      {"Smith J.B.", "J.b., S.",
+       "'Smith J.B.' ends in what looks like initials, which became the surname"},
       {"Plato and Aristotle", "Aristotle, P.",
        "'Plato' has one word and was paired with another name; 'Aristotle' has one word and was "
        "paired with another name"},
