@@ -108,7 +108,7 @@ bool AuthorCleaner::SkipHeader(Line& line) {
     if (IsFileHeader(text)) continue;
     warnings_.Report(
         WarningKind::kTextNotCopied, input_.Position() - 1, {},
-        "a line with '#' before the first without one was not copied: " + Quoted(text));
+        "a line with '#' at the beginning of the library was not copied: " + Quoted(text));
   }
   return false;
 }

@@ -363,8 +363,8 @@ void DoubleCleaner::ReportPassed(std::string_view line, std::size_t start) {
 /// Reports why the run ends with the entry that begins at `start`.
 void DoubleCleaner::ReportEnd(std::size_t start) {
   input_warnings_.Report(WarningKind::kEndedEarly, start, reader_.Entry().key,
-                         "no line that begins with '}' ends the entry: Clean doubles ends "
-                         "there without success; put the last '}' on a line of its own");
+                         "no line that begins with '}' ends the entry: Clean doubles fails there; "
+                         "put the last '}' on a line of its own");
 }
 
 /// Reports every entry of which the copy will replace a byte; of each only once.
@@ -458,7 +458,7 @@ void ReportLibrary(const RunContext& run, const std::string& log, std::string_vi
   WarnOfLargeOutput(run, log, keyless * keyless / 2 * kEmptyKeys.size(),
                     std::to_string(keyless) + " entries without a key");
   WarnOfLargeOutput(run, log, size.Bytes(library.size()),
-                    "each entry is compared with all that have its key");
+                    "each entry is compared with every other entry of its key");
 }
 
 void WriteSummary(OutputFile& log, int not_written, const std::string& input,

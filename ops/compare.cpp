@@ -101,7 +101,7 @@ class Comparison {
   OutputFile& missing_;
   OutputFile& equal_;
   GrowingOutput copies_{run_, equal_, first_stream_.Bytes().size(),
-                        "an entry is copied once for each that equals it"};
+                        "an entry is copied once for each entry that equals it"};
   Counters counters_;
 };
 
@@ -256,9 +256,10 @@ KeyUses ReportLibrary(const RunContext& run, const std::string& path, const Line
                   .upper_cases = false};
   rules.on_entry = [&](const EntryHead& head) {
     if (!CompareRuleFor(head.type).rule) {
-      warnings.Report(
-          WarningKind::kNoGroup, head.offset, head.key,
-          std::string("the type '").append(head.type).append("' is compared with none"));
+      warnings.Report(WarningKind::kNoGroup, head.offset, head.key,
+                      std::string("entries of the type '")
+                          .append(head.type)
+                          .append("' are not compared by their values"));
     }
     keys.Check(head);
   };
@@ -267,7 +268,7 @@ KeyUses ReportLibrary(const RunContext& run, const std::string& path, const Line
 }
 
 /// An upper limit for the bytes of the verdicts about keys that occur more than once in both
-/// libraries: each entry is compared with all that have its key.
+/// libraries: each entry is compared with every other entry of its key.
 std::uint64_t BytesOfVerdicts(const KeyUses& first, const KeyUses& second) {
   std::uint64_t bytes = 0;
   for (const auto& [key, use] : first) {
@@ -303,7 +304,7 @@ int RunCompare(const RunContext& run) {
   const KeyUses first_keys = ReportLibrary(run, run.first_path, *first);
   const KeyUses second_keys = ReportLibrary(run, run.second_path, *second);
   WarnOfLargeOutput(run, log->Path(), BytesOfVerdicts(first_keys, second_keys),
-                    "each entry is compared with all that have its key");
+                    "each entry is compared with every other entry of its key");
   const Counters counters = Comparison(run, *first, *second, *log, *missing, *equal).Walk();
   WriteSummary(*log, counters, run, missing->Path(), equal->Path());
   return CloseOutputs(run, {log.get(), missing.get(), equal.get()}) ? kSucceeded : kFailed;

@@ -224,8 +224,8 @@ int WriteLibrary(const RunContext& run, const std::vector<std::string>& keys,
     };
     observer.on_end = [&](std::size_t key, std::size_t head) {
       warnings.Report(WarningKind::kEndedEarly, head, keys[key],
-                      "the library ends with the first line of the entry: Extract ends there "
-                      "without success; put each tag on a line of its own, or run with --prepare");
+                      "the library ends with the first line of the entry: Extract fails there; put "
+                      "each tag on a line of its own, or run with --prepare");
     };
     observer.on_range = [&](const LibraryRange& range) {
       const ValueCounts of_entry = ScanRange(library->Bytes(), range, rules, warnings);

@@ -88,13 +88,13 @@ class CitationLine {
         command.starts_with(kCite) && last_read_ != std::string_view::npos && at <= last_read_;
     if (!read && at < comment_) {
       if (!LooksLikeCitation(NameOf(command))) return;
-      Report(command, "is not read: only \"\\cite{\" is, without --cite-commands");
+      Report(command, "is not read without --cite-commands, only \"\\cite{\" is");
     } else if (read && at > comment_) {
       Report(command, "is in a comment, but is read");
     } else if (read && line_.find('}', at) == std::string_view::npos) {
-      Report(command, "is read to the end of its line only");
+      Report(command, "is read only to the end of its line");
     } else if (read && command.starts_with(kCites)) {
-      Report(command, "is read to the end of its first list only");
+      Report(command, "is read only to the end of its first list");
     }
   }
 

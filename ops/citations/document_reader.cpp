@@ -30,8 +30,8 @@ constexpr auto kVerbatimEnvironments = std::to_array<std::string_view>(
 /// Commands whose argument stands between two equal characters, or in braces.
 constexpr auto kVerbatimCommands = std::to_array<std::string_view>(
     {"verb", "Verb", "lstinline", "mintinline", "url", "nolinkurl", "path", "href"});
-constexpr auto kFileCommands =
-    std::to_array<std::string_view>({"input", "include", "subfile", "subfileinclude"});
+constexpr auto kFileCommands = std::to_array<std::string_view>(
+    {"input", "include", "subfile", "subfileinclude", "InputIfFileExists"});
 /// Commands with two arguments: the directory, with its "/", and the name of a file in it.
 constexpr auto kImportCommands = std::to_array<std::string_view>(
     {"import", "subimport", "inputfrom", "subinputfrom", "includefrom", "subincludefrom"});

@@ -251,10 +251,11 @@ void ReportCutEntry(std::string_view library, const CopiedEntry& copied, FileWar
   for (const LineTag& tag : TagsOf(EntryTextAt(rest, {0, rest.size()}))) {
     tags.append(tags.empty() ? ": " : ", ").append(Quoted(tag.name));
   }
-  warnings.Report(WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),
-                  "the entry was copied up to a value's line that begins with '}'; the rest is not "
-                  "in the new library" +
-                      tags);
+  warnings.Report(
+      WarningKind::kCutEntry, copied.end - 1, CopyUntilChar(copy, '{', ','),
+      "the entry was copied only up to a '}' that begins a line inside a value; the rest is not "
+      "in the new library" +
+          tags);
 }
 
 void ReportVerdict(const EqualEntries& entries, const std::vector<Misread>& misread,

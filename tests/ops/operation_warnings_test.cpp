@@ -63,13 +63,13 @@ const Case kCases[] = {
      "\\begin{document}\n\\cite{b,a}\n",
      {"shared-line lit.bib:4 [a] the tag 'title' stands on the first line of its entry and is not "
       "read",
-      "ended-early lit.bib:4 [a] the library ends with the first line of the entry: Extract ends "
-      "there without success; put each tag on a line of its own, or run with --prepare"}},
+      "ended-early lit.bib:4 [a] the library ends with the first line of the entry: Extract fails "
+      "there; put each tag on a line of its own, or run with --prepare"}},
     {"extract",
      "@book{a,\n  author = \"A\",\n  year = {1},\n@online{b,\n}\n@book {c,\n  title = {U},\n}\n",
      "\\citep{a}\n\\cite{a,b, c}\\cite{c}\n",
-     {"other-citation paper.tex:1 [] '\\citep' is not read: only \"\\cite{\" is, without "
-      "--cite-commands",
+     {"other-citation paper.tex:1 [] '\\citep' is not read without --cite-commands, only "
+      "\"\\cite{\" is",
       "key-with-blank paper.tex:2 [ c] the key has a blank, which is read as a part of it",
       "unbraced-value lit.bib:2 [a] the value of 'author' has no braces around it and is read as "
       "empty",
@@ -120,7 +120,7 @@ const Case kCases[] = {
     {"compare",
      "@articles{a,\n}\n@misc{b,\n}\n",
      "@misc{c,\n}\n@book{C,\n}\n",
-     {"no-group lit.bib:1 [a] the type 'ARTICLES' is compared with none",
+     {"no-group lit.bib:1 [a] entries of the type 'ARTICLES' are not compared by their values",
       "unknown-type lit.bib:1 [a] '@ARTICLES' is not a known type",
       "key-twice more.bib:3 [C] the entry in line 1 has the same key"}},
     {"clean-doubles",
@@ -233,11 +233,12 @@ const Case kCases[] = {
       "dropped-differs lit.bib:12 [b] the entry was dropped as a duplicate of 'a', but they differ "
       "in "
       "'doi'; check whether it is another work",
-      "cut-entry lit.bib:20 [c] the entry was copied up to a value's line that begins with '}'; "
+      "cut-entry lit.bib:20 [c] the entry was copied only up to a '}' that begins a line inside a "
+      "value; "
       "the rest is not in the new library: 'note'",
       "text-not-copied lit.bib:21 [] text outside entries was not copied: 'note = {lost},'",
       "ended-early lit.bib:23 [d] no line that begins with '}' ends the entry: Clean doubles "
-      "ends there without success; put the last '}' on a line of its own"}},
+      "fails there; put the last '}' on a line of its own"}},
     {"clean-authors",
      "@misc{a,\n  author = {Plato and Aristotle},\n}\n@misc{b,\n  author = \"Roe, Anna and\n"
      "    Poe, Bob\",\n}\n",

@@ -26,7 +26,8 @@ const std::set<std::string> kVerbatimTexts{
     "filecontents", "filecontents*", "sagecode", "pycode",    "lstlisting"};
 const std::set<std::string> kVerbatimArguments{"verb", "Verb",      "lstinline", "mintinline",
                                                "url",  "nolinkurl", "path",      "href"};
-const std::set<std::string> kFiles{"input", "include", "subfile", "subfileinclude"};
+const std::set<std::string> kFiles{"input", "include", "subfile", "subfileinclude",
+                                   "InputIfFileExists"};
 const std::set<std::string> kImports{"import",       "subimport",   "inputfrom",
                                      "subinputfrom", "includefrom", "subincludefrom"};
 const std::set<std::string> kDefinitions{"newcommand",

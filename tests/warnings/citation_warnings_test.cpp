@@ -29,27 +29,27 @@ TEST(ReportCitations, SaysNothingOfWhatIsReadAsItStands) {
 
 TEST(ReportCitations, NamesOtherCommandsThatCite) {
   EXPECT_EQ(Citations("\\citep{a}\n"),
-            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\citep' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\cite[1]{a}\n"),
-            One("'\\cite' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\cite' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\cite*{a}\n"),
-            One("'\\cite*' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\cite*' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\Textcite{a}\n"),
-            One("'\\Textcite' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\Textcite' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\nocite{a}\n"),
-            One("'\\nocite' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\nocite' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\setcitestyle{square}\\citestyle{x}\n"), Lines()) << "these cite nothing";
   EXPECT_EQ(Citations("\\cite{a} \\citep{b}\n"),
-            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\citep' is not read without --cite-commands, only \"\\cite{\" is"));
 }
 
 /// As long as a "\cite{" is left on its line, the first command that begins with "\cite" is read.
 TEST(ReportCitations, KnowsThatACiteFurtherOnMakesEarlierOnesRead) {
   EXPECT_EQ(Citations("\\citep{a} \\cite{b}\n"), Lines());
   EXPECT_EQ(Citations("\\nocite{a} \\cite{b}\n"),
-            One("'\\nocite' is not read: only \"\\cite{\" is, without --cite-commands"));
+            One("'\\nocite' is not read without --cite-commands, only \"\\cite{\" is"));
   EXPECT_EQ(Citations("\\citep{a}\n\\cite{b}\n"),
-            One("'\\citep' is not read: only \"\\cite{\" is, without --cite-commands"))
+            One("'\\citep' is not read without --cite-commands, only \"\\cite{\" is"))
       << "only on the same line";
 }
 
@@ -57,24 +57,24 @@ TEST(ReportCitations, NamesWhatIsReadInACommentOrInPart) {
   EXPECT_EQ(Citations("x % \\cite{a}\n"), One("'\\cite' is in a comment, but is read"));
   EXPECT_EQ(Citations("\\\\% \\cite{a}\n"), One("'\\cite' is in a comment, but is read"))
       << "the backslash before the \"%\" is the second of a line break";
-  EXPECT_EQ(Citations("\\cite{a,\nb}\n"), One("'\\cite' is read to the end of its line only"));
+  EXPECT_EQ(Citations("\\cite{a,\nb}\n"), One("'\\cite' is read only to the end of its line"));
   EXPECT_EQ(Citations("\\cites{a}{b} \\cite{c}\n"),
-            One("'\\cites' is read to the end of its first list only"));
+            One("'\\cites' is read only to the end of its first list"));
 }
 
 TEST(ReportCitations, GivesTheLineOfEach) {
   EXPECT_EQ(Citations("\n\\citep{a}\n\n\\citet{b}"),
-            (Lines{"other-citation p:2 [] '\\citep' is not read: only \"\\cite{\" is, without "
-                   "--cite-commands",
-                   "other-citation p:4 [] '\\citet' is not read: only \"\\cite{\" is, without "
-                   "--cite-commands"}));
+            (Lines{"other-citation p:2 [] '\\citep' is not read without --cite-commands, only "
+                   "\"\\cite{\" is",
+                   "other-citation p:4 [] '\\citet' is not read without --cite-commands, only "
+                   "\"\\cite{\" is"}));
 }
 
 /// Lines are read in pieces of 999 bytes, and each piece is a line of its own.
 TEST(ReportCitations, LooksAtLinesInTheirPieces) {
   const std::string blanks(994, ' ');
   EXPECT_EQ(Citations(blanks + "\\cite{a}\n"),
-            One("'\\cite' is not read: only \"\\cite{\" is, without --cite-commands"))
+            One("'\\cite' is not read without --cite-commands, only \"\\cite{\" is"))
       << "the brace stands in the next piece";
   EXPECT_EQ(Citations(blanks.substr(3) + "\\cite{a}\n"), Lines());
 }

@@ -127,7 +127,7 @@ TEST(WarningReport, SumsUpLossesBeforeNotesAndTheMostFrequentFirst) {
                 "b.bib:5: warning: entry 'm': and again [runs-on]",
                 "warning: loss: lines that are too long to be read at once: 1 [long-line]",
                 "warning: entry 'k': none [long-line]",
-                "warning: note: entries that are compared with none: 2 [no-group]",
+                "warning: note: entries that are not compared by their values: 2 [no-group]",
                 "a.bib:3: warning: no group [no-group]", "a.bib:4: warning: no group [no-group]"}));
 }
 

@@ -44,6 +44,7 @@ TEST_F(CitedKeysOfADocument, ComeOnceInTheDocumentsOrder) {
   files_.files["d/four"] = "\\cite{f}";
   EXPECT_EQ(Read("\\input{four}"), Keys{"f"});
   files_.files["d/four.tex"] = "\\cite{g}";
+  EXPECT_EQ(Read("\\InputIfFileExists{four}{}{}"), Keys{"g"});
   EXPECT_EQ(Read("\\input{four}"), Keys{"g"}) << "LaTeX looks for this name first";
   EXPECT_EQ(Read("\\import{sub/}{two}"), (Keys{"c", "d"})) << "what it includes stands beside it";
   run_.citations.follow = false;

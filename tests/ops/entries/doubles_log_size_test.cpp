@@ -82,7 +82,7 @@ TEST(DoublesLogSize, IsAnnouncedBeforeALargeLogIsWritten) {
   const Outcome outcome = RunDoubles(Repeat(Entry("OTHER{key", 0), 600));
   ASSERT_EQ(outcome.warned.size(), 1U);
   EXPECT_NE(outcome.warned[0].find("lit_double.log:0 [] may become large, up to about 15 MB: each "
-                                   "entry is compared with all that have its key"),
+                                   "entry is compared with every other entry of its key"),
             std::string::npos)
       << outcome.warned[0];
 }

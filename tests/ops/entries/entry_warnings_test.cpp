@@ -125,8 +125,8 @@ TEST(ReportCutEntry, NamesTheTagsThatAreLost) {
   RecordingWarnings to;
   FileWarnings warnings(&to, "l", library);
   ReportCutEntry(library, {std::string_view(library).substr(0, end), end}, warnings);
-  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied up to a value's line that "
-                            "begins with '}'; the rest is not in the new library: 'title'"});
+  EXPECT_EQ(to.lines, Lines{"cut-entry l:3 [a] the entry was copied only up to a '}' that begins a "
+                            "line inside a value; the rest is not in the new library: 'title'"});
   ReportCutEntry("@misc{a,\n note = {x}\n}\n", {"@misc{a,\n note = {x}\n}\n", 23}, warnings);
   EXPECT_EQ(to.lines.size(), 1U);
 }
