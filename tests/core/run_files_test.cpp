@@ -119,6 +119,29 @@ TEST_F(RunFilesTest, WriteNothingToAProtectedFile) {
   }
 }
 
+TEST_F(RunFilesTest, WriteNothingThroughALinkToWhatTheRunReadsLater) {
+  const std::string styles = directory_ / "styles.tvl";
+  WriteDiskFile(styles, "styles");
+  ASSERT_EQ(symlink("styles.tvl", library_.c_str()), 0);
+  OutputFile file(run_.CreateSink(library_, CreateMode::kWrite), library_);
+  EXPECT_TRUE(run_.OpenLines(styles, ReadMode::kRead));
+  file.Write("new");
+  EXPECT_FALSE(file.Close());
+  EXPECT_EQ(file.Error(), "the run reads it");
+  EXPECT_EQ(ReadDiskFile(styles), "styles");
+}
+
+TEST_F(RunFilesTest, DropAFile) {
+  WriteDiskFile(library_, "old");
+  OutputFile dropped(run_.CreateSink(library_, CreateMode::kWrite), library_);
+  Create(log_, "log");
+  run_.Drop(library_);
+  EXPECT_EQ(run_.Publish(), "");
+  EXPECT_EQ(ReadDiskFile(library_), "old");
+  EXPECT_EQ(ReadDiskFile(log_), "log");
+  EXPECT_FALSE(dropped.Close()) << "nothing is left to write to";
+}
+
 TEST_F(RunFilesTest, NameWhatWasWrittenInPlace) {
   const std::string input = directory_ / "lit.bib";
   WriteDiskFile(input, "input");
