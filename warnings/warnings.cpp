@@ -58,6 +58,11 @@ std::string Shorten(std::string_view text, std::size_t most) {
   return std::string(text.substr(0, size)).append("...");
 }
 
+/// Whether the key of such a warning is that of a citation, and no entry has it.
+bool IsOfNoEntry(WarningKind kind) {
+  return kind == WarningKind::kMissingCitation || kind == WarningKind::kKeyWithBlank;
+}
+
 std::string_view WordOf(Severity severity) {
   return severity == Severity::kLoss ? "loss: " : "note: ";
 }
@@ -69,7 +74,10 @@ std::string LineOf(const Warning& warning) {
   if (!warning.file.empty()) line.append(warning.file).append(":");
   if (warning.line != 0) line.append(std::to_string(warning.line)).append(":");
   line.append(line.empty() ? "warning: " : " warning: ");
-  if (!warning.key.empty()) line.append("entry ").append(Quoted(warning.key)).append(": ");
+  if (!warning.key.empty()) {
+    line.append(IsOfNoEntry(warning.kind) ? "key " : "entry ");
+    line.append(Quoted(warning.key)).append(": ");
+  }
   line.append(Shorten(warning.text, kLongestText));
   return EscapeControls(line.append(" [").append(RowOf(warning.kind).name).append("]"));
 }

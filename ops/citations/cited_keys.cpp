@@ -2,9 +2,11 @@
 #include "ops/citations/cited_keys.h"
 
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "core/text_primitives.h"
+#include "ops/entries/entry_warnings.h"
 #include "warnings/citation_warnings.h"
 
 namespace tarvel {
@@ -28,6 +30,45 @@ std::vector<std::string> NamesOf(std::string_view command, std::string_view name
 
 /// The name of a command with its "\".
 std::string AsCommand(std::string_view name) { return std::string("\\").append(name); }
+
+/// The entries of a library that a document needs neither itself nor as the parents, and the
+/// parents' parents, of what it cites.
+class UncitedEntries {
+ public:
+  /// Adds the entry whose first line ends at `offset`; `text` goes from that line to the next
+  /// entry.
+  void Add(const std::string& key, std::size_t offset, bool is_cited, std::string_view text) {
+    const std::optional<std::string_view> parent = ParentOf(text);
+    if (!is_cited) uncited_.emplace_back(key, offset);
+    if (!parent) return;
+    if (is_cited) parents_.emplace_back(*parent);
+    parent_of_.try_emplace(InCapitals(key), *parent);
+  }
+
+  /// Reports each key once, with its first entry.
+  void Report(FileWarnings& warnings) {
+    KeysAnyCase needed;
+    while (!parents_.empty()) {
+      const std::string_view parent = parents_.back();
+      parents_.pop_back();
+      if (needed.Has(parent)) continue;
+      needed.Add(parent);
+      const auto next = parent_of_.find(InCapitals(parent));
+      if (next != parent_of_.end()) parents_.push_back(next->second);
+    }
+    std::unordered_set<std::string_view, KeyedStringHash> reported;
+    for (const auto& [key, offset] : uncited_) {
+      if (needed.Has(key) || !reported.insert(key).second) continue;
+      warnings.Report(WarningKind::kUncitedEntry, offset, key,
+                      "the document does not cite the entry");
+    }
+  }
+
+ private:
+  std::vector<std::pair<std::string, std::size_t>> uncited_;  // keys and offsets
+  std::vector<std::string_view> parents_;                     // of the cited entries
+  std::unordered_map<std::string, std::string_view, KeyedStringHash> parent_of_;  // in capitals
+};
 
 }  // namespace
 
@@ -154,20 +195,34 @@ std::optional<bool> CitedKeys::MarkRead(const std::string& path) {
 void CitedKeys::ReadLibrary(LineStream lines) {
   Document& library = Add(run_.second_path, std::move(lines));
   known_.insert(keys_.begin(), keys_.end());
+  struct Head {
+    std::string key;
+    std::size_t begin;
+    std::size_t last;  // the offset of the line's last byte
+  };
+  std::optional<Head> open;
+  UncitedEntries uncited;
+  const auto end_entry = [&](std::size_t end) {
+    if (!open || all_) return;
+    uncited.Add(open->key, open->last, known_.contains(open->key),
+                library.lines.Bytes().substr(open->begin, end - open->begin));
+  };
   Line line;
   while (ReadLineWith(library.lines, '@', limits::kShortLine, line)) {
-    const std::size_t offset = library.lines.Position() - 1;
+    const std::size_t after = library.lines.Position();
     if (!IsKnownEntry(line) || line.Text().find(',') == std::string_view::npos) continue;
-    const std::string key(CopyUntilChar(line.Text(), '{', ','));
-    if (key.empty() || !known_.insert(key).second) continue;
-    if (all_) {
-      keys_.push_back(key);
+    Head head{std::string(CopyUntilChar(line.Text(), '{', ',')), after - line.Text().size(),
+              after - 1};
+    if (head.key.empty()) continue;
+    end_entry(head.begin);
+    if (all_ && known_.insert(head.key).second) {
+      keys_.push_back(head.key);
       places_.push_back(*all_);
-    } else {
-      library.warnings.Report(WarningKind::kUncitedEntry, offset, key,
-                              "the document does not cite the entry");
     }
+    open = std::move(head);
   }
+  end_entry(library.lines.Bytes().size());
+  uncited.Report(library.warnings);
 }
 
 void CitedKeys::ReportNone() {

@@ -31,7 +31,7 @@ constexpr auto kVerbatimEnvironments = std::to_array<std::string_view>(
 constexpr auto kVerbatimCommands = std::to_array<std::string_view>(
     {"verb", "Verb", "lstinline", "mintinline", "url", "nolinkurl", "path", "href"});
 constexpr auto kFileCommands = std::to_array<std::string_view>(
-    {"input", "include", "subfile", "subfileinclude", "InputIfFileExists"});
+    {"input", "include", "subfile", "subfileinclude", "includestandalone", "InputIfFileExists"});
 /// Commands with two arguments: the directory, with its "/", and the name of a file in it.
 constexpr auto kImportCommands = std::to_array<std::string_view>(
     {"import", "subimport", "inputfrom", "subinputfrom", "includefrom", "subincludefrom"});
@@ -187,6 +187,7 @@ class DocumentReader {
 
   void TakeFile(std::string_view command, std::size_t offset) {
     SkipSpace();
+    SkipOptionals('[', ']');
     std::optional<std::string_view> name = TakeGroupOnLine();
     if (!name && command == "input") {  // TeX's own form ends with a blank
       const std::size_t end = std::min(text_.find_first_of(" \t\r\n%\\{}", at_), text_.size());

@@ -46,6 +46,7 @@ TEST_F(CitedKeysOfADocument, ComeOnceInTheDocumentsOrder) {
   files_.files["d/four.tex"] = "\\cite{g}";
   EXPECT_EQ(Read("\\InputIfFileExists{four}{}{}"), Keys{"g"});
   EXPECT_EQ(Read("\\input{four}"), Keys{"g"}) << "LaTeX looks for this name first";
+  EXPECT_EQ(Read("\\includestandalone[mode=tex, width=2cm]{four}"), Keys{"g"});
   EXPECT_EQ(Read("\\import{sub/}{two}"), (Keys{"c", "d"})) << "what it includes stands beside it";
   run_.citations.follow = false;
   EXPECT_EQ(Read("\\cite{a}\\input{one}\\cite{e}"), (Keys{"a", "e"}));
@@ -67,6 +68,22 @@ TEST_F(CitedKeysOfADocument, WarnOfWhatIsMissing) {
                   "other-citation d/paper.tex:2 [] '\\mycite' is not read; add it to the list of "
                   "--cite-commands",
                   "uncited-entry lit.bib:1 [a] the document does not cite the entry"}));
+}
+
+TEST_F(CitedKeysOfADocument, LeaveTheParentsOfCitedEntriesOutOfTheUncitedOnes) {
+  library_ =
+      "@misc{child,\n crossref = {Parent},\n}\n"
+      "@misc{other,\n crossref = {Parent2},\n}\n@misc{other,\n}\n"
+      "@book{parent,\n crossref = {Series},\n}\n"
+      "@misc{parent2,\n}\n"
+      "@book{series,\n crossref = {parent},\n}";
+  testing::RecordingWarnings warnings;
+  run_.warnings = &warnings;
+  run_.citations.report_uncited = true;
+  EXPECT_EQ(Read("\\cite{child}"), Keys{"child"});
+  EXPECT_EQ(warnings.lines,
+            (Keys{"uncited-entry lit.bib:4 [other] the document does not cite the entry",
+                  "uncited-entry lit.bib:12 [parent2] the document does not cite the entry"}));
 }
 
 TEST_F(CitedKeysOfADocument, WarnOfCitationsInFilesThatAreNotFollowed) {
