@@ -103,7 +103,7 @@ void WarnOfMap(const KeyMap& map) {
     Warn("the map has several new keys for '" + key + "'; the first one is taken");
   }
   for (const std::string& key : map.Divided()) {
-    Warn("two entries had the key '" + key + "', and the first one still has it; citations of '" +
+    Warn("two entries had the key '" + key + "': the first one still has it, but citations of '" +
          key + "' now lead to the other one, '" + *map.Find(key) + "'");
   }
 }
@@ -121,7 +121,8 @@ bool Write(const Document& document, const KeyMap& map, const BatchRequest& requ
   const RekeyedDocument rekeyed = ReplaceKeys(
       lines->Bytes(), CiteCommands(names), map, [&](std::string_view command, std::size_t offset) {
         if (request.quiet) return;
-        const std::string text = "'\\" + std::string(command) + "' is not read";
+        const std::string text =
+            "'\\" + std::string(command) + "' is not read, and keys in it are not replaced";
         GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
                                       .file = document.path,
                                       .line = numbers.At(offset),

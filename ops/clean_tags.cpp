@@ -367,7 +367,7 @@ int RunCleanTags(const RunContext& run) {
   }
   ScanLibrary(input->Bytes(), rules, file_warnings);
   WarnOfLargeOutput(run, library->Path(), strings.Bytes(),
-                    "each definition of a string is copied with all that follows it");
+                    "each @string definition is copied together with everything that follows it");
   TagWarnings warnings(file_warnings);
   Counters counters;
   const bool whole =
@@ -376,7 +376,7 @@ int RunCleanTags(const RunContext& run) {
   warnings.ReportTags();
   if (!whole) {
     file_warnings.Report(WarningKind::kEndedEarly, input->Bytes().size(), {},
-                         "no entry follows the last '@STRING{': Clean tags ends without success; "
+                         "no entry follows the last '@STRING{': Clean tags fails there; "
                          "put an entry after the definitions, or let them be removed");
     (void)CloseOutputs(run, {library.get(), log.get()});  // the run has failed, whatever arrives
     return kFailed;

@@ -256,8 +256,8 @@ std::string WhatChanged(std::string_view old_list, std::string_view new_list) {
     changes.append(changes.empty() ? "" : "; ").append(Quoted(old_name)).append(change);
   }
   if (before != after) {
-    changes = "BibTeX reads " + std::to_string(before) + " names before and " +
-              std::to_string(after) + " after";
+    changes = "the number of names that BibTeX reads was " + std::to_string(before) + " and is " +
+              std::to_string(after) + " now";
   }
   if (changes.empty() || HasOpenEnd(old_list)) return {};
   return changes;

@@ -28,9 +28,10 @@ void TagWarnings::StartEntry(std::string_view head, std::size_t offset) {
   if (head.ends_with(",\n")) return;
   const std::string_view rest = head.substr(0, head.size() - 2);
   if (rest.ends_with(',') || OpenBraces(rest) != 1) {
-    warnings_.Report(WarningKind::kBrokenHead, offset, key_,
-                     "the first line does not end with the comma after the key: without its last "
-                     "two bytes BibTeX cannot read the entry; delete what follows the comma");
+    warnings_.Report(
+        WarningKind::kBrokenHead, offset, key_,
+        "the first line does not end with the comma after the key: without its last two bytes, "
+        "which Clean tags cuts, BibTeX cannot read the entry; delete what follows the comma");
     return;
   }
   warnings_.Report(WarningKind::kTextLost, offset, key_,
@@ -203,9 +204,10 @@ void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
 
 void TagWarnings::ReportTags() {
   for (const auto& [name, dropped] : unknown_tags_.ByCount()) {
+    const bool is_known = EqualNoCase(name, "keywords");  // the preferences have it all the same
     warnings_.Report(WarningKind::kUnknownTag, dropped.first, {},
-                     "the tag " + Quoted(name) +
-                         " is unknown and was dropped, times: " + std::to_string(dropped.count));
+                     "the tag " + Quoted(name) + (is_known ? " is never kept" : " is unknown") +
+                         " and was dropped, times: " + std::to_string(dropped.count));
   }
 }
 

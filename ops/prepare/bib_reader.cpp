@@ -245,7 +245,8 @@ bool BibReader::ReadDelimited(BibItem& item, BibTag& tag) {
   const std::size_t end = Keeps(item) ? FindDelimiter(bytes_, from, limit, delimiter, tag.facts)
                                       : FindDelimiter(bytes_, from, limit, delimiter);
   if (end == limit) return FailValue(item, tag.name, from - 1, "nothing closes");
-  if (bytes_[end] != delimiter) return FailValue(item, tag.name, end, "a \"}\" too many stands in");
+  if (bytes_[end] != delimiter)
+    return FailValue(item, tag.name, end, "there is a \"}\" too many in");
   at_ = end + 1;
   tag.value = bytes_.substr(from, end - from);
   return true;

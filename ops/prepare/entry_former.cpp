@@ -119,7 +119,8 @@ void EntryFormer::GuardNamesOf(FormedTag& tag) {
   GuardNames(tag.value, guarded);
   if (guarded == tag.value) return;
   tag.SetValue(guarded);
-  if (!tag.is_inherited) log_.Say({"In the tag '", tag.Name(), "' {} was put into 'and'."});
+  if (!tag.is_inherited)
+    log_.Say({"In the tag '", tag.Name(), "' {} was put into the word 'and'."});
 }
 
 /// Puts groups into the words that do harm; `harm` is then what is left.
@@ -131,7 +132,7 @@ void EntryFormer::GuardHarm(FormedTag& tag, Harm& harm, WordSet harmful) {
   const Harm left = FindHarm(tag.value, tag.facts, harmful);
   const WordSet cured = harm.words & ~left.words;
   if (cured != 0 && !tag.is_inherited) {
-    log_.Say({"In the tag '", tag.Name(), "' {} was put into ", NamesOf(cured), "."});
+    log_.Say({"In the tag '", tag.Name(), "' {} was put into the word ", NamesOf(cured), "."});
   }
   harm = left;
 }
@@ -177,14 +178,11 @@ void EntryFormer::LeaveOut(FormedTag& tag, const Harm& harm) {
   if (tag.is_inherited) return;
   const WordSet words = harm.words | (tag.known->is_misread ? tag.known->words : WordSet{0});
   const std::string names = NamesOf(words);
-  const std::string why =
-      names.empty() ? names : ", whose line would be taken for that of " + names + ",";
-  log_.Say({"The tag '", tag.Name(), "'", why, " was left out: {", tag.value, "}"});
+  const std::string why = names.empty() ? "operations would misread other lines because of it"
+                                        : "operations would take its line for that of " + names;
+  log_.Say({"The tag '", tag.Name(), "' was left out, as ", why, ": {", tag.value, "}"});
   const bool may_stay = !keeps_all_ && !tag.IsNeeded() && !tag.known->holds_at;
-  log_.LeaveOut(tag.offset, tag.Name(),
-                "operations would read " +
-                    (names.empty() ? "other lines wrongly by it" : "its line as that of " + names) +
-                    (may_stay ? "; prepare --keep-all keeps it" : ""));
+  log_.LeaveOut(tag.offset, tag.Name(), why + (may_stay ? "; prepare --keep-all keeps it" : ""));
   const bool leaves_name = tag.IsNeeded() || (crossrefs_.HasParent() && !tag.known->is_misread);
   if ((!leaves_name && !keeps_all_) || tag.known->holds_at) return;
   tag.is_left_out = false;

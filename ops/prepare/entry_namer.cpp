@@ -70,7 +70,7 @@ void EntryNamer::TakeTags(const BibItem& entry, std::size_t inherited) {
     TagName& name = names_.Get(tag.name);
     if (name.last_entry == entry_) {
       log_.Say(
-          {"The tag '", name.name, "' stands there again and was left out: {", tag.value, "}"});
+          {"The tag '", name.name, "' is there a second time and was left out: {", tag.value, "}"});
       log_.LeaveOut(tag.offset, name.name, "the entry has another one of this name before it");
       continue;
     }

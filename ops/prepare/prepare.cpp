@@ -31,9 +31,9 @@ constexpr std::string_view kLibraryNotCreated =
 constexpr std::array<std::string_view, 6> kParentTexts{
     "",
     "",
-    "there is no entry of the key that its 'crossref' names",
+    "no entry has the key that its 'crossref' gives",
     "its 'crossref' names the entry itself",
-    "its parents have too many parents, or are in a circle",
+    "its chain of parents is too long, or circular",
     "some tags of its parents would make the library too long"};
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
@@ -146,16 +146,16 @@ void Preparer::TakeItem() {
 void Preparer::ReportFault() {
   if (item_.fault.empty()) return;
   ++prepared_.unread;
-  log_.Warn(WarningKind::kUnreadText, item_.fault_offset,
-            item_.fault + "; the text stands in the log");
+  log_.Warn(WarningKind::kUnreadText, item_.fault_offset, item_.fault + "; the text is in the log");
   unread_from_ = item_.begin;
 }
 
 void Preparer::TakeString() {
   if (item_.tags.empty()) return;
   const BibTag& string = item_.tags.front();
-  log_.SayText("the string '" + std::string(string.name) + "' was put in where it is named",
-               item_.begin, string.value);
+  log_.SayText(
+      "the string '" + std::string(string.name) + "' was replaced by its text where it is used",
+      item_.begin, string.value);
 }
 
 /// A preamble may stand in front of all entries, where no operation looks for one, unless it would
@@ -172,7 +172,7 @@ void Preparer::TakePreamble() {
   }
   log_.SayText("the preamble was left out", item_.begin, text);
   log_.Warn(WarningKind::kTextNotCopied, item_.begin,
-            "the preamble stands in the log: operations would change it");
+            "the preamble was left out, as operations would change it; it is in the log");
 }
 
 void Preparer::TakeEntry() {
@@ -207,13 +207,13 @@ void Preparer::ReportKey() {
   if (key.empty()) text = "the entry has no key: Clean tags drops it";
   if (key.find('@') != std::string_view::npos) {
     text =
-        "its key contains an \"@\": no operation sees the entry, which was moved before the others";
+        "its key contains an \"@\": no operation sees the entry, and it was moved to the beginning";
   } else if (FindHarm(key, FactsOf(key), kJournalBit).words != 0) {
     text =
         "its key contains 'journal': Journals would join the lines of the entry and leave its "
         "journal unchanged";
   } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
-    text = "its key ends a tag's name: Clean characters leaves the entry's first line out";
+    text = "with its key, the first line looks like a tag that Clean characters leaves out";
   } else if (key.size() > kLongestKey) {
     text = "its key is too long for a line";
   }
@@ -276,7 +276,7 @@ void WriteSummary(OutputFile& log, const Prepared& prepared, const std::string& 
                   const std::string& library) {
   log.Write({"\n\n\n", std::to_string(prepared.entries),
              " BibTeX entries from the BibTeX file\n    '", input,
-             "'\nwere brought into the form that all functions read.\nTags that were left out: ",
+             "'\nwere rewritten in the form that all operations read.\nTags that were left out: ",
              std::to_string(prepared.left_out),
              ". Texts that could not be read: ", std::to_string(prepared.unread),
              ".\nThe new BibTeX file is stored in\n    '", library, "'."});

@@ -213,7 +213,7 @@ void ReferenceWarnings::ReportRawEditors(const EntryValues& values) {
   if (!warnings_.Wanted() || !is_list) return;
   warnings_.Report(
       WarningKind::kRawEditors, offset_, key_,
-      "the 'editor' is printed as it stands, not in the form of the style: " + Quoted(editors));
+      "the 'editor' is printed as it is, not in the form of the style: " + Quoted(editors));
 }
 
 }  // namespace tarvel

@@ -55,8 +55,10 @@ TEST(Rekey, SaysWhatItReplacedAndWhatItDidNotRead) {
             (directory / "one_rekeyed.tex") + ": 1 key replaced\n" +
                 (directory / "two_rekeyed.tex") + ": 2 keys replaced\n");
   EXPECT_EQ(reporter.warnings.size(), 3U);
-  EXPECT_EQ(reporter.warnings.back(),
-            (directory / "one.tex") + ":2: warning: '\\mycite' is not read [other-citation]");
+  EXPECT_EQ(
+      reporter.warnings.back(),
+      (directory / "one.tex") +
+          ":2: warning: '\\mycite' is not read, and keys in it are not replaced [other-citation]");
   request.quiet = true;
   reporter.warnings.clear();
   EXPECT_EQ(RunRekeyCommand(request), 0);

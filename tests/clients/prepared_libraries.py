@@ -219,7 +219,7 @@ def compare_entry(old, new, own, log, tolerates, fold):
             if after and not tolerates(key, name):
                 yield f"{name} was added: {after}"
             continue
-        is_logged = any(b"was left out: {" + text + b"}" in log
+        is_logged = any(re.search(rb"was left out[^\n{]*: \{" + re.escape(text) + rb"\}", log)
                         for text in (before, strip_outer(before)))
         if not after and is_logged:
             continue

@@ -169,7 +169,7 @@ const Case kCases[] = {
       "text-not-copied lit.bib:9 [a] text outside tags was not copied: 'between'",
       "entry-dropped lit.bib:10 [b] the entry was dropped as empty, although it has the tag 'note'",
       "entry-dropped lit.bib:15 [] an entry without a key was dropped",
-      "unknown-tag lit.bib:4 [] the tag 'keywords' is unknown and was dropped, times: 2",
+      "unknown-tag lit.bib:4 [] the tag 'keywords' is never kept and was dropped, times: 2",
       "unknown-tag lit.bib:6 [] the tag 'isbn' is unknown and was dropped, times: 1"}},
     {"text",
      "@inproceedings{a,\n  title = {T}, year = {1},\n  shortauthor = {\\alphabet \\slas},\n"
@@ -183,7 +183,7 @@ const Case kCases[] = {
       "detail-missing lit.bib:1 [a] the reference shows nothing for 'address', 'pages'",
       "command-cut lit.bib:1 [a] only the beginning of '\\alphabet' was replaced in the 'author'",
       "command-left lit.bib:1 [a] '\\slas' is left in the author",
-      "raw-editors lit.bib:1 [a] the 'editor' is printed as it stands, not in the form of the "
+      "raw-editors lit.bib:1 [a] the 'editor' is printed as it is, not in the form of the "
       "style: 'Moe, A. and Zoe, B.'"}},
     {"extract",
      "@article{a,\n  author = {Doe, J.},\n  title = {Structure of {DNA}},\n  journal = {J},\n"
@@ -305,7 +305,8 @@ const Case kCases[] = {
       "read, or takes the value of the other",
       "text-not-copied lit.bib:1 [] text outside tags was not copied: '@string{s = {x}}'",
       "broken-head lit.bib:2 [a] the first line does not end with the comma after the key: without "
-      "its last two bytes BibTeX cannot read the entry; delete what follows the comma",
+      "its last two bytes, which Clean tags cuts, BibTeX cannot read the entry; delete what "
+      "follows the comma",
       "renamed-tag lit.bib:4 [a] the tag 'numpages' was written as the tag 'pages'",
       "tag-twice lit.bib:4 [a] the entry has the tag 'pages' twice now, from 'pages' and from "
       "'numpages'"}},

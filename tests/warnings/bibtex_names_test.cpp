@@ -24,14 +24,14 @@ TEST(WhatChanged, NamesWhoHasAnotherName) {
       {"Doe, Jr., Ann", "Doe, A.", "'Doe, Jr., Ann' has another surname now"},
       {"Rajiv \\& Tharam Doe", "Doe, R. T.", "'Rajiv \\& Tharam Doe' lost a word without letters"},
       {"Doe \\relax Roe", "Roe, D.", "'Doe \\relax Roe' has other initials now"},
-      {"Doe, J. and ,", "Doe, J.", "BibTeX reads 2 names before and 1 after"},
+      {"Doe, J. and ,", "Doe, J.", "the number of names that BibTeX reads was 2 and is 1 now"},
       {"Ann Doering", "Doe, A.", "'Ann Doering' has another surname now"},
       {"Ann Doe", "Doering, A.", "'Ann Doe' has another surname now"},
       {"Doe, Jr., Ann, B.", "Doe, B.", "'Doe, Jr., Ann, B.' has another surname now"},
-      {"Doe, Ann", "", "BibTeX reads 1 names before and 0 after"},
+      {"Doe, Ann", "", "the number of names that BibTeX reads was 1 and is 0 now"},
       {"Doe, A.", "Doe, \xC3\x84.", "'Doe, A.' has other initials now"},
       {"Larson, Per-\\AAke and Roe, B.", "Larson, P.-and Roe, B.",
-       "BibTeX reads 2 names before and 1 after"},
+       "the number of names that BibTeX reads was 2 and is 1 now"},
   };
   for (const Case& c : cases) EXPECT_EQ(WhatChanged(c.before, c.after), c.change) << c.before;
 }

@@ -41,7 +41,8 @@ TEST_F(TagWarningsTest, AHeadLosesItsLastTwoBytes) {
     warnings_.StartEntry(head, 20);
     EXPECT_EQ(Reported(),
               Lines{"broken-head l:3 [b] the first line does not end with the comma after the key: "
-                    "without its last two bytes BibTeX cannot read the entry; delete what follows "
+                    "without its last two bytes, which Clean tags cuts, BibTeX cannot read the "
+                    "entry; delete what follows "
                     "the comma"})
         << head;
   }
@@ -156,11 +157,12 @@ TEST_F(TagWarningsTest, UnknownTagsAreCountedByTheirNames) {
   warnings_.NoteSkipped("KEYWORDS = {1},\n", 40);
   warnings_.NoteSkippedTag("no tag\n", 50);
   warnings_.ReportTags();
-  EXPECT_EQ(Reported(),
-            (Lines{"text-not-copied l:6 [a] text outside tags was not copied: 'no tag'",
-                   "unknown-tag l:3 [] the tag 'keywords' is unknown and was dropped, times: 2",
-                   "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1",
-                   "unknown-tag l:5 [] the tag 'KEYWORDS' is unknown and was dropped, times: 1"}));
+  EXPECT_EQ(
+      Reported(),
+      (Lines{"text-not-copied l:6 [a] text outside tags was not copied: 'no tag'",
+             "unknown-tag l:3 [] the tag 'keywords' is never kept and was dropped, times: 2",
+             "unknown-tag l:2 [] the tag 'isbn' is unknown and was dropped, times: 1",
+             "unknown-tag l:5 [] the tag 'KEYWORDS' is never kept and was dropped, times: 1"}));
 }
 
 TEST_F(TagWarningsTest, NothingIsDoneForNobody) {

@@ -117,7 +117,7 @@ TEST(Prepare, KeepsTheFirstOfSeveralTagsOfOneName) {
   EXPECT_EQ(result.library, "@MISC{k,\n  note = {a}\n}\n\n");
   EXPECT_EQ(result.log,
             "Entry 'k', line 1:\n"
-            "    The tag 'note' stands there again and was left out: {b}\n\n");
+            "    The tag 'note' is there a second time and was left out: {b}\n\n");
   EXPECT_EQ(result.warnings, (Texts{"left-out [k] the tag 'note' was left out: the entry has "
                                     "another one of this name before it"}));
 }
@@ -136,18 +136,18 @@ TEST(Prepare, LeavesOutWhatWouldBeTakenForAnotherTag) {
       "isbn={1}}");
   EXPECT_EQ(result.library,
             "@ARTICLE{k,\n  pages = {115},\n  keywords = {ice},\n  isbn = {1}\n}\n\n");
-  EXPECT_EQ(result.log,
-            "Entry 'k', line 1:\n"
-            "    The tag 'numpages', whose line would be taken for that of 'pages', was left out: "
-            "{5}\n"
-            "    The tag 'abstract', whose line would be taken for that of 'year', was left out: "
-            "{In this year}\n\n");
   EXPECT_EQ(
-      result.warnings,
-      (Texts{"left-out [k] the tag 'numpages' was left out: operations would read its line as "
-             "that of 'pages'; prepare --keep-all keeps it",
-             "left-out [k] the tag 'abstract' was left out: operations would read its line as "
-             "that of 'year'; prepare --keep-all keeps it"}));
+      result.log,
+      "Entry 'k', line 1:\n"
+      "    The tag 'numpages' was left out, as operations would take its line for that of 'pages': "
+      "{5}\n"
+      "    The tag 'abstract' was left out, as operations would take its line for that of 'year': "
+      "{In this year}\n\n");
+  EXPECT_EQ(result.warnings,
+            (Texts{"left-out [k] the tag 'numpages' was left out: operations would take its line "
+                   "for that of 'pages'; prepare --keep-all keeps it",
+                   "left-out [k] the tag 'abstract' was left out: operations would take its line "
+                   "for that of 'year'; prepare --keep-all keeps it"}));
 }
 
 TEST(Prepare, KeepAllKeepsIt) {
@@ -206,7 +206,7 @@ TEST(Prepare, ATextThatWouldStartAnEntryIsLeftOutEvenIfItIsNeeded) {
   const Result result = Prepare("@misc{k, url={http://x/@book/{a}}, note={n}}");
   EXPECT_EQ(result.library, "@MISC{k,\n  url = {},\n  note = {n}\n}\n\n");
   EXPECT_EQ(result.warnings, (Texts{"left-out [k] the tag 'url' was left out: operations would "
-                                    "read other lines wrongly by it"}));
+                                    "misread other lines because of it"}));
   EXPECT_NE(result.log.find("{http://x/@book/{a}}"), std::string::npos);
 }
 
@@ -216,11 +216,11 @@ TEST(Prepare, ReportsKeysThatNoFormCures) {
        "its key contains 'journal': Journals would join the lines of the entry and leave its "
        "journal unchanged; change the key"},
       {"a@b",
-       "its key contains an \"@\": no operation sees the entry, which was moved before the others; "
+       "its key contains an \"@\": no operation sees the entry, and it was moved to the beginning; "
        "change the key"},
       {"", "the entry has no key: Clean tags drops it; change the key"},
       {"url={x",
-       "its key ends a tag's name: Clean characters leaves the entry's first line out; "
+       "with its key, the first line looks like a tag that Clean characters leaves out; "
        "change the key"}};
   for (const auto& [key, text] : cases) {
     const std::string k(key);
@@ -254,18 +254,17 @@ TEST(Prepare, GivesEntriesTheTagsOfTheirParents) {
             "@MISC{c,\n  crossref = {none}\n}\n\n");
   EXPECT_NE(result.log.find("These tags are those of its 'crossref': 'booktitle', 'year'."),
             std::string::npos);
-  EXPECT_EQ(
-      result.warnings,
-      (Texts{"left-out [p] the tag 'abstract' was left out: operations would read its line as "
-             "that of 'year'; prepare --keep-all keeps it",
-             "missing-parent [c] there is no entry of the key that its 'crossref' names"}));
+  EXPECT_EQ(result.warnings,
+            (Texts{"left-out [p] the tag 'abstract' was left out: operations would take its line "
+                   "for that of 'year'; prepare --keep-all keeps it",
+                   "missing-parent [c] no entry has the key that its 'crossref' gives"}));
 }
 
 TEST(Prepare, ReportsParentsWhoseTagsAreMissing) {
   EXPECT_EQ(Prepare("@misc{a, crossref={A}}").warnings,
             Texts{"missing-parent [a] its 'crossref' names the entry itself"});
   EXPECT_EQ(Prepare("@misc{a, crossref={b}}@misc{b, crossref={c}}@misc{c, crossref={b}}").warnings,
-            Texts{"missing-parent [a] its parents have too many parents, or are in a circle"});
+            Texts{"missing-parent [a] its chain of parents is too long, or circular"});
 }
 
 TEST(Prepare, ReportsWhatItDoesNotFollow) {
@@ -308,11 +307,12 @@ TEST(Prepare, LogsWhatStandsOutsideEntries) {
       "% a remark\n@string{jcp = \"J. Chem. Phys.\"}\n@comment{jabref-meta: x}\n"
       "@misc{k, journal=jcp}\nthe end\n");
   EXPECT_EQ(result.library, "@MISC{k,\n  journal = {J. Chem. Phys.}\n}\n\n");
-  EXPECT_EQ(result.log,
-            "Line 1: text outside entries was left out:\n% a remark\n\n"
-            "Line 2: the string 'jcp' was put in where it is named:\nJ. Chem. Phys.\n\n"
-            "Line 3: text outside entries was left out:\n@comment{jabref-meta: x}\n\n"
-            "Line 5: text outside entries was left out:\nthe end\n\n");
+  EXPECT_EQ(
+      result.log,
+      "Line 1: text outside entries was left out:\n% a remark\n\n"
+      "Line 2: the string 'jcp' was replaced by its text where it is used:\nJ. Chem. Phys.\n\n"
+      "Line 3: text outside entries was left out:\n@comment{jabref-meta: x}\n\n"
+      "Line 5: text outside entries was left out:\nthe end\n\n");
   EXPECT_EQ(
       result.warnings,
       (Texts{"text-not-copied [] text outside entries was not copied: '% a remark'",
@@ -373,9 +373,9 @@ TEST(Prepare, WhatCannotBeReadStandsInTheLog) {
   EXPECT_EQ(
       result.warnings,
       (Texts{"unread-text [a] a comma, or the end of the entry, is missing after the value of "
-             "'note'; the text stands in the log",
-             "unread-text [b] nothing closes the value of 'note'; the text stands in the log",
-             "unread-text [] there is no \"=\" after 't'; the text stands in the log"}));
+             "'note'; the text is in the log",
+             "unread-text [b] nothing closes the value of 'note'; the text is in the log",
+             "unread-text [] there is no \"=\" after 't'; the text is in the log"}));
 }
 
 TEST(Prepare, AKeyWithAClosingBraceCannotBeWritten) {
@@ -415,21 +415,21 @@ TEST(RunPrepare, WritesALibraryAndALogBesideTheLibrary) {
   EXPECT_EQ(
       files.files["my.refs_prepared.log"],
       std::string(LogFileHeader) +
-          "\nEntry 'a', line 1:\n    The tag 't', whose line would be taken for that of "
-          "'year', was left out: {in a year}\n\n"
+          "\nEntry 'a', line 1:\n    The tag 't' was left out, as operations would take its line "
+          "for that of 'year': {in a year}\n\n"
           "Line 1: this could not be read to its end:\n@misc{a, note=x, t={in a year}\n\n"
-          "\n\n\n2 BibTeX entries from the BibTeX file\n    'my.refs.bib'\nwere brought into "
-          "the form that all functions read.\nTags that were left out: 1. Texts that could not be "
+          "\n\n\n2 BibTeX entries from the BibTeX file\n    'my.refs.bib'\nwere rewritten in the "
+          "form that all operations read.\nTags that were left out: 1. Texts that could not be "
           "read: 1.\nThe new BibTeX file is stored in\n    'my.refs_prepared.bib'.");
   EXPECT_EQ(
       warnings.lines,
       (Texts{
-          "left-out my.refs.bib:1 [a] the tag 't' was left out: operations would read its line as "
+          "left-out my.refs.bib:1 [a] the tag 't' was left out: operations would take its line for "
           "that of 'year'; prepare --keep-all keeps it",
           "undefined-string my.refs.bib:1 [a] the string 'x' is not defined before this line: its "
           "name is used as the value",
           "unread-text my.refs.bib:2 [a] a comma, or the end of the entry, is missing after "
-          "the value of 't'; the text stands in the log"}));
+          "the value of 't'; the text is in the log"}));
   EXPECT_EQ(reporter.printed, "");
 }
 

@@ -132,9 +132,8 @@ TEST_F(ReferenceWarningsTest, BracesThatDoNotMatchAndRawEditorsAreReported) {
   EXPECT_EQ(Reported(), Lines()) << "no list";
   values_[kEditor] = "Moe, A. and Zoe, B.";
   warnings_.ReportRawEditors(values_);
-  EXPECT_EQ(Reported(),
-            Lines{"raw-editors l:1 [a] the 'editor' is printed as it stands, not in the "
-                  "form of the style: 'Moe, A. and Zoe, B.'"});
+  EXPECT_EQ(Reported(), Lines{"raw-editors l:1 [a] the 'editor' is printed as it is, not in the "
+                              "form of the style: 'Moe, A. and Zoe, B.'"});
 }
 
 TEST_F(ReferenceWarningsTest, ACommandThatWasCutIsNamed) {
