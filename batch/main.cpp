@@ -83,7 +83,9 @@ int Main(const std::vector<std::string>& arguments) {
   } else {
     PrintOn(stdout, request.text);
   }
-  if (std::ferror(stdout) == 0) return status;
+  // Warnings that were asked for did not arrive. There is no stream left to say so on.
+  const bool lacks_warnings = request.warnings_file == kAllOnTerminal && std::ferror(stderr) != 0;
+  if (std::ferror(stdout) == 0) return lacks_warnings ? 1 : status;
   PrintOn(stderr, "tarvel-batch: could not write to standard output\n");
   return 1;
 }

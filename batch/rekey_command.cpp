@@ -17,6 +17,7 @@
 #include "core/file_names.h"
 #include "core/file_places.h"
 #include "ops/citations/key_map.h"
+#include "warnings/tally.h"
 
 namespace tarvel {
 
@@ -108,6 +109,22 @@ void WarnOfMap(const KeyMap& map) {
   }
 }
 
+/// Warns once of each command that looks like a citation and is not read.
+void WarnOfUnread(const Tally& unread, const std::string& path, std::string_view document) {
+  LineNumbers numbers(document);
+  for (const auto& [command, found] : unread.ByCount()) {
+    const std::string text =
+        Quoted("\\" + std::string(command)) +
+        " is not read, and its keys are not replaced, times: " + std::to_string(found.count) +
+        "; add it to the list of --cite-commands";
+    GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
+                                  .file = path,
+                                  .line = numbers.At(found.first),
+                                  .key = {},
+                                  .text = text}));
+  }
+}
+
 /// Writes a document with its new keys; false after a message.
 bool Write(const Document& document, const KeyMap& map, const BatchRequest& request) {
   const auto lines = GlobalRun().files.OpenLines(document.path, ReadMode::kRead);
@@ -117,18 +134,11 @@ bool Write(const Document& document, const KeyMap& map, const BatchRequest& requ
   }
   std::vector<std::string> names = request.citations.commands;
   names.emplace_back("all");
-  LineNumbers numbers(lines->Bytes());
+  Tally unread;
   const RekeyedDocument rekeyed = ReplaceKeys(
-      lines->Bytes(), CiteCommands(names), map, [&](std::string_view command, std::size_t offset) {
-        if (request.quiet) return;
-        const std::string text =
-            "'\\" + std::string(command) + "' is not read, and keys in it are not replaced";
-        GlobalReporter().Warn(LineOf({.kind = WarningKind::kOtherCitation,
-                                      .file = document.path,
-                                      .line = numbers.At(offset),
-                                      .key = {},
-                                      .text = text}));
-      });
+      lines->Bytes(), CiteCommands(names), map,
+      [&](std::string_view command, std::size_t offset) { unread.Add(command, offset); });
+  if (!request.quiet) WarnOfUnread(unread, document.path, lines->Bytes());
   const auto output = CreateOutput(GlobalRun(), document.new_path, CreateMode::kWrite);
   if (output) output->Write(rekeyed.text);
   if (!output || !output->Close()) {

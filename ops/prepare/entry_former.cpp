@@ -199,8 +199,9 @@ bool EntryFormer::Holds(std::string_view name) const {
 /// Where a line holds a word of a tag that the entry does not have, that tag is added, empty, so
 /// that no operation keeps what it took from the line.
 void EntryFormer::AddEmptyTags() {
+  if (misread_ == 0) return;
   const WordSet wanted = misread_ & (printed_ | ComparedWords(Type()));
-  for (std::size_t word = 0; wanted != 0 && word < kWords.size(); ++word) {
+  for (std::size_t word = 0; word < kWords.size(); ++word) {
     if ((wanted & WordBit(word)) == 0 || Holds(kWords[word])) continue;
     log_.Say({"An empty tag '", kWords[word], "' was added: a line of another mentions it."});
     FormedTag tag{&namer_.NameOf(kWords[word]), {}};
@@ -220,9 +221,10 @@ void EntryFormer::Order() {
 /// Warns of lines that operations take for those of other tags, where no later line of the right
 /// tag replaces the value.
 void EntryFormer::ReportTaken() {
+  const WordSet looked_for = printed_ | ComparedWords(Type());
   WordSet later = 0;
   for (auto tag = tags_.rbegin(); tag != tags_.rend(); ++tag) {
-    const WordSet taken = tag->harm & ~later & (printed_ | ComparedWords(Type()));
+    const WordSet taken = tag->harm & ~later & looked_for;
     if (taken != 0) {
       Warn(*tag, "operations read the line of '" + std::string(tag->Name()) + "' as that of " +
                      NamesOf(taken));

@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <bit>
 #include <initializer_list>
-#include <span>
 #include <vector>
 
 #include "app/tags.h"
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
+#include "ops/entries/group_rules.h"
 #include "ops/prepare/letters.h"
 
 namespace tarvel {
@@ -48,33 +48,6 @@ constexpr std::array<TypeWords, 6> kPrinted{{
     {"MASTERTHESIS", SetOf({"author", "year", "school", "title"})},
 }};
 
-/// What Compare or Clean doubles compare of an entry; of types not named here author, title, year.
-constexpr std::array<TypeWords, 16> kCompared{{
-    {"ARTICLE", SetOf({"volume", "pages", "journal", "year"})},
-    {"MEETINGABSTRACT", SetOf({"volume", "pages", "journal", "year"})},
-    {"EDITORIALMATERIAL", SetOf({"volume", "pages", "journal", "year"})},
-    {"REVIEW", SetOf({"volume", "pages", "journal", "year"})},
-    {"LETTER", SetOf({"volume", "pages", "journal", "year"})},
-    {"BOOKLET", SetOf({"title"})},
-    {"MANUAL", SetOf({"title"})},
-    {"STANDARD", SetOf({"title"})},
-    {"ELECTRONIC", SetOf({"url"})},
-    {"PERIODICAL", SetOf({"title", "year"})},
-    {"PROCEEDINGS", SetOf({"title", "year"})},
-    {"PATENT", SetOf({"nationality", "number", "year"})},
-    {"MISC", SetOf({"note"})},
-    {"OTHER", SetOf({"comment"})},
-    {"PROCEEDINGSPAPER", SetOf({"author", "title"})},
-    {"", SetOf({"author", "title", "year"})},
-}};
-
-WordSet WordsOf(std::span<const TypeWords> rows, std::string_view type) {
-  for (const TypeWords& row : rows) {
-    if (row.type == type || row.type.empty()) return row.words;
-  }
-  return 0;
-}
-
 /// The first of the words that Compare and Clean doubles look for, or their number.
 std::size_t FirstCompared(WordSet words) {
   return std::min<std::size_t>(static_cast<std::size_t>(std::countr_zero(words)), kComparedWords);
@@ -103,9 +76,24 @@ std::size_t BeginOfSpaced(std::string_view text, std::size_t end, std::string_vi
 
 }  // namespace
 
-WordSet PrintedWords(std::string_view type) { return WordsOf(kPrinted, type); }
+WordSet PrintedWords(std::string_view type) {
+  const auto row = std::find_if(kPrinted.begin(), kPrinted.end(),
+                                [type](const TypeWords& words) { return words.type == type; });
+  return row == kPrinted.end() ? 0 : row->words;
+}
 
-WordSet ComparedWords(std::string_view type) { return WordsOf(kCompared, type); }
+WordSet ComparedWords(std::string_view type) {
+  WordSet words = 0;
+  // `Field` and `kWords` have the compared tags in the same order.
+  const auto add = [&](const auto* rule) {
+    if (!rule) return;
+    for (const Field field : rule->group.compared)
+      words |= WordBit(static_cast<std::size_t>(field));
+  };
+  add(CompareRuleFor(type).rule);
+  add(DoublesRuleFor(type).rule);
+  return words;
+}
 
 WordSet HarmfulWords(WordSet own, WordSet printed) {
   const WordSet compared = WordBit(FirstCompared(own)) - 1;

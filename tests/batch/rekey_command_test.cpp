@@ -44,7 +44,7 @@ TEST(Rekey, WritesBesideTheDocumentOrWhereItIsAskedTo) {
 TEST(Rekey, SaysWhatItReplacedAndWhatItDidNotRead) {
   const testing::TemporaryDirectory directory;
   testing::WriteDiskFile(directory / "keys", "a\tb\nk\tk_a\nc\td\nc\te\n");
-  testing::WriteDiskFile(directory / "one.tex", "\\cite{a}\n\\mycite{a}\n");
+  testing::WriteDiskFile(directory / "one.tex", "\\cite{a}\n\\mycite{a}\n\\mycite{c}\n");
   testing::WriteDiskFile(directory / "two.tex", "\\cite{a,k}\n");
   BatchRequest request;
   request.files = {directory / "keys", directory / "one.tex", directory / "two.tex"};
@@ -55,10 +55,10 @@ TEST(Rekey, SaysWhatItReplacedAndWhatItDidNotRead) {
             (directory / "one_rekeyed.tex") + ": 1 key replaced\n" +
                 (directory / "two_rekeyed.tex") + ": 2 keys replaced\n");
   EXPECT_EQ(reporter.warnings.size(), 3U);
-  EXPECT_EQ(
-      reporter.warnings.back(),
-      (directory / "one.tex") +
-          ":2: warning: '\\mycite' is not read, and keys in it are not replaced [other-citation]");
+  EXPECT_EQ(reporter.warnings.back(),
+            (directory / "one.tex") +
+                ":2: warning: '\\mycite' is not read, and its keys are not replaced, times: 2; add "
+                "it to the list of --cite-commands [other-citation]");
   request.quiet = true;
   reporter.warnings.clear();
   EXPECT_EQ(RunRekeyCommand(request), 0);

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "ops/entries/entry_record.h"
-#include "ops/entries/group_rules.h"
 #include "ops/prepare/name_tables.h"
 #include "ops/references/reference_walk.h"
 
@@ -43,20 +41,14 @@ TEST(TagWords, WhatIsPrintedIsWhatExtractAndTextLookFor) {
 }
 
 TEST(TagWords, WhatIsComparedIsWhatCompareAndCleanDoublesCompare) {
-  for (const char* type : kTypes) {
-    WordSet wanted = 0;
-    const auto add = [&](const auto* rule) {
-      if (!rule) return;
-      for (const Field field : rule->group.compared) {
-        wanted |= WordBit(static_cast<std::size_t>(field));
-      }
-    };
-    add(CompareRuleFor(type).rule);
-    add(DoublesRuleFor(type).rule);
-    if (std::string_view(type) == "OTHER") wanted = Set({"comment"});
-    EXPECT_EQ(ComparedWords(type) & ~wanted, 0U) << type;
-    EXPECT_EQ(wanted & ~ComparedWords(type), 0U) << type;
-  }
+  EXPECT_EQ(ComparedWords("ARTICLE"), Set({"volume", "pages", "journal", "year"}));
+  EXPECT_EQ(ComparedWords("BOOK"), Set({"author", "title", "year"})) << "year: Clean doubles only";
+  EXPECT_EQ(ComparedWords("LETTER"), ComparedWords("ARTICLE")) << "Compare only";
+  EXPECT_EQ(ComparedWords("PATENT"), Set({"nationality", "number", "year"}));
+  EXPECT_EQ(ComparedWords("ELECTRONIC"), Set({"url"}));
+  EXPECT_EQ(ComparedWords("MISC"), Set({"note"}));
+  EXPECT_EQ(ComparedWords("OTHER"), Set({"comment"}));
+  EXPECT_EQ(ComparedWords("ARTICLES"), 0U);
 }
 
 TEST(TagWords, AWordDoesHarmWhereItComesBeforeTheTagsOwn) {
