@@ -13,6 +13,7 @@
 #include "core/byte_finder.h"
 #include "core/text_primitives.h"
 #include "core/utf8.h"
+#include "ops/exempt_tags.h"
 #include "ops/large_outputs.h"
 #include "ops/operations.h"
 #include "warnings/library_scan.h"
@@ -24,10 +25,6 @@ namespace tarvel {
 namespace {
 
 constexpr std::string_view kJabRefMarker = "@comment{jabref";
-
-// Lines with one of these tags are left out: paths, bookkeeping, identifiers. Upper case, and
-// without the "={" that must follow.
-constexpr std::array<std::string_view, 5> kExemptTags{"FILE", "OWNER", "TIMESTAMP", "DOI", "URL"};
 
 constexpr char kDelete = 127;
 
@@ -43,35 +40,6 @@ std::string NoteOf(char byte) {
   std::string note = "\n   character ";
   note.append(std::to_string(code)).append(" (--").append(1, byte).append("--) could be found.");
   return note.append(KindOf(code)).append("\n\n");
-}
-
-/// Whether the text ends with `word`, given in upper case, blanks and tabs skipped.
-bool EndsIgnoringBlanks(std::string_view text, std::string_view word) {
-  for (; !word.empty(); word.remove_suffix(1)) {
-    text = TrimEnd(text, IsBlankOrTab);
-    if (text.empty() || ToUpper(text.back()) != word.back()) return false;
-    text.remove_suffix(1);
-  }
-  return true;
-}
-
-constexpr std::size_t kNoTag = kExemptTags.size();
-
-/// The index of the exempt tag that the line, its blanks and tabs taken out, contains with "={"
-/// after it, or `kNoTag`.
-std::size_t FindExemptTag(std::string_view line) {
-  for (std::size_t brace = line.find('{'); brace != std::string_view::npos;
-       brace = line.find('{', brace + 1)) {
-    std::string_view before = TrimEnd(line.substr(0, brace), IsBlankOrTab);
-    if (!before.ends_with('=')) continue;
-    before = TrimEnd(before.substr(0, before.size() - 1), IsBlankOrTab);
-    const char last = before.empty() ? '\0' : ToUpper(before.back());
-    for (std::size_t tag = 0; tag < kExemptTags.size(); ++tag) {
-      const std::string_view word = kExemptTags[tag];
-      if (word.back() == last && EndsIgnoringBlanks(before, word)) return tag;
-    }
-  }
-  return kNoTag;
 }
 
 /// What follows the key on the first line of an entry; another line as it is.
@@ -146,8 +114,8 @@ void CharacterCleaner::Walk() {
     offset_ = input_.Position() - read->size();
     ++line_number_;
     Line line(*read);
-    if (const std::size_t tag = FindExemptTag(line.Text()); tag != kNoTag) {
-      if (warnings_.Wanted()) NoteLeftOut(line.Text(), kExemptTags[tag]);
+    if (const auto tag = FindExemptTag(line.Text())) {
+      if (warnings_.Wanted()) NoteLeftOut(line.Text(), tag->name);
       continue;
     }
     const bool has_at = read->find('@') != std::string_view::npos;

@@ -5,6 +5,7 @@
 #include <array>
 #include <vector>
 
+#include "ops/exempt_tags.h"
 #include "ops/prepare/letters.h"
 
 namespace tarvel {
@@ -108,9 +109,8 @@ void FindSpacedOffsets(std::string_view text, char first, Offsets& offsets) {
 }
 
 void FindExemptOffsets(std::string_view text, Offsets& offsets) {
-  SpacedWord word = FindExemptTag(text, 0);
-  for (; word.size > 0; word = FindExemptTag(text, word.begin + word.size)) {
-    offsets.push_back(word.begin + 1);
+  for (auto tag = FindExemptTag(text); tag; tag = FindExemptTag(text, tag->end)) {
+    offsets.push_back(tag->begin + 1);
   }
 }
 
@@ -317,7 +317,7 @@ Harm LookForHarm(std::string_view value, const TextFacts& facts, WordSet harmful
       (FindSpacedJournal(value, 0, 'j').size > 0 || FindSpacedJournal(value, 0, 'J').size > 0)) {
     harm.words |= kJournalBit;
   }
-  harm.is_exempt = facts.has_equals && facts.has_brace && FindExemptTag(value, 0).size > 0;
+  harm.is_exempt = facts.has_equals && facts.has_brace && FindExemptTag(value).has_value();
   harm.is_at = facts.has_at && facts.has_brace && HoldsUpperCasedText(value);
   return harm;
 }

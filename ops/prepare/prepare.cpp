@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/texts.h"
+#include "ops/exempt_tags.h"
 #include "ops/prepare/bib_reader.h"
 #include "ops/prepare/crossrefs.h"
 #include "ops/prepare/entry_former.h"
@@ -212,7 +213,7 @@ void Preparer::ReportKey() {
     text =
         "its key contains 'journal': Journals would join the lines of the entry and leave its "
         "journal unchanged";
-  } else if (FindExemptTag("{" + std::string(key), 0).size > 0) {
+  } else if (FindExemptTag("{" + std::string(key))) {
     text = "with its key, the first line looks like a tag that Clean characters leaves out";
   } else if (key.size() > kLongestKey) {
     text = "its key is too long for a line";

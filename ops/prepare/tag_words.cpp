@@ -10,6 +10,7 @@
 #include "core/name_matcher.h"
 #include "core/text_primitives.h"
 #include "ops/entries/group_rules.h"
+#include "ops/exempt_tags.h"
 #include "ops/prepare/letters.h"
 
 namespace tarvel {
@@ -61,19 +62,6 @@ NameMatcher FilterMatcher() {
   return NameMatcher(names);
 }
 
-/// Tags whose lines Clean characters leaves out.
-constexpr std::array kExemptTags{"file"sv, "owner"sv, "timestamp"sv, "doi"sv, "url"sv};
-
-/// Where a word begins that ends at `end`, blanks within it skipped; npos when none does.
-std::size_t BeginOfSpaced(std::string_view text, std::size_t end, std::string_view word) {
-  for (; !word.empty(); word.remove_suffix(1)) {
-    while (end > 0 && IsBlankOrTab(text[end - 1])) --end;
-    if (end == 0 || ToLower(text[end - 1]) != word.back()) return std::string_view::npos;
-    --end;
-  }
-  return end;
-}
-
 }  // namespace
 
 WordSet PrintedWords(std::string_view type) {
@@ -112,7 +100,8 @@ bool HoldsFilterWord(std::string_view text) {
 }
 
 bool IsExemptTag(std::string_view name) {
-  return std::find(kExemptTags.begin(), kExemptTags.end(), name) != kExemptTags.end();
+  return std::any_of(kExemptTags.begin(), kExemptTags.end(),
+                     [name](std::string_view tag) { return EqualNoCase(tag, name); });
 }
 
 SpacedWord FindSpacedJournal(std::string_view text, std::size_t from, char first) {
@@ -127,19 +116,6 @@ SpacedWord FindSpacedJournal(std::string_view text, std::size_t from, char first
       ++matched;
     }
     if (matched == kRest.size()) return {begin, at - begin};
-  }
-  return {};
-}
-
-SpacedWord FindExemptTag(std::string_view text, std::size_t from) {
-  for (std::size_t brace = text.find('{', from); brace != std::string_view::npos;
-       brace = text.find('{', brace + 1)) {
-    const std::size_t sign = BeginOfSpaced(text, brace, "=");
-    if (sign == std::string_view::npos) continue;
-    for (const std::string_view tag : kExemptTags) {
-      const std::size_t begin = BeginOfSpaced(text, sign, tag);
-      if (begin != std::string_view::npos && begin >= from) return {begin, sign - begin};
-    }
   }
   return {};
 }

@@ -74,7 +74,5 @@ struct SpacedWord {
 };
 /// "journal", as the operation Journals looks for it, with this first letter: 'j' or 'J'.
 SpacedWord FindSpacedJournal(std::string_view text, std::size_t from, char first);
-/// The name before "={" of a tag that Clean characters leaves out.
-SpacedWord FindExemptTag(std::string_view text, std::size_t from);
 
 }  // namespace tarvel
