@@ -184,14 +184,16 @@ std::string BashCompletions() {
 
 std::string ZshCompletions() {
   std::string text = std::string("#compdef tarvel-batch\n") + kComment +
-                     "\n_tarvel_batch() {\n  local verb word state\n"
+                     "\n_tarvel_batch() {\n  local verb word state is_value\n"
                      "  local -a options verbs\n  verbs=(\n";
   for (const VerbRow& verb : kVerbRows) {
     text += "    '" + std::string(verb.name) + ":" + ZshText(verb.summary) + "'\n";
   }
-  text += "  )\n  for word in ${words[2,CURRENT-1]}; do\n    case $word in\n      (" +
-          Joined(VerbNames(), "|") + ")\n        verb=$word\n        break ;;\n    esac\n  done\n" +
-          "  case $verb in\n";
+  text +=
+      "  )\n  for word in ${words[2,CURRENT-1]}; do\n"
+      "    [[ -n $is_value ]] && is_value= && continue\n    case $word in\n      (" +
+      Joined(OptionsWithValue(), "|") + ") is_value=1 ;;\n      (" + Joined(VerbNames(), "|") +
+      ")\n        verb=$word\n        break ;;\n    esac\n  done\n  case $verb in\n";
   for (const VerbRow& verb : kVerbRows) {
     text += "    (" + std::string(verb.name) + ") options=(\n" + ZshOptions(&verb) + "    ) ;;\n";
   }
@@ -204,18 +206,21 @@ std::string ZshCompletions() {
 std::string FishCompletions() {
   const std::string verbs = Joined(VerbNames(), " ");
   std::string text = std::string(kComment) +
-                     "\n# Whether the verb is one of the arguments, or is still to come.\n"
+                     "\n# Prints the verb; fails when it is still to come.\n"
+                     "function __tarvel_batch_verb\n    set -l is_value\n"
+                     "    for word in (commandline -opc)[2..]\n"
+                     "        if test -n \"$is_value\"\n            set is_value\n"
+                     "        else if contains -- $word " +
+                     Joined(OptionsWithValue(), " ") +
+                     "\n            set is_value yes\n        else if contains -- $word " + verbs +
+                     "\n            echo $word\n            return 0\n        end\n"
+                     "    end\n    return 1\nend\n\n"
+                     "# Whether the verb is one of the arguments, or is still to come.\n"
                      "function __tarvel_batch_is\n"
-                     "    for word in (commandline -opc)[2..]\n"
-                     "        if contains -- $word " +
-                     verbs +
-                     "\n            contains -- $word $argv\n            return\n        end\n"
-                     "    end\n    return 0\nend\n\nfunction __tarvel_batch_has_no_verb\n"
-                     "    not __tarvel_batch_has_verb\nend\n\nfunction __tarvel_batch_has_verb\n"
-                     "    for word in (commandline -opc)[2..]\n"
-                     "        contains -- $word " +
-                     verbs +
-                     "; and return 0\n    end\n    return 1\nend\n\n"
+                     "    set -l verb (__tarvel_batch_verb); or return 0\n"
+                     "    contains -- $verb $argv\nend\n\n"
+                     "function __tarvel_batch_has_no_verb\n"
+                     "    not __tarvel_batch_verb >/dev/null\nend\n\n"
                      "complete -c tarvel-batch -n __tarvel_batch_has_no_verb -f\n";
   for (const VerbRow& verb : kVerbRows) {
     text += "complete -c tarvel-batch -n __tarvel_batch_has_no_verb -a " + std::string(verb.name) +

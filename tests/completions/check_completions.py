@@ -151,6 +151,8 @@ def main():
         long_options("--", options_of(general))
         check("text --style ", {"aps", "acs", "iop", "nature", "wiley", "springer"})
         check("--style n", {"nature"})
+        check("--output-dir text cle", {verb for verb in verbs if verb.startswith("clean-")})
+        long_options("--output-dir text journals --", options_of(help_of("journals")))
         check("--quiet cle", {verb for verb in verbs if verb.startswith("clean-")})
         check("journals --journal-names ", {"full", "abbreviated"})
         check("clean-tags --keep ", tags, exact=False)
