@@ -192,7 +192,7 @@ bool TagWarnings::CountTag(std::string_view line, std::size_t offset) {
 /// begins.
 void TagWarnings::ReportText(std::string_view line, std::size_t offset) {
   const std::string_view text = Trim(line, kBlanks);
-  const bool says_nothing = text == "}" || text == "}," || text == ")" || IsFileHeader(text);
+  const bool says_nothing = IsFileHeader(Trim(text, "}),"));
   const bool begins = !says_nothing && (!in_text_ || text.starts_with('@') ||
                                         text.starts_with('}') || text.starts_with(')'));
   if (begins && !warnings_.ReportNumber(WarningKind::kTextNotCopied)) {

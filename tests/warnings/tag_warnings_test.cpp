@@ -108,6 +108,10 @@ TEST_F(TagWarningsTest, TextBeforeTheFirstEntryIsReportedButNotTheHeader) {
   EXPECT_EQ(Reported(), (Lines{"text-not-copied l:3 [] text outside tags was not copied: 'text'",
                                "text-not-copied l:4 [] text outside tags was not copied: 'again'"}))
       << "a text of several lines once, and no definition of a string";
+  warnings_.NoteSkippedOutside("},\n,\n)\n", 20);
+  EXPECT_EQ(Reported(), Lines()) << "what ends an entry or a tag is no text";
+  warnings_.NoteSkippedOutside("  ,\nmore\n", 20);
+  EXPECT_EQ(Reported(), Lines{"text-not-copied l:3 [] text outside tags was not copied: 'more'"});
   warnings_.StartEntry("@MISC{a,\n", 50);
   warnings_.NoteSkippedOutside("text\n", 60);
   EXPECT_EQ(Reported(), Lines()) << "what follows the first head is passed line by line";
